@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/WallClock.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace kelvo::RelativeTime {
+
+/// How long ago the last check was, in one sentence for the user.
+QString checked(std::optional<TimePoint> lastChecked, TimePoint now);
+
+} // namespace kelvo::RelativeTime

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QHashFunctions>
+#include <QString>
+#include <QStringList>
+
+#include <variant>
+
+namespace kelvo {
+
+/// A status page that publishes a Statuspage summary document.
+struct StatuspageSource
+{
+    QString base;           ///< the page's origin: scheme and host, no trailing slash
+    QStringList components; ///< names of the page's components that stand for the service
+
+    bool operator==(const StatuspageSource &) const = default;
+};
+
+/// Google's dashboard of incidents.
+struct GoogleDashboardSource
+{
+    QString product; ///< the product's title in the incidents
+
+    bool operator==(const GoogleDashboardSource &) const = default;
+};
+
+/// Where a service's public status is read.
+using StatusSource = std::variant<StatuspageSource, GoogleDashboardSource>;
+
+inline size_t qHash(const StatuspageSource &source, size_t seed = 0)
+{
+    return qHashMulti(seed, source.base, source.components);
+}
+
+inline size_t qHash(const GoogleDashboardSource &source, size_t seed = 0)
+{
+    return qHashMulti(seed, source.product);
+}
+
+} // namespace kelvo
