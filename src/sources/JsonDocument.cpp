@@ -1,0 +1,28 @@
+#include "sources/JsonDocument.h"
+
+namespace kelvo {
+
+std::optional<JsonDocument> JsonDocument::parse(QByteArrayView bytes)
+{
+    static constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
+    if (bytes.startsWith(byteOrderMark)) {
+        bytes = bytes.sliced(byteOrderMark.size());
+    }
+    JsonDocument document;
+    if (document.parser_->parse(bytes.data(), static_cast<size_t>(bytes.size())).get(document.root_)
+        != simdjson::SUCCESS) {
+        return std::nullopt;
+    }
+    return document;
+}
+
+std::optional<QString> textAt(simdjson::dom::object object, std::string_view key)
+{
+    std::string_view text;
+    if (object.at_key(key).get(text) != simdjson::SUCCESS) {
+        return std::nullopt;
+    }
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace kelvo

@@ -1,0 +1,64 @@
+#include "sources/StatusProvider.h"
+
+#include "sources/GoogleIncidentFeed.h"
+#include "sources/StatuspageSummary.h"
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+const QByteArray StatusProvider::userAgent = "Kelvo/1.0 (macOS status watcher)"_ba;
+const HttpLimits StatusProvider::limits{.idleTimeout = 15s};
+
+namespace {
+
+StatusReading unreachable()
+{
+    return {ServiceHealth::unknown, u"Couldn’t reach status"_s};
+}
+
+/// How long the network layer keeps a connection for a next request. It then closes it, which costs a wake-up.
+constexpr auto keptConnectionLife = 120s;
+
+} // namespace
+
+StatusProvider::StatusProvider(HttpSession &session)
+    : session_(session)
+{
+}
+
+// The HTTP status is not looked at: a page in trouble may well answer 503 with a document that says so, and an error
+// page does not decode.
+QFuture<StatusReading> StatusProvider::checkStatuspage(const QString &base, const QStringList &componentNames)
+{
+    const QUrl url(base + "/api/v2/summary.json"_L1, QUrl::StrictMode);
+    return session_.get(url).then([componentNames](const HttpResponse &response) {
+        const auto summary = StatuspageSummary::decode(response.body);
+        return summary ? summary->reading(componentNames) : unreachable();
+    });
+}
+
+QFuture<StatusReading> StatusProvider::checkGoogleDashboard(const QString &product)
+{
+    const QUrl url(u"https://www.google.com/appsstatus/dashboard/incidents.json"_s);
+    return session_.get(url).then([product](const HttpResponse &response) {
+        return GoogleIncidentFeed::reading(response.body, product).value_or(unreachable());
+    });
+}
+
+QFuture<bool> StatusProvider::probe(const Service &service)
+{
+    return session_.getDiscardingBody(service.probeURL).then([](const HttpResponse &response) {
+        return response.status && *response.status < 500;
+    });
+}
+
+void StatusProvider::restFor(std::chrono::milliseconds duration)
+{
+    if (duration >= keptConnectionLife) {
+        session_.closeIdleConnections();
+    }
+}
+
+} // namespace kelvo
