@@ -1,0 +1,21 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <optional>
+
+namespace kelvo {
+
+/// How often services are checked while none of them is in trouble.
+enum class CheckInterval { oneMinute, fiveMinutes };
+
+inline constexpr std::array allCheckIntervals{CheckInterval::oneMinute, CheckInterval::fiveMinutes};
+
+/// The interval as time.
+std::chrono::seconds duration(CheckInterval interval);
+/// The number by which an interval is stored: its seconds.
+int rawValue(CheckInterval interval);
+/// The interval stored as `raw`; nothing for any number but those.
+std::optional<CheckInterval> checkIntervalFromRawValue(int raw);
+
+} // namespace kelvo
