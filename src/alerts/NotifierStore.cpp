@@ -1,0 +1,106 @@
+#include "alerts/NotifierStore.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QUuid>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+const HttpLimits NotifierStore::limits{.idleTimeout = 60s};
+
+NotifierStore::NotifierStore(SettingsStore &settings, NotificationCenter &center, HttpSession &session)
+    : settings_(settings)
+    , center_(center)
+    , session_(session)
+{
+    refreshAuthorization();
+}
+
+void NotifierStore::refreshAuthorization()
+{
+    if (!center_.canServeThisProcess()) {
+        return;
+    }
+    center_.authorizationStatus().then(this, [this](AuthorizationStatus status) {
+        Q_EMIT objectWillChange();
+        authorizationStatus_ = status;
+        Q_EMIT authorizationStatusChanged();
+    });
+}
+
+QFuture<void> NotifierStore::requestAuthorization()
+{
+    if (!center_.canServeThisProcess()) {
+        return QtFuture::makeReadyFuture();
+    }
+    return center_.requestAuthorization().then(this, [this] { refreshAuthorization(); });
+}
+
+// The permission is not asked here: the system drops what it does not permit, and knows better than a stored answer.
+void NotifierStore::send(const QString &title, const QString &body)
+{
+    if (center_.canServeThisProcess()) {
+        center_.add({QUuid::createUuid().toString(QUuid::WithoutBraces), title, body});
+    }
+    post(title + ". "_L1 + body, settings_.armedChannel());
+}
+
+QFuture<void> NotifierStore::sendTest(RemoteChannel channel)
+{
+    return post(u"Kelvo is set up. Claude is back. You can continue working."_s, channel).then(this, [this](bool sent) {
+        setLastTestResult(sent ? u"Test sent"_s : u"Couldn’t send — check the details"_s);
+    });
+}
+
+QFuture<bool> NotifierStore::post(const QString &text, RemoteChannel channel)
+{
+    switch (channel) {
+    case RemoteChannel::slack:
+        return postSlack(text, settings_.slackWebhookURL());
+    case RemoteChannel::telegram:
+        return postTelegram(text, settings_.telegramBotToken(), settings_.telegramChatID());
+    case RemoteChannel::thisMac:
+    case RemoteChannel::email:
+    case RemoteChannel::whatsapp:
+        break;
+    }
+    return QtFuture::makeReadyFuture(false);
+}
+
+QFuture<bool> NotifierStore::postSlack(const QString &text, const QString &webhook)
+{
+    return postJson(webhook, {{u"text"_s, text}});
+}
+
+QFuture<bool> NotifierStore::postTelegram(const QString &text, const QString &token, const QString &chatID)
+{
+    if (token.isEmpty() || chatID.isEmpty()) {
+        return QtFuture::makeReadyFuture(false);
+    }
+    return postJson("https://api.telegram.org/bot"_L1 + token + "/sendMessage"_L1,
+                    {{u"chat_id"_s, chatID}, {u"text"_s, text}});
+}
+
+QFuture<bool> NotifierStore::postJson(const QString &address, const QJsonObject &message)
+{
+    const QUrl url(address, QUrl::StrictMode);
+    if (!url.isValid()) {
+        return QtFuture::makeReadyFuture(false);
+    }
+    return session_.postJson(url, QJsonDocument(message).toJson(QJsonDocument::Compact))
+        .then([](const HttpResponse &response) {
+            return response.status && *response.status >= 200 && *response.status <= 299;
+        });
+}
+
+void NotifierStore::setLastTestResult(const QString &result)
+{
+    Q_EMIT objectWillChange();
+    lastTestResult_ = result;
+    Q_EMIT lastTestResultChanged();
+}
+
+} // namespace kelvo
