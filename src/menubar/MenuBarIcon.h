@@ -1,6 +1,6 @@
 #pragma once
 
-#include "menubar/RingState.h"
+#include "monitor/RingState.h"
 
 #include <QIcon>
 

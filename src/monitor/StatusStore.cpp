@@ -1,0 +1,266 @@
+#include "monitor/StatusStore.h"
+
+#include <QFuture>
+
+#include <algorithm>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+std::optional<ServiceID> idOf(const std::optional<Service> &service)
+{
+    return service ? std::optional(service->id) : std::nullopt;
+}
+
+} // namespace
+
+StatusStore::StatusStore(SettingsStore &settings, NotifierStore &notifier, StatusChecks &checks,
+                         ContinuousClock &clock, SleepWake &sleepWake, WallClock wallClock)
+    : settings_(settings)
+    , notifier_(notifier)
+    , checks_(checks)
+    , clock_(clock)
+    , wallClock_(std::move(wallClock))
+    , heroID_(idOf(settings.primaryService()))
+    , now_(wallClock_())
+    , pollLoop_(clock, [this] { return pollInterval(); }, [this] { return pollRound(); })
+{
+    observeSettings();
+    observeSleepWake(sleepWake);
+    restartPolling(true);
+}
+
+StatusStore::~StatusStore() = default;
+
+bool StatusStore::anyOutage() const
+{
+    const auto services = watched();
+    return std::any_of(services.begin(), services.end(),
+                       [](const WatchedStatus &w) { return isAffected(w.status.health); });
+}
+
+std::optional<Service> StatusStore::hero() const
+{
+    if (peekedID_) {
+        return Service::by(*peekedID_);
+    }
+    if (heroID_) {
+        return Service::by(*heroID_);
+    }
+    return settings_.primaryService();
+}
+
+bool StatusStore::heroIsPromoted() const
+{
+    const auto shown = hero();
+    const auto primary = settings_.primaryService();
+    return shown && primary && shown->id != primary->id && isAffected(status(shown->id).health);
+}
+
+QString StatusStore::heroStatusLabel() const
+{
+    return kelvo::heroStatusLabel(heroStatus());
+}
+
+QString StatusStore::heroBodyLine() const
+{
+    return kelvo::heroBodyLine(heroStatus(), otherAffected(), wallClock_());
+}
+
+QString StatusStore::groupHeading() const
+{
+    return kelvo::groupHeading(heroStatus(), otherAffected().has_value());
+}
+
+std::vector<Service> StatusStore::groupRows() const
+{
+    auto rows = settings_.watchedServices();
+    if (const auto shown = idOf(hero())) {
+        std::erase_if(rows, [shown](const Service &service) { return service.id == *shown; });
+    }
+    return rows;
+}
+
+RingState StatusStore::ringState() const
+{
+    return kelvo::ringState(settings_.watchOnThisMac(), watched());
+}
+
+void StatusStore::setPopoverIsOpen(bool open)
+{
+    publish(popoverIsOpen_, open, &StatusStore::popoverIsOpenChanged);
+    if (open) {
+        startClock();
+        return;
+    }
+    clockTimer_.reset();
+    publish(peekedID_, {}, &StatusStore::peekedIDChanged);
+    applyPromotion();
+}
+
+void StatusStore::peek(ServiceID id)
+{
+    publish(peekedID_, peekedID_ == id ? std::nullopt : std::optional(id), &StatusStore::peekedIDChanged);
+}
+
+void StatusStore::restartPolling(bool immediate)
+{
+    if (immediate) {
+        pollLoop_.restart(checkAll());
+    } else {
+        pollLoop_.restart();
+    }
+}
+
+QFuture<void> StatusStore::checkAll()
+{
+    if (!settings_.watchOnThisMac()) {
+        return QtFuture::makeReadyFuture();
+    }
+    const auto services = settings_.watchedServices();
+    QList<QFuture<void>> checks;
+    for (const auto &service : services) {
+        checks.append(check(service));
+    }
+    return QtFuture::whenAll(checks.begin(), checks.end()).then(this, [this](const QList<QFuture<void>> &) {
+        // Under the user's eyes the hero stays where it is; closing the popover promotes.
+        if (!popoverIsOpen_) {
+            applyPromotion();
+        }
+    });
+}
+
+template<typename Value>
+void StatusStore::publish(Value &field, Value value, void (StatusStore::*notifier)())
+{
+    Q_EMIT objectWillChange();
+    field = std::move(value);
+    Q_EMIT(this->*notifier)();
+}
+
+std::vector<WatchedStatus> StatusStore::watched() const
+{
+    std::vector<WatchedStatus> watched;
+    for (auto &service : settings_.watchedServices()) {
+        const auto known = status(service.id);
+        watched.push_back({std::move(service), known});
+    }
+    return watched;
+}
+
+std::optional<ServiceStatus> StatusStore::heroStatus() const
+{
+    const auto shown = hero();
+    return shown ? std::optional(status(shown->id)) : std::nullopt;
+}
+
+std::optional<Service> StatusStore::otherAffected() const
+{
+    return firstOtherAffected(watched(), idOf(hero()));
+}
+
+/// Any change begins the wait anew, once the changes have come to rest.
+void StatusStore::observeSettings()
+{
+    connect(&settings_, &SettingsStore::objectWillChange, this, [this] {
+        settingsTimer_ = clock_.after(settingsQuietTime, [this] { restartPolling(false); });
+    });
+}
+
+/// Sleep leaves the poll loop alone: its rounds pass without checks, and a wait that ended meanwhile ends on waking.
+void StatusStore::observeSleepWake(SleepWake &sleepWake)
+{
+    connect(&sleepWake, &SleepWake::willSleep, this, [this] { isAsleep_ = true; });
+    connect(&sleepWake, &SleepWake::didWake, this, [this] {
+        isAsleep_ = false;
+        checkAll();
+    });
+}
+
+/// Nobody looks at `now` while the popover is closed, so the clock does not wake the process for it.
+void StatusStore::startClock()
+{
+    publish(now_, wallClock_(), &StatusStore::nowChanged);
+    clockTimer_ = clock_.after(1s, [this] { startClock(); });
+}
+
+std::chrono::seconds StatusStore::pollInterval() const
+{
+    const auto interval = anyOutage() ? outageInterval : duration(settings_.checkInterval());
+    checks_.restFor(interval);
+    return interval;
+}
+
+QFuture<void> StatusStore::pollRound()
+{
+    return isAsleep_ ? QtFuture::makeReadyFuture() : checkAll();
+}
+
+QFuture<void> StatusStore::check(const Service &service)
+{
+    const auto number = ++checksBegun_;
+    return read(service)
+        .then(this, [this, service, number](const StatusReading &reading) {
+            if (!isRecoveryCandidate(status(service.id), reading)) {
+                apply(service, number, reading, false);
+                return QtFuture::makeReadyFuture();
+            }
+            return checks_.probe(service).then(this, [this, service, number, reading](bool isUsable) {
+                apply(service, number, reading, isUsable);
+            });
+        })
+        .unwrap();
+}
+
+QFuture<StatusReading> StatusStore::read(const Service &service)
+{
+    if (const auto *page = std::get_if<StatuspageSource>(&service.source)) {
+        return checks_.checkStatuspage(page->base, page->components);
+    }
+    return checks_.checkGoogleDashboard(std::get<GoogleDashboardSource>(service.source).product);
+}
+
+/// The step is judged against the record that stands now, which another check may have changed while this one waited.
+/// An answer that a later check has overtaken is history: it would begin or end an outage a second time.
+void StatusStore::apply(const Service &service, quint64 checkNumber, const StatusReading &reading, bool isUsable)
+{
+    if (checkNumber < newestVerdict_.value(service.id)) {
+        return;
+    }
+    if (reading.health != ServiceHealth::unknown) {
+        newestVerdict_.insert(service.id, checkNumber);
+    }
+    const auto [step, next] = transition(status(service.id), reading, isUsable, wallClock_());
+    auto statuses = statuses_;
+    statuses.insert(service.id, next);
+    publish(statuses_, std::move(statuses), &StatusStore::statusesChanged);
+
+    switch (step) {
+    case Step::recovered:
+        notifier_.send(service.name + " is back"_L1, u"You can continue working."_s);
+        break;
+    case Step::outageBegan:
+        if (settings_.outageAlertsEnabled()) {
+            notifier_.send(service.name + " is down"_L1, u"We’ll notify you when it’s back."_s);
+        }
+        restartPolling(false);
+        break;
+    case Step::inconclusive:
+    case Step::recoveryUnconfirmed:
+    case Step::stillAffected:
+    case Step::stillFine:
+        break;
+    }
+}
+
+void StatusStore::applyPromotion()
+{
+    publish(heroID_, promotedHero(watched(), idOf(settings_.primaryService()), wallClock_()),
+            &StatusStore::heroIDChanged);
+}
+
+} // namespace kelvo
