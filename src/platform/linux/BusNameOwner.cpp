@@ -2,6 +2,8 @@
 
 #include <QDBusPendingCall>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
@@ -52,12 +54,30 @@ void BusNameOwner::follow()
     }
 }
 
+void BusNameOwner::listen(const QString &path, const QString &interface, const QString &member, QObject *receiver,
+                          const char *slot)
+{
+    signals_.append({path, interface, member, receiver, slot});
+    if (isOwned()) {
+        bus_->subscribe(owner_, path, interface, member, receiver, slot);
+    }
+}
+
 void BusNameOwner::set(const QString &owner)
 {
-    if (owner_ != owner) {
-        owner_ = owner;
-        Q_EMIT changed();
+    if (owner_ == owner) {
+        return;
     }
+    const auto before = std::exchange(owner_, owner);
+    for (const auto &[path, interface, member, receiver, slot] : std::as_const(signals_)) {
+        if (!before.isEmpty()) {
+            bus_->unsubscribe(before, path, interface, member, receiver, slot);
+        }
+        if (isOwned()) {
+            bus_->subscribe(owner_, path, interface, member, receiver, slot);
+        }
+    }
+    Q_EMIT changed();
 }
 
 } // namespace kelvo

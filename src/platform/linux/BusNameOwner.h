@@ -3,6 +3,7 @@
 #include "platform/linux/BusConnection.h"
 
 #include <QDBusServiceWatcher>
+#include <QList>
 
 #include <memory>
 
@@ -25,11 +26,24 @@ public:
     const QString &owner() const { return owner_; }
     bool isOwned() const { return !owner_.isEmpty(); }
 
+    /// Calls a string-based slot of `receiver`, which must outlive this, for each such signal of whoever owns the name.
+    void listen(const QString &path, const QString &interface, const QString &member, QObject *receiver,
+                const char *slot);
+
 Q_SIGNALS:
     /// Another owner, or none any more. Never from inside the constructor.
     void changed();
 
 private:
+    struct Signal
+    {
+        QString path;
+        QString interface;
+        QString member;
+        QObject *receiver;
+        const char *slot;
+    };
+
     void follow();
     void set(const QString &owner);
 
@@ -37,6 +51,7 @@ private:
     QString name_;
     Start start_;
     QString owner_;
+    QList<Signal> signals_;
     std::unique_ptr<QDBusServiceWatcher> watcher_;
 };
 

@@ -4,32 +4,13 @@ using namespace Qt::StringLiterals;
 
 namespace kelvo {
 
-namespace {
-
-const auto path = u"/org/freedesktop/login1"_s;
-const auto interface = u"org.freedesktop.login1.Manager"_s;
-const auto member = u"PrepareForSleep"_s;
-
-} // namespace
-
 LogindSleepWake::LogindSleepWake(std::shared_ptr<BusConnection> systemBus)
-    : bus_(std::move(systemBus))
-    , manager_(bus_, u"org.freedesktop.login1"_s)
+    : manager_(std::move(systemBus), u"org.freedesktop.login1"_s)
 {
-    connect(&manager_, &BusNameOwner::changed, this, &LogindSleepWake::follow);
-}
-
-void LogindSleepWake::follow()
-{
-    if (!followed_.isEmpty()) {
-        bus_->unsubscribe(followed_, path, interface, member, this, SLOT(prepareForSleep(bool)));
-    }
-    followed_ = manager_.owner();
-    // Whoever promised to tell of the wake is gone.
-    prepareForSleep(false);
-    if (!followed_.isEmpty()) {
-        bus_->subscribe(followed_, path, interface, member, this, SLOT(prepareForSleep(bool)));
-    }
+    manager_.listen(u"/org/freedesktop/login1"_s, u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s, this,
+                    SLOT(prepareForSleep(bool)));
+    // Another owner, or none: whoever promised to tell of the wake is gone.
+    connect(&manager_, &BusNameOwner::changed, this, [this] { prepareForSleep(false); });
 }
 
 void LogindSleepWake::prepareForSleep(bool start)

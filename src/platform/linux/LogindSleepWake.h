@@ -17,11 +17,7 @@ private Q_SLOTS:
     void prepareForSleep(bool start);
 
 private:
-    void follow();
-
-    std::shared_ptr<BusConnection> bus_;
     BusNameOwner manager_;
-    QString followed_;
     bool asleep_ = false;
 };
 
