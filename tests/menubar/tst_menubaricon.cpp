@@ -339,7 +339,7 @@ private Q_SLOTS:
     {
         QIcon copy = icon(looks.back());
         const QIcon original = copy;
-        copy.setIsMask(false); // detaches
+        copy.setIsMask(true); // detaches
         QVERIFY(copy.cacheKey() != original.cacheKey());
         QCOMPARE(copy.pixmap(QSize(32, 32), 1.0).toImage(), original.pixmap(QSize(32, 32), 1.0).toImage());
     }
