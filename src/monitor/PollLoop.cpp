@@ -1,5 +1,7 @@
 #include "monitor/PollLoop.h"
 
+#include "model/WhileAlive.h"
+
 namespace kelvo {
 
 PollLoop::PollLoop(ContinuousClock &clock, std::function<std::chrono::seconds()> nextWait,
@@ -45,7 +47,7 @@ void PollLoop::wait()
 
 void PollLoop::waitAfter(QFuture<void> round)
 {
-    round.then(loop_.get(), [this] { wait(); });
+    round.then(whileAlive(loop_.get(), [this] { wait(); }));
 }
 
 } // namespace kelvo
