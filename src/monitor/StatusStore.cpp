@@ -112,7 +112,7 @@ void StatusStore::peek(ServiceID id)
 void StatusStore::restartPolling(bool immediate)
 {
     if (immediate) {
-        pollLoop_.restart(checkAll());
+        pollLoop_.restart([this] { return checkAll(); });
     } else {
         pollLoop_.restart();
     }

@@ -59,6 +59,7 @@ private Q_SLOTS:
     void anySettingBeginsTheWaitAnew();
     void aNewIntervalAppliesToTheNextWait();
     void aRestartWithinARoundLeavesOneLoop();
+    void aServiceAnsweringOutageAtOnceInTheFirstRoundShortensTheWait();
     void anOutageWithOutageAlertsOffRestartsTheWait();
     void aRoundAtOnceCanBeAskedFor();
     void aRoundAtOnceIgnoresSleep();
@@ -290,6 +291,16 @@ void StatusStoreTest::aRestartWithinARoundLeavesOneLoop()
     QCOMPARE(world.clock.pendingCount(), 1U);
     QVERIFY_NEXT_ROUND_AFTER(world, 20s);
     QCOMPARE(world.readCount(), 8);
+}
+
+void StatusStoreTest::aServiceAnsweringOutageAtOnceInTheFirstRoundShortensTheWait()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.checks.readScript = [](ServiceID id) {
+        return id == claude ? std::optional(StatusReading{outage, {}}) : std::nullopt;
+    };
+    world.start();
+    QVERIFY_NEXT_ROUND_AFTER(world, 20s);
 }
 
 void StatusStoreTest::anOutageWithOutageAlertsOffRestartsTheWait()
