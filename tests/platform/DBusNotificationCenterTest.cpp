@@ -33,6 +33,7 @@ private Q_SLOTS:
     void asksTheServerThatReplacesAnother();
     void usesAServerThatComesLater();
     void startsAServerThatTheBusCanStart();
+    void forgetsTheCapabilitiesOfAServerThatLeft();
     void dropsAnAlertThatNobodyCanShow();
     void cannotServeWithoutABus();
     void servesOnceTheBusIsBack();
@@ -47,6 +48,7 @@ private:
     {
         return std::make_unique<DBusNotificationCenter>(std::make_shared<BusConnection>(daemon_->address()));
     }
+    void addStartableServer(const QString &started) const;
     static AuthorizationStatus status(DBusNotificationCenter &center);
 
     std::unique_ptr<PrivateBus> daemon_;
@@ -60,6 +62,12 @@ void DBusNotificationCenterTest::init()
 void DBusNotificationCenterTest::cleanup()
 {
     daemon_.reset();
+}
+
+// What the bus starts only tells so by a file, and keeps the call waiting: the test takes the name.
+void DBusNotificationCenterTest::addStartableServer(const QString &started) const
+{
+    daemon_->addActivatable(u"org.freedesktop.Notifications"_s, u"/bin/sh -c 'touch %1; sleep 10'"_s.arg(started));
 }
 
 AuthorizationStatus DBusNotificationCenterTest::status(DBusNotificationCenter &center)
@@ -154,16 +162,35 @@ void DBusNotificationCenterTest::usesAServerThatComesLater()
 void DBusNotificationCenterTest::startsAServerThatTheBusCanStart()
 {
     daemon_->start();
-    // What the bus starts only tells that it was started, and keeps the call waiting: the name is taken here.
     const QTemporaryDir directory;
     const auto started = directory.filePath(u"started"_s);
-    daemon_->addActivatable(u"org.freedesktop.Notifications"_s, u"/bin/sh -c 'touch %1; sleep 10'"_s.arg(started));
+    addStartableServer(started);
     const auto center = this->center();
     center->add(odd);
     QTRY_VERIFY(QFile::exists(started));
     const FakeNotificationServer server(*daemon_, markup);
     QTRY_COMPARE(server.notifications().size(), 1);
     QCOMPARE(server.notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
+}
+
+void DBusNotificationCenterTest::forgetsTheCapabilitiesOfAServerThatLeft()
+{
+    daemon_->start();
+    const QTemporaryDir directory;
+    const auto started = directory.filePath(u"started"_s);
+    addStartableServer(started);
+    auto first = std::make_unique<FakeNotificationServer>(*daemon_, plain);
+    const auto center = this->center();
+    center->add(odd);
+    QTRY_COMPARE(first->notifications().size(), 1);
+
+    first.reset();
+    QTRY_VERIFY(!center->authorizationStatus().isFinished()); // it has to ask the bus again: it saw the server leave
+    center->add(odd);
+    QTRY_VERIFY(QFile::exists(started));
+    const FakeNotificationServer second(*daemon_, markup);
+    QTRY_COMPARE(second.notifications().size(), 1);
+    QCOMPARE(second.notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
 }
 
 void DBusNotificationCenterTest::dropsAnAlertThatNobodyCanShow()
