@@ -98,7 +98,8 @@ private:
     XdgLoginItem item() const { return XdgLoginItem(program, configDirs_); }
     QStringList autostartEntries() const
     {
-        return QDir(configDirs_.at(0) + u"/autostart"_s).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        const QDir autostart(configDirs_.at(0) + u"/autostart"_s);
+        return autostart.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 
 private Q_SLOTS:

@@ -41,7 +41,7 @@ std::optional<Entry> readEntry(const QString &path)
         if (line.startsWith('['))
             isInGroup = line == "[Desktop Entry]";
         const auto equals = line.indexOf('=');
-        if (isInGroup && equals > 0 && !line.startsWith('#'))
+        if (isInGroup && equals > 0)
             entry.insert(line.left(equals).trimmed(), line.mid(equals + 1).trimmed());
     }
     return entry;
