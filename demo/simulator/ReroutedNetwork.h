@@ -10,7 +10,7 @@ namespace kelvo {
 class SimulatedInternet;
 
 /// A network layer whose every request, redirects included, reaches the simulated internet, whatever its host. Nothing
-/// leaves the machine, and no name is resolved.
+/// leaves the machine, and no name is resolved. (Only requests to this machine itself go straight to it.)
 class ReroutedNetwork : public QNetworkAccessManager
 {
     Q_OBJECT

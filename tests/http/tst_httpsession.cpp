@@ -3,9 +3,11 @@
 #include "simulator/ReroutedNetwork.h"
 #include "simulator/SimulatedInternet.h"
 
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFutureWatcher>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace kelvo;
@@ -62,6 +64,7 @@ private:
         return fetch(*session, url);
     }
 
+    QTemporaryDir home_;
     std::unique_ptr<CertificateAuthority> authority_;
     std::unique_ptr<SimulatedInternet> internet_;
 
@@ -94,6 +97,7 @@ private Q_SLOTS:
 
     void silenceEndsAtTheIdleTimeout();
     void aStalledBodyEndsAtTheIdleTimeout();
+    void aHandshakeThatIsNotAnsweredEndsAtTheIdleTimeout();
     void aDrippingBodyOutlivesTheIdleTimeoutAndEndsAtTheDeadline();
     void aSlowWholeAnswerWithinTheDeadlineIsKept();
     void theDeadlineSpansRedirects();
@@ -110,6 +114,8 @@ private Q_SLOTS:
     void anEmptyUserAgentLeavesTheNetworkLayersOwn();
     void aGetCarriesNoBodyAndNoConditions();
     void everyRequestGoesToTheNetwork();
+    void cookiesLiveAndDieWithTheSession();
+    void nothingIsLeftOnDisk();
     void aPostCarriesItsJson();
     void aPostWithoutJsonHasNoBody();
     void aPostWhoseConnectionBreaksIsNotSentAgain();
@@ -136,6 +142,9 @@ private Q_SLOTS:
 
 void HttpSessionTest::initTestCase()
 {
+    for (const char *variable : {"HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
+        qputenv(variable, home_.path().toLocal8Bit());
+    }
     authority_ = CertificateAuthority::make(SimulatedInternet::hosts() << host);
     QVERIFY(authority_);
 }
@@ -378,7 +387,7 @@ void HttpSessionTest::aRefusedConnectionIsAFailure()
 
 void HttpSessionTest::anUnknownHostIsAFailure()
 {
-    HttpSession session(std::make_unique<QNetworkAccessManager>(), roomy);
+    HttpSession session(std::make_unique<QNetworkAccessManager>(), {.idleTimeout = 5s});
     QCOMPARE(fetch(session, QUrl(u"http://no-such-host.invalid/"_s)).status, std::nullopt);
 }
 
@@ -396,6 +405,15 @@ void HttpSessionTest::aStalledBodyEndsAtTheIdleTimeout()
 {
     internet_->respond(host, {}, SimulatedResponse::stall(QByteArray(1000, ' ')));
     QCOMPARE(fetch(page(), {.idleTimeout = 100ms, .totalDeadline = 60s}).status, std::nullopt);
+}
+
+void HttpSessionTest::aHandshakeThatIsNotAnsweredEndsAtTheIdleTimeout()
+{
+    QTcpServer mute;
+    QVERIFY(mute.listen(QHostAddress::LocalHost));
+    HttpSession session(std::make_unique<QNetworkAccessManager>(), {.idleTimeout = 100ms, .totalDeadline = 60s});
+    QCOMPARE(fetch(session, QUrl(u"https://127.0.0.1:%1/"_s.arg(mute.serverPort()))).status, std::nullopt);
+    QVERIFY(mute.hasPendingConnections());
 }
 
 void HttpSessionTest::aDrippingBodyOutlivesTheIdleTimeoutAndEndsAtTheDeadline()
@@ -526,6 +544,32 @@ void HttpSessionTest::everyRequestGoesToTheNetwork()
     QCOMPARE(fetch(*session, page()).body, "2"_ba);
     QCOMPARE(internet_->requests().size(), 2);
     QVERIFY(!internet_->requests().constLast().hasHeader("If-None-Match"_ba));
+}
+
+void HttpSessionTest::cookiesLiveAndDieWithTheSession()
+{
+    internet_->respond(host, {}, SimulatedResponse::ofStatus(200).with("Set-Cookie"_ba, "a=b; Max-Age=86400; Path=/"_ba));
+    const auto session = makeSession();
+    fetch(*session, page());
+    fetch(*session, page());
+    QCOMPARE(internet_->requests().constLast().header("Cookie"_ba), "a=b"_ba);
+    fetch();
+    QVERIFY(!internet_->requests().constLast().hasHeader("Cookie"_ba));
+}
+
+void HttpSessionTest::nothingIsLeftOnDisk()
+{
+    internet_->respond(u"127.0.0.1"_s, {}, SimulatedResponse::json("{}"_ba)
+                                               .with("Set-Cookie"_ba, "a=b; Max-Age=86400; Path=/"_ba)
+                                               .with("Cache-Control"_ba, "public, max-age=86400"_ba)
+                                               .with("Strict-Transport-Security"_ba, "max-age=86400"_ba));
+    {
+        HttpSession session(std::make_unique<QNetworkAccessManager>(), roomy);
+        QCOMPARE(fetch(session, QUrl(u"http://127.0.0.1:%1/"_s.arg(internet_->port()))).status, 200);
+    }
+    QDirIterator files(home_.path(), QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+    QVERIFY2(!files.hasNext(), qPrintable(files.next()));
 }
 
 void HttpSessionTest::aPostCarriesItsJson()
@@ -768,6 +812,5 @@ void HttpSessionTest::aProxyThatRefusesIsAFailure()
     QCOMPARE(internet_->requests().size(), 0);
 }
 
-Q_DECLARE_METATYPE(kelvo::SimulatedResponse)
 QTEST_GUILESS_MAIN(HttpSessionTest)
 #include "tst_httpsession.moc"

@@ -1,0 +1,8 @@
+# Makes the pictures that a test run rejected the golden ones: moves FROM/<name>.png to TO.
+file(GLOB rejected ${FROM}/*.png)
+list(FILTER rejected EXCLUDE REGEX "\\.diff\\.png$")
+foreach(picture IN LISTS rejected)
+  file(COPY ${picture} DESTINATION ${TO})
+  file(REMOVE ${picture})
+  message(STATUS "Accepted ${picture}")
+endforeach()

@@ -1,0 +1,169 @@
+#include "menubar/MenuBarIcon.h"
+
+#include "menubar/GappedRing.h"
+
+#include <QIconEngine>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmap>
+#include <QTransform>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace kelvo::MenuBarIcon {
+
+namespace {
+
+// Lengths in a grid of 32 × 32 units.
+constexpr double grid = 32.0;
+constexpr double ringRadius = 11.0;
+constexpr double ringWidth = 3.4;
+constexpr double dotRadius = 5.2;
+constexpr double hollowDotRadius = dotRadius - 1.0;
+constexpr double hollowDotWidth = 2.0;
+
+constexpr float inactiveAlpha = 0.45F;
+
+struct CoreColor
+{
+    QRgb onLightBar;
+    QRgb onDarkBar;
+};
+
+// By state, in the order of the states. The darker of each pair stands on the light bar, so that the dot keeps its
+// contrast; a state without a colour has a hollow dot.
+constexpr std::array<std::optional<CoreColor>, 4> coreColors{
+    CoreColor{0xff248a3d, 0xff32d74b}, // available
+    CoreColor{0xffd70015, 0xffff453a}, // outage
+    CoreColor{0xffb25000, 0xffff9f0a}, // recovering
+    std::nullopt,                      // inactive
+};
+
+std::optional<QColor> coreColor(RingState state, bool onDarkBar)
+{
+    const auto &pair = coreColors.at(static_cast<std::size_t>(state));
+    if (!pair) {
+        return std::nullopt;
+    }
+    return QColor::fromRgb(onDarkBar ? pair->onDarkBar : pair->onLightBar);
+}
+
+QColor labelColor(RingState state, bool onDarkBar)
+{
+    QColor color(onDarkBar ? Qt::white : Qt::black);
+    if (state == RingState::inactive) {
+        color.setAlphaF(inactiveAlpha);
+    }
+    return color;
+}
+
+QRectF square(double halfSide)
+{
+    return {-halfSide, -halfSide, 2 * halfSide, 2 * halfSide};
+}
+
+// The painter flattens curves to within a fraction of a device pixel, and always to the inner side, which at these
+// sizes costs the glyph three per cent of its weight. So it is given finely flattened outlines to fill.
+constexpr double fineness = 64.0;
+
+QPainterPath flattened(const QPainterPath &path)
+{
+    const QTransform finer = QTransform::fromScale(fineness, fineness);
+    QPainterPath result;
+    result.setFillRule(Qt::WindingFill);
+    for (const QPolygonF &polygon : path.toSubpathPolygons(finer)) {
+        result.addPolygon(finer.inverted().map(polygon));
+    }
+    return result;
+}
+
+QPainterPath stroke(const QPainterPath &line, double width)
+{
+    QPainterPathStroker stroker;
+    stroker.setWidth(width);
+    stroker.setCapStyle(Qt::RoundCap);
+    stroker.setCurveThreshold(1.0 / fineness);
+    return stroker.createStroke(line);
+}
+
+QPainterPath circle(double radius)
+{
+    QPainterPath path;
+    path.addEllipse(square(radius));
+    return path;
+}
+
+void draw(QPainter &painter, const QRectF &rect, RingState state, bool onDarkBar)
+{
+    const QColor label = labelColor(state, onDarkBar);
+    const double unit = std::min(rect.width(), rect.height()) / grid;
+
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(rect.center());
+    painter.scale(unit, unit);
+
+    painter.fillPath(flattened(stroke(gappedRing(square(ringRadius)), ringWidth)), label);
+    if (const auto core = coreColor(state, onDarkBar)) {
+        painter.fillPath(flattened(circle(dotRadius)), *core);
+    } else {
+        painter.fillPath(flattened(stroke(circle(hollowDotRadius), hollowDotWidth)), label);
+    }
+    painter.restore();
+}
+
+// Mode and state of the icon are ignored throughout: the ring carries its own colours and is never tinted.
+// `scaledPixmap` is left to the base class, which comes back to `pixmap` with the size in device pixels; what it is
+// given itself is device pixels before Qt 6.8 and device-independent pixels from then on.
+class Engine : public QIconEngine
+{
+public:
+    Engine(RingState state, bool onDarkBar)
+        : state_(state)
+        , onDarkBar_(onDarkBar)
+    {
+    }
+
+    QIconEngine *clone() const override { return new Engine(state_, onDarkBar_); }
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode, QIcon::State) override
+    {
+        draw(*painter, rect, state_, onDarkBar_);
+    }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        if (size.isEmpty()) {
+            return {};
+        }
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, pixmap.rect(), mode, state);
+        return pixmap;
+    }
+
+    QSize actualSize(const QSize &size, QIcon::Mode, QIcon::State) override { return size; }
+
+    // A tray that takes pictures over D-Bus is sent just these, and scales what lies between. So they are what bars ask
+    // for, plain and doubled: 16, 22, 24 and 32 pixels, and 18 points on macOS. Nothing above 64 would be sent.
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override
+    {
+        return {{16, 16}, {18, 18}, {22, 22}, {24, 24}, {32, 32}, {36, 36}, {44, 44}, {48, 48}, {64, 64}};
+    }
+
+private:
+    RingState state_;
+    bool onDarkBar_;
+};
+
+} // namespace
+
+QIcon image(RingState state, bool onDarkBar)
+{
+    return QIcon(new Engine(state, onDarkBar));
+}
+
+} // namespace kelvo::MenuBarIcon
