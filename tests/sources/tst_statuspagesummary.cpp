@@ -436,6 +436,12 @@ void StatuspageSummaryTest::turkishUserFindsNamesWithinNamesByTurkishCase()
     const auto dotless = page({{u"the ıde itself"_s, u"major_outage"_s}});
     QCOMPARE(readingOf(dotless, {u"IDE"_s}, english), operational);
     QCOMPARE(readingOf(dotless, {u"IDE"_s}, turkish), majorOutage);
+    // The user's own locale is the one that counts unless another is given.
+    const QLocale before;
+    QLocale::setDefault(turkish);
+    const auto reading = StatuspageSummary::decode(json(dotless))->reading({u"IDE"_s});
+    QLocale::setDefault(before);
+    QCOMPARE(reading, majorOutage);
     // What the vendors publish is spelt as they spell it, and so found by everyone.
     const auto api = page({{u"Claude API (api.anthropic.com)"_s, u"major_outage"_s}});
     QCOMPARE(readingOf(api, {u"Claude API"_s}, turkish), majorOutage);
