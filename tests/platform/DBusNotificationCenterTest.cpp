@@ -37,6 +37,7 @@ private Q_SLOTS:
     void dropsAnAlertThatNobodyCanShow();
     void cannotServeWithoutABus();
     void servesOnceTheBusIsBack();
+    void postsNothingLateThatWaitedWhenTheBusWent();
     void isAuthorizedByARunningServer();
     void isAuthorizedByAServerThatCanBeStarted();
     void isNotDeterminedWithoutAServer();
@@ -234,6 +235,26 @@ void DBusNotificationCenterTest::servesOnceTheBusIsBack()
     center->add(odd);
     QTRY_COMPARE(server->notifications().size(), 1);
     QCOMPARE(server->notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
+}
+
+void DBusNotificationCenterTest::postsNothingLateThatWaitedWhenTheBusWent()
+{
+    daemon_->start();
+    const QTemporaryDir directory;
+    const auto started = directory.filePath(u"started"_s);
+    addStartableServer(started);
+    const auto center = this->center();
+    center->add(claude);
+    QTRY_VERIFY(QFile::exists(started));
+    daemon_->kill();
+    QTRY_VERIFY(!center->canServeThisProcess());
+
+    daemon_->start();
+    const FakeNotificationServer server(*daemon_, plain);
+    QTRY_COMPARE(server.questions(), 1);
+    center->add(odd);
+    QTRY_COMPARE(server.notifications().size(), 1);
+    QCOMPARE(server.notifications().first().summary, odd.title);
 }
 
 void DBusNotificationCenterTest::isAuthorizedByARunningServer()

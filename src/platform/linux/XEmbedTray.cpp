@@ -25,10 +25,10 @@ XEmbedTray::XEmbedTray(QObject *parent)
     : QObject(parent)
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11) {
+    connection_ = x11 ? x11->connection() : nullptr;
+    if (!connection_) {
         return;
     }
-    connection_ = x11->connection();
     manager_ = atom("MANAGER");
     selection_ = atom("_NET_SYSTEM_TRAY_S0");
     // A tray announces itself to the root window, whose events Qt has asked for.
