@@ -120,9 +120,8 @@ void DesktopAppearance::followXfce()
         return;
     }
     xfconf_ = std::make_unique<BusNameOwner>(bus_, xfconfName, BusNameOwner::Start::onDemand);
-    xfconf_->listen(xfconfPath, xfconfName, u"PropertyChanged"_s, this,
-                    SLOT(onXfconfChanged(QString, QString, QDBusVariant)));
-    xfconf_->listen(xfconfPath, xfconfName, u"PropertyRemoved"_s, this, SLOT(onXfconfRemoved(QString, QString)));
+    xfconf_->listen(xfconfPath, xfconfName, u"PropertyChanged"_s, this, SLOT(onXfconfChanged(QDBusMessage)));
+    xfconf_->listen(xfconfPath, xfconfName, u"PropertyRemoved"_s, this, SLOT(onXfconfChanged(QDBusMessage)));
     connect(xfconf_.get(), &BusNameOwner::changed, this, &DesktopAppearance::askXfconf);
 }
 
@@ -142,14 +141,13 @@ void DesktopAppearance::askXfconf()
     }
 }
 
-void DesktopAppearance::onXfconfChanged(const QString &channel, const QString &property, const QDBusVariant &value)
+void DesktopAppearance::onXfconfChanged(const QDBusMessage &signal)
 {
-    learn(channel, property, value.variant());
-}
-
-void DesktopAppearance::onXfconfRemoved(const QString &channel, const QString &property)
-{
-    learn(channel, property, {});
+    // A removed property comes without a value.
+    const auto arguments = signal.arguments();
+    if (arguments.size() >= 2) {
+        learn(arguments[0].toString(), arguments[1].toString(), arguments.value(2));
+    }
 }
 
 void DesktopAppearance::learn(const QString &group, const QString &name, const QVariant &value)

@@ -3,7 +3,7 @@
 #include "platform/Appearance.h"
 #include "platform/linux/BusNameOwner.h"
 
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QHash>
 #include <QStringList>
 #include <QVariant>
@@ -30,8 +30,7 @@ protected:
 
 private Q_SLOTS:
     void onPortalChanged(const QDBusMessage &signal);
-    void onXfconfChanged(const QString &channel, const QString &property, const QDBusVariant &value);
-    void onXfconfRemoved(const QString &channel, const QString &property);
+    void onXfconfChanged(const QDBusMessage &signal);
 
 private:
     struct Answers
