@@ -26,7 +26,9 @@ int main(int argc, char *argv[])
         return 0;
     }
 
-    Composition composition(makeBoundaries());
+    auto boundaries = makeBoundaries();
+    KelvoApp::showFirstRing(*boundaries.platform.statusItem, *boundaries.platform.appearance);
+    Composition composition(std::move(boundaries));
     auto &platform = composition.platform();
     KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), *platform.appearance, *platform.statusItem);
     return QApplication::exec();

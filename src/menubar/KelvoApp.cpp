@@ -28,6 +28,12 @@ KelvoApp::KelvoApp(StatusStore &store, SettingsStore &settings, Appearance &appe
 
 KelvoApp::~KelvoApp() = default;
 
+void KelvoApp::showFirstRing(StatusItem &statusItem, const Appearance &appearance)
+{
+    statusItem.setIcon(MenuBarIcon::image(RingState::inactive, appearance.panelIsDark()));
+    statusItem.show();
+}
+
 void KelvoApp::updateStatusItem()
 {
     updateIcon();

@@ -22,6 +22,10 @@ public:
     KelvoApp(StatusStore &store, SettingsStore &settings, Appearance &appearance, StatusItem &statusItem);
     ~KelvoApp() override;
 
+    /// Shows the ring before anything is known. To be called before the stores are made: their first requests load the
+    /// libraries for TLS, which takes longer than all the rest of the start.
+    static void showFirstRing(StatusItem &statusItem, const Appearance &appearance);
+
 private:
     void updateStatusItem();
     void updateIcon();

@@ -15,6 +15,25 @@ namespace {
 const auto watcherName = u"org.kde.StatusNotifierWatcher"_s;
 const auto watcherPath = u"/StatusNotifierWatcher"_s;
 
+/// How long the start may wait for the tray's first answer. One that is there answers within a millisecond or two.
+constexpr auto firstAnswerAtMost = 200ms;
+
+/// Asks for what Qt looks at too: it takes a watcher without a host for no tray at all.
+QDBusMessage hostQuestion(const QString &watcher)
+{
+    auto question = QDBusMessage::createMethodCall(watcher, watcherPath, u"org.freedesktop.DBus.Properties"_s,
+                                                   u"Get"_s);
+    question.setAutoStartService(false);
+    question << watcherName << u"IsStatusNotifierHostRegistered"_s;
+    return question;
+}
+
+bool saysRegistered(const QDBusMessage &answer)
+{
+    return answer.type() == QDBusMessage::ReplyMessage
+        && answer.arguments().value(0).value<QDBusVariant>().variant().toBool();
+}
+
 /// A panel that offers both kinds of tray does not start them in one moment.
 constexpr auto busTrayGrace = 3s;
 
@@ -63,11 +82,17 @@ void TrayStatusItem::setMenu(QMenu *menu)
 
 void TrayStatusItem::show()
 {
+    if (shown_) {
+        return;
+    }
     shown_ = true;
     if (!bus_->isConnected()) {
         place();
         return;
     }
+    // Asked once while waiting, so that a ring whose tray is there does not come behind all else that starts.
+    onHostKnown(saysRegistered(bus_->connection().call(hostQuestion(watcherName), QDBus::Block,
+                                                       static_cast<int>(firstAnswerAtMost.count()))));
     awaitHost();
 }
 
@@ -83,14 +108,8 @@ void TrayStatusItem::awaitHost()
         return;
     }
     busTrayGrace_.stop();
-    // Qt looks at the same property, and takes a watcher without a host for no tray at all.
-    auto question = QDBusMessage::createMethodCall(watcher_.owner(), watcherPath, u"org.freedesktop.DBus.Properties"_s,
-                                                   u"Get"_s);
-    question << watcherName << u"IsStatusNotifierHostRegistered"_s;
-    bus_->call(question, this, [this](const QDBusMessage &answer) {
-        onHostKnown(answer.type() == QDBusMessage::ReplyMessage
-                    && answer.arguments().value(0).value<QDBusVariant>().variant().toBool());
-    });
+    bus_->call(hostQuestion(watcher_.owner()), this,
+               [this](const QDBusMessage &answer) { onHostKnown(saysRegistered(answer)); });
 }
 
 void TrayStatusItem::onHostKnown(bool registered)
