@@ -10,7 +10,6 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -43,12 +42,11 @@ double median(std::vector<double> values)
 /// and with it the simulated internet would.
 bool letHappen(std::chrono::milliseconds atMost, const std::function<bool()> &condition)
 {
-    QDeadlineTimer deadline(atMost);
     QTimer alarm;
     alarm.setSingleShot(true);
     alarm.start(atMost);
     while (!condition()) {
-        if (deadline.hasExpired()) {
+        if (!alarm.isActive()) {
             return false;
         }
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

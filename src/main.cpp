@@ -2,6 +2,7 @@
 #include "Version.h"
 #include "menubar/KelvoApp.h"
 #include "platform/Platform.h"
+#include "platform/ProcessMemory.h"
 #include "platform/SingleInstance.h"
 #include "platform/TerminationSignals.h"
 
@@ -12,6 +13,7 @@ int main(int argc, char *argv[])
     using namespace Qt::StringLiterals;
     using namespace kelvo;
 
+    keepProcessMemorySmall();
     QApplication application(argc, argv);
     QApplication::setOrganizationName(u"Kelvo"_s);
     QApplication::setOrganizationDomain(u"kelvo.app"_s);
