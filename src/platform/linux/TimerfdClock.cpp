@@ -1,0 +1,101 @@
+#include "platform/linux/TimerfdClock.h"
+
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <utility>
+
+#include <sys/timerfd.h>
+#include <unistd.h>
+
+namespace kelvo {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+itimerspec oneShot(milliseconds wait)
+{
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(wait);
+    itimerspec time{};
+    time.it_value.tv_sec = seconds.count();
+    time.it_value.tv_nsec = std::chrono::nanoseconds(wait - seconds).count();
+    // All zero would disarm the timer: a wait that is over already becomes the shortest one.
+    if (wait <= milliseconds::zero())
+        time.it_value = {.tv_sec = 0, .tv_nsec = 1};
+    return time;
+}
+
+class TimerfdCall : public ContinuousClock::Timer
+{
+public:
+    TimerfdCall(int descriptor, std::function<void()> callback)
+        : descriptor_(descriptor)
+        , callback_(std::move(callback))
+        , notifier_(descriptor, QSocketNotifier::Read)
+    {
+        QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] { fire(); });
+    }
+
+    ~TimerfdCall() override
+    {
+        notifier_.setEnabled(false);
+        ::close(descriptor_);
+    }
+
+private:
+    void fire()
+    {
+        // The number of a descriptor is reused at once, so a notification can be meant for the call before this one.
+        std::uint64_t expirations = 0;
+        if (::read(descriptor_, &expirations, sizeof expirations) != sizeof expirations)
+            return;
+        notifier_.setEnabled(false);
+        // The callback may destroy this object, so it must not live in it while it runs.
+        const auto call = std::move(callback_);
+        call();
+    }
+
+    int descriptor_;
+    std::function<void()> callback_;
+    QSocketNotifier notifier_;
+};
+
+class TimerCall : public ContinuousClock::Timer
+{
+public:
+    TimerCall(milliseconds wait, std::function<void()> callback)
+        : callback_(std::move(callback))
+    {
+        constexpr milliseconds longest(std::numeric_limits<int>::max());
+        timer_.setSingleShot(true);
+        timer_.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] {
+            const auto call = std::move(callback_);
+            call();
+        });
+        timer_.start(std::clamp(wait, milliseconds::zero(), longest));
+    }
+
+private:
+    std::function<void()> callback_;
+    QTimer timer_;
+};
+
+} // namespace
+
+std::unique_ptr<ContinuousClock::Timer> TimerfdClock::after(milliseconds wait, std::function<void()> callback)
+{
+    const int descriptor = ::timerfd_create(CLOCK_BOOTTIME, TFD_CLOEXEC | TFD_NONBLOCK);
+    if (descriptor < 0)
+        return std::make_unique<TimerCall>(wait, std::move(callback));
+
+    const itimerspec time = oneShot(wait);
+    ::timerfd_settime(descriptor, 0, &time, nullptr);
+    return std::make_unique<TimerfdCall>(descriptor, std::move(callback));
+}
+
+} // namespace kelvo
