@@ -1,4 +1,4 @@
-import QtQml
+import QtQuick
 import Kelvo
 
 /// The colours of a health.
