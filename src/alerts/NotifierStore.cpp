@@ -1,5 +1,7 @@
 #include "alerts/NotifierStore.h"
 
+#include "model/WhileAlive.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QUuid>
@@ -24,11 +26,11 @@ void NotifierStore::refreshAuthorization()
     if (!center_.canServeThisProcess()) {
         return;
     }
-    center_.authorizationStatus().then(this, [this](AuthorizationStatus status) {
+    center_.authorizationStatus().then(whileAlive(this, [this](AuthorizationStatus status) {
         Q_EMIT objectWillChange();
         authorizationStatus_ = status;
         Q_EMIT authorizationStatusChanged();
-    });
+    }));
 }
 
 QFuture<void> NotifierStore::requestAuthorization()
@@ -36,7 +38,7 @@ QFuture<void> NotifierStore::requestAuthorization()
     if (!center_.canServeThisProcess()) {
         return QtFuture::makeReadyFuture();
     }
-    return center_.requestAuthorization().then(this, [this] { refreshAuthorization(); });
+    return center_.requestAuthorization().then(whileAlive(this, [this] { refreshAuthorization(); }));
 }
 
 // The permission is not asked here: the system drops what it does not permit, and knows better than a stored answer.
@@ -50,9 +52,10 @@ void NotifierStore::send(const QString &title, const QString &body)
 
 QFuture<void> NotifierStore::sendTest(RemoteChannel channel)
 {
-    return post(u"Kelvo is set up. Claude is back. You can continue working."_s, channel).then(this, [this](bool sent) {
+    const auto told = [this](bool sent) {
         setLastTestResult(sent ? u"Test sent"_s : u"Couldn’t send — check the details"_s);
-    });
+    };
+    return post(u"Kelvo is set up. Claude is back. You can continue working."_s, channel).then(whileAlive(this, told));
 }
 
 QFuture<bool> NotifierStore::post(const QString &text, RemoteChannel channel)

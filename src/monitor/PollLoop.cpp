@@ -1,9 +1,10 @@
 #include "monitor/PollLoop.h"
 
+#include "model/WhileAlive.h"
+
 namespace kelvo {
 
-PollLoop::PollLoop(ContinuousClock &clock, std::function<std::chrono::seconds()> nextWait,
-                   std::function<QFuture<void>()> round)
+PollLoop::PollLoop(ContinuousClock &clock, std::function<std::chrono::seconds()> nextWait, Round round)
     : clock_(clock)
     , nextWait_(std::move(nextWait))
     , round_(std::move(round))
@@ -18,34 +19,28 @@ void PollLoop::restart()
     wait();
 }
 
-void PollLoop::restart(QFuture<void> firstRound)
+void PollLoop::restart(const Round &firstRound)
 {
     begin();
-    waitAfter(firstRound);
+    run(firstRound);
 }
 
 void PollLoop::begin()
 {
-    ++generation_;
     loop_ = std::make_unique<QObject>();
     timer_.reset();
 }
 
 void PollLoop::wait()
 {
-    timer_ = clock_.after(nextWait_(), [this] {
-        // The round may restart this loop; its end then belongs to a loop that is gone.
-        const auto generation = generation_;
-        const auto round = round_();
-        if (generation == generation_) {
-            waitAfter(round);
-        }
-    });
+    timer_ = clock_.after(nextWait_(), [this] { run(round_); });
 }
 
-void PollLoop::waitAfter(QFuture<void> round)
+void PollLoop::run(const Round &round)
 {
-    round.then(loop_.get(), [this] { wait(); });
+    // The round may restart this loop before it even returns; its end belongs to the loop that began it.
+    auto next = whileAlive(loop_.get(), [this] { wait(); });
+    round().then(std::move(next));
 }
 
 } // namespace kelvo

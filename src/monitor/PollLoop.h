@@ -15,25 +15,27 @@ namespace kelvo {
 class PollLoop
 {
 public:
-    /// `nextWait` gives the wait; `round` does the work and finishes when all of it is done.
-    PollLoop(ContinuousClock &clock, std::function<std::chrono::seconds()> nextWait, std::function<QFuture<void>()> round);
+    /// The work; finishes when all of it is done.
+    using Round = std::function<QFuture<void>()>;
+
+    /// `nextWait` gives the wait before each `round`.
+    PollLoop(ContinuousClock &clock, std::function<std::chrono::seconds()> nextWait, Round round);
     ~PollLoop();
 
     /// Ends the current loop and starts a new one, with a wait. A round under way goes on to its end, but what follows
     /// it is the new loop's.
     void restart();
     /// The same, but the new loop begins with `firstRound`.
-    void restart(QFuture<void> firstRound);
+    void restart(const Round &firstRound);
 
 private:
     void begin();
     void wait();
-    void waitAfter(QFuture<void> round);
+    void run(const Round &round);
 
     ContinuousClock &clock_;
     std::function<std::chrono::seconds()> nextWait_;
-    std::function<QFuture<void>()> round_;
-    unsigned long generation_ = 0;
+    Round round_;
     std::unique_ptr<QObject> loop_; ///< the life of the current loop; what waits for a round of it ends with it
     std::unique_ptr<ContinuousClock::Timer> timer_;
 };

@@ -1,5 +1,7 @@
 #include "monitor/StatusStore.h"
 
+#include "model/WhileAlive.h"
+
 #include <QFuture>
 
 #include <algorithm>
@@ -110,7 +112,7 @@ void StatusStore::peek(ServiceID id)
 void StatusStore::restartPolling(bool immediate)
 {
     if (immediate) {
-        pollLoop_.restart(checkAll());
+        pollLoop_.restart([this] { return checkAll(); });
     } else {
         pollLoop_.restart();
     }
@@ -126,12 +128,13 @@ QFuture<void> StatusStore::checkAll()
     for (const auto &service : services) {
         checks.append(check(service));
     }
-    return QtFuture::whenAll(checks.begin(), checks.end()).then(this, [this](const QList<QFuture<void>> &) {
+    const auto end = [this](const QList<QFuture<void>> &) {
         // Under the user's eyes the hero stays where it is; closing the popover promotes.
         if (!popoverIsOpen_) {
             applyPromotion();
         }
-    });
+    };
+    return QtFuture::whenAll(checks.begin(), checks.end()).then(whileAlive(this, end));
 }
 
 template<typename Value>
@@ -203,17 +206,16 @@ QFuture<void> StatusStore::pollRound()
 QFuture<void> StatusStore::check(const Service &service)
 {
     const auto number = ++checksBegun_;
-    return read(service)
-        .then(this, [this, service, number](const StatusReading &reading) {
-            if (!isRecoveryCandidate(status(service.id), reading)) {
-                apply(service, number, reading, false);
-                return QtFuture::makeReadyFuture();
-            }
-            return checks_.probe(service).then(this, [this, service, number, reading](bool isUsable) {
-                apply(service, number, reading, isUsable);
-            });
-        })
-        .unwrap();
+    const auto judge = [this, service, number](const StatusReading &reading) {
+        if (!isRecoveryCandidate(status(service.id), reading)) {
+            apply(service, number, reading, false);
+            return QtFuture::makeReadyFuture();
+        }
+        return checks_.probe(service).then(whileAlive(this, [this, service, number, reading](bool isUsable) {
+            apply(service, number, reading, isUsable);
+        }));
+    };
+    return read(service).then(whileAlive(this, judge)).unwrap();
 }
 
 QFuture<StatusReading> StatusStore::read(const Service &service)

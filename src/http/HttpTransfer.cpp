@@ -1,0 +1,115 @@
+#include "http/HttpTransfer.h"
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+namespace {
+
+constexpr qint64 chunkSize = 64 * 1024;
+
+/// Whether the network layer reports `error` for nothing but a status code of 400 or above, so that there is an answer.
+/// Every error that is not listed means that the transfer itself broke.
+constexpr bool standsForAStatus(QNetworkReply::NetworkError error)
+{
+    switch (error) {
+    case QNetworkReply::ContentAccessDenied:               // 403
+    case QNetworkReply::ContentOperationNotPermittedError: // 405
+    case QNetworkReply::ContentNotFoundError:              // 404
+    case QNetworkReply::AuthenticationRequiredError:       // 401
+    case QNetworkReply::ProxyAuthenticationRequiredError:  // 407
+    case QNetworkReply::ContentConflictError:              // 409
+    case QNetworkReply::ContentGoneError:                  // 410
+    case QNetworkReply::ProtocolInvalidOperationError:     // 400, 418
+    case QNetworkReply::UnknownContentError:               // the other 4xx
+    case QNetworkReply::InternalServerError:               // 500
+    case QNetworkReply::OperationNotImplementedError:      // 501
+    case QNetworkReply::ServiceUnavailableError:           // 503
+    case QNetworkReply::UnknownServerError:                // the other 5xx
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// A redirect status that names no target ends in an error of its own, although the answer is complete. (After a redirect
+/// that was followed, the header is gone, and so are all the others.)
+bool isRedirectWithoutTarget(const QNetworkReply &reply, int status)
+{
+    return reply.error() == QNetworkReply::ProtocolUnknownError && status >= 300 && status < 400
+        && !reply.rawHeaderList().isEmpty() && !reply.hasRawHeader("Location"_ba);
+}
+
+/// The status of the answer, or nothing when the transfer failed. The status attribute alone does not tell: it still
+/// reads 302 after a redirect that led nowhere, and 200 after a body that broke off.
+std::optional<int> answeredStatus(const QNetworkReply &reply)
+{
+    const QVariant attribute = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    if (!attribute.isValid()) {
+        return std::nullopt;
+    }
+    const int status = attribute.toInt();
+    const bool answered = reply.error() == QNetworkReply::NoError || isRedirectWithoutTarget(reply, status)
+        || (status >= 400 && standsForAStatus(reply.error()));
+    return answered ? std::optional(status) : std::nullopt;
+}
+
+} // namespace
+
+HttpTransfer::HttpTransfer(QNetworkReply *reply, HttpBody body, const HttpLimits &limits, QObject *parent)
+    : QObject(parent)
+    , reply_(reply)
+    , body_(body)
+    , maximumBodySize_(limits.maximumBodySize)
+{
+    reply_->setParent(this);
+    promise_.start();
+    connect(reply_, &QNetworkReply::readyRead, this, &HttpTransfer::readBody);
+    // Queued, because whoever waits for the future may destroy the session, which must not happen inside the reply.
+    connect(reply_, &QNetworkReply::finished, this, &HttpTransfer::finish, Qt::QueuedConnection);
+
+    deadline_.setSingleShot(true);
+    connect(&deadline_, &QTimer::timeout, reply_, &QNetworkReply::abort);
+    deadline_.start(limits.totalDeadline);
+}
+
+HttpTransfer::~HttpTransfer() = default;
+
+/// Reads in small pieces: all that is available may be a thousand times what has arrived when it is compressed.
+void HttpTransfer::readBody()
+{
+    std::array<char, chunkSize> chunk;
+    while (true) {
+        const qint64 size = reply_->read(chunk.data(), chunkSize);
+        if (size <= 0) {
+            return;
+        }
+        bodySize_ += size;
+        if (bodySize_ > maximumBodySize_) {
+            reply_->abort();
+            return;
+        }
+        if (body_ == HttpBody::Keep) {
+            kept_.append(chunk.data(), size);
+        }
+    }
+}
+
+void HttpTransfer::finish()
+{
+    deadline_.stop();
+    HttpResponse response{.status = answeredStatus(*reply_), .body = {}};
+    if (response.status) {
+        response.body = std::move(kept_);
+    }
+    deleteLater();
+    Q_EMIT ended();
+
+    // The last step, on the stack: a continuation may destroy the session and this with it.
+    QPromise<HttpResponse> promise = std::move(promise_);
+    promise.addResult(std::move(response));
+    promise.finish();
+}
+
+} // namespace kelvo

@@ -1,0 +1,816 @@
+#include "http/HttpSession.h"
+#include "simulator/CertificateAuthority.h"
+#include "simulator/ReroutedNetwork.h"
+#include "simulator/SimulatedInternet.h"
+
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFutureWatcher>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace kelvo;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const auto host = u"page.example"_s;
+const auto userAgent = "Kelvo/1.0 (macOS status watcher)"_ba;
+
+/// Far beyond what any test here takes, so that the limit that a test is about is the one that strikes.
+constexpr HttpLimits roomy{.idleTimeout = 20s, .totalDeadline = 20s, .maximumBodySize = 1024 * 1024};
+
+QUrl page(const QString &path = u"/"_s)
+{
+    return QUrl(u"https://"_s + host + path);
+}
+
+/// Turns events until the future is settled.
+bool settles(const QFuture<HttpResponse> &future)
+{
+    QFutureWatcher<HttpResponse> watcher;
+    QSignalSpy finished(&watcher, &QFutureWatcher<HttpResponse>::finished);
+    watcher.setFuture(future);
+    return future.isFinished() || finished.wait(10'000);
+}
+
+} // namespace
+
+class HttpSessionTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<HttpSession> makeSession(HttpLimits limits = roomy, QByteArray agent = userAgent)
+    {
+        return std::make_unique<HttpSession>(std::make_unique<ReroutedNetwork>(*internet_), limits, std::move(agent));
+    }
+    std::unique_ptr<HttpSession> makeTlsSession(HttpLimits limits = roomy)
+    {
+        return std::make_unique<HttpSession>(
+            std::make_unique<ReroutedNetwork>(*internet_, authority_->clientConfiguration()), limits, userAgent);
+    }
+    /// What a request comes to; a transfer that never ends reads as the status -1.
+    HttpResponse fetch(HttpSession &session, const QUrl &url)
+    {
+        const auto future = session.get(url);
+        return settles(future) ? future.result() : HttpResponse{.status = -1, .body = "never settled"_ba};
+    }
+    HttpResponse fetch(const QUrl &url = page(), HttpLimits limits = roomy)
+    {
+        const auto session = makeSession(limits);
+        return fetch(*session, url);
+    }
+
+    QTemporaryDir home_;
+    std::unique_ptr<CertificateAuthority> authority_;
+    std::unique_ptr<SimulatedInternet> internet_;
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void everyStatusCodeIsAnAnswer_data();
+    void everyStatusCodeIsAnAnswer();
+    void aProvisionalResponseIsNotTheAnswer();
+    void theBodyOfAnErrorAnswerIsKept();
+    void discardedBodiesAreNotHandedOver();
+    void aGzippedBodyIsDecoded();
+    void aChunkedBodyIsWhole();
+    void contentOfAnyTypeIsHandedOverAsItIs();
+
+    void aRedirectIsFollowedToTheFinalAnswer_data();
+    void aRedirectIsFollowedToTheFinalAnswer();
+    void aRedirectMayUpgradeToHttps();
+    void aRedirectThatLeadsNowhereIsAFailedTransfer_data();
+    void aRedirectThatLeadsNowhereIsAFailedTransfer();
+    void aRedirectFromHttpsToHttpIsRefused();
+
+    void aBrokenTransferIsAFailure_data();
+    void aBrokenTransferIsAFailure();
+    void aCompressedBodyOfAnnouncedLengthIsHandedOverCutOff();
+    void aRefusedConnectionIsAFailure();
+    void anUnknownHostIsAFailure();
+
+    void silenceEndsAtTheIdleTimeout();
+    void aStalledBodyEndsAtTheIdleTimeout();
+    void aHandshakeThatIsNotAnsweredEndsAtTheIdleTimeout();
+    void aDrippingBodyOutlivesTheIdleTimeoutAndEndsAtTheDeadline();
+    void aSlowWholeAnswerWithinTheDeadlineIsKept();
+    void theDeadlineSpansRedirects();
+
+    void anEndlessBodyEndsAtTheCap_data();
+    void anEndlessBodyEndsAtTheCap();
+    void aBodyOfExactlyTheCapIsKept();
+    void aByteBeyondTheCapIsAFailure();
+    void aBodyBelowTheCapMayBeCompressedAsWellAsItLikes();
+    void aCompressionBombFails_data();
+    void aCompressionBombFails();
+
+    void theUserAgentIsSentAsGiven();
+    void anEmptyUserAgentLeavesTheNetworkLayersOwn();
+    void aGetCarriesNoBodyAndNoConditions();
+    void everyRequestGoesToTheNetwork();
+    void cookiesLiveAndDieWithTheSession();
+    void nothingIsLeftOnDisk();
+    void aPostCarriesItsJson();
+    void aPostWithoutJsonHasNoBody();
+    void aPostWhoseConnectionBreaksIsNotSentAgain();
+    void aPostWhoseAnswerIsCutOffIsNotSentAgain();
+    void aPostLeavesNoConnectionBehind();
+    void aRedirectedPost_data();
+    void aRedirectedPost();
+
+    void otherAddressesFailAtOnceWithoutARequest_data();
+    void otherAddressesFailAtOnceWithoutARequest();
+
+    void aHangingRequestDoesNotHoldUpOthers();
+    void destroyingTheSessionCancelsWhatIsUnderWay();
+    void theSessionMayBeDestroyedByAContinuation();
+    void idleConnectionsAreClosedOnRequest();
+    void closingIdleConnectionsLeavesARequestUnderWayAlone();
+
+    void tlsThroughAProxyReachesTheHost();
+    void anUntrustedCertificateIsAFailure();
+    void aCertificateForAnotherHostIsAFailure();
+    void aProxyThatRefusesIsAFailure_data();
+    void aProxyThatRefusesIsAFailure();
+};
+
+void HttpSessionTest::initTestCase()
+{
+    for (const char *variable : {"HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
+        qputenv(variable, home_.path().toLocal8Bit());
+    }
+    authority_ = CertificateAuthority::make(SimulatedInternet::hosts() << host);
+    QVERIFY(authority_);
+}
+
+void HttpSessionTest::init()
+{
+    internet_ = std::make_unique<SimulatedInternet>();
+    internet_->setCertificate(authority_->certificate(), authority_->privateKey());
+    internet_->respond(host, {}, SimulatedResponse::ofStatus(200));
+}
+
+void HttpSessionTest::cleanup()
+{
+    internet_.reset();
+}
+
+void HttpSessionTest::everyStatusCodeIsAnAnswer_data()
+{
+    QTest::addColumn<SimulatedResponse>("response");
+    QTest::addColumn<int>("status");
+
+    for (const int status : {200, 201, 202, 204, 206, 299, 300, 304, 400, 403, 404, 405, 406, 408, 409, 410, 418, 422,
+                             429, 451, 499, 500, 501, 502, 503, 504, 520, 599}) {
+        QTest::addRow("%d", status) << SimulatedResponse::ofStatus(status) << status;
+    }
+    for (const int status : {301, 302, 303, 307, 308}) {
+        QTest::addRow("%d without a location", status) << SimulatedResponse::ofStatus(status) << status;
+    }
+    QTest::addRow("401 without a challenge") << SimulatedResponse::ofStatus(401) << 401;
+    for (const char *challenge : {"Basic realm=\"API\"", "Bearer realm=\"API\"", "Digest realm=\"a\", nonce=\"b\"",
+                                  "Negotiate", "NTLM", "nonsense"}) {
+        QTest::addRow("401 with the challenge %s", challenge)
+            << SimulatedResponse::ofStatus(401).with("WWW-Authenticate"_ba, challenge) << 401;
+    }
+    QTest::addRow("407 without a challenge") << SimulatedResponse::ofStatus(407) << 407;
+    QTest::addRow("407 with a challenge")
+        << SimulatedResponse::ofStatus(407).with("Proxy-Authenticate"_ba, "Basic realm=\"x\""_ba) << 407;
+}
+
+void HttpSessionTest::everyStatusCodeIsAnAnswer()
+{
+    QFETCH(const SimulatedResponse, response);
+    QFETCH(const int, status);
+    internet_->respond(host, {}, response);
+
+    QCOMPARE(fetch().status, status);
+
+    const auto tls = makeTlsSession();
+    QCOMPARE(fetch(*tls, page()).status, status);
+}
+
+void HttpSessionTest::aProvisionalResponseIsNotTheAnswer()
+{
+    internet_->respond(host, {}, SimulatedResponse::json("{}"_ba).afterProvisional(100));
+    const HttpResponse response = fetch();
+    QCOMPARE(response.status, 200);
+    QCOMPARE(response.body, "{}"_ba);
+}
+
+void HttpSessionTest::theBodyOfAnErrorAnswerIsKept()
+{
+    for (const int status : {400, 401, 403, 404, 429, 500, 502, 503}) {
+        internet_->respond(host, {}, SimulatedResponse::json("{\"a\":1}"_ba, status));
+        const HttpResponse response = fetch();
+        QCOMPARE(response.status, status);
+        QCOMPARE(response.body, "{\"a\":1}"_ba);
+    }
+}
+
+void HttpSessionTest::discardedBodiesAreNotHandedOver()
+{
+    internet_->respond(host, {}, SimulatedResponse::html(QByteArray(500'000, 'x')));
+    const auto session = makeSession();
+    const auto future = session->getDiscardingBody(page());
+    QVERIFY(settles(future));
+    QCOMPARE(future.result().status, 200);
+    QCOMPARE(future.result().body, QByteArray());
+}
+
+void HttpSessionTest::aGzippedBodyIsDecoded()
+{
+    const QByteArray body = internet_->document(StatusPage::Claude).toJson();
+    internet_->respond(host, {}, SimulatedResponse::json(body).gzipped());
+    QCOMPARE(fetch().body, body);
+    QVERIFY(internet_->requests().constLast().header("Accept-Encoding"_ba).contains("gzip"));
+}
+
+void HttpSessionTest::aChunkedBodyIsWhole()
+{
+    const QByteArray body = internet_->document(StatusPage::Claude).toJson();
+    internet_->respond(host, {}, SimulatedResponse::json(body).inChunks());
+    QCOMPARE(fetch().body, body);
+}
+
+void HttpSessionTest::contentOfAnyTypeIsHandedOverAsItIs()
+{
+    internet_->respond(host, {}, SimulatedResponse::html("<html>Sign in to this network</html>"_ba));
+    QCOMPARE(fetch().body, "<html>Sign in to this network</html>"_ba);
+    internet_->respond(host, {}, SimulatedResponse::json(QByteArray("\0\xff\xfe", 3)));
+    QCOMPARE(fetch().body, QByteArray("\0\xff\xfe", 3));
+}
+
+void HttpSessionTest::aRedirectIsFollowedToTheFinalAnswer_data()
+{
+    QTest::addColumn<int>("redirectStatus");
+    QTest::addColumn<QByteArray>("location");
+    QTest::addColumn<int>("finalStatus");
+    for (const int redirect : {301, 302, 303, 307, 308}) {
+        for (const int final : {200, 401, 404, 503}) {
+            QTest::addRow("%d to an absolute address that answers %d", redirect, final)
+                << redirect << "https://claude.ai/login"_ba << final;
+        }
+    }
+    QTest::addRow("302 to a path") << 302 << "/next"_ba << 200;
+}
+
+void HttpSessionTest::aRedirectIsFollowedToTheFinalAnswer()
+{
+    QFETCH(const int, redirectStatus);
+    QFETCH(const QByteArray, location);
+    QFETCH(const int, finalStatus);
+    internet_->respond(host, "/"_ba, SimulatedResponse::redirect(location, redirectStatus));
+    internet_->respond(host, "/next"_ba, SimulatedResponse::json("\"there\""_ba, finalStatus));
+    internet_->respond(u"claude.ai"_s, "/login"_ba, SimulatedResponse::json("\"there\""_ba, finalStatus));
+
+    const HttpResponse response = fetch();
+    QCOMPARE(response.status, finalStatus);
+    QCOMPARE(response.body, "\"there\""_ba);
+    QCOMPARE(internet_->requests().size(), 2);
+    QCOMPARE(internet_->requests().constLast().header("User-Agent"_ba), userAgent);
+}
+
+void HttpSessionTest::aRedirectMayUpgradeToHttps()
+{
+    internet_->respond(host, "/old"_ba, SimulatedResponse::redirect("https://claude.ai/login"_ba));
+    const auto session = makeTlsSession();
+    QCOMPARE(fetch(*session, QUrl(u"http://page.example/old"_s)).status, 200);
+    QCOMPARE(internet_->requests().constFirst().scheme, u"http"_s);
+    QCOMPARE(internet_->requests().constLast().scheme, u"https"_s);
+}
+
+void HttpSessionTest::aRedirectThatLeadsNowhereIsAFailedTransfer_data()
+{
+    QTest::addColumn<QByteArray>("location");
+    QTest::addRow("to itself, for ever") << "/"_ba;
+    QTest::addRow("to a host that is dead") << "https://dead.example/"_ba;
+    QTest::addRow("to file:") << "file:///etc/hostname"_ba;
+    QTest::addRow("to ftp:") << "ftp://claude.ai/"_ba;
+    QTest::addRow("to data:") << "data:text/plain,hello"_ba;
+    QTest::addRow("to qrc:") << "qrc:/hello"_ba;
+    QTest::addRow("to javascript:") << "javascript:1"_ba;
+    QTest::addRow("to no address") << "https://[::1/"_ba;
+}
+
+void HttpSessionTest::aRedirectThatLeadsNowhereIsAFailedTransfer()
+{
+    QFETCH(const QByteArray, location);
+    internet_->respond(host, {}, SimulatedResponse::redirect(location));
+
+    const HttpResponse plain = fetch();
+    QCOMPARE(plain.status, std::nullopt);
+    QCOMPARE(plain.body, QByteArray());
+
+    const auto tls = makeTlsSession();
+    QCOMPARE(fetch(*tls, page()).status, std::nullopt);
+}
+
+void HttpSessionTest::aRedirectFromHttpsToHttpIsRefused()
+{
+    internet_->respond(host, {}, SimulatedResponse::redirect("http://claude.ai/login"_ba));
+    const auto session = makeTlsSession();
+    QCOMPARE(fetch(*session, page()).status, std::nullopt);
+    QCOMPARE(internet_->requestsTo(u"claude.ai"_s).size(), 0);
+}
+
+void HttpSessionTest::aBrokenTransferIsAFailure_data()
+{
+    QTest::addColumn<SimulatedResponse>("response");
+    const QByteArray body(100'000, ' ');
+    QTest::addRow("closed at once") << SimulatedResponse::closeAtOnce();
+    QTest::addRow("a 200 cut off") << SimulatedResponse::truncated(body);
+    QTest::addRow("a chunked 200 cut off") << SimulatedResponse::truncated(body).inChunks();
+    QByteArray noise;
+    for (quint32 i = 0; i < 10'000; ++i) {
+        noise += QByteArray::number(i * 2654435761u);
+    }
+    QTest::addRow("a chunked compressed 200 cut off") << SimulatedResponse::truncated(noise).gzipped().inChunks();
+    QTest::addRow("a 404 cut off") << SimulatedResponse::truncated(body, 404);
+    QTest::addRow("a 503 cut off") << SimulatedResponse::truncated(body, 503);
+    QTest::addRow("a chunked 503 cut off") << SimulatedResponse::truncated(body, 503).inChunks();
+    QTest::addRow("compressed in name only")
+        << SimulatedResponse::json(QByteArray(1000, 'x')).with("Content-Encoding"_ba, "gzip"_ba);
+}
+
+void HttpSessionTest::aBrokenTransferIsAFailure()
+{
+    QFETCH(const SimulatedResponse, response);
+    internet_->respond(host, {}, response);
+
+    const HttpResponse plain = fetch();
+    QCOMPARE(plain.status, std::nullopt);
+    QCOMPARE(plain.body, QByteArray());
+
+    const auto tls = makeTlsSession();
+    QCOMPARE(fetch(*tls, page()).status, std::nullopt);
+
+    const auto session = makeSession();
+    const auto discarding = session->getDiscardingBody(page());
+    QVERIFY(settles(discarding));
+    QCOMPARE(discarding.result().status, std::nullopt);
+}
+
+/// The one break that the network layer keeps to itself, so that readers of a body know what to expect.
+void HttpSessionTest::aCompressedBodyOfAnnouncedLengthIsHandedOverCutOff()
+{
+    const QByteArray body = internet_->document(StatusPage::Claude).toJson();
+    internet_->respond(host, {}, SimulatedResponse::truncated(body).gzipped());
+    const HttpResponse response = fetch();
+    QCOMPARE(response.status, 200);
+    QVERIFY(response.body.size() < body.size());
+    QVERIFY(body.startsWith(response.body));
+}
+
+void HttpSessionTest::aRefusedConnectionIsAFailure()
+{
+    QTcpServer closed;
+    QVERIFY(closed.listen(QHostAddress::LocalHost));
+    const QString address = u"http://127.0.0.1:%1/"_s.arg(closed.serverPort());
+    closed.close();
+
+    HttpSession session(std::make_unique<QNetworkAccessManager>(), roomy);
+    QCOMPARE(fetch(session, QUrl(address)).status, std::nullopt);
+
+    // The attribute reads 302 here although nobody answered.
+    internet_->respond(u"127.0.0.1"_s, "/gone"_ba, SimulatedResponse::redirect(address.toLatin1()));
+    const QUrl gone(u"http://127.0.0.1:%1/gone"_s.arg(internet_->port()));
+    QCOMPARE(fetch(session, gone).status, std::nullopt);
+    QCOMPARE(internet_->requests().size(), 1);
+}
+
+void HttpSessionTest::anUnknownHostIsAFailure()
+{
+    HttpSession session(std::make_unique<QNetworkAccessManager>(), {.idleTimeout = 5s});
+    QCOMPARE(fetch(session, QUrl(u"http://no-such-host.invalid/"_s)).status, std::nullopt);
+}
+
+void HttpSessionTest::silenceEndsAtTheIdleTimeout()
+{
+    internet_->respond(host, {}, SimulatedResponse::silence());
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(fetch(page(), {.idleTimeout = 100ms, .totalDeadline = 60s}).status, std::nullopt);
+    QVERIFY(std::chrono::milliseconds(timer.elapsed()) >= 90ms);
+    QCOMPARE(internet_->requests().size(), 1);
+}
+
+void HttpSessionTest::aStalledBodyEndsAtTheIdleTimeout()
+{
+    internet_->respond(host, {}, SimulatedResponse::stall(QByteArray(1000, ' ')));
+    QCOMPARE(fetch(page(), {.idleTimeout = 100ms, .totalDeadline = 60s}).status, std::nullopt);
+}
+
+void HttpSessionTest::aHandshakeThatIsNotAnsweredEndsAtTheIdleTimeout()
+{
+    QTcpServer mute;
+    QVERIFY(mute.listen(QHostAddress::LocalHost));
+    HttpSession session(std::make_unique<QNetworkAccessManager>(), {.idleTimeout = 100ms, .totalDeadline = 60s});
+    QCOMPARE(fetch(session, QUrl(u"https://127.0.0.1:%1/"_s.arg(mute.serverPort()))).status, std::nullopt);
+    QVERIFY(mute.hasPendingConnections());
+}
+
+void HttpSessionTest::aDrippingBodyOutlivesTheIdleTimeoutAndEndsAtTheDeadline()
+{
+    internet_->respond(host, {}, SimulatedResponse::drip(QByteArray(100'000, ' '), 10ms));
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(fetch(page(), {.idleTimeout = 300ms, .totalDeadline = 900ms}).status, std::nullopt);
+    // A coarse timer may be early by a twentieth.
+    QVERIFY(std::chrono::milliseconds(timer.elapsed()) >= 850ms);
+}
+
+void HttpSessionTest::aSlowWholeAnswerWithinTheDeadlineIsKept()
+{
+    const auto body = "[1,2,3,4,5,6,7,8,9,10]"_ba;
+    internet_->respond(host, {}, SimulatedResponse::drip(body, 20ms).after(100ms));
+    const HttpResponse response = fetch(page(), {.idleTimeout = 5s, .totalDeadline = 20s});
+    QCOMPARE(response.status, 200);
+    QCOMPARE(response.body, body);
+}
+
+void HttpSessionTest::theDeadlineSpansRedirects()
+{
+    internet_->respond(host, {}, SimulatedResponse::redirect("/"_ba).after(100ms));
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(fetch(page(), {.idleTimeout = 10s, .totalDeadline = 500ms}).status, std::nullopt);
+    QVERIFY(std::chrono::milliseconds(timer.elapsed()) < 10s);
+    QVERIFY(internet_->requests().size() > 1);
+    QVERIFY(internet_->requests().size() < 10);
+}
+
+void HttpSessionTest::anEndlessBodyEndsAtTheCap_data()
+{
+    QTest::addColumn<bool>("discard");
+    QTest::addRow("kept") << false;
+    QTest::addRow("discarded") << true;
+}
+
+void HttpSessionTest::anEndlessBodyEndsAtTheCap()
+{
+    QFETCH(const bool, discard);
+    internet_->respond(host, {}, SimulatedResponse::endless(QByteArray(10'000, ' ')));
+    const auto session = makeSession();
+    const auto future = discard ? session->getDiscardingBody(page()) : session->get(page());
+    QVERIFY(settles(future));
+    QCOMPARE(future.result().status, std::nullopt);
+    QCOMPARE(future.result().body, QByteArray());
+}
+
+void HttpSessionTest::aBodyOfExactlyTheCapIsKept()
+{
+    const QByteArray body(300'000, 'x');
+    internet_->respond(host, {}, SimulatedResponse::json(body));
+    QCOMPARE(fetch(page(), {.idleTimeout = 20s, .maximumBodySize = body.size()}).body.size(), body.size());
+}
+
+void HttpSessionTest::aByteBeyondTheCapIsAFailure()
+{
+    const QByteArray body(300'000, 'x');
+    internet_->respond(host, {}, SimulatedResponse::json(body));
+    QCOMPARE(fetch(page(), {.idleTimeout = 20s, .maximumBodySize = body.size() - 1}).status, std::nullopt);
+    internet_->respond(host, {}, SimulatedResponse::json(body).gzipped());
+    QCOMPARE(fetch(page(), {.idleTimeout = 20s, .maximumBodySize = body.size() - 1}).status, std::nullopt);
+}
+
+void HttpSessionTest::aBodyBelowTheCapMayBeCompressedAsWellAsItLikes()
+{
+    const QByteArray body(20'000'000, ' ');
+    const auto response = SimulatedResponse::json(body).gzipped();
+    QVERIFY(response.body.size() * 100 < body.size());
+    internet_->respond(host, {}, response);
+    const HttpResponse answer = fetch(page(), {.idleTimeout = 20s, .maximumBodySize = body.size()});
+    QCOMPARE(answer.status, 200);
+    QCOMPARE(answer.body.size(), body.size());
+}
+
+void HttpSessionTest::aCompressionBombFails_data()
+{
+    anEndlessBodyEndsAtTheCap_data();
+}
+
+void HttpSessionTest::aCompressionBombFails()
+{
+    QFETCH(const bool, discard);
+    internet_->respond(host, {}, SimulatedResponse::json(QByteArray(64 * 1024 * 1024, ' ')).gzipped());
+    const auto session = makeSession();
+    const auto future = discard ? session->getDiscardingBody(page()) : session->get(page());
+    QVERIFY(settles(future));
+    QCOMPARE(future.result().status, std::nullopt);
+    QCOMPARE(future.result().body, QByteArray());
+}
+
+void HttpSessionTest::theUserAgentIsSentAsGiven()
+{
+    QCOMPARE(fetch().status, 200);
+    QCOMPARE(internet_->requests().constLast().header("User-Agent"_ba), userAgent);
+}
+
+void HttpSessionTest::anEmptyUserAgentLeavesTheNetworkLayersOwn()
+{
+    const auto session = makeSession(roomy, {});
+    QCOMPARE(fetch(*session, page()).status, 200);
+    QCOMPARE(internet_->requests().constLast().header("User-Agent"_ba), "Mozilla/5.0"_ba);
+}
+
+void HttpSessionTest::aGetCarriesNoBodyAndNoConditions()
+{
+    QCOMPARE(fetch(page(u"/a/b?c=d%20e"_s)).status, 200);
+    const SimulatedRequest &request = internet_->requests().constLast();
+    QCOMPARE(request.method, "GET"_ba);
+    QCOMPARE(request.host, host);
+    QCOMPARE(request.path, "/a/b?c=d%20e"_ba);
+    QCOMPARE(request.body, QByteArray());
+    for (const char *header : {"Cookie", "Authorization", "Referer", "If-None-Match", "If-Modified-Since", "Content-Type"}) {
+        QVERIFY2(!request.hasHeader(header), header);
+    }
+}
+
+void HttpSessionTest::everyRequestGoesToTheNetwork()
+{
+    internet_->respond(host, {}, SimulatedResponse::json("1"_ba)
+                                     .with("Cache-Control"_ba, "public, max-age=86400, immutable"_ba)
+                                     .with("ETag"_ba, "\"one\""_ba));
+    const auto session = makeSession();
+    QCOMPARE(fetch(*session, page()).body, "1"_ba);
+    internet_->respond(host, {}, SimulatedResponse::json("2"_ba));
+    QCOMPARE(fetch(*session, page()).body, "2"_ba);
+    QCOMPARE(internet_->requests().size(), 2);
+    QVERIFY(!internet_->requests().constLast().hasHeader("If-None-Match"_ba));
+}
+
+void HttpSessionTest::cookiesLiveAndDieWithTheSession()
+{
+    internet_->respond(host, {}, SimulatedResponse::ofStatus(200).with("Set-Cookie"_ba, "a=b; Max-Age=86400; Path=/"_ba));
+    const auto session = makeSession();
+    fetch(*session, page());
+    fetch(*session, page());
+    QCOMPARE(internet_->requests().constLast().header("Cookie"_ba), "a=b"_ba);
+    fetch();
+    QVERIFY(!internet_->requests().constLast().hasHeader("Cookie"_ba));
+}
+
+void HttpSessionTest::nothingIsLeftOnDisk()
+{
+    internet_->respond(u"127.0.0.1"_s, {}, SimulatedResponse::json("{}"_ba)
+                                               .with("Set-Cookie"_ba, "a=b; Max-Age=86400; Path=/"_ba)
+                                               .with("Cache-Control"_ba, "public, max-age=86400"_ba)
+                                               .with("Strict-Transport-Security"_ba, "max-age=86400"_ba));
+    {
+        HttpSession session(std::make_unique<QNetworkAccessManager>(), roomy);
+        QCOMPARE(fetch(session, QUrl(u"http://127.0.0.1:%1/"_s.arg(internet_->port()))).status, 200);
+    }
+    QDirIterator files(home_.path(), QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+    QVERIFY2(!files.hasNext(), qPrintable(files.next()));
+}
+
+void HttpSessionTest::aPostCarriesItsJson()
+{
+    const auto session = makeSession(roomy, {});
+    const auto future = session->postJson(QUrl(u"https://hooks.slack.com/services/T/B/x"_s), R"({"text":"a"})"_ba);
+    QVERIFY(settles(future));
+    QCOMPARE(future.result().status, 200);
+    QCOMPARE(future.result().body, QByteArray());
+    QCOMPARE(internet_->requests().size(), 1);
+    const SimulatedRequest &request = internet_->requests().constFirst();
+    QCOMPARE(request.method, "POST"_ba);
+    QCOMPARE(request.scheme, u"https"_s);
+    QCOMPARE(request.host, u"hooks.slack.com"_s);
+    QCOMPARE(request.path, "/services/T/B/x"_ba);
+    QCOMPARE(request.header("Content-Type"_ba), "application/json"_ba);
+    QCOMPARE(request.body, R"({"text":"a"})"_ba);
+}
+
+void HttpSessionTest::aPostWithoutJsonHasNoBody()
+{
+    const auto session = makeSession();
+    const auto future = session->postJson(page(), {});
+    QVERIFY(settles(future));
+    QCOMPARE(internet_->requests().constFirst().method, "POST"_ba);
+    QCOMPARE(internet_->requests().constFirst().body, QByteArray());
+    QCOMPARE(internet_->requests().constFirst().header("Content-Length"_ba), "0"_ba);
+}
+
+void HttpSessionTest::aPostWhoseConnectionBreaksIsNotSentAgain()
+{
+    internet_->respond(host, {}, SimulatedResponse::closeAtOnce());
+    for (const auto &body : {"{}"_ba, QByteArray()}) {
+        internet_->clearRequests();
+        const auto session = makeSession();
+        const auto future = session->postJson(page(), body);
+        QVERIFY(settles(future));
+        QCOMPARE(future.result().status, std::nullopt);
+        QCOMPARE(internet_->requests().size(), 1);
+        const auto tls = makeTlsSession();
+        const auto encrypted = tls->postJson(page(), body);
+        QVERIFY(settles(encrypted));
+        QCOMPARE(encrypted.result().status, std::nullopt);
+        QCOMPARE(internet_->requests().size(), 2);
+    }
+}
+
+void HttpSessionTest::aPostWhoseAnswerIsCutOffIsNotSentAgain()
+{
+    internet_->respond(host, {}, SimulatedResponse::truncated(QByteArray(1000, ' ')));
+    const auto session = makeSession();
+    const auto future = session->postJson(page(), "{}"_ba);
+    QVERIFY(settles(future));
+    QCOMPARE(future.result().status, std::nullopt);
+    QCOMPARE(internet_->requests().size(), 1);
+}
+
+void HttpSessionTest::aPostLeavesNoConnectionBehind()
+{
+    const auto session = makeSession();
+    const auto future = session->postJson(page(), "{}"_ba);
+    QVERIFY(settles(future));
+    QCOMPARE(future.result().status, 200);
+    QTRY_COMPARE(internet_->connectionsOpen(), 0);
+}
+
+void HttpSessionTest::aRedirectedPost_data()
+{
+    QTest::addColumn<int>("redirect");
+    QTest::addColumn<QList<QByteArray>>("methods");
+    QTest::addColumn<std::optional<int>>("status");
+    for (const int redirect : {301, 302, 303}) {
+        QTest::addRow("%d is followed with a GET", redirect)
+            << redirect << QList{"POST"_ba, "GET"_ba} << std::optional(200);
+    }
+    for (const int redirect : {307, 308}) {
+        QTest::addRow("%d asks for the body again and fails", redirect)
+            << redirect << QList{"POST"_ba} << std::optional<int>();
+    }
+}
+
+void HttpSessionTest::aRedirectedPost()
+{
+    QFETCH(const int, redirect);
+    QFETCH(const QList<QByteArray>, methods);
+    QFETCH(const std::optional<int>, status);
+    internet_->respond(host, "/"_ba, SimulatedResponse::redirect("/next"_ba, redirect));
+    const auto session = makeSession();
+    const auto future = session->postJson(page(), "{}"_ba);
+    QVERIFY(settles(future));
+    QCOMPARE(future.result().status, status);
+    QList<QByteArray> heard;
+    for (const SimulatedRequest &request : internet_->requests()) {
+        heard.append(request.method);
+    }
+    QCOMPARE(heard, methods);
+}
+
+void HttpSessionTest::otherAddressesFailAtOnceWithoutARequest_data()
+{
+    QTest::addColumn<QUrl>("address");
+    for (const char *address : {"", "   ", "file:///etc/hostname", "ftp://claude.ai/", "data:text/plain,a", "qrc:/a",
+                                "about:blank", "hooks.slack.com/services", "/services", "//claude.ai/", "https://",
+                                "https:///path", "https:claude.ai", "https://[::1/", "https://a b/", "ws://claude.ai/",
+                                "unix+http://claude.ai/", "preconnect-https://claude.ai/"}) {
+        QTest::addRow("\"%s\"", address) << QUrl(QString::fromLatin1(address));
+    }
+}
+
+void HttpSessionTest::otherAddressesFailAtOnceWithoutARequest()
+{
+    QFETCH(const QUrl, address);
+    const auto session = makeSession();
+    for (const auto &future : {session->get(address), session->getDiscardingBody(address),
+                               session->postJson(address, "{}"_ba)}) {
+        QVERIFY(future.isFinished());
+        QCOMPARE(future.result().status, std::nullopt);
+    }
+    QCOMPARE(internet_->connectionsAccepted(), 0);
+}
+
+void HttpSessionTest::aHangingRequestDoesNotHoldUpOthers()
+{
+    internet_->respond(host, {}, SimulatedResponse::silence());
+    const auto session = makeSession();
+    const auto hanging = session->get(page());
+    QList<QFuture<HttpResponse>> others;
+    for (const auto service : {StatusPage::Claude, StatusPage::OpenAI, StatusPage::Cursor, StatusPage::GitHub}) {
+        others.append(session->get(QUrl(u"https://%1/api/v2/summary.json"_s.arg(SimulatedInternet::host(service)))));
+    }
+    for (const auto &other : std::as_const(others)) {
+        QVERIFY(settles(other));
+        QCOMPARE(other.result().status, 200);
+    }
+    QVERIFY(!hanging.isFinished());
+}
+
+void HttpSessionTest::destroyingTheSessionCancelsWhatIsUnderWay()
+{
+    internet_->respond(host, {}, SimulatedResponse::silence());
+    internet_->respond(u"claude.ai"_s, {}, SimulatedResponse::stall(QByteArray(1000, ' ')));
+    auto session = makeSession();
+    QList futures{session->get(page()), session->getDiscardingBody(QUrl(u"https://claude.ai/login"_s)),
+                        session->postJson(page(), "{}"_ba)};
+    QTRY_COMPARE(internet_->requests().size(), 3);
+    bool continued = false;
+    QObject context;
+    futures.first().then(&context, [&](const HttpResponse &) { continued = true; });
+
+    session.reset();
+
+    for (const auto &future : std::as_const(futures)) {
+        QVERIFY(future.isFinished());
+        QVERIFY(future.isCanceled());
+    }
+    // The other side sees the connections go, and nothing is left that could still speak.
+    QTRY_COMPARE(internet_->connectionsOpen(), 0);
+    QVERIFY(!continued);
+}
+
+void HttpSessionTest::theSessionMayBeDestroyedByAContinuation()
+{
+    auto session = makeSession();
+    QObject context;
+    bool continued = false;
+    session->get(page(u"/other"_s));
+    session->get(page()).then(&context, [&](const HttpResponse &) {
+        session.reset();
+        continued = true;
+    });
+    QTRY_VERIFY(continued);
+    QTRY_COMPARE(internet_->connectionsOpen(), 0);
+}
+
+void HttpSessionTest::idleConnectionsAreClosedOnRequest()
+{
+    const auto session = makeSession();
+    QCOMPARE(fetch(*session, page()).status, 200);
+    QCOMPARE(fetch(*session, page()).status, 200);
+    QCOMPARE(internet_->connectionsAccepted(), 1);
+    QCOMPARE(internet_->connectionsOpen(), 1);
+
+    session->closeIdleConnections();
+    QTRY_COMPARE(internet_->connectionsOpen(), 0);
+    QCOMPARE(fetch(*session, page()).status, 200);
+}
+
+void HttpSessionTest::closingIdleConnectionsLeavesARequestUnderWayAlone()
+{
+    internet_->respond(host, {}, SimulatedResponse::json("{}"_ba).after(200ms));
+    const auto session = makeSession();
+    const auto slow = session->get(page());
+    QTRY_COMPARE(internet_->requests().size(), 1);
+    session->closeIdleConnections();
+    QVERIFY(settles(slow));
+    QCOMPARE(slow.result().status, 200);
+    QTRY_COMPARE(internet_->connectionsOpen(), 0);
+}
+
+void HttpSessionTest::tlsThroughAProxyReachesTheHost()
+{
+    const auto session = makeTlsSession();
+    const HttpResponse response = fetch(*session, QUrl(u"https://status.claude.com/api/v2/summary.json"_s));
+    QCOMPARE(response.status, 200);
+    QCOMPARE(response.body, internet_->document(StatusPage::Claude).toJson());
+    QCOMPARE(internet_->requests().size(), 1);
+    QCOMPARE(internet_->requests().constFirst().scheme, u"https"_s);
+    QCOMPARE(internet_->requests().constFirst().header("User-Agent"_ba), userAgent);
+}
+
+void HttpSessionTest::anUntrustedCertificateIsAFailure()
+{
+    HttpSession session(std::make_unique<ReroutedNetwork>(*internet_, QSslConfiguration::defaultConfiguration()), roomy);
+    QCOMPARE(fetch(session, page()).status, std::nullopt);
+    QCOMPARE(internet_->requests().size(), 0);
+}
+
+void HttpSessionTest::aCertificateForAnotherHostIsAFailure()
+{
+    internet_->respond(u"stranger.example"_s, {}, SimulatedResponse::ofStatus(200));
+    const auto session = makeTlsSession();
+    QCOMPARE(fetch(*session, QUrl(u"https://stranger.example/"_s)).status, std::nullopt);
+    QCOMPARE(internet_->requests().size(), 0);
+}
+
+void HttpSessionTest::aProxyThatRefusesIsAFailure_data()
+{
+    QTest::addColumn<int>("status");
+    for (const int status : {403, 407, 500, 502, 503, 504}) {
+        QTest::addRow("%d", status) << status;
+    }
+}
+
+void HttpSessionTest::aProxyThatRefusesIsAFailure()
+{
+    QFETCH(const int, status);
+    internet_->setProxyStatus(status);
+    const auto session = makeTlsSession();
+    QCOMPARE(fetch(*session, page()).status, std::nullopt);
+    QCOMPARE(internet_->requests().size(), 0);
+}
+
+QTEST_GUILESS_MAIN(HttpSessionTest)
+#include "tst_httpsession.moc"

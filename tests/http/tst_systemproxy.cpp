@@ -1,0 +1,147 @@
+#include "http/HttpSession.h"
+#include "simulator/CertificateAuthority.h"
+#include "simulator/SimulatedInternet.h"
+
+#include <QFutureWatcher>
+#include <QNetworkProxyFactory>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTest>
+
+using namespace kelvo;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::array proxyVariables{"http_proxy", "https_proxy", "no_proxy", "all_proxy",
+                                    "HTTP_PROXY", "HTTPS_PROXY", "NO_PROXY", "ALL_PROXY"};
+
+} // namespace
+
+/// Which way an unmodified session takes once the application uses the system's proxies. No name is ever resolved: hosts
+/// end in ".invalid", so that an answer can only have come through the proxy.
+class SystemProxyTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::optional<int> statusOf(const QUrl &url)
+    {
+        HttpSession session(std::make_unique<QNetworkAccessManager>(), {.idleTimeout = 5s});
+        QFutureWatcher<HttpResponse> watcher;
+        QSignalSpy finished(&watcher, &QFutureWatcher<HttpResponse>::finished);
+        const auto future = session.get(url);
+        watcher.setFuture(future);
+        return finished.wait(10'000) ? future.result().status : std::optional(-1);
+    }
+
+    std::unique_ptr<SimulatedInternet> internet_;
+
+private Q_SLOTS:
+    void init()
+    {
+        for (const char *variable : proxyVariables) {
+            qunsetenv(variable);
+        }
+        internet_ = std::make_unique<SimulatedInternet>();
+        internet_->respond(u"page.invalid"_s, {}, SimulatedResponse::ofStatus(200));
+        QNetworkProxyFactory::setUseSystemConfiguration(true);
+    }
+    void cleanup()
+    {
+        QNetworkProxyFactory::setUseSystemConfiguration(false);
+        internet_.reset();
+    }
+
+    void withoutAProxyTheNetworkIsAskedDirectly()
+    {
+        QCOMPARE(statusOf(QUrl(u"http://page.invalid/"_s)), std::nullopt);
+        QCOMPARE(internet_->connectionsAccepted(), 0);
+    }
+
+    void plainRequestsGoThroughTheProxyOfTheEnvironment_data()
+    {
+        QTest::addColumn<QByteArray>("variable");
+        QTest::addRow("http_proxy") << "http_proxy"_ba;
+        QTest::addRow("HTTP_PROXY") << "HTTP_PROXY"_ba;
+    }
+    void plainRequestsGoThroughTheProxyOfTheEnvironment()
+    {
+        QFETCH(const QByteArray, variable);
+        qputenv(variable, internet_->proxyUrl().toEncoded());
+        QCOMPARE(statusOf(QUrl(u"http://page.invalid/a"_s)), 200);
+        QCOMPARE(internet_->requests().constFirst().path, "/a"_ba);
+    }
+
+    void encryptedRequestsGoThroughTheProxyOfTheEnvironment_data()
+    {
+        QTest::addColumn<QByteArray>("variable");
+        QTest::addRow("https_proxy") << "https_proxy"_ba;
+        QTest::addRow("HTTPS_PROXY") << "HTTPS_PROXY"_ba;
+        QTest::addRow("http_proxy, for want of one for https") << "http_proxy"_ba;
+    }
+    void encryptedRequestsGoThroughTheProxyOfTheEnvironment()
+    {
+        QFETCH(const QByteArray, variable);
+        const auto authority = CertificateAuthority::make({u"page.invalid"_s});
+        QVERIFY(authority);
+        internet_->setCertificate(authority->certificate(), authority->privateKey());
+        qputenv(variable, internet_->proxyUrl().toEncoded());
+
+        const QSslConfiguration before = QSslConfiguration::defaultConfiguration();
+        QSslConfiguration::setDefaultConfiguration(authority->clientConfiguration());
+        const auto status = statusOf(QUrl(u"https://page.invalid/a"_s));
+        QSslConfiguration::setDefaultConfiguration(before);
+
+        QCOMPARE(status, 200);
+        QCOMPARE(internet_->requests().constFirst().scheme, u"https"_s);
+    }
+
+    void noProxyNamesTheExceptions_data()
+    {
+        QTest::addColumn<QByteArray>("variable");
+        QTest::addRow("no_proxy") << "no_proxy"_ba;
+        QTest::addRow("NO_PROXY") << "NO_PROXY"_ba;
+    }
+    void noProxyNamesTheExceptions()
+    {
+        QFETCH(const QByteArray, variable);
+        internet_->respond(u"other.invalid"_s, {}, SimulatedResponse::ofStatus(200));
+        qputenv("http_proxy", internet_->proxyUrl().toEncoded());
+        qputenv(variable, "page.invalid");
+        QCOMPARE(statusOf(QUrl(u"http://page.invalid/"_s)), std::nullopt);
+        QCOMPARE(internet_->connectionsAccepted(), 0);
+        QCOMPARE(statusOf(QUrl(u"http://other.invalid/"_s)), 200);
+    }
+
+    void thisMachineIsNeverAskedThroughAProxy()
+    {
+        qputenv("http_proxy", internet_->proxyUrl().toEncoded());
+        internet_->setOffline(true);
+        SimulatedInternet local;
+        local.respond(u"127.0.0.1"_s, {}, SimulatedResponse::ofStatus(200));
+        QCOMPARE(statusOf(QUrl(u"http://127.0.0.1:%1/"_s.arg(local.port()))), 200);
+        QCOMPARE(internet_->connectionsAccepted(), 0);
+    }
+
+    void aProxyThatIsDownIsAFailureAndNotBypassed()
+    {
+        // An address of this machine that does not count as local, for local ones never go through a proxy.
+        internet_->respond(u"0.0.0.0"_s, {}, SimulatedResponse::ofStatus(200));
+        const QUrl direct(u"http://0.0.0.0:%1/"_s.arg(internet_->port()));
+        QCOMPARE(statusOf(direct), 200);
+        internet_->clearRequests();
+
+        QTcpServer closed;
+        QVERIFY(closed.listen(QHostAddress::LocalHost));
+        const QByteArray gone = "http://127.0.0.1:"_ba + QByteArray::number(closed.serverPort());
+        closed.close();
+        qputenv("http_proxy", gone);
+        QCOMPARE(statusOf(direct), std::nullopt);
+        QCOMPARE(internet_->requests().size(), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(SystemProxyTest)
+#include "tst_systemproxy.moc"

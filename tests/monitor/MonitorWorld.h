@@ -1,0 +1,70 @@
+#pragma once
+
+#include "alerts/NotifierStore.h"
+#include "monitor/StatusStore.h"
+#include "settings/SettingsStore.h"
+#include "support/FakeLoginItem.h"
+#include "support/FakeNotificationCenter.h"
+#include "support/FakeSleepWake.h"
+#include "support/FakeStatusChecks.h"
+#include "support/ManualClock.h"
+#include "support/MemoryPreferences.h"
+
+#include <algorithm>
+
+namespace kelvo {
+
+/// Everything that a monitor lives among, with time, sleep and every answer in the test's hands.
+struct MonitorWorld
+{
+    /// Watches these services in this order. `store` is made by `start`.
+    explicit MonitorWorld(const std::vector<ServiceID> &services = {ServiceID::claude})
+    {
+        watch(services);
+        settings.setCheckInterval(CheckInterval::oneMinute);
+    }
+
+    void watch(const std::vector<ServiceID> &services)
+    {
+        auto order = services;
+        for (const auto id : allServiceIDs) {
+            if (std::find(services.begin(), services.end(), id) == services.end()) {
+                order.push_back(id);
+            }
+        }
+        settings.setServiceOrder(order);
+        settings.setEnabledServices({services.begin(), services.end()});
+    }
+
+    void start()
+    {
+        store = std::make_unique<StatusStore>(settings, notifier, checks, clock, sleepWake, clock.wallClock());
+    }
+
+    /// Starts, and has the first round answered by `health` throughout.
+    void startWith(ServiceHealth health)
+    {
+        start();
+        checks.answerAll(health);
+    }
+
+    ServiceHealth health(ServiceID id) const { return store->status(id).health; }
+    QString label(ServiceID id) const { return store->status(id).label; }
+    QStringList alerts() const { return center.titles(); }
+    /// How many services were read so far.
+    int readCount() const { return checks.count(FakeStatusChecks::Kind::read); }
+    int probeCount() const { return checks.count(FakeStatusChecks::Kind::probe); }
+
+    MemoryPreferences preferences;
+    FakeLoginItem loginItem;
+    SettingsStore settings{preferences, loginItem};
+    FakeNotificationCenter center;
+    HttpSession session{std::make_unique<QNetworkAccessManager>(), NotifierStore::limits};
+    NotifierStore notifier{settings, center, session};
+    ManualClock clock;
+    FakeSleepWake sleepWake;
+    FakeStatusChecks checks;
+    std::unique_ptr<StatusStore> store;
+};
+
+} // namespace kelvo

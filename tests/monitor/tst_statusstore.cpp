@@ -1,0 +1,1017 @@
+#include "MonitorWorld.h"
+
+#include <QTest>
+
+using namespace kelvo;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto claude = ServiceID::claude;
+constexpr auto chatgpt = ServiceID::chatgpt;
+constexpr auto cursor = ServiceID::cursor;
+constexpr auto gemini = ServiceID::gemini;
+
+constexpr auto operational = ServiceHealth::operational;
+constexpr auto degraded = ServiceHealth::degraded;
+constexpr auto outage = ServiceHealth::outage;
+constexpr auto unknown = ServiceHealth::unknown;
+
+using Kind = FakeStatusChecks::Kind;
+using Services = std::vector<ServiceID>;
+
+/// A script that tells the same of every service.
+auto always(ServiceHealth health)
+{
+    return [health](ServiceID) { return std::optional(StatusReading{health, {}}); };
+}
+
+/// Advances to one millisecond before `wait` is over, sees that nothing is asked, and then to its end.
+#define QVERIFY_NEXT_ROUND_AFTER(world, wait)                                                                          \
+    do {                                                                                                               \
+        const auto before = (world).readCount();                                                                       \
+        (world).clock.advance(std::chrono::milliseconds(wait) - 1ms);                                                  \
+        QCOMPARE((world).readCount(), before);                                                                         \
+        (world).clock.advance(1ms);                                                                                    \
+        QVERIFY((world).readCount() > before);                                                                         \
+    } while (false)
+
+} // namespace
+
+class StatusStoreTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // When rounds begin.
+    void theFirstRoundBeginsAtOnceWithEveryWatchedServiceInTheUsersOrder();
+    void withWatchingOffNothingIsAskedUntilItIsOnAndARoundFallsDue();
+    void theWaitIsTheUsersInterval_data();
+    void theWaitIsTheUsersInterval();
+    void aServiceInTroubleMakesTheWaitsTwentySeconds_data();
+    void aServiceInTroubleMakesTheWaitsTwentySeconds();
+    void theWaitBeginsWhenTheRoundIsOver();
+    void anUnwatchedServiceInTroubleDoesNotShortenTheWait();
+    void aServiceWithoutAnAnswerDoesNotShortenTheWait();
+    void troubleKeepsTheShortWaitThroughUnreadableRounds();
+    void severalSettingsChangesInQuickSuccessionRestartOnce();
+    void anySettingBeginsTheWaitAnew();
+    void aNewIntervalAppliesToTheNextWait();
+    void aRestartWithinARoundLeavesOneLoop();
+    void aServiceAnsweringOutageAtOnceInTheFirstRoundShortensTheWait();
+    void anOutageWithOutageAlertsOffRestartsTheWait();
+    void aRoundAtOnceCanBeAskedFor();
+    void aRoundAtOnceIgnoresSleep();
+    void withoutWatchedServicesTheRoundsGoOn();
+    void aQuestionThatIsDroppedDoesNotEndTheRounds();
+    void theRestOfEachWaitIsAnnounced();
+
+    // Sleep.
+    void asleepNothingIsCheckedAndOnWakingEverythingAtOnce();
+    void wakingWithWatchingOffChecksNothing();
+
+    // The clock.
+    void theClockRestsWhileThePopoverIsClosed();
+    void nowIsFreshWhenThePopoverOpensAndTicksEverySecond();
+    void openingTwiceMakesOneClock();
+
+    // What becomes of an answer.
+    void aNetworkFailureKeepsTheHealthAndSaysNothing();
+    void anUnreadableRoundWithinAnOutageDoesNotHideTheRecovery();
+    void anUnconfirmedRecoveryIsProbedAgainEveryTwentySeconds();
+    void outageAlertsAreTheUsersChoice_data();
+    void outageAlertsAreTheUsersChoice();
+    void aServiceInTroubleFromTheStartIsTold();
+    void aChangeOfTheKindOfTroubleIsNoNews();
+    void aRecoveryIsOnShowForTenMinutesFromTheServicesAnswer();
+    void aNewOutageClearsTheRecovery();
+    void theRecordIsStoredBeforeTheAlertIsSent();
+    void aRecordIsStoredInOneStep();
+    void aServiceTwiceInTheOrderIsCheckedTwiceAndToldOnce();
+    void aServiceNoLongerWatchedKeepsItsRecord();
+    void aCheckThatNeverAnswersHoldsUpNoOther();
+    void anAnswerThatANewerOneOvertookIsDropped();
+    void aNewerUnreadableAnswerOvertakesNothing();
+    void twoChecksThatBothSeeTheRecoveryTellItOnce();
+    void aNewerOutageSilencesAnOlderRecovery();
+
+    // The hero and the popover.
+    void theHeroStartsAsThePrimaryService();
+    void theEarliestServiceInTroubleIsPromoted();
+    void aRecoveredServiceIsPromotedForTenMinutes();
+    void theHeroStaysWhileThePopoverIsOpenAndChangesWhenItCloses();
+    void peekingShowsAServiceAndASecondTimeHandsBack();
+    void closingEndsThePeekAndPromotes();
+    void onlyAHeroInTroubleThatIsNotThePrimaryIsPromoted();
+    void withoutAPrimaryServiceThereIsNoHero();
+    void aHeroWhoseRecoveryIsUnconfirmed();
+    void twoServicesInTrouble();
+    void watchingOffMakesTheRingInactiveWhateverTheStatusesSay();
+    void beforeAnyAnswerEverythingReadsChecking();
+    void backToNormalIsSaidForTenMinutes();
+    void everyWriteIsPublishedBeforeAndToldAfter();
+
+    // The end.
+    void anEndInMidFlightLeavesNothingBehind_data();
+    void anEndInMidFlightLeavesNothingBehind();
+};
+
+void StatusStoreTest::theFirstRoundBeginsAtOnceWithEveryWatchedServiceInTheUsersOrder()
+{
+    MonitorWorld world({gemini, claude, cursor});
+    world.start();
+    QVERIFY(world.checks.reads() == (Services{gemini, claude, cursor}));
+    QVERIFY(world.store->statuses().isEmpty());
+    world.checks.answerAll(operational);
+    QCOMPARE(world.store->statuses().size(), 3);
+    QVERIFY(world.store->status(cursor).lastChecked == world.clock.now());
+}
+
+void StatusStoreTest::withWatchingOffNothingIsAskedUntilItIsOnAndARoundFallsDue()
+{
+    MonitorWorld world;
+    world.settings.setWatchOnThisMac(false);
+    world.start();
+    world.clock.advance(3h + 7s);
+    QCOMPARE(world.readCount(), 0);
+    QVERIFY(world.store->statuses().isEmpty());
+
+    world.settings.setWatchOnThisMac(true);
+    QVERIFY_NEXT_ROUND_AFTER(world, 300ms + 60s);
+}
+
+void StatusStoreTest::theWaitIsTheUsersInterval_data()
+{
+    QTest::addColumn<CheckInterval>("interval");
+    QTest::addColumn<std::chrono::seconds>("wait");
+    QTest::newRow("one minute") << CheckInterval::oneMinute << 60s;
+    QTest::newRow("five minutes") << CheckInterval::fiveMinutes << 300s;
+}
+
+void StatusStoreTest::theWaitIsTheUsersInterval()
+{
+    QFETCH(CheckInterval, interval);
+    QFETCH(std::chrono::seconds, wait);
+    MonitorWorld world;
+    world.settings.setCheckInterval(interval);
+    world.startWith(operational);
+    for (const auto told : {operational, unknown, operational}) {
+        QVERIFY_NEXT_ROUND_AFTER(world, wait);
+        world.checks.answerAll(told);
+    }
+}
+
+void StatusStoreTest::aServiceInTroubleMakesTheWaitsTwentySeconds_data()
+{
+    QTest::addColumn<ServiceHealth>("trouble");
+    QTest::newRow("degraded") << degraded;
+    QTest::newRow("outage") << outage;
+}
+
+void StatusStoreTest::aServiceInTroubleMakesTheWaitsTwentySeconds()
+{
+    QFETCH(ServiceHealth, trouble);
+    MonitorWorld world({claude, chatgpt});
+    world.settings.setCheckInterval(CheckInterval::fiveMinutes);
+    world.startWith(operational);
+    QVERIFY(!world.store->anyOutage());
+    QVERIFY_NEXT_ROUND_AFTER(world, 300s);
+    world.checks.answer(claude, operational);
+    world.checks.answer(chatgpt, trouble);
+    QVERIFY(world.store->anyOutage());
+    for (int round = 0; round < 3; ++round) {
+        QVERIFY_NEXT_ROUND_AFTER(world, 20s);
+        world.checks.answer(claude, operational);
+        world.checks.answer(chatgpt, trouble);
+    }
+    QVERIFY_NEXT_ROUND_AFTER(world, 20s);
+    world.checks.answerAll(operational);
+    world.checks.answerProbe(chatgpt, true);
+    QVERIFY(!world.store->anyOutage());
+    QVERIFY_NEXT_ROUND_AFTER(world, 300s);
+}
+
+void StatusStoreTest::theWaitBeginsWhenTheRoundIsOver()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.start();
+    world.checks.answer(claude, operational);
+    world.clock.advance(47s);
+    world.checks.answer(chatgpt, operational);
+    QVERIFY_NEXT_ROUND_AFTER(world, 60s);
+}
+
+void StatusStoreTest::anUnwatchedServiceInTroubleDoesNotShortenTheWait()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.start();
+    world.checks.answer(claude, operational);
+    world.checks.answer(chatgpt, outage);
+    world.watch({claude});
+    QVERIFY(world.store->status(chatgpt).health == outage);
+    QVERIFY(!world.store->anyOutage());
+    QVERIFY_NEXT_ROUND_AFTER(world, 300ms + 60s);
+    world.checks.answerAll(operational);
+    QVERIFY_NEXT_ROUND_AFTER(world, 60s);
+}
+
+void StatusStoreTest::aServiceWithoutAnAnswerDoesNotShortenTheWait()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.startWith(unknown);
+    QVERIFY(!world.store->anyOutage());
+    QVERIFY_NEXT_ROUND_AFTER(world, 60s);
+}
+
+void StatusStoreTest::troubleKeepsTheShortWaitThroughUnreadableRounds()
+{
+    MonitorWorld world;
+    world.startWith(outage);
+    for (int round = 0; round < 3; ++round) {
+        QVERIFY_NEXT_ROUND_AFTER(world, 20s);
+        world.checks.answerAll(unknown);
+    }
+}
+
+void StatusStoreTest::severalSettingsChangesInQuickSuccessionRestartOnce()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.clock.advance(30s);
+    const auto fired = world.clock.firedCount();
+    const auto rests = world.checks.rests.size();
+    for (int change = 0; change < 5; ++change) {
+        world.settings.setTelegramChatID(QString::number(change));
+        world.clock.advance(299ms);
+        QCOMPARE(world.checks.rests.size(), rests);
+    }
+    QCOMPARE(world.clock.firedCount(), fired);
+    world.clock.advance(1ms);
+    QCOMPARE(world.checks.rests.size(), rests + 1);
+    QCOMPARE(world.clock.firedCount(), fired + 1);
+    QCOMPARE(world.clock.pendingCount(), 1U);
+    QVERIFY_NEXT_ROUND_AFTER(world, 60s);
+}
+
+void StatusStoreTest::anySettingBeginsTheWaitAnew()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.clock.advance(59s);
+    world.settings.setSlackChannelLabel(u"#kelvo"_s);
+    QVERIFY_NEXT_ROUND_AFTER(world, 300ms + 60s);
+    QCOMPARE(world.readCount(), 2);
+}
+
+void StatusStoreTest::aNewIntervalAppliesToTheNextWait()
+{
+    MonitorWorld world;
+    world.settings.setCheckInterval(CheckInterval::fiveMinutes);
+    world.startWith(operational);
+    world.clock.advance(10s);
+    world.settings.setCheckInterval(CheckInterval::oneMinute);
+    QVERIFY_NEXT_ROUND_AFTER(world, 300ms + 60s);
+}
+
+void StatusStoreTest::aRestartWithinARoundLeavesOneLoop()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.startWith(operational);
+    world.clock.advance(60s);
+    world.checks.answer(claude, outage);
+    QVERIFY_NEXT_ROUND_AFTER(world, 20s);
+    QCOMPARE(world.readCount(), 6);
+
+    // The end of the first of the two rounds that overlap starts nothing.
+    world.checks.answer(chatgpt, operational);
+    QCOMPARE(world.clock.pendingCount(), 0U);
+    world.checks.answer(claude, outage);
+    world.checks.answer(chatgpt, operational);
+    QCOMPARE(world.clock.pendingCount(), 1U);
+    QVERIFY_NEXT_ROUND_AFTER(world, 20s);
+    QCOMPARE(world.readCount(), 8);
+}
+
+void StatusStoreTest::aServiceAnsweringOutageAtOnceInTheFirstRoundShortensTheWait()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.checks.readScript = [](ServiceID id) {
+        return id == claude ? std::optional(StatusReading{outage, {}}) : std::nullopt;
+    };
+    world.start();
+    QVERIFY_NEXT_ROUND_AFTER(world, 20s);
+}
+
+void StatusStoreTest::anOutageWithOutageAlertsOffRestartsTheWait()
+{
+    MonitorWorld world;
+    world.settings.setCheckInterval(CheckInterval::fiveMinutes);
+    world.startWith(operational);
+    world.clock.advance(100s);
+    // A check outside the loop, as the popover has one made.
+    world.store->checkAll();
+    world.checks.answer(claude, degraded);
+    QVERIFY(world.alerts().isEmpty());
+    QVERIFY_NEXT_ROUND_AFTER(world, 20s);
+}
+
+void StatusStoreTest::aRoundAtOnceCanBeAskedFor()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.clock.advance(10s);
+    world.store->restartPolling(true);
+    QCOMPARE(world.readCount(), 2);
+    QCOMPARE(world.clock.pendingCount(), 0U);
+    world.clock.advance(5s);
+    world.checks.answerAll(operational);
+    QVERIFY_NEXT_ROUND_AFTER(world, 60s);
+}
+
+void StatusStoreTest::aRoundAtOnceIgnoresSleep()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.sleepWake.sleep();
+    world.store->restartPolling(true);
+    QCOMPARE(world.readCount(), 2);
+}
+
+void StatusStoreTest::withoutWatchedServicesTheRoundsGoOn()
+{
+    MonitorWorld world;
+    world.watch({});
+    world.start();
+    QVERIFY(!world.store->heroID());
+    world.clock.advance(600s);
+    QCOMPARE(world.clock.firedCount(), 10U);
+    QCOMPARE(world.readCount(), 0);
+    world.watch({cursor});
+    QVERIFY_NEXT_ROUND_AFTER(world, 300ms + 60s);
+    world.checks.answerAll(operational);
+    QVERIFY(world.store->heroID() == cursor);
+}
+
+void StatusStoreTest::aQuestionThatIsDroppedDoesNotEndTheRounds()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.start();
+    world.checks.drop(world.checks.open(Kind::read).front());
+    world.checks.answer(chatgpt, outage);
+    QVERIFY(!world.store->statuses().contains(claude));
+    QVERIFY_NEXT_ROUND_AFTER(world, 20s);
+    world.checks.answerAll(operational);
+    world.checks.drop(world.checks.open(Kind::probe).front());
+    QCOMPARE(world.health(chatgpt), outage);
+    QVERIFY_NEXT_ROUND_AFTER(world, 20s);
+}
+
+void StatusStoreTest::theRestOfEachWaitIsAnnounced()
+{
+    using Rests = std::vector<std::chrono::milliseconds>;
+    MonitorWorld world;
+    world.start();
+    QVERIFY(world.checks.rests.empty());
+    world.checks.answerAll(operational);
+    QVERIFY(world.checks.rests == (Rests{60s}));
+    world.clock.advance(60s);
+    world.checks.answerAll(operational);
+    QVERIFY(world.checks.rests == (Rests{60s, 60s}));
+    world.settings.setCheckInterval(CheckInterval::fiveMinutes);
+    world.clock.advance(300ms);
+    QVERIFY(world.checks.rests.back() == 300s);
+    world.clock.advance(300s);
+    world.checks.answerAll(outage);
+    QVERIFY(world.checks.rests.back() == 20s);
+}
+
+void StatusStoreTest::asleepNothingIsCheckedAndOnWakingEverythingAtOnce()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.startWith(operational);
+    world.clock.advance(30s);
+    world.sleepWake.sleep();
+    world.clock.advance(10min);
+    QCOMPARE(world.readCount(), 2);
+    world.sleepWake.wake();
+    QCOMPARE(world.readCount(), 4);
+    world.checks.answerAll(operational);
+    // The loop has kept its rhythm: rounds fell due 60 s after the start, 120 s, …
+    QVERIFY_NEXT_ROUND_AFTER(world, 30s);
+    QCOMPARE(world.readCount(), 6);
+}
+
+void StatusStoreTest::wakingWithWatchingOffChecksNothing()
+{
+    MonitorWorld world;
+    world.settings.setWatchOnThisMac(false);
+    world.start();
+    world.sleepWake.sleep();
+    world.sleepWake.wake();
+    QCOMPARE(world.readCount(), 0);
+}
+
+void StatusStoreTest::theClockRestsWhileThePopoverIsClosed()
+{
+    MonitorWorld world;
+    world.checks.readScript = always(operational);
+    world.start();
+    QCOMPARE(world.clock.pendingCount(), 1U);
+    world.clock.advance(1h);
+    QCOMPARE(world.clock.firedCount(), 60U);
+
+    world.store->setPopoverIsOpen(true);
+    QCOMPARE(world.clock.pendingCount(), 2U);
+    world.clock.advance(10s);
+    QCOMPARE(world.clock.firedCount(), 70U);
+    world.store->setPopoverIsOpen(false);
+    QCOMPARE(world.clock.pendingCount(), 1U);
+    world.clock.advance(49s);
+    QCOMPARE(world.clock.firedCount(), 70U);
+}
+
+void StatusStoreTest::nowIsFreshWhenThePopoverOpensAndTicksEverySecond()
+{
+    MonitorWorld world;
+    world.checks.readScript = always(operational);
+    world.start();
+    const auto start = world.clock.now();
+    QVERIFY(world.store->now() == start);
+    world.clock.advance(90s + 500ms);
+    QVERIFY(world.store->now() == start);
+
+    const auto opened = world.clock.now();
+    world.store->setPopoverIsOpen(true);
+    QVERIFY(world.store->now() == opened);
+    int ticks = 0;
+    connect(world.store.get(), &StatusStore::nowChanged, this, [&ticks] { ++ticks; });
+    for (int second = 1; second <= 5; ++second) {
+        world.clock.advance(999ms);
+        QVERIFY(world.store->now() == opened + std::chrono::seconds(second - 1));
+        world.clock.advance(1ms);
+        QVERIFY(world.store->now() == opened + std::chrono::seconds(second));
+    }
+    QCOMPARE(ticks, 5);
+
+    world.clock.stepWallClock(-1h);
+    world.clock.advance(1s);
+    QVERIFY(world.store->now() == opened + 6s - 1h);
+}
+
+void StatusStoreTest::openingTwiceMakesOneClock()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.store->setPopoverIsOpen(true);
+    world.store->setPopoverIsOpen(true);
+    QCOMPARE(world.clock.pendingCount(), 2U);
+    world.clock.advance(3s);
+    QCOMPARE(world.clock.firedCount(), 3U);
+    world.store->setPopoverIsOpen(false);
+    QCOMPARE(world.clock.pendingCount(), 1U);
+}
+
+void StatusStoreTest::aNetworkFailureKeepsTheHealthAndSaysNothing()
+{
+    MonitorWorld world;
+    world.settings.setOutageAlertsEnabled(true);
+    world.start();
+    world.checks.answer(claude, operational, u"All systems operational"_s);
+    world.clock.advance(60s);
+    world.checks.answer(claude, unknown, u"Couldn’t reach status"_s);
+    QVERIFY(world.store->status(claude)
+            == (ServiceStatus{operational, world.clock.now(), u"Couldn’t reach status"_s, std::nullopt}));
+    QVERIFY(world.alerts().isEmpty());
+}
+
+void StatusStoreTest::anUnreadableRoundWithinAnOutageDoesNotHideTheRecovery()
+{
+    MonitorWorld world;
+    world.startWith(outage);
+    world.clock.advance(20s);
+    world.checks.answer(claude, unknown, u"Couldn’t reach status"_s);
+    QCOMPARE(world.health(claude), outage);
+    QCOMPARE(world.label(claude), u"Couldn’t reach status"_s);
+    QCOMPARE(world.probeCount(), 0);
+    world.clock.advance(20s);
+    world.checks.answer(claude, operational);
+    QVERIFY(world.alerts().isEmpty());
+    world.checks.answerProbe(claude, true);
+    QCOMPARE(world.alerts(), QStringList{u"Claude is back"_s});
+    QCOMPARE(world.center.notifications.front().body, u"You can continue working."_s);
+}
+
+void StatusStoreTest::anUnconfirmedRecoveryIsProbedAgainEveryTwentySeconds()
+{
+    MonitorWorld world;
+    world.startWith(outage);
+    for (int round = 1; round <= 3; ++round) {
+        QVERIFY_NEXT_ROUND_AFTER(world, 20s);
+        world.checks.answer(claude, operational, u"All systems operational"_s);
+        QCOMPARE(world.probeCount(), round);
+        world.checks.answerProbe(claude, false);
+        QCOMPARE(world.health(claude), degraded);
+        QCOMPARE(world.label(claude), u"Recovering"_s);
+        QVERIFY(world.alerts().isEmpty());
+    }
+    QVERIFY_NEXT_ROUND_AFTER(world, 20s);
+    world.checks.answer(claude, operational, u"All systems operational"_s);
+    world.checks.answerProbe(claude, true);
+    QCOMPARE(world.health(claude), operational);
+    QCOMPARE(world.label(claude), u"All systems operational"_s);
+    QCOMPARE(world.alerts(), QStringList{u"Claude is back"_s});
+}
+
+void StatusStoreTest::outageAlertsAreTheUsersChoice_data()
+{
+    QTest::addColumn<bool>("enabled");
+    QTest::addColumn<QStringList>("alerts");
+    QTest::newRow("on") << true << QStringList{u"Claude is down"_s, u"Claude is back"_s};
+    QTest::newRow("off") << false << QStringList{u"Claude is back"_s};
+}
+
+void StatusStoreTest::outageAlertsAreTheUsersChoice()
+{
+    QFETCH(bool, enabled);
+    QFETCH(QStringList, alerts);
+    MonitorWorld world;
+    world.settings.setOutageAlertsEnabled(enabled);
+    world.startWith(operational);
+    world.clock.advance(60s);
+    world.checks.answerAll(degraded);
+    world.clock.advance(20s);
+    world.checks.answerAll(operational);
+    world.checks.answerProbe(claude, true);
+    QCOMPARE(world.alerts(), alerts);
+    if (enabled) {
+        QCOMPARE(world.center.notifications.front().body, u"We’ll notify you when it’s back."_s);
+    }
+}
+
+void StatusStoreTest::aServiceInTroubleFromTheStartIsTold()
+{
+    MonitorWorld world;
+    world.settings.setOutageAlertsEnabled(true);
+    world.startWith(degraded);
+    QCOMPARE(world.alerts(), QStringList{u"Claude is down"_s});
+}
+
+void StatusStoreTest::aChangeOfTheKindOfTroubleIsNoNews()
+{
+    MonitorWorld world;
+    world.settings.setOutageAlertsEnabled(true);
+    world.startWith(outage);
+    for (const auto health : {degraded, outage, outage, degraded}) {
+        world.clock.advance(20s);
+        world.checks.answerAll(health);
+        QCOMPARE(world.health(claude), health);
+    }
+    QCOMPARE(world.alerts().size(), 1);
+}
+
+void StatusStoreTest::aRecoveryIsOnShowForTenMinutesFromTheServicesAnswer()
+{
+    MonitorWorld world;
+    world.startWith(outage);
+    world.clock.advance(20s);
+    world.checks.answerAll(operational);
+    world.clock.advance(9s);
+    world.checks.answerProbe(claude, true);
+    QVERIFY(world.store->status(claude).recoveredUntil == world.clock.now() + 600s);
+    QVERIFY(world.store->status(claude).lastChecked == world.clock.now());
+    const auto until = world.store->status(claude).recoveredUntil;
+    world.clock.advance(60s);
+    world.checks.answerAll(operational);
+    QVERIFY(world.store->status(claude).recoveredUntil == until);
+}
+
+void StatusStoreTest::aNewOutageClearsTheRecovery()
+{
+    MonitorWorld world;
+    world.startWith(outage);
+    world.clock.advance(20s);
+    world.checks.answerAll(operational);
+    world.checks.answerProbe(claude, true);
+    world.clock.advance(60s);
+    world.checks.answerAll(degraded);
+    QVERIFY(!world.store->status(claude).recoveredUntil);
+    world.clock.advance(20s);
+    world.checks.answerAll(operational);
+    world.checks.answerProbe(claude, true);
+    QCOMPARE(world.alerts().size(), 2);
+}
+
+void StatusStoreTest::theRecordIsStoredBeforeTheAlertIsSent()
+{
+    MonitorWorld world;
+    world.settings.setOutageAlertsEnabled(true);
+    std::vector<ServiceHealth> stored;
+    world.center.onAdd = [&](const LocalNotification &) { stored.push_back(world.health(claude)); };
+    world.startWith(operational);
+    world.clock.advance(60s);
+    world.checks.answerAll(outage);
+    world.clock.advance(20s);
+    world.checks.answerAll(operational);
+    world.checks.answerProbe(claude, true);
+    QVERIFY(stored == (std::vector{outage, operational}));
+}
+
+void StatusStoreTest::aRecordIsStoredInOneStep()
+{
+    MonitorWorld world;
+    world.start();
+    int changes = 0;
+    connect(world.store.get(), &StatusStore::statusesChanged, this, [&changes] { ++changes; });
+    world.checks.answerAll(outage);
+    QCOMPARE(changes, 1);
+    world.clock.advance(20s);
+    world.checks.answerAll(operational);
+    QCOMPARE(changes, 1);
+    world.checks.answerProbe(claude, true);
+    QCOMPARE(changes, 2);
+}
+
+void StatusStoreTest::aServiceTwiceInTheOrderIsCheckedTwiceAndToldOnce()
+{
+    MonitorWorld world;
+    world.settings.setOutageAlertsEnabled(true);
+    world.settings.setServiceOrder({claude, cursor, claude});
+    world.startWith(outage);
+    QVERIFY(world.checks.reads() == (Services{claude, claude}));
+    world.clock.advance(20s);
+    world.checks.answerAll(operational);
+    QCOMPARE(world.probeCount(), 2);
+    world.checks.answerProbe(claude, true);
+    world.checks.answerProbe(claude, true);
+    QCOMPARE(world.alerts(), (QStringList{u"Claude is down"_s, u"Claude is back"_s}));
+}
+
+void StatusStoreTest::aServiceNoLongerWatchedKeepsItsRecord()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.startWith(operational);
+    const auto last = world.store->status(chatgpt);
+    world.watch({claude});
+    world.clock.advance(300ms + 60s);
+    world.checks.answerAll(outage);
+    QVERIFY(world.store->status(chatgpt) == last);
+    QCOMPARE(world.store->statuses().size(), 2);
+    world.watch({gemini});
+    world.clock.advance(300ms + 60s);
+    world.checks.answerAll(operational);
+    QCOMPARE(world.store->statuses().size(), 3);
+    QVERIFY(world.store->status(cursor) == ServiceStatus{});
+}
+
+void StatusStoreTest::aCheckThatNeverAnswersHoldsUpNoOther()
+{
+    MonitorWorld world({claude, chatgpt, cursor});
+    world.settings.setOutageAlertsEnabled(true);
+    world.startWith(outage);
+    world.clock.advance(20s);
+    world.checks.answer(cursor, operational);
+    world.checks.answerProbe(cursor, true);
+    QCOMPARE(world.alerts().back(), u"Cursor is back"_s);
+    world.checks.answer(claude, operational);
+    world.checks.answerProbe(claude, true);
+    QCOMPARE(world.alerts().back(), u"Claude is back"_s);
+    // Waking checks everything anew, whatever is still open.
+    world.sleepWake.wake();
+    QCOMPARE(world.readCount(), 9);
+    world.checks.answer(cursor, degraded);
+    QCOMPARE(world.alerts().back(), u"Cursor is down"_s);
+}
+
+void StatusStoreTest::anAnswerThatANewerOneOvertookIsDropped()
+{
+    MonitorWorld world;
+    world.settings.setOutageAlertsEnabled(true);
+    world.startWith(operational);
+    world.store->checkAll();
+    world.store->checkAll();
+    const auto open = world.checks.open(Kind::read);
+    world.checks.answerRead(open[1], {operational, u"newer"_s});
+    const auto record = world.store->status(claude);
+    world.clock.advance(1s);
+    world.checks.answerRead(open[0], {outage, u"older"_s});
+    QVERIFY(world.store->status(claude) == record);
+    QVERIFY(world.alerts().isEmpty());
+}
+
+void StatusStoreTest::aNewerUnreadableAnswerOvertakesNothing()
+{
+    MonitorWorld world;
+    world.settings.setOutageAlertsEnabled(true);
+    world.startWith(operational);
+    world.store->checkAll();
+    world.store->checkAll();
+    const auto open = world.checks.open(Kind::read);
+    world.checks.answerRead(open[1], {unknown, u"newer"_s});
+    world.checks.answerRead(open[0], {outage, u"older"_s});
+    QCOMPARE(world.health(claude), outage);
+    QCOMPARE(world.alerts(), QStringList{u"Claude is down"_s});
+}
+
+void StatusStoreTest::twoChecksThatBothSeeTheRecoveryTellItOnce()
+{
+    MonitorWorld world;
+    world.startWith(outage);
+    world.store->checkAll();
+    world.store->checkAll();
+    world.checks.answerAll(operational);
+    QCOMPARE(world.probeCount(), 2);
+    world.checks.answerProbe(claude, true);
+    world.checks.answerProbe(claude, true);
+    QCOMPARE(world.alerts(), QStringList{u"Claude is back"_s});
+    QCOMPARE(world.health(claude), operational);
+}
+
+void StatusStoreTest::aNewerOutageSilencesAnOlderRecovery()
+{
+    MonitorWorld world;
+    world.startWith(outage);
+    world.store->checkAll();
+    world.checks.answer(claude, operational);
+    world.store->checkAll();
+    world.checks.answer(claude, outage);
+    world.checks.answerProbe(claude, true);
+    QVERIFY(world.alerts().isEmpty());
+    QCOMPARE(world.health(claude), outage);
+}
+
+void StatusStoreTest::theHeroStartsAsThePrimaryService()
+{
+    MonitorWorld world({cursor, claude});
+    world.start();
+    QVERIFY(world.store->heroID() == cursor);
+    QVERIFY(world.store->hero()->id == cursor);
+}
+
+void StatusStoreTest::theEarliestServiceInTroubleIsPromoted()
+{
+    MonitorWorld world({claude, chatgpt, cursor});
+    world.start();
+    world.checks.answer(cursor, degraded);
+    world.checks.answer(chatgpt, outage);
+    QVERIFY(world.store->heroID() == claude); // the round is not over
+    world.checks.answer(claude, operational);
+    QVERIFY(world.store->heroID() == chatgpt);
+    QVERIFY(world.store->heroIsPromoted());
+}
+
+void StatusStoreTest::aRecoveredServiceIsPromotedForTenMinutes()
+{
+    MonitorWorld world({claude, chatgpt, cursor});
+    world.start();
+    world.checks.answer(claude, operational);
+    world.checks.answer(chatgpt, unknown);
+    world.checks.answer(cursor, outage);
+    world.checks.readScript = always(operational);
+    world.checks.probeScript = [](ServiceID) { return std::optional(true); };
+    world.clock.advance(20s);
+    QVERIFY(world.store->heroID() == cursor);
+    QVERIFY(!world.store->heroIsPromoted());
+    world.clock.advance(9min);
+    QVERIFY(world.store->heroID() == cursor);
+    world.clock.advance(1min);
+    QVERIFY(world.store->heroID() == claude);
+}
+
+void StatusStoreTest::theHeroStaysWhileThePopoverIsOpenAndChangesWhenItCloses()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.startWith(operational);
+    world.store->setPopoverIsOpen(true);
+    QVERIFY(world.store->popoverIsOpen());
+    world.clock.advance(60s);
+    world.checks.answer(claude, operational);
+    world.checks.answer(chatgpt, outage);
+    QVERIFY(world.store->heroID() == claude);
+    QCOMPARE(world.store->groupHeading(), u"Also affected"_s);
+    world.store->setPopoverIsOpen(false);
+    QVERIFY(!world.store->popoverIsOpen());
+    QVERIFY(world.store->heroID() == chatgpt);
+}
+
+void StatusStoreTest::peekingShowsAServiceAndASecondTimeHandsBack()
+{
+    MonitorWorld world({claude, chatgpt, cursor});
+    world.startWith(operational);
+    world.store->setPopoverIsOpen(true);
+    world.store->peek(cursor);
+    QVERIFY(world.store->peekedID() == cursor);
+    QVERIFY(world.store->hero()->id == cursor);
+    QVERIFY(world.store->groupRows() == (std::vector{Service::by(claude), Service::by(chatgpt)}));
+    QVERIFY(!world.store->heroIsPromoted());
+    world.store->peek(chatgpt);
+    QVERIFY(world.store->hero()->id == chatgpt);
+    world.store->peek(chatgpt);
+    QVERIFY(!world.store->peekedID());
+    QVERIFY(world.store->hero()->id == claude);
+    QVERIFY(world.store->groupRows() == (std::vector{Service::by(chatgpt), Service::by(cursor)}));
+}
+
+void StatusStoreTest::closingEndsThePeekAndPromotes()
+{
+    MonitorWorld world({claude, chatgpt, cursor});
+    world.startWith(operational);
+    world.store->setPopoverIsOpen(true);
+    world.store->peek(cursor);
+    world.store->checkAll();
+    world.checks.answer(claude, operational);
+    world.checks.answer(chatgpt, degraded);
+    world.checks.answer(cursor, operational);
+    QVERIFY(world.store->hero()->id == cursor);
+    world.store->setPopoverIsOpen(false);
+    QVERIFY(!world.store->peekedID());
+    QVERIFY(world.store->hero()->id == chatgpt);
+}
+
+void StatusStoreTest::onlyAHeroInTroubleThatIsNotThePrimaryIsPromoted()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.startWith(operational);
+    QVERIFY(!world.store->heroIsPromoted());
+    world.clock.advance(60s);
+    world.checks.answerAll(outage);
+    QVERIFY(world.store->hero()->id == claude);
+    QVERIFY(!world.store->heroIsPromoted());
+    world.store->peek(chatgpt);
+    QVERIFY(world.store->heroIsPromoted());
+    world.watch({});
+    QVERIFY(!world.store->heroIsPromoted());
+}
+
+void StatusStoreTest::withoutAPrimaryServiceThereIsNoHero()
+{
+    MonitorWorld world;
+    world.watch({});
+    world.start();
+    world.store->setPopoverIsOpen(false);
+    QVERIFY(!world.store->hero());
+    QVERIFY(!world.store->heroIsPromoted());
+    QCOMPARE(world.store->heroStatusLabel(), u"No service selected"_s);
+    QCOMPARE(world.store->heroBodyLine(), u"Choose a service in Settings."_s);
+    QCOMPARE(world.store->groupHeading(), u"Watching"_s);
+    // Watched from now on, but no round has made one of them the hero yet: the primary service stands in.
+    world.watch({cursor, claude});
+    QVERIFY(!world.store->heroID());
+    QVERIFY(world.store->hero()->id == cursor);
+    QVERIFY(world.store->groupRows() == std::vector{Service::by(claude)});
+}
+
+void StatusStoreTest::aHeroWhoseRecoveryIsUnconfirmed()
+{
+    MonitorWorld world;
+    world.startWith(outage);
+    QCOMPARE(world.store->ringState(), RingState::outage);
+    world.clock.advance(20s);
+    world.checks.answerAll(operational);
+    world.checks.answerProbe(claude, false);
+    QCOMPARE(world.store->heroStatusLabel(), u"Recovering"_s);
+    QCOMPARE(world.store->ringState(), RingState::recovering);
+}
+
+void StatusStoreTest::twoServicesInTrouble()
+{
+    MonitorWorld world({claude, chatgpt, cursor});
+    world.start();
+    world.checks.answer(claude, outage);
+    world.checks.answer(chatgpt, operational);
+    world.checks.answer(cursor, degraded);
+    QCOMPARE(world.store->heroBodyLine(), u"Cursor is affected too. We’ll tell you."_s);
+    QCOMPARE(world.store->groupHeading(), u"Also affected"_s);
+    QVERIFY(world.store->groupRows() == (std::vector{Service::by(chatgpt), Service::by(cursor)}));
+}
+
+void StatusStoreTest::watchingOffMakesTheRingInactiveWhateverTheStatusesSay()
+{
+    MonitorWorld world;
+    world.startWith(outage);
+    QCOMPARE(world.store->ringState(), RingState::outage);
+    world.settings.setWatchOnThisMac(false);
+    QCOMPARE(world.store->ringState(), RingState::inactive);
+    // Nothing changes while it is off, not even the hero.
+    world.watch({cursor, claude});
+    const auto finished = world.store->checkAll();
+    QVERIFY(finished.isFinished());
+    QVERIFY(world.store->heroID() == claude);
+    world.settings.setWatchOnThisMac(true);
+    QCOMPARE(world.store->ringState(), RingState::outage);
+}
+
+void StatusStoreTest::beforeAnyAnswerEverythingReadsChecking()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.start();
+    QVERIFY(world.store->status(claude) == ServiceStatus{});
+    QCOMPARE(world.store->ringState(), RingState::inactive);
+    QCOMPARE(world.store->heroStatusLabel(), u"Checking…"_s);
+    QCOMPARE(world.store->heroBodyLine(), u"Checking status…"_s);
+    QCOMPARE(world.store->groupHeading(), u"Watching"_s);
+}
+
+void StatusStoreTest::backToNormalIsSaidForTenMinutes()
+{
+    MonitorWorld world;
+    world.startWith(outage);
+    world.checks.probeScript = [](ServiceID) { return std::optional(true); };
+    world.checks.readScript = always(operational);
+    world.clock.advance(20s);
+    QCOMPARE(world.store->heroBodyLine(), u"Recovered · back to normal"_s);
+    world.clock.advance(600s - 1ms);
+    QCOMPARE(world.store->heroBodyLine(), u"Recovered · back to normal"_s);
+    world.clock.advance(1ms);
+    QCOMPARE(world.store->heroBodyLine(), u"Everything is working normally."_s);
+}
+
+void StatusStoreTest::everyWriteIsPublishedBeforeAndToldAfter()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.startWith(operational);
+    auto *store = world.store.get();
+
+    struct State
+    {
+        QHash<ServiceID, ServiceStatus> statuses;
+        std::optional<ServiceID> hero;
+        bool open;
+        std::optional<ServiceID> peeked;
+        TimePoint now;
+    };
+    const auto stateNow = [store] {
+        return State{store->statuses(), store->heroID(), store->popoverIsOpen(), store->peekedID(), store->now()};
+    };
+    State published;
+    int publications = 0;
+    connect(store, &StatusStore::objectWillChange, this, [&] {
+        published = stateNow();
+        ++publications;
+    });
+    QStringList told;
+    const auto tell = [&](const QString &field, bool differs) {
+        QCOMPARE(publications, told.size() + 1);
+        QVERIFY2(differs, qPrintable(field));
+        told.append(field);
+    };
+    connect(store, &StatusStore::statusesChanged, this,
+            [&] { tell(u"statuses"_s, published.statuses != store->statuses()); });
+    connect(store, &StatusStore::heroIDChanged, this, [&] { tell(u"heroID"_s, published.hero != store->heroID()); });
+    connect(store, &StatusStore::popoverIsOpenChanged, this,
+            [&] { tell(u"popoverIsOpen"_s, published.open != store->popoverIsOpen()); });
+    connect(store, &StatusStore::peekedIDChanged, this,
+            [&] { tell(u"peekedID"_s, published.peeked != store->peekedID()); });
+    connect(store, &StatusStore::nowChanged, this, [&] { tell(u"now"_s, published.now != store->now()); });
+
+    world.clock.advance(30s);
+    store->setPopoverIsOpen(true);
+    store->peek(chatgpt);
+    store->checkAll();
+    world.checks.answer(chatgpt, outage);
+    store->setPopoverIsOpen(false);
+    QCOMPARE(told, (QStringList{u"popoverIsOpen"_s, u"now"_s, u"peekedID"_s, u"statuses"_s, u"popoverIsOpen"_s,
+                                u"peekedID"_s, u"heroID"_s}));
+    QCOMPARE(publications, told.size());
+}
+
+void StatusStoreTest::anEndInMidFlightLeavesNothingBehind_data()
+{
+    QTest::addColumn<bool>("probing");
+    QTest::newRow("while the page is read") << false;
+    QTest::newRow("while the service is probed") << true;
+}
+
+void StatusStoreTest::anEndInMidFlightLeavesNothingBehind()
+{
+    QFETCH(bool, probing);
+    MonitorWorld world({claude, chatgpt});
+    world.settings.setOutageAlertsEnabled(true);
+    world.startWith(outage);
+    world.center.notifications.clear();
+    world.clock.advance(20s);
+    if (probing) {
+        world.checks.answer(claude, operational);
+    }
+    world.store->setPopoverIsOpen(true);
+    world.settings.setHasOnboarded(true);
+    world.store->checkAll();
+
+    world.store.reset();
+
+    QCOMPARE(world.clock.pendingCount(), 0U);
+    world.checks.answerAll(operational);
+    if (probing) {
+        world.checks.answerProbe(claude, true);
+    }
+    settle();
+    world.sleepWake.wake();
+    world.settings.setHasOnboarded(false);
+    world.clock.advance(1h);
+    QVERIFY(world.alerts().isEmpty());
+    QCOMPARE(world.readCount(), 6);
+    QCOMPARE(world.probeCount(), probing ? 1 : 0);
+}
+
+QTEST_GUILESS_MAIN(StatusStoreTest)
+#include "tst_statusstore.moc"
