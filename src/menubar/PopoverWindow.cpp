@@ -110,6 +110,7 @@ void PopoverWindow::load()
     view_->installEventFilter(this);
 
     connect(view_->rootObject(), &QQuickItem::heightChanged, this, &PopoverWindow::place);
+    connect(view_->rootObject(), SIGNAL(cardChanged()), this, SLOT(place()));
     connect(view_.get(), &QWindow::activeChanged, this, &PopoverWindow::closeForLostFocus);
 }
 

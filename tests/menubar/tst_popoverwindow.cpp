@@ -1,4 +1,5 @@
 #include "support/FakeAppearance.h"
+#include "support/Golden.h"
 #include "support/Stores.h"
 
 #include "menubar/PopoverWindow.h"
@@ -67,6 +68,8 @@ private Q_SLOTS:
     void closedByTheDesktopItIsClosed();
     void aPressOnTheShadowCloses();
     void whileClosedNothingIsPending();
+    void hasRoundCornersInAShadow_data();
+    void hasRoundCornersInAShadow();
 };
 
 void PopoverWindowTest::viewsAreLoadedAtTheFirstOpening()
@@ -212,6 +215,28 @@ void PopoverWindowTest::whileClosedNothingIsPending()
     desktop.popover.close();
     settle();
     QCOMPARE(desktop.stores.clock.pendingCount(), before);
+}
+
+void PopoverWindowTest::hasRoundCornersInAShadow_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void PopoverWindowTest::hasRoundCornersInAShadow()
+{
+    QFETCH(bool, dark);
+    Desktop desktop;
+    desktop.appearance.dark = dark;
+    desktop.appearance.still = true;
+    desktop.stores.round();
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowExposed(desktop.popover.view()));
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(desktop.popover.view()->grabWindow(),
+                               u"popover-window-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
 }
 
 } // namespace kelvo
