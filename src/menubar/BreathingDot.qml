@@ -1,0 +1,34 @@
+import QtQuick
+import Kelvo
+
+/// A dot that breathes while it is on screen, unless the user wants no motion.
+StatusDot {
+    id: dot
+
+    readonly property bool isBreathing: visible && Window.visibility !== Window.Hidden && !Tokens.reduceMotion
+
+    implicitHeight: 5
+    implicitWidth: 5
+
+    SequentialAnimation on opacity {
+        loops: Animation.Infinite
+        running: dot.isBreathing
+
+        onStopped: dot.opacity = 1
+
+        NumberAnimation {
+            duration: 1700
+            easing.bezierCurve: [0.42, 0, 0.58, 1, 1, 1]
+            easing.type: Easing.BezierSpline
+            from: 1
+            to: 0.45
+        }
+        NumberAnimation {
+            duration: 1700
+            easing.bezierCurve: [0.42, 0, 0.58, 1, 1, 1]
+            easing.type: Easing.BezierSpline
+            from: 0.45
+            to: 1
+        }
+    }
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "menubar/PaintedSymbol.h"
+
+namespace kelvo {
+
+/// The symbol of the settings: a gear in thin lines with round ends.
+class GearSymbol : public PaintedSymbol
+{
+    Q_OBJECT
+    QML_ELEMENT
+
+public:
+    using PaintedSymbol::PaintedSymbol;
+    void paint(QPainter *painter) override;
+};
+
+} // namespace kelvo

@@ -1,0 +1,161 @@
+import QtQuick
+import Kelvo
+
+/// The large block at the top: how one service is doing.
+Item {
+    id: hero
+
+    required property PopoverState popover
+    /// Whether a change of the status is shown as one.
+    property bool animated: false
+
+    readonly property HealthColors colors: HealthColors {
+        health: hero.popover.heroHealth
+    }
+
+    Accessible.name: popover.heroName + ", " + popover.heroStatusLabel + ", " + popover.checkedText.toLowerCase()
+    Accessible.role: Accessible.StaticText
+    implicitHeight: checkedLine.y + checkedLine.height
+
+    Text {
+        id: name
+
+        anchors.left: parent.left
+        color: Tokens.labelPrimary
+        font: Tokens.tracked(Tokens.heroName, -0.44)
+        horizontalAlignment: Text.AlignLeft
+        objectName: "heroName"
+        text: hero.popover.heroName
+        textFormat: Text.PlainText
+        width: Math.min(implicitWidth, hero.width - (affected.visible ? affected.width + affected.anchors.leftMargin : 0))
+        wrapMode: Text.Wrap
+    }
+    Text {
+        id: affected
+
+        anchors.baseline: name.baseline
+        anchors.left: name.right
+        anchors.leftMargin: 8
+        color: Tokens.labelQuaternary
+        font: Tokens.tracked(Tokens.systemFont(10, Font.DemiBold), 0.6)
+        objectName: "affectedTag"
+        text: "AFFECTED"
+        textFormat: Text.PlainText
+        visible: hero.popover.heroIsPromoted
+    }
+    StatusLine {
+        id: statusLine
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: name.bottom
+        anchors.topMargin: 5
+        health: hero.popover.heroHealth
+        label: hero.popover.heroStatusLabel
+        objectName: "statusLine"
+
+        // With a new label comes a new health, in either order: the old one is still needed then.
+        onHealthChanged: {
+            if (label === hero.popover.heroStatusLabel) {
+                swap.shownHealth = health;
+            }
+        }
+        onLabelChanged: swap.begin()
+    }
+    StatusLine {
+        id: formerStatusLine
+
+        anchors.fill: statusLine
+        health: PopoverState.Unknown
+        label: ""
+        objectName: "formerStatusLine"
+        opacity: 0
+        visible: opacity > 0
+    }
+    Text {
+        id: body
+
+        readonly property real lineSpacing: 5.625
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: statusLine.bottom
+        anchors.topMargin: 9
+        color: Tokens.labelSecondary
+        font: Tokens.bodyText
+        horizontalAlignment: Text.AlignLeft
+        lineHeight: metrics.height + lineSpacing
+        lineHeightMode: Text.FixedHeight
+        objectName: "bodyLine"
+        text: hero.popover.heroBodyLine
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+
+        FontMetrics {
+            id: metrics
+
+            font: body.font
+        }
+    }
+    Row {
+        id: checkedLine
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: body.bottom
+        // The space between lines follows the last one too.
+        anchors.topMargin: 8 - body.lineSpacing
+        spacing: 6
+
+        BreathingDot {
+            id: breathingDot
+
+            anchors.verticalCenter: parent.verticalCenter
+            color: hero.colors.dot
+            objectName: "breathingDot"
+        }
+        Text {
+            color: Tokens.labelQuaternary
+            font: Tokens.withTabularDigits(Tokens.metadata)
+            objectName: "checkedText"
+            text: hero.popover.checkedText
+            textFormat: Text.PlainText
+            width: Math.min(implicitWidth, checkedLine.width - breathingDot.width - checkedLine.spacing)
+            wrapMode: Text.Wrap
+        }
+    }
+    ParallelAnimation {
+        id: swap
+
+        property string shownLabel: ""
+        property int shownHealth: PopoverState.Unknown
+
+        /// The status that was shown goes as the new one comes.
+        function begin() {
+            formerStatusLine.label = shownLabel;
+            formerStatusLine.health = shownHealth;
+            shownLabel = hero.popover.heroStatusLabel;
+            shownHealth = hero.popover.heroHealth;
+            if (hero.animated) {
+                restart();
+            }
+        }
+
+        NumberAnimation {
+            duration: Tokens.statusSwap.duration
+            easing: Tokens.statusSwap.curve
+            from: 0
+            property: "opacity"
+            target: statusLine
+            to: 1
+        }
+        NumberAnimation {
+            duration: Tokens.statusSwap.duration
+            easing: Tokens.statusSwap.curve
+            from: 1
+            property: "opacity"
+            target: formerStatusLine
+            to: 0
+        }
+    }
+}

@@ -1,0 +1,31 @@
+import QtQuick
+import Kelvo
+
+/// The brand's glyph: the ring with a dot at its centre. Decoration beside text that says the same, so it is not in the
+/// accessibility tree.
+Item {
+    id: mark
+
+    /// Points, of the square that the ring's line runs along.
+    required property real size
+    required property color coreColor
+
+    readonly property real unit: size / 32
+
+    implicitHeight: size
+    implicitWidth: size
+
+    GappedRing {
+        anchors.fill: parent
+        anchors.margins: -inset
+        color: Qt.alpha(Tokens.primary, 0.72)
+        inset: Math.ceil(lineWidth / 2)
+        lineWidth: mark.unit * 2.1
+    }
+    StatusDot {
+        anchors.centerIn: parent
+        color: mark.coreColor
+        height: width
+        width: mark.unit * 8.2
+    }
+}

@@ -1,0 +1,36 @@
+import QtQuick
+import Kelvo
+
+/// A status in a word or two, with its dot, in the colours of a health.
+Row {
+    id: line
+
+    required property string label
+    /// A PopoverState.Health.
+    required property int health
+
+    readonly property HealthColors colors: HealthColors {
+        health: line.health
+    }
+
+    spacing: 7
+
+    StatusDot {
+        id: dot
+
+        anchors.verticalCenter: parent.verticalCenter
+        color: line.colors.dot
+        height: 8
+        objectName: "statusDot"
+        width: 8
+    }
+    Text {
+        color: line.colors.text
+        font: Tokens.tracked(Tokens.status, -0.065)
+        objectName: "statusLabel"
+        text: line.label
+        textFormat: Text.PlainText
+        width: Math.min(implicitWidth, line.width - dot.width - line.spacing)
+        wrapMode: Text.Wrap
+    }
+}

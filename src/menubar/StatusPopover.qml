@@ -1,0 +1,135 @@
+import QtQuick
+import Kelvo
+
+/// The popover: how one service is doing, the others below, and the footer.
+FocusScope {
+    id: root
+
+    required property PopoverState popover
+
+    /// The content is in its place. It rises there each time the popover opens.
+    property bool risen: false
+
+    function appear() {
+        risen = true;
+        forceActiveFocus(Qt.PopupFocusReason);
+        if (Tokens.reduceMotion) {
+            stack.opacity = 1;
+            drop.y = 0;
+        } else {
+            rise.restart();
+        }
+    }
+    function disappear() {
+        risen = false;
+        rise.stop();
+        stack.opacity = 0;
+        drop.y = rise.distance;
+    }
+
+    Accessible.name: "Kelvo"
+    Accessible.role: Accessible.Pane
+    LayoutMirroring.childrenInherit: true
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    implicitHeight: Math.max(260, list.y + list.height + stack.leastSpace + footer.height)
+    implicitWidth: 320
+
+    Keys.onDownPressed: list.focusRow(0)
+    Keys.onUpPressed: list.focusRow(Infinity)
+
+    Connections {
+        function onIsOpenChanged() {
+            if (root.popover.isOpen) {
+                root.appear();
+            } else {
+                root.disappear();
+            }
+        }
+
+        target: root.popover
+    }
+    Item {
+        id: stack
+
+        /// Between the last row and the footer.
+        readonly property real leastSpace: 14
+
+        anchors.fill: parent
+        objectName: "stack"
+        opacity: 0
+
+        transform: Translate {
+            id: drop
+
+            y: rise.distance
+        }
+
+        HeroStatusView {
+            id: hero
+
+            anchors.left: parent.left
+            anchors.leftMargin: 18
+            anchors.right: parent.right
+            anchors.rightMargin: 18
+            anchors.top: parent.top
+            anchors.topMargin: 14
+            animated: root.risen && !Tokens.reduceMotion
+            objectName: "hero"
+            popover: root.popover
+        }
+        Rectangle {
+            id: separator
+
+            anchors.left: hero.left
+            anchors.right: hero.right
+            anchors.top: hero.bottom
+            anchors.topMargin: 13
+            color: Tokens.separator
+            height: 1
+            objectName: "separator"
+        }
+        WatchListView {
+            id: list
+
+            anchors.left: hero.left
+            anchors.right: hero.right
+            anchors.top: separator.bottom
+            anchors.topMargin: 11
+            objectName: "watchList"
+            popover: root.popover
+        }
+        PopoverFooter {
+            id: footer
+
+            anchors.bottom: parent.bottom
+            anchors.left: parent.left
+            anchors.right: parent.right
+            objectName: "footer"
+            popover: root.popover
+        }
+    }
+    ParallelAnimation {
+        id: rise
+
+        readonly property real distance: 6
+
+        objectName: "rise"
+
+        NumberAnimation {
+            duration: Tokens.popoverRise.duration
+            easing: Tokens.popoverRise.curve
+            from: 0
+            property: "opacity"
+            target: stack
+            to: 1
+        }
+        NumberAnimation {
+            duration: Tokens.popoverRise.duration
+            easing: Tokens.popoverRise.curve
+            from: rise.distance
+            property: "y"
+            target: drop
+            to: 0
+        }
+    }
+}

@@ -1,0 +1,71 @@
+import QtQuick
+import Kelvo
+
+/// The other watched services under their heading.
+Item {
+    id: list
+
+    required property PopoverState popover
+
+    /// Moves the keyboard's focus to a row, to the first or last one when there is none there.
+    function focusRow(index: int) {
+        const row = rows.itemAt(Math.max(0, Math.min(index, rows.count - 1)));
+        if (row) {
+            row.forceActiveFocus(Qt.TabFocusReason);
+        }
+    }
+    /// The row goes to the top; the keyboard stays where it was in the list.
+    function peek(index: int, service: string, byKeyboard: bool) {
+        popover.peek(service);
+        if (byKeyboard) {
+            focusRow(index);
+        }
+    }
+
+    implicitHeight: column.y + column.height - column.reach
+
+    SectionCaps {
+        id: heading
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        horizontalAlignment: Text.AlignLeft
+        objectName: "groupHeading"
+        title: list.popover.groupHeading
+    }
+    Column {
+        id: column
+
+        readonly property real reach: 2
+
+        anchors.left: parent.left
+        anchors.margins: -6
+        anchors.right: parent.right
+        anchors.top: heading.bottom
+        anchors.topMargin: 8 - reach
+        spacing: 6 - 2 * reach
+
+        Repeater {
+            id: rows
+
+            model: list.popover.rows
+
+            // Not with the next frame: the window takes its size before.
+            onCountChanged: column.forceLayout()
+
+            WatchRow {
+                id: row
+
+                required property int index
+                required property string service
+
+                objectName: "row-" + service
+                width: column.width
+
+                Keys.onDownPressed: list.focusRow(index + 1)
+                Keys.onUpPressed: list.focusRow(index - 1)
+                onClicked: list.peek(index, service, visualFocus)
+            }
+        }
+    }
+}

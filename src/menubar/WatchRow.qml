@@ -1,0 +1,75 @@
+import QtQuick
+import Kelvo
+
+/// A watched service with its dot. Larger than what it shows by `reach`, for the highlight under the pointer.
+PlainButton {
+    id: row
+
+    required property string name
+    /// A PopoverState.Health.
+    required property int health
+    required property string label
+
+    readonly property real sideReach: 6
+    readonly property real reach: 2
+
+    Accessible.description: "Shows this service’s status at the top"
+    Accessible.name: name + ", " + (label === "" ? "not checked yet" : label)
+    bottomPadding: reach
+    hoverEnabled: true
+    leftPadding: sideReach
+    rightPadding: sideReach
+    text: name
+    topPadding: reach
+
+    background: Rectangle {
+        color: row.down ? Qt.alpha(Tokens.primary, 0.1) : row.hovered || row.visualFocus ? Qt.alpha(Tokens.primary, 0.06) : "transparent"
+        objectName: "highlight"
+        radius: 5
+    }
+    contentItem: Item {
+        implicitHeight: nameText.implicitHeight
+
+        Text {
+            id: nameText
+
+            anchors.left: parent.left
+            anchors.right: dot.left
+            anchors.rightMargin: 8
+            color: Qt.alpha(Tokens.primary, 0.78)
+            font: Tokens.rowStrong
+            horizontalAlignment: Text.AlignLeft
+            objectName: "name"
+            text: row.name
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+        }
+        StatusDot {
+            id: dot
+
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            color: colors.dot
+            height: 7
+            objectName: "dot"
+            width: 7
+
+            HealthColors {
+                id: colors
+
+                health: row.health
+            }
+        }
+    }
+
+    Loader {
+        active: row.hovered
+
+        sourceComponent: HelpTip {
+            objectName: "help"
+            parent: row
+            text: "Show " + row.name + " above"
+            visible: row.hovered && !row.down
+        }
+    }
+}

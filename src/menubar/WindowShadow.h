@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QColor>
+#include <QQuickItem>
+
+namespace kelvo {
+
+/// The soft shadow of a rectangle that lies `blur` inside of the item on every side. Drawn small and stretched.
+class WindowShadow : public QQuickItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QColor color MEMBER color_ NOTIFY lookChanged FINAL)
+    /// How far the shadow reaches out, twice its standard deviation.
+    Q_PROPERTY(int blur MEMBER blur_ NOTIFY lookChanged FINAL)
+
+public:
+    explicit WindowShadow(QQuickItem *parent = nullptr);
+
+Q_SIGNALS:
+    void lookChanged();
+
+protected:
+    QSGNode *updatePaintNode(QSGNode *node, UpdatePaintNodeData *data) override;
+
+private:
+    QImage draw() const;
+
+    QColor color_;
+    int blur_ = 0;
+};
+
+} // namespace kelvo

@@ -1,0 +1,10 @@
+#include "platform/Compositing.h"
+
+namespace kelvo {
+
+bool isCompositing()
+{
+    return true;
+}
+
+} // namespace kelvo

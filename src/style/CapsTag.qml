@@ -1,0 +1,13 @@
+import QtQuick
+import Kelvo
+
+/// A small tag in capitals; its text is given in ordinary case.
+Text {
+    id: tag
+
+    required property string title
+
+    font: Tokens.tracked(Tokens.tagCaps, 0.57)
+    text: title.toUpperCase()
+    textFormat: Text.PlainText
+}
