@@ -1,0 +1,111 @@
+import QtQuick
+import QtQuick.Templates as T
+import Kelvo
+
+/// A service that can be watched. It is one element for the keyboard and the screen reader: a check box that can be
+/// moved up and down.
+T.Control {
+    id: row
+
+    required property string name
+    required property bool isPrimary
+    required property bool isOn
+    /// It follows the pointer.
+    property bool isLifted: false
+
+    readonly property alias handle: dragHandle
+
+    signal toggled
+
+    Accessible.checkable: true
+    Accessible.checked: isOn
+    // Qt gives a check box no value in words.
+    Accessible.description: isOn ? "watched" : "not watched"
+    Accessible.name: isPrimary ? name + ", primary" : name
+    Accessible.role: Accessible.CheckBox
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    implicitHeight: 34
+
+    background: CardRowGround {
+        control: row
+
+        Item {
+            anchors.fill: parent
+            visible: row.isLifted
+            z: -1
+
+            WindowShadow {
+                anchors.fill: parent
+                anchors.margins: -blur
+                blur: 8
+                color: Qt.alpha("black", 0.22)
+            }
+            Rectangle {
+                anchors.fill: parent
+                color: Tokens.hairline
+                radius: 7
+            }
+            Rectangle {
+                anchors.fill: parent
+                anchors.margins: 1
+                color: Tokens.card
+                objectName: "lifted"
+                radius: 6
+            }
+        }
+    }
+    contentItem: Item {
+        DragHandle {
+            id: dragHandle
+
+            anchors.bottom: parent.bottom
+            anchors.left: parent.left
+            anchors.leftMargin: 2
+            anchors.top: parent.top
+            objectName: "handle"
+        }
+        Text {
+            id: nameText
+
+            anchors.left: dragHandle.right
+            anchors.verticalCenter: parent.verticalCenter
+            color: Tokens.labelPrimary
+            elide: Text.ElideRight
+            font: Tokens.row
+            horizontalAlignment: Text.AlignLeft
+            objectName: "name"
+            text: row.name
+            textFormat: Text.PlainText
+            width: Math.min(implicitWidth, checkbox.x - x - (primary.visible ? primary.width + primary.anchors.leftMargin : 0))
+        }
+        CapsTag {
+            id: primary
+
+            anchors.baseline: nameText.baseline
+            anchors.left: nameText.right
+            anchors.leftMargin: 8
+            color: Tokens.link
+            objectName: "primaryTag"
+            title: "Primary"
+            visible: row.isPrimary
+        }
+        Checkbox {
+            id: checkbox
+
+            anchors.right: parent.right
+            anchors.rightMargin: 12 - reach
+            anchors.verticalCenter: parent.verticalCenter
+            isOn: row.isOn
+            objectName: "checkbox"
+
+            onClicked: row.toggled()
+        }
+    }
+
+    Accessible.onPressAction: toggled()
+    Accessible.onToggleAction: toggled()
+    Keys.onEnterPressed: toggled()
+    Keys.onReturnPressed: toggled()
+    Keys.onSpacePressed: toggled()
+}
