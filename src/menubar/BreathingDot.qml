@@ -5,14 +5,14 @@ import Kelvo
 StatusDot {
     id: dot
 
+    readonly property bool isBreathing: visible && Window.visibility !== Window.Hidden && !Tokens.reduceMotion
+
     implicitHeight: 5
     implicitWidth: 5
 
     SequentialAnimation on opacity {
-        id: breath
-
         loops: Animation.Infinite
-        running: dot.visible && dot.Window.visibility !== Window.Hidden && !Tokens.reduceMotion
+        running: dot.isBreathing
 
         onStopped: dot.opacity = 1
 

@@ -9,14 +9,14 @@ namespace kelvo {
 void GappedRingItem::setLineWidth(qreal width)
 {
     lineWidth_ = width;
-    Q_EMIT strokeChanged();
+    Q_EMIT lineWidthChanged();
     update();
 }
 
 void GappedRingItem::setInset(qreal inset)
 {
     inset_ = inset;
-    Q_EMIT strokeChanged();
+    Q_EMIT insetChanged();
     update();
 }
 

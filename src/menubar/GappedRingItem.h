@@ -9,9 +9,9 @@ class GappedRingItem : public PaintedSymbol
 {
     Q_OBJECT
     QML_NAMED_ELEMENT(GappedRing)
-    Q_PROPERTY(qreal lineWidth READ lineWidth WRITE setLineWidth NOTIFY strokeChanged FINAL)
+    Q_PROPERTY(qreal lineWidth READ lineWidth WRITE setLineWidth NOTIFY lineWidthChanged FINAL)
     /// Room for the outer half of the line; items do not draw outside of themselves.
-    Q_PROPERTY(qreal inset READ inset WRITE setInset NOTIFY strokeChanged FINAL)
+    Q_PROPERTY(qreal inset READ inset WRITE setInset NOTIFY insetChanged FINAL)
 
 public:
     using PaintedSymbol::PaintedSymbol;
@@ -24,7 +24,8 @@ public:
     void paint(QPainter *painter) override;
 
 Q_SIGNALS:
-    void strokeChanged();
+    void lineWidthChanged();
+    void insetChanged();
 
 private:
     qreal lineWidth_ = 1;

@@ -54,7 +54,12 @@ Item {
         label: hero.popover.heroStatusLabel
         objectName: "statusLine"
 
-        onHealthChanged: swap.shownHealth = health
+        // With a new label comes a new health, in either order: the old one is still needed then.
+        onHealthChanged: {
+            if (label === hero.popover.heroStatusLabel) {
+                swap.shownHealth = health;
+            }
+        }
         onLabelChanged: swap.begin()
     }
     StatusLine {

@@ -54,7 +54,6 @@ void PopoverWindow::toggle(const QRect &ring)
 void PopoverWindow::open()
 {
     if (isOpen()) {
-        view_->raise();
         view_->requestActivate();
         return;
     }
@@ -110,7 +109,8 @@ void PopoverWindow::load()
     view_->setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/PopoverFrame.qml"_s));
     view_->installEventFilter(this);
 
-    connect(view_.get(), &QWindow::heightChanged, this, &PopoverWindow::place);
+    connect(view_->rootObject(), &QQuickItem::heightChanged, this, &PopoverWindow::place);
+    connect(view_->rootObject(), SIGNAL(cardChanged()), this, SLOT(place()));
     connect(view_.get(), &QWindow::activeChanged, this, &PopoverWindow::closeForLostFocus);
 }
 
@@ -124,15 +124,16 @@ void PopoverWindow::openBeside(const QRect &anchor)
     state_.open();
     place();
     view_->show();
-    view_->raise();
     view_->requestActivate();
 }
 
-/// The popover is placed; what surrounds it may reach under a panel.
+/// The popover itself is placed; what surrounds it may reach under a panel. The view would follow the size of what it
+/// shows only after the next event, and be seen in the wrong place.
 void PopoverWindow::place()
 {
     const auto *screen = screenOf(anchor_);
     const auto card = this->card();
+    view_->resize(view_->rootObject()->size().toSize());
     view_->setPosition(
         PopoverPlacement::beside(anchor_, card.size(), screen->geometry(), screen->availableGeometry())
         - card.topLeft());

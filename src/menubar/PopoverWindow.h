@@ -38,6 +38,9 @@ Q_SIGNALS:
     /// The user wants to see the settings.
     void settingsRequested();
 
+private Q_SLOTS:
+    void place();
+
 private:
     /// A click takes the focus a moment before it is told.
     static constexpr std::chrono::milliseconds clickTime{400};
@@ -45,7 +48,6 @@ private:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void load();
     void openBeside(const QRect &anchor);
-    void place();
     void closeForLostFocus();
     QRect card() const;
 

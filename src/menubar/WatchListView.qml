@@ -50,6 +50,9 @@ Item {
 
             model: list.popover.rows
 
+            // Not with the next frame: the window takes its size before.
+            onCountChanged: column.forceLayout()
+
             WatchRow {
                 id: row
 

@@ -23,7 +23,9 @@ QQmlEngine &ViewEngine::get()
 {
     if (!engine_) {
         [[maybe_unused]] static volatile auto registration = &qml_register_types_Kelvo;
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        if (QQuickWindow::sceneGraphBackend() != u"software"_s) {
+            QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        }
         engine_ = std::make_unique<QQmlEngine>();
         engine_->addImportPath(u"qrc:/qt/qml"_s);
     }

@@ -23,10 +23,10 @@ constexpr std::string_view compositorSelection = "_NET_WM_CM_S0";
 bool isCompositing()
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11) {
+    auto *connection = x11 ? x11->connection() : nullptr;
+    if (!connection) {
         return true; // Wayland always does
     }
-    auto *connection = x11->connection();
     const auto atomCookie = xcb_intern_atom(connection, false, compositorSelection.size(), compositorSelection.data());
     const Owned<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(connection, atomCookie, nullptr), &std::free);
     if (!atom) {

@@ -1,0 +1,246 @@
+#include "support/FakeAppearance.h"
+#include "support/Golden.h"
+#include "support/Stores.h"
+
+#include "menubar/PopoverWindow.h"
+
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace kelvo {
+
+namespace {
+
+struct Desktop
+{
+    /// The popover's own rectangle on the screen.
+    QRect card() const
+    {
+        const auto *view = popover.view();
+        return view->rootObject()->property("card").toRectF().toAlignedRect().translated(view->position());
+    }
+
+    FakeAppearance appearance;
+    ViewEngine engine{appearance};
+    Stores stores{{ServiceID::claude, ServiceID::chatgpt}};
+    PopoverWindow popover{stores.store, stores.settings, engine, stores.clock};
+    QRect ring{300, 2, 24, 24};
+};
+
+/// Another program's window, which takes the focus.
+struct Elsewhere
+{
+    Elsewhere()
+    {
+        window.show();
+        window.requestActivate();
+        if (!QTest::qWaitForWindowActive(&window)) {
+            qFatal("The window did not become active");
+        }
+    }
+
+    QWindow window;
+};
+
+} // namespace
+
+class PopoverWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void viewsAreLoadedAtTheFirstOpening();
+    void aClickOpensAndAClickCloses();
+    void opensBesideTheRingInsideTheScreen();
+    void withoutAPlaceOfTheRingItOpensInsideTheScreen();
+    void staysInsideTheScreenWhenItGrows();
+    void escapeCloses();
+    void losingTheFocusCloses();
+    void theClickThatTookTheFocusDoesNotReopen();
+    void aLaterClickReopens();
+    void askingForTheSettingsCloses();
+    void closedByTheDesktopItIsClosed();
+    void aPressOnTheShadowCloses();
+    void whileClosedNothingIsPending();
+    void hasRoundCornersInAShadow_data();
+    void hasRoundCornersInAShadow();
+};
+
+void PopoverWindowTest::viewsAreLoadedAtTheFirstOpening()
+{
+    Desktop desktop;
+    QVERIFY(!desktop.popover.view());
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(desktop.popover.view());
+    QCOMPARE(desktop.popover.view()->status(), QQuickView::Ready);
+}
+
+void PopoverWindowTest::aClickOpensAndAClickCloses()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowActive(desktop.popover.view()));
+    QVERIFY(desktop.popover.isOpen());
+    QVERIFY(desktop.stores.store.popoverIsOpen());
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(!desktop.popover.view()->isVisible());
+    QVERIFY(!desktop.stores.store.popoverIsOpen());
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(desktop.popover.isOpen());
+}
+
+void PopoverWindowTest::opensBesideTheRingInsideTheScreen()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    QCOMPARE(desktop.card().width(), 320);
+    QVERIFY(desktop.card().height() >= 260);
+    QCOMPARE(desktop.card().top(), desktop.ring.bottom() + 1 + 6);
+    QVERIFY(qAbs(desktop.card().center().x() - desktop.ring.center().x()) <= 1);
+}
+
+void PopoverWindowTest::withoutAPlaceOfTheRingItOpensInsideTheScreen()
+{
+    Desktop desktop;
+    const auto available = QGuiApplication::primaryScreen()->availableGeometry();
+    desktop.popover.toggle();
+    QVERIFY(available.contains(desktop.card()));
+    desktop.popover.close();
+    desktop.popover.open();
+    QVERIFY(available.contains(desktop.card()));
+    QCOMPARE(desktop.card().right(), available.right() - 6);
+}
+
+void PopoverWindowTest::staysInsideTheScreenWhenItGrows()
+{
+    Desktop desktop;
+    const auto available = QGuiApplication::primaryScreen()->availableGeometry();
+    desktop.popover.toggle(QRect(available.center().x(), available.bottom() - 20, 20, 20));
+    const auto before = desktop.card();
+    desktop.stores.settings.setEnabledServices({allServiceIDs.begin(), allServiceIDs.end()});
+    QTRY_VERIFY(desktop.card().height() > before.height());
+    QCOMPARE(desktop.card().bottom(), before.bottom());
+    QVERIFY(available.contains(desktop.card()));
+}
+
+void PopoverWindowTest::escapeCloses()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowActive(desktop.popover.view()));
+    QTest::keyClick(desktop.popover.view(), Qt::Key_Escape);
+    QVERIFY(!desktop.popover.isOpen());
+    QVERIFY(!desktop.popover.view()->isVisible());
+}
+
+void PopoverWindowTest::losingTheFocusCloses()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowActive(desktop.popover.view()));
+    const Elsewhere elsewhere;
+    QTRY_VERIFY(!desktop.popover.isOpen());
+    QVERIFY(!desktop.popover.view()->isVisible());
+}
+
+void PopoverWindowTest::theClickThatTookTheFocusDoesNotReopen()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowActive(desktop.popover.view()));
+    const Elsewhere elsewhere;
+    QTRY_VERIFY(!desktop.popover.isOpen());
+    desktop.stores.clock.advance(150ms);
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(!desktop.popover.isOpen());
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(desktop.popover.isOpen());
+}
+
+void PopoverWindowTest::aLaterClickReopens()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowActive(desktop.popover.view()));
+    const Elsewhere elsewhere;
+    QTRY_VERIFY(!desktop.popover.isOpen());
+    desktop.stores.clock.advance(500ms);
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(desktop.popover.isOpen());
+}
+
+void PopoverWindowTest::askingForTheSettingsCloses()
+{
+    Desktop desktop;
+    const QSignalSpy requested(&desktop.popover, &PopoverWindow::settingsRequested);
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowExposed(desktop.popover.view()));
+    auto *button = desktop.popover.view()->rootObject()->findChild<QQuickItem *>(u"settingsButton"_s);
+    QTest::mouseClick(desktop.popover.view(), Qt::LeftButton, {}, button->mapToScene(QPointF(13, 13)).toPoint());
+    QCOMPARE(requested.count(), 1);
+    QVERIFY(!desktop.popover.isOpen());
+}
+
+void PopoverWindowTest::closedByTheDesktopItIsClosed()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    desktop.popover.view()->close();
+    QVERIFY(!desktop.popover.isOpen());
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(desktop.popover.view()->isVisible());
+}
+
+void PopoverWindowTest::aPressOnTheShadowCloses()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowExposed(desktop.popover.view()));
+    QTest::mousePress(desktop.popover.view(), Qt::LeftButton, {}, {5, 5});
+    QVERIFY(!desktop.popover.isOpen());
+}
+
+void PopoverWindowTest::whileClosedNothingIsPending()
+{
+    Desktop desktop;
+    desktop.stores.round();
+    const auto before = desktop.stores.clock.pendingCount();
+    desktop.popover.toggle(desktop.ring);
+    desktop.popover.close();
+    settle();
+    QCOMPARE(desktop.stores.clock.pendingCount(), before);
+}
+
+void PopoverWindowTest::hasRoundCornersInAShadow_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void PopoverWindowTest::hasRoundCornersInAShadow()
+{
+    QFETCH(bool, dark);
+    Desktop desktop;
+    desktop.appearance.dark = dark;
+    desktop.appearance.still = true;
+    desktop.stores.round();
+    desktop.popover.toggle(desktop.ring);
+    desktop.popover.view()->setColor(dark ? QColor(0x3a414b) : QColor(0xcfd6e0)); // what is behind the window
+    QVERIFY(QTest::qWaitForWindowExposed(desktop.popover.view()));
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(desktop.popover.view()->grabWindow(),
+                               u"popover-window-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::PopoverWindowTest)
+#include "tst_popoverwindow.moc"

@@ -1,0 +1,173 @@
+#include "support/FakeAppearance.h"
+
+#include "style/Tokens.h"
+#include "style/ViewEngine.h"
+
+#include <QAccessible>
+#include <QQmlComponent>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+namespace {
+
+/// One shape on white.
+class Stage
+{
+public:
+    explicit Stage(const QByteArray &shape, bool reduceMotion = false)
+    {
+        appearance.still = reduceMotion;
+        QQmlComponent component(&engine.get());
+        component.setData("import QtQuick\nimport Kelvo\nItem { width: 64; height: 64; " + shape + " }", QUrl());
+        root_ = qobject_cast<QQuickItem *>(component.create());
+        if (!root_) {
+            qFatal("%s", qPrintable(component.errorString()));
+        }
+        view.setContent(QUrl(), nullptr, root_);
+    }
+
+    QQuickItem *shape() const { return root_->childItems().constFirst(); }
+    void show()
+    {
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+    }
+
+    FakeAppearance appearance;
+    ViewEngine engine{appearance};
+    Tokens tokens{&appearance};
+    QQuickView view{&engine.get(), nullptr};
+
+private:
+    QQuickItem *root_;
+};
+
+} // namespace
+
+class ShapesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aDotIsRound();
+    void theRingHasItsGapJustAnticlockwiseOfTwelve();
+    void theMarkFillsItsSizeWithTheRingAndHasADot();
+    void theMarkIsNotInTheAccessibilityTree();
+    void theGearIsOfOneTone();
+    void theDotBreathesWhileItIsOnScreen();
+    void withReduceMotionOnTheDotDoesNotBreathe();
+    void aDotThatAppearsAnewStartsFromFullOpacity();
+};
+
+void ShapesTest::aDotIsRound()
+{
+    Stage stage("StatusDot { width: 7; height: 7; color: 'black' }");
+    stage.show();
+    const auto picture = stage.view.grabWindow();
+    QCOMPARE(picture.pixelColor(3, 3), QColor(Qt::black));
+    QCOMPARE(picture.pixelColor(0, 3).value(), picture.pixelColor(3, 0).value());
+    QVERIFY(picture.pixelColor(3, 0).value() < 100);  // reaches the edge
+    QVERIFY(picture.pixelColor(0, 0).value() > 220);  // and has no corner
+    QVERIFY(picture.pixelColor(1, 0).value() > picture.pixelColor(3, 0).value());
+}
+
+void ShapesTest::theRingHasItsGapJustAnticlockwiseOfTwelve()
+{
+    Stage stage("GappedRing { width: 64; height: 64; inset: 4; lineWidth: 4; color: 'black' }");
+    stage.show();
+    const auto picture = stage.view.grabWindow();
+    const auto at = [&picture](double degreesAnticlockwiseOfTwelve) {
+        const auto angle = qDegreesToRadians(90 + degreesAnticlockwiseOfTwelve);
+        return picture.pixelColor(qRound(31.5 + 28 * std::cos(angle)), qRound(31.5 - 28 * std::sin(angle)));
+    };
+    QCOMPARE(at(13.2), QColor(Qt::white));
+    QCOMPARE(at(-5), QColor(Qt::black));
+    QCOMPARE(at(31), QColor(Qt::black));
+    QCOMPARE(at(180), QColor(Qt::black));
+}
+
+void ShapesTest::theMarkFillsItsSizeWithTheRingAndHasADot()
+{
+    Stage stage("KelvoMark { x: 8; y: 8; size: 48; coreColor: '#32D74B' }");
+    QCOMPARE(stage.shape()->width(), 48.0);
+    const auto parts = stage.shape()->childItems();
+    QCOMPARE(parts.at(0)->property("lineWidth").toReal(), 48 * 2.1 / 32);
+    QCOMPARE(parts.at(0)->width() - 2 * parts.at(0)->property("inset").toReal(), 48.0);
+    auto ring = QColor(Qt::black);
+    ring.setAlphaF(0.72F);
+    QCOMPARE(parts.at(0)->property("color").value<QColor>(), ring);
+    QCOMPARE(parts.at(1)->width(), 48 * 8.2 / 32);
+    QCOMPARE(parts.at(1)->property("color").value<QColor>(), QColor(0x32d74b));
+    stage.show();
+    const auto picture = stage.view.grabWindow();
+    QCOMPARE(picture.pixelColor(32, 32), QColor(0x32d74b));
+    QVERIFY(picture.pixelColor(32, 7).value() < 120); // the outer half of the line, outside of the frame
+}
+
+void ShapesTest::theMarkIsNotInTheAccessibilityTree()
+{
+    Stage stage("KelvoMark { size: 48; coreColor: 'red' }");
+    stage.show();
+    QCOMPARE(QAccessible::queryAccessibleInterface(&stage.view)->childCount(), 0);
+}
+
+void ShapesTest::theGearIsOfOneTone()
+{
+    Stage stage("GearSymbol { width: 64; height: 64; color: '#80000000' }");
+    stage.show();
+    const auto picture = stage.view.grabWindow();
+    int darkest = 255;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            darkest = std::min(darkest, picture.pixelColor(x, y).value());
+        }
+    }
+    QVERIFY2(qAbs(darkest - 127) <= 2, qPrintable(QString::number(darkest)));
+}
+
+void ShapesTest::theDotBreathesWhileItIsOnScreen()
+{
+    Stage stage("BreathingDot { color: 'red' }");
+    QCOMPARE(stage.shape()->width(), 5.0);
+    QCOMPARE(stage.shape()->height(), 5.0);
+    QCOMPARE(stage.shape()->opacity(), 1.0);
+    stage.show();
+    QTRY_VERIFY(stage.shape()->opacity() < 0.95);
+    QVERIFY(stage.shape()->opacity() >= 0.45);
+}
+
+void ShapesTest::withReduceMotionOnTheDotDoesNotBreathe()
+{
+    Stage stage("BreathingDot { color: 'red' }", true);
+    stage.show();
+    QVERIFY(!stage.shape()->property("isBreathing").toBool());
+    QCOMPARE(stage.shape()->opacity(), 1.0);
+    stage.appearance.setReduceMotion(false);
+    QVERIFY(stage.shape()->property("isBreathing").toBool());
+    QTRY_VERIFY(stage.shape()->opacity() < 0.95);
+    stage.appearance.setReduceMotion(true);
+    QVERIFY(!stage.shape()->property("isBreathing").toBool());
+    QCOMPARE(stage.shape()->opacity(), 1.0);
+}
+
+void ShapesTest::aDotThatAppearsAnewStartsFromFullOpacity()
+{
+    Stage stage("BreathingDot { color: 'red' }");
+    QVERIFY(!stage.shape()->property("isBreathing").toBool());
+    stage.show();
+    QVERIFY(stage.shape()->property("isBreathing").toBool());
+    QTRY_VERIFY(stage.shape()->opacity() < 0.95);
+    stage.view.hide();
+    QVERIFY(!stage.shape()->property("isBreathing").toBool());
+    QCOMPARE(stage.shape()->opacity(), 1.0);
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::ShapesTest)
+#include "tst_shapes.moc"

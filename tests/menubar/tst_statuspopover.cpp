@@ -1,0 +1,623 @@
+#include "support/FakeAppearance.h"
+#include "support/Golden.h"
+#include "support/Stores.h"
+
+#include "menubar/PopoverState.h"
+#include "style/Tokens.h"
+#include "style/ViewEngine.h"
+
+#include <QAbstractAnimation>
+#include <QAccessible>
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+namespace {
+
+constexpr std::array someServices{ServiceID::claude, ServiceID::chatgpt, ServiceID::cursor, ServiceID::gemini,
+                                  ServiceID::copilot};
+
+/// The item of that name on the screen; an item's parent there need not be its owner.
+QQuickItem *find(QQuickItem *in, const QString &name)
+{
+    if (in->objectName() == name) {
+        return in;
+    }
+    for (auto *child : in->childItems()) {
+        if (auto *found = find(child, name)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+/// The popover in a window, without what surrounds it there.
+struct Scene
+{
+    explicit Scene(std::vector<ServiceID> watched = {someServices.begin(), someServices.end()})
+        : stores(watched)
+    {
+        appearance.still = true;
+        view.setResizeMode(QQuickView::SizeViewToRootObject);
+    }
+
+    /// Opens it with what the stores know by now.
+    void open()
+    {
+        view.setInitialProperties({{u"popover"_s, QVariant::fromValue(&state)}});
+        view.setColor(tokens.popover());
+        view.setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/StatusPopover.qml"_s));
+        QVERIFY2(view.status() == QQuickView::Ready, qPrintable(view.errors().value(0).toString()));
+        state.open();
+        settle();
+        view.resize(root()->size().toSize());
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+    }
+
+    QQuickItem *root() const { return view.rootObject(); }
+    QQuickItem *item(const QString &name) const { return find(root(), name); }
+    QQuickItem *row(ServiceID id) const { return item(u"row-"_s + rawValue(id)); }
+    QRectF frame(QQuickItem *of) const { return of->mapRectToItem(root(), QRectF(0, 0, of->width(), of->height())); }
+    QRectF frame(const QString &name) const { return frame(item(name)); }
+    QString text(const QString &name) const { return item(name)->property("text").toString(); }
+
+    FakeAppearance appearance;
+    ViewEngine engine{appearance};
+    Tokens tokens{&appearance};
+    Stores stores;
+    PopoverState state{stores.store, stores.settings};
+    QQuickView view{&engine.get(), nullptr};
+};
+
+double pixelSize(QQuickItem *text)
+{
+    return text->property("font").value<QFont>().pointSizeF()
+           * QGuiApplication::primaryScreen()->logicalDotsPerInchY() / 72;
+}
+
+/// As text, in the eight bits a channel that are seen.
+QString rgba(const QColor &color)
+{
+    return color.name(QColor::HexArgb);
+}
+
+QString rgba(const QQuickItem *item)
+{
+    return rgba(item->property("color").value<QColor>());
+}
+
+QString primary(float opacity)
+{
+    QColor color(Qt::black);
+    color.setAlphaF(opacity);
+    return rgba(color);
+}
+
+QString opaque(QRgb rgb)
+{
+    return rgba(QColor(rgb));
+}
+
+QAccessibleInterface *accessible(QQuickItem *item)
+{
+    QAccessible::setActive(true); // as a screen reader does
+    return QAccessible::queryAccessibleInterface(item);
+}
+
+const std::vector<ServiceID> eight(allServiceIDs.begin(), allServiceIDs.end());
+
+} // namespace
+
+class StatusPopoverTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void blocksHaveTheirPlaces();
+    void isAtLeast260PointsHighAndGrowsWithItsRows();
+    void heroLinesHaveTheirPlaces();
+    void textsHaveTheirFontsAndColours_data();
+    void textsHaveTheirFontsAndColours();
+    void rowsTakeNoMoreRoomThanTheirTexts();
+    void hoverHighlightReachesBeyondTheRow();
+    void footerIsARuleALabelAndTheSettingsButton();
+    void statusHasTheColoursOfItsHealth_data();
+    void statusHasTheColoursOfItsHealth();
+    void affectedTagFollowsTheNameOnItsBaseline();
+    void withoutAHeroItSaysNoServiceInTheColoursOfUnknown();
+    void aLongBodyLineWrapsWithItsLineSpacing();
+    void heroIsOneElementForAScreenReader();
+    void rowsSpeakTheirStatusAndWhatTheyDo();
+    void aRowThatWasNeverCheckedSaysSo();
+    void clickingARowPutsItAtTheTop();
+    void rowsAreReachedAndOperatedByKeys();
+    void settingsButtonAsksForTheSettings();
+    void withReduceMotionOnItAppearsAtFullOpacityInPlace();
+    void reopeningReplaysTheRiseAndChecksAgain();
+    void aChangedStatusLineFadesFromOneToTheOther();
+    void withReduceMotionOnAStatusLineChangesAtOnce();
+    void nothingMovesWhileItIsHidden();
+    void coloursFollowTheAppearanceWhileOpen();
+    void rightToLeftEverythingIsMirrored();
+    void looksAsItShould_data();
+    void looksAsItShould();
+};
+
+void StatusPopoverTest::blocksHaveTheirPlaces()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    const auto hero = scene.frame(u"hero"_s);
+    const auto separator = scene.frame(u"separator"_s);
+    const auto list = scene.frame(u"watchList"_s);
+    const auto footer = scene.frame(u"footer"_s);
+    QCOMPARE(scene.root()->width(), 320.0);
+    QCOMPARE(hero.topLeft(), QPointF(18, 14));
+    QCOMPARE(hero.right(), 302.0);
+    QCOMPARE(separator.topLeft(), QPointF(18, hero.bottom() + 13));
+    QCOMPARE(separator.size(), QSizeF(284, 1));
+    QCOMPARE(rgba(scene.item(u"separator"_s)), primary(0.075F));
+    QCOMPARE(list.topLeft(), QPointF(18, separator.bottom() + 11));
+    QCOMPARE(list.right(), 302.0);
+    QVERIFY(footer.top() >= list.bottom());
+    QCOMPARE(footer.left(), 0.0);
+    QCOMPARE(footer.right(), 320.0);
+    QCOMPARE(footer.bottom(), scene.root()->height());
+}
+
+void StatusPopoverTest::isAtLeast260PointsHighAndGrowsWithItsRows()
+{
+    Scene small(std::vector{ServiceID::claude});
+    small.open();
+    QCOMPARE(small.root()->height(), 260.0);
+    Scene large(eight);
+    large.open();
+    QVERIFY(large.root()->height() > 330);
+    QCOMPARE(large.view.height(), qCeil(large.root()->height()));
+    QVERIFY(large.frame(large.row(ServiceID::claudeCode)).bottom() < large.frame(u"footer"_s).top());
+}
+
+void StatusPopoverTest::heroLinesHaveTheirPlaces()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    const auto name = scene.frame(u"heroName"_s);
+    const auto line = scene.frame(u"statusLine"_s);
+    const auto dot = scene.frame(u"statusDot"_s);
+    const auto label = scene.frame(u"statusLabel"_s);
+    const auto body = scene.frame(u"bodyLine"_s);
+    const auto breathing = scene.frame(u"breathingDot"_s);
+    const auto checked = scene.frame(u"checkedText"_s);
+    QCOMPARE(name.topLeft(), QPointF(18, 14));
+    QCOMPARE(line.top(), name.bottom() + 5);
+    QCOMPARE(dot.size(), QSizeF(8, 8));
+    QCOMPARE(dot.left(), 18.0);
+    QCOMPARE(label.left(), dot.right() + 7);
+    QVERIFY(qAbs(dot.center().y() - label.center().y()) <= 0.5);
+    QCOMPARE(body.top(), line.bottom() + 9);
+    QCOMPARE(body.left(), 18.0);
+    // The text item counts the space between lines after its last line too.
+    QVERIFY(qAbs(checked.top() - (body.bottom() - 5.625 + 8)) < 0.01);
+    QCOMPARE(breathing.size(), QSizeF(5, 5));
+    QCOMPARE(breathing.left(), 18.0);
+    QCOMPARE(checked.left(), breathing.right() + 6);
+    QVERIFY(qAbs(breathing.center().y() - checked.center().y()) <= 0.5);
+    QCOMPARE(scene.frame(u"hero"_s).bottom(), checked.bottom());
+}
+
+void StatusPopoverTest::textsHaveTheirFontsAndColours_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<double>("size");
+    QTest::addColumn<QFont::Weight>("weight");
+    QTest::addColumn<double>("tracking");
+    QTest::addColumn<QString>("color");
+    QTest::newRow("heroName") << u"ChatGPT"_s << 22.0 << QFont::DemiBold << -0.44 << primary(0.88F);
+    QTest::newRow("affectedTag") << u"AFFECTED"_s << 10.0 << QFont::DemiBold << 0.6 << primary(0.32F);
+    QTest::newRow("statusLabel") << u"Major outage"_s << 13.0 << QFont::Medium << -0.065 << opaque(0xc10d02);
+    QTest::newRow("bodyLine") << u"We’ll notify you when it’s back."_s << 12.5 << QFont::Normal << 0.0 << primary(0.55F);
+    QTest::newRow("checkedText") << u"Checked 0 seconds ago"_s << 11.5 << QFont::Medium << 0.0 << primary(0.32F);
+    QTest::newRow("groupHeading") << u"STILL WORKING"_s << 10.0 << QFont::Bold << 0.7 << primary(0.32F);
+    QTest::newRow("name") << u"Claude"_s << 12.5 << QFont::Medium << 0.0 << primary(0.78F);
+    QTest::newRow("armedChannel") << u"Notifying this Mac"_s << 11.5 << QFont::Medium << 0.0 << primary(0.42F);
+}
+
+void StatusPopoverTest::textsHaveTheirFontsAndColours()
+{
+    QFETCH(QString, text);
+    QFETCH(double, size);
+    QFETCH(QFont::Weight, weight);
+    QFETCH(double, tracking);
+    QFETCH(QString, color);
+    Scene scene;
+    scene.stores.round({{ServiceID::chatgpt, ServiceHealth::outage}});
+    scene.open();
+    auto *item = scene.item(QString::fromLatin1(QTest::currentDataTag()));
+    const auto font = item->property("font").value<QFont>();
+    QCOMPARE(item->property("text").toString(), text);
+    QCOMPARE(pixelSize(item), size);
+    QCOMPARE(font.weight(), weight);
+    QVERIFY(qAbs(font.letterSpacing() - tracking) < 1.0 / 64); // Qt keeps it in 64ths
+    QCOMPARE(rgba(item), color);
+    QVERIFY(item->isVisible());
+}
+
+void StatusPopoverTest::rowsTakeNoMoreRoomThanTheirTexts()
+{
+    Scene scene;
+    scene.stores.round({{ServiceID::cursor, ServiceHealth::degraded}});
+    scene.stores.settings.setPrimary(ServiceID::claude);
+    scene.state.peek(u"claude"_s);
+    scene.open();
+    const auto heading = scene.frame(u"groupHeading"_s);
+    auto bottom = heading.bottom() + 2;
+    for (const auto id : {ServiceID::chatgpt, ServiceID::cursor, ServiceID::gemini, ServiceID::copilot}) {
+        auto *row = scene.row(id);
+        const auto name = scene.frame(find(row, u"name"_s));
+        const auto dot = scene.frame(find(row, u"dot"_s));
+        QCOMPARE(name.topLeft(), QPointF(18, bottom + 6));
+        QCOMPARE(dot.size(), QSizeF(7, 7));
+        QCOMPARE(dot.right(), 302.0);
+        QVERIFY(qAbs(dot.center().y() - name.center().y()) <= 0.5);
+        QVERIFY(name.right() <= dot.left() - 8);
+        bottom = name.bottom();
+    }
+    QCOMPARE(scene.frame(u"watchList"_s).bottom(), bottom);
+    QCOMPARE(rgba(find(scene.row(ServiceID::cursor), u"dot"_s)),
+             opaque(0xff9500));
+    QCOMPARE(rgba(find(scene.row(ServiceID::gemini), u"dot"_s)),
+             opaque(0x34c759));
+}
+
+void StatusPopoverTest::hoverHighlightReachesBeyondTheRow()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    auto *row = scene.row(ServiceID::cursor);
+    auto *highlight = find(row, u"highlight"_s);
+    const auto name = scene.frame(find(row, u"name"_s));
+    QCOMPARE(scene.frame(highlight), QRectF(12, name.top() - 2, 296, name.height() + 4));
+    QCOMPARE(highlight->property("radius").toReal(), 5.0);
+    QCOMPARE(rgba(highlight), u"#00000000"_s);
+    QTest::mouseMove(&scene.view, scene.frame(row).center().toPoint());
+    QTRY_COMPARE(rgba(highlight), primary(0.06F));
+    QTRY_VERIFY(row->findChild<QObject *>(u"help"_s));
+    QCOMPARE(row->findChild<QObject *>(u"help"_s)->property("text").toString(), u"Show Cursor above"_s);
+    QTest::mouseMove(&scene.view, {160, 20});
+    QTRY_COMPARE(rgba(highlight), u"#00000000"_s);
+}
+
+void StatusPopoverTest::footerIsARuleALabelAndTheSettingsButton()
+{
+    Scene scene;
+    scene.stores.settings.setArmedChannel(RemoteChannel::slack);
+    scene.open();
+    const auto footer = scene.frame(u"footer"_s);
+    const auto rule = scene.frame(u"footerRule"_s);
+    const auto button = scene.frame(u"settingsButton"_s);
+    QCOMPARE(footer.height(), 39.0);
+    QCOMPARE(rule, QRectF(0, footer.top(), 320, 1));
+    QCOMPARE(rgba(scene.item(u"footerRule"_s)), primary(0.075F));
+    QCOMPARE(button, QRectF(282, footer.top() + 1 + 6, 26, 26));
+    QCOMPARE(scene.frame(u"armedChannel"_s).left(), 18.0);
+    QCOMPARE(scene.text(u"armedChannel"_s), u"Notifying Slack"_s);
+    QCOMPARE(rgba(scene.item(u"gear"_s)), primary(0.42F));
+    QCOMPARE(scene.frame(u"gear"_s).center(), button.center());
+}
+
+void StatusPopoverTest::statusHasTheColoursOfItsHealth_data()
+{
+    QTest::addColumn<ServiceHealth>("health");
+    QTest::addColumn<QString>("dot");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("operational") << ServiceHealth::operational << opaque(0x34c759) << opaque(0x1e7b36);
+    QTest::newRow("degraded") << ServiceHealth::degraded << opaque(0xff9500) << opaque(0xa85b00);
+    QTest::newRow("outage") << ServiceHealth::outage << opaque(0xff3b30) << opaque(0xc10d02);
+    QTest::newRow("unknown") << ServiceHealth::unknown << primary(0.28F) << primary(0.42F);
+}
+
+void StatusPopoverTest::statusHasTheColoursOfItsHealth()
+{
+    QFETCH(ServiceHealth, health);
+    QFETCH(QString, dot);
+    QFETCH(QString, text);
+    Scene scene;
+    scene.stores.round({{ServiceID::claude, health}});
+    scene.open();
+    QCOMPARE(rgba(scene.item(u"statusDot"_s)), dot);
+    QCOMPARE(rgba(scene.item(u"statusLabel"_s)), text);
+    QCOMPARE(rgba(scene.item(u"breathingDot"_s)), dot);
+}
+
+void StatusPopoverTest::affectedTagFollowsTheNameOnItsBaseline()
+{
+    Scene scene;
+    scene.stores.round({{ServiceID::copilot, ServiceHealth::outage}});
+    scene.open();
+    auto *name = scene.item(u"heroName"_s);
+    auto *tag = scene.item(u"affectedTag"_s);
+    QCOMPARE(scene.text(u"heroName"_s), u"GitHub Copilot"_s);
+    QVERIFY(tag->isVisible());
+    QCOMPARE(scene.frame(tag).left(), scene.frame(name).right() + 8);
+    QCOMPARE(tag->y() + tag->baselineOffset(), name->y() + name->baselineOffset());
+    QVERIFY(scene.frame(tag).right() <= 302);
+    QCOMPARE(name->property("lineCount").toInt(), 1);
+}
+
+void StatusPopoverTest::withoutAHeroItSaysNoServiceInTheColoursOfUnknown()
+{
+    Scene scene(std::vector<ServiceID>{});
+    scene.open();
+    QCOMPARE(scene.text(u"heroName"_s), u"No service"_s);
+    QCOMPARE(scene.text(u"statusLabel"_s), u"No service selected"_s);
+    QCOMPARE(rgba(scene.item(u"statusDot"_s)), primary(0.28F));
+    QCOMPARE(rgba(scene.item(u"statusLabel"_s)), primary(0.42F));
+    QVERIFY(!scene.item(u"affectedTag"_s)->isVisible());
+}
+
+void StatusPopoverTest::aLongBodyLineWrapsWithItsLineSpacing()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    auto *body = scene.item(u"bodyLine"_s);
+    QCOMPARE(body->property("lineCount").toInt(), 1);
+    const auto oneLine = body->height();
+    body->setProperty("text", u"GitHub Copilot is affected too, and so is everything else. We’ll tell you."_s);
+    QCOMPARE(body->property("lineCount").toInt(), 2);
+    QVERIFY(!body->property("truncated").toBool());
+    QVERIFY(qAbs(body->height() - 2 * oneLine) <= 1.0);
+    QTRY_COMPARE(scene.frame(u"hero"_s).bottom(), scene.frame(u"checkedText"_s).bottom());
+    QCOMPARE(scene.frame(u"separator"_s).top(), scene.frame(u"hero"_s).bottom() + 13);
+}
+
+void StatusPopoverTest::heroIsOneElementForAScreenReader()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    auto *hero = accessible(scene.item(u"hero"_s));
+    QVERIFY(hero);
+    QCOMPARE(hero->text(QAccessible::Name), u"Claude, Operational, checked 0 seconds ago"_s);
+    QCOMPARE(hero->childCount(), 0);
+}
+
+void StatusPopoverTest::rowsSpeakTheirStatusAndWhatTheyDo()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    auto *row = accessible(scene.row(ServiceID::cursor));
+    QVERIFY(row);
+    QCOMPARE(row->role(), QAccessible::Button);
+    QCOMPARE(row->text(QAccessible::Name), u"Cursor, Operational"_s);
+    QCOMPARE(row->text(QAccessible::Description), u"Shows this service’s status at the top"_s);
+    QCOMPARE(row->childCount(), 0);
+    QVERIFY(row->actionInterface());
+    row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(scene.text(u"heroName"_s), u"Cursor"_s);
+}
+
+void StatusPopoverTest::aRowThatWasNeverCheckedSaysSo()
+{
+    Scene scene;
+    scene.open();
+    QCOMPARE(accessible(scene.row(ServiceID::cursor))->text(QAccessible::Name), u"Cursor, not checked yet"_s);
+}
+
+void StatusPopoverTest::clickingARowPutsItAtTheTop()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    QTest::mouseClick(&scene.view, Qt::LeftButton, {}, scene.frame(scene.row(ServiceID::gemini)).center().toPoint());
+    QCOMPARE(scene.text(u"heroName"_s), u"Gemini"_s);
+    QVERIFY(!scene.view.activeFocusItem() || scene.view.activeFocusItem() == scene.root());
+}
+
+void StatusPopoverTest::rowsAreReachedAndOperatedByKeys()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    scene.view.requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(&scene.view));
+    const auto focused = [&scene] { return scene.view.activeFocusItem()->objectName(); };
+
+    QTest::keyClick(&scene.view, Qt::Key_Tab);
+    QCOMPARE(focused(), u"row-chatgpt"_s);
+    QCOMPARE(rgba(find(scene.row(ServiceID::chatgpt), u"highlight"_s)),
+             primary(0.06F));
+    QTest::keyClick(&scene.view, Qt::Key_Down);
+    QCOMPARE(focused(), u"row-cursor"_s);
+    QTest::keyClick(&scene.view, Qt::Key_Up);
+    QTest::keyClick(&scene.view, Qt::Key_Up);
+    QCOMPARE(focused(), u"row-chatgpt"_s);
+    for (int i = 0; i < 4; ++i) {
+        QTest::keyClick(&scene.view, Qt::Key_Tab);
+    }
+    QCOMPARE(focused(), u"settingsButton"_s);
+
+    QTest::keyClick(&scene.view, Qt::Key_Backtab);
+    QTest::keyClick(&scene.view, Qt::Key_Return);
+    QCOMPARE(scene.text(u"heroName"_s), u"GitHub Copilot"_s);
+    QCOMPARE(focused(), u"row-gemini"_s);
+    QTest::keyClick(&scene.view, Qt::Key_Space);
+    QCOMPARE(scene.text(u"heroName"_s), u"Gemini"_s);
+}
+
+void StatusPopoverTest::settingsButtonAsksForTheSettings()
+{
+    Scene scene;
+    scene.open();
+    const QSignalSpy requested(&scene.state, &PopoverState::settingsRequested);
+    QTest::mouseClick(&scene.view, Qt::LeftButton, {}, scene.frame(u"settingsButton"_s).center().toPoint());
+    QCOMPARE(requested.count(), 1);
+    auto *button = accessible(scene.item(u"settingsButton"_s));
+    QCOMPARE(button->role(), QAccessible::Button);
+    QCOMPARE(button->text(QAccessible::Name), u"Settings"_s);
+}
+
+void StatusPopoverTest::withReduceMotionOnItAppearsAtFullOpacityInPlace()
+{
+    Scene scene;
+    scene.open();
+    QCOMPARE(scene.item(u"stack"_s)->opacity(), 1.0);
+    QCOMPARE(scene.frame(u"stack"_s).top(), 0.0);
+    QVERIFY(!scene.item(u"breathingDot"_s)->property("isBreathing").toBool());
+}
+
+void StatusPopoverTest::reopeningReplaysTheRiseAndChecksAgain()
+{
+    Scene scene;
+    scene.appearance.still = false;
+    scene.stores.round();
+    scene.open();
+    QTRY_COMPARE(scene.item(u"stack"_s)->opacity(), 1.0);
+    QTRY_COMPARE(scene.frame(u"stack"_s).top(), 0.0);
+    scene.state.close();
+    QCOMPARE(scene.item(u"stack"_s)->opacity(), 0.0);
+    const auto before = scene.stores.checks.asked().size();
+    scene.state.open();
+    QCOMPARE(scene.item(u"stack"_s)->opacity(), 0.0);
+    QCOMPARE(scene.frame(u"stack"_s).top(), 6.0);
+    QCOMPARE(scene.stores.checks.asked().size(), before + someServices.size());
+    QTRY_COMPARE(scene.item(u"stack"_s)->opacity(), 1.0);
+    QTRY_COMPARE(scene.frame(u"stack"_s).top(), 0.0);
+}
+
+void StatusPopoverTest::aChangedStatusLineFadesFromOneToTheOther()
+{
+    Scene scene;
+    scene.appearance.still = false;
+    scene.stores.round();
+    scene.open();
+    QTRY_COMPARE(scene.item(u"statusLine"_s)->opacity(), 1.0);
+    scene.stores.round({{ServiceID::claude, ServiceHealth::outage}});
+    QCOMPARE(scene.text(u"statusLabel"_s), u"Major outage"_s);
+    QCOMPARE(scene.item(u"formerStatusLine"_s)->property("label").toString(), u"Operational"_s);
+    QCOMPARE(scene.item(u"formerStatusLine"_s)->property("health").toInt(), int(PopoverState::Operational));
+    QVERIFY(scene.item(u"statusLine"_s)->opacity() < 0.9);
+    QTRY_COMPARE(scene.item(u"statusLine"_s)->opacity(), 1.0);
+    QVERIFY(!scene.item(u"formerStatusLine"_s)->isVisible());
+}
+
+void StatusPopoverTest::withReduceMotionOnAStatusLineChangesAtOnce()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    scene.stores.round({{ServiceID::claude, ServiceHealth::outage}});
+    QCOMPARE(scene.text(u"statusLabel"_s), u"Major outage"_s);
+    QCOMPARE(scene.item(u"statusLine"_s)->opacity(), 1.0);
+    QVERIFY(!scene.item(u"formerStatusLine"_s)->isVisible());
+}
+
+void StatusPopoverTest::nothingMovesWhileItIsHidden()
+{
+    Scene scene;
+    scene.appearance.still = false;
+    scene.stores.round();
+    scene.open();
+    QVERIFY(scene.item(u"breathingDot"_s)->property("isBreathing").toBool());
+    scene.view.hide();
+    scene.state.close();
+    QVERIFY(!scene.item(u"breathingDot"_s)->property("isBreathing").toBool());
+    for (auto *animation : scene.root()->findChildren<QObject *>()) {
+        if (animation->inherits("QQuickAbstractAnimation")) {
+            QVERIFY(!animation->property("running").toBool());
+        }
+    }
+}
+
+void StatusPopoverTest::coloursFollowTheAppearanceWhileOpen()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    scene.appearance.setDark(true);
+    QCOMPARE(rgba(scene.item(u"statusLabel"_s)), opaque(0x5be07a));
+    QCOMPARE(rgba(scene.item(u"heroName"_s)), rgba(scene.tokens.labelPrimary()));
+    auto *name = find(scene.row(ServiceID::cursor), u"name"_s);
+    QCOMPARE(name->property("color").value<QColor>().red(), 255);
+}
+
+void StatusPopoverTest::rightToLeftEverythingIsMirrored()
+{
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    Scene scene;
+    scene.stores.round({{ServiceID::chatgpt, ServiceHealth::outage}});
+    scene.open();
+    const auto name = scene.frame(u"heroName"_s);
+    const auto tag = scene.frame(u"affectedTag"_s);
+    const auto dot = scene.frame(u"statusDot"_s);
+    const auto rowDot = scene.frame(find(scene.row(ServiceID::cursor), u"dot"_s));
+    const auto gear = scene.frame(u"settingsButton"_s);
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    QCOMPARE(name.right(), 302.0);
+    QCOMPARE(tag.right(), name.left() - 8);
+    QCOMPARE(dot.right(), 302.0);
+    QCOMPARE(rowDot.left(), 18.0);
+    QCOMPARE(gear.left(), 12.0);
+}
+
+void StatusPopoverTest::looksAsItShould_data()
+{
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<bool>("dark");
+    for (const auto *state : {"all-well", "promoted", "two-affected", "recovering", "recovered", "nothing-watched",
+                              "before-the-first-answer", "peeked", "eight-services"}) {
+        QTest::addRow("%s-light", state) << QString::fromLatin1(state) << false;
+        QTest::addRow("%s-dark", state) << QString::fromLatin1(state) << true;
+    }
+}
+
+void StatusPopoverTest::looksAsItShould()
+{
+    QFETCH(QString, state);
+    QFETCH(bool, dark);
+    std::vector<ServiceID> watched(someServices.begin(), someServices.end());
+    if (state == u"nothing-watched"_s) {
+        watched.clear();
+    } else if (state == u"eight-services"_s) {
+        watched = eight;
+    }
+    Scene scene(watched);
+    scene.appearance.dark = dark;
+    scene.stores.checks.probeScript = [&state](ServiceID) { return state == u"recovered"_s; };
+    if (state == u"promoted"_s) {
+        scene.stores.round({{ServiceID::chatgpt, ServiceHealth::outage}});
+    } else if (state == u"two-affected"_s) {
+        scene.stores.round(
+            {{ServiceID::chatgpt, ServiceHealth::outage}, {ServiceID::copilot, ServiceHealth::degraded}});
+    } else if (state == u"recovering"_s || state == u"recovered"_s) {
+        scene.stores.round({{ServiceID::claude, ServiceHealth::outage}});
+        scene.stores.round();
+    } else if (state != u"before-the-first-answer"_s) {
+        scene.stores.round();
+    }
+    scene.open();
+    if (state == u"peeked"_s) {
+        scene.state.peek(u"copilot"_s);
+    }
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QTRY_COMPARE(scene.view.height(), qCeil(scene.root()->height()));
+    QCOMPARE(golden.difference(scene.view.grabWindow(), u"popover-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::StatusPopoverTest)
+#include "tst_statuspopover.moc"

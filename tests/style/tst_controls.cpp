@@ -1,0 +1,178 @@
+#include "support/FakeAppearance.h"
+
+#include "style/Tokens.h"
+#include "style/ViewEngine.h"
+
+#include <QAccessible>
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+namespace {
+
+/// One control in a window.
+class Stage
+{
+public:
+    explicit Stage(const QByteArray &control)
+    {
+        QQmlComponent component(&engine.get());
+        component.setData("import QtQuick\nimport Kelvo\nItem { width: 300; height: 100; " + control + " }", QUrl());
+        root_ = qobject_cast<QQuickItem *>(component.create());
+        if (!root_) {
+            qFatal("%s", qPrintable(component.errorString()));
+        }
+        view.setContent(QUrl(), nullptr, root_);
+        view.show();
+        view.requestActivate();
+        if (!QTest::qWaitForWindowActive(&view)) {
+            qFatal("The window did not become active");
+        }
+    }
+
+    QQuickItem *control() const { return root_->childItems().constFirst(); }
+    QQuickItem *content() const { return control()->property("contentItem").value<QQuickItem *>(); }
+    QAccessibleInterface *accessible() const
+    {
+        QAccessible::setActive(true); // as a screen reader does
+        return QAccessible::queryAccessibleInterface(control());
+    }
+
+    FakeAppearance appearance;
+    ViewEngine engine{appearance};
+    Tokens tokens{&appearance};
+    QQuickView view{&engine.get(), nullptr};
+
+private:
+    QQuickItem *root_;
+};
+
+double pixelSize(QQuickItem *text)
+{
+    return text->property("font").value<QFont>().pointSizeF()
+           * QGuiApplication::primaryScreen()->logicalDotsPerInchY() / 72;
+}
+
+} // namespace
+
+class ControlsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void filledButtonWithoutAWidthHas16PointsBesideItsTitle();
+    void filledButtonWithAWidthIsExactlyThatWide();
+    void filledButtonIsWhiteOnTheActionColour();
+    void quietButtonIsItsTitleAlone();
+    void capsTagUpperCasesItsText();
+    void sectionCapsUpperCasesItsText();
+    void buttonsWorkByMouseAndKeys_data();
+    void buttonsWorkByMouseAndKeys();
+    void aButtonIsOneForAScreenReader();
+};
+
+void ControlsTest::filledButtonWithoutAWidthHas16PointsBesideItsTitle()
+{
+    const Stage stage("FilledButton { title: 'Continue'; height: 28 }");
+    QVERIFY(stage.content()->implicitWidth() > 20);
+    QCOMPARE(stage.control()->width(), stage.content()->implicitWidth() + 32);
+    QCOMPARE(stage.content()->x(), 16.0);
+    QCOMPARE(stage.control()->height(), 28.0);
+}
+
+void ControlsTest::filledButtonWithAWidthIsExactlyThatWide()
+{
+    const Stage stage("FilledButton { title: 'Continue'; height: 30; fixedWidth: 140 }");
+    QCOMPARE(stage.control()->width(), 140.0);
+    QCOMPARE(stage.content()->x(), 0.0);
+    QCOMPARE(stage.content()->width(), 140.0);
+}
+
+void ControlsTest::filledButtonIsWhiteOnTheActionColour()
+{
+    Stage stage("FilledButton { title: 'Continue'; height: 28 }");
+    auto *background = stage.control()->property("background").value<QQuickItem *>();
+    QCOMPARE(background->property("color").value<QColor>(), stage.tokens.action());
+    QCOMPARE(background->property("radius").toReal(), 7.0);
+    QCOMPARE(stage.content()->property("color").value<QColor>(), QColor(Qt::white));
+    QCOMPARE(pixelSize(stage.content()), 13.0);
+    QCOMPARE(stage.content()->property("font").value<QFont>().weight(), QFont::DemiBold);
+    stage.appearance.setDark(true);
+    QCOMPARE(background->property("color").value<QColor>(), QColor(0x0a84ff));
+}
+
+void ControlsTest::quietButtonIsItsTitleAlone()
+{
+    const Stage stage("QuietButton { title: 'Not now'; color: '#123456' }");
+    QCOMPARE(stage.control()->width(), stage.content()->implicitWidth());
+    QCOMPARE(stage.control()->height(), stage.content()->implicitHeight());
+    QCOMPARE(stage.content()->property("color").value<QColor>(), QColor(0x123456));
+    QCOMPARE(stage.content()->property("font").value<QFont>(), stage.tokens.metadata());
+    QVERIFY(!stage.control()->property("background").value<QQuickItem *>());
+}
+
+void ControlsTest::capsTagUpperCasesItsText()
+{
+    const Stage stage("CapsTag { title: 'Primary'; color: '#123456' }");
+    QCOMPARE(stage.control()->property("text").toString(), u"PRIMARY"_s);
+    QCOMPARE(stage.control()->property("font").value<QFont>(), stage.tokens.tracked(stage.tokens.tagCaps(), 0.57));
+    QCOMPARE(stage.control()->property("color").value<QColor>(), QColor(0x123456));
+}
+
+void ControlsTest::sectionCapsUpperCasesItsText()
+{
+    const Stage stage("SectionCaps { title: 'Also affected' }");
+    QCOMPARE(stage.control()->property("text").toString(), u"ALSO AFFECTED"_s);
+    QCOMPARE(stage.control()->property("font").value<QFont>(), stage.tokens.tracked(stage.tokens.sectionCaps(), 0.7));
+    QCOMPARE(stage.control()->property("color").value<QColor>().rgba(), stage.tokens.labelQuaternary().rgba());
+    QCOMPARE(stage.accessible()->text(QAccessible::Name), u"Also affected"_s);
+}
+
+void ControlsTest::buttonsWorkByMouseAndKeys_data()
+{
+    QTest::addColumn<QByteArray>("control");
+    QTest::newRow("filled") << QByteArray("FilledButton { title: 'Continue'; height: 28 }");
+    QTest::newRow("quiet") << QByteArray("QuietButton { title: 'Not now'; color: 'black' }");
+}
+
+void ControlsTest::buttonsWorkByMouseAndKeys()
+{
+    QFETCH(QByteArray, control);
+    Stage stage(control);
+    const QSignalSpy clicked(stage.control(), SIGNAL(clicked()));
+    QVERIFY(!stage.control()->property("visualFocus").toBool());
+    QTest::keyClick(&stage.view, Qt::Key_Tab);
+    QVERIFY(stage.control()->hasActiveFocus());
+    QVERIFY(stage.control()->property("visualFocus").toBool());
+    QTest::keyClick(&stage.view, Qt::Key_Space);
+    QCOMPARE(clicked.count(), 1);
+    QTest::keyClick(&stage.view, Qt::Key_Return);
+    QCOMPARE(clicked.count(), 2);
+    QTest::keyClick(&stage.view, Qt::Key_Enter);
+    QCOMPARE(clicked.count(), 3);
+    QTest::mouseClick(&stage.view, Qt::LeftButton, {}, {5, 5});
+    QCOMPARE(clicked.count(), 4);
+}
+
+void ControlsTest::aButtonIsOneForAScreenReader()
+{
+    const Stage stage("FilledButton { title: 'Continue'; height: 28 }");
+    QVERIFY(stage.accessible());
+    QCOMPARE(stage.accessible()->role(), QAccessible::Button);
+    QCOMPARE(stage.accessible()->text(QAccessible::Name), u"Continue"_s);
+    QCOMPARE(stage.accessible()->childCount(), 0);
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::ControlsTest)
+#include "tst_controls.moc"

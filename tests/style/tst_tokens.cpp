@@ -1,0 +1,165 @@
+#include "support/FakeAppearance.h"
+
+#include "style/Tokens.h"
+
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+class TokensTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aColourIsAPairOfLightAndDark_data();
+    void aColourIsAPairOfLightAndDark();
+    void withoutAnAppearanceColoursAreLight();
+    void coloursFollowTheAppearanceLive();
+    void coloursDoNotDependOnThePalette();
+    void aFontHasItsSizeInDeviceIndependentPixels_data();
+    void aFontHasItsSizeInDeviceIndependentPixels();
+    void trackingIsRoomAfterEachLetterInPoints();
+    void motionsStartFastAndLandSoftly();
+    void reduceMotionIsTheAppearances();
+};
+
+void TokensTest::aColourIsAPairOfLightAndDark_data()
+{
+    QTest::addColumn<QColor>("light");
+    QTest::addColumn<QColor>("dark");
+    const auto pair = [](const char *token, QRgb light, QRgb dark) {
+        QTest::newRow(token) << QColor(light) << QColor(dark);
+    };
+    const auto primary = [](const char *token, float opacity) {
+        QColor light(Qt::black);
+        QColor dark(Qt::white);
+        light.setAlphaF(opacity);
+        dark.setAlphaF(opacity);
+        QTest::newRow(token) << light << dark;
+    };
+    pair("availableDot", 0x34c759, 0x32d74b);
+    pair("availableText", 0x1e7b36, 0x5be07a);
+    pair("recoveringDot", 0xff9500, 0xff9f0a);
+    pair("recoveringText", 0xa85b00, 0xffb340);
+    pair("outageDot", 0xff3b30, 0xff453a);
+    pair("outageText", 0xc10d02, 0xff6961);
+    pair("action", 0x007aff, 0x0a84ff);
+    pair("link", 0x0a6cff, 0x409cff);
+    primary("primary", 1.0F);
+    primary("labelPrimary", 0.88F);
+    primary("labelSecondary", 0.55F);
+    primary("labelTertiary", 0.42F);
+    primary("labelQuaternary", 0.32F);
+    primary("inactiveDot", 0.28F);
+    primary("separator", 0.075F);
+    pair("popover", 0xffffff, 0x262628);
+    pair("window", 0xf5f5f7, 0x1e1e20);
+    pair("card", 0xffffff, 0x2a2a2d);
+    pair("textField", 0xffffff, 0x1b1b1d);
+}
+
+void TokensTest::aColourIsAPairOfLightAndDark()
+{
+    QFETCH(QColor, light);
+    QFETCH(QColor, dark);
+    FakeAppearance appearance;
+    const Tokens tokens(&appearance);
+    QCOMPARE(tokens.property(QTest::currentDataTag()).value<QColor>(), light);
+    appearance.setDark(true);
+    QCOMPARE(tokens.property(QTest::currentDataTag()).value<QColor>(), dark);
+}
+
+void TokensTest::withoutAnAppearanceColoursAreLight()
+{
+    const Tokens tokens(nullptr);
+    QCOMPARE(tokens.availableDot(), QColor(0x34c759));
+    QVERIFY(!tokens.reduceMotion());
+}
+
+void TokensTest::coloursFollowTheAppearanceLive()
+{
+    FakeAppearance appearance;
+    const Tokens tokens(&appearance);
+    const QSignalSpy changed(&tokens, &Tokens::changed);
+    appearance.setDark(true);
+    QCOMPARE(changed.count(), 1);
+}
+
+void TokensTest::coloursDoNotDependOnThePalette()
+{
+    FakeAppearance appearance;
+    const Tokens tokens(&appearance);
+    const auto before = tokens.labelPrimary();
+    QGuiApplication::setPalette(QPalette(Qt::red, Qt::darkGreen));
+    QCOMPARE(tokens.labelPrimary(), before);
+    QGuiApplication::setPalette(QPalette());
+}
+
+void TokensTest::aFontHasItsSizeInDeviceIndependentPixels_data()
+{
+    QTest::addColumn<double>("size");
+    QTest::addColumn<QFont::Weight>("weight");
+    QTest::newRow("heroName") << 22.0 << QFont::DemiBold;
+    QTest::newRow("sheetTitle") << 19.0 << QFont::DemiBold;
+    QTest::newRow("windowTitle") << 17.0 << QFont::DemiBold;
+    QTest::newRow("button") << 13.5 << QFont::DemiBold;
+    QTest::newRow("status") << 13.0 << QFont::Medium;
+    QTest::newRow("row") << 13.0 << QFont::Normal;
+    QTest::newRow("bodyText") << 12.5 << QFont::Normal;
+    QTest::newRow("rowStrong") << 12.5 << QFont::Medium;
+    QTest::newRow("metadata") << 11.5 << QFont::Medium;
+    QTest::newRow("sectionCaps") << 10.0 << QFont::Bold;
+    QTest::newRow("tagCaps") << 9.5 << QFont::Bold;
+}
+
+void TokensTest::aFontHasItsSizeInDeviceIndependentPixels()
+{
+    QFETCH(double, size);
+    QFETCH(QFont::Weight, weight);
+    const Tokens tokens(nullptr);
+    const auto font = tokens.property(QTest::currentDataTag()).value<QFont>();
+    QCOMPARE(font.pointSizeF() * QGuiApplication::primaryScreen()->logicalDotsPerInchY() / 72, size);
+    QCOMPARE(font.weight(), weight);
+    QCOMPARE(font.family(), QFontDatabase::systemFont(QFontDatabase::GeneralFont).family());
+    QCOMPARE(font.hintingPreference(), QFont::PreferNoHinting);
+}
+
+void TokensTest::trackingIsRoomAfterEachLetterInPoints()
+{
+    const Tokens tokens(nullptr);
+    const auto font = tokens.tracked(tokens.heroName(), -0.44);
+    QCOMPARE(font.letterSpacingType(), QFont::AbsoluteSpacing);
+    QVERIFY(qAbs(font.letterSpacing() + 0.44) < 1.0 / 64); // Qt keeps it in 64ths
+    QCOMPARE(font.pointSizeF(), tokens.heroName().pointSizeF());
+}
+
+void TokensTest::motionsStartFastAndLandSoftly()
+{
+    const Tokens tokens(nullptr);
+    QCOMPARE(tokens.popoverRise().duration, 400);
+    QCOMPARE(tokens.statusSwap().duration, 340);
+    const QList<QPointF> curve{{0.2, 0.8}, {0.25, 1.0}, {1.0, 1.0}};
+    QCOMPARE(tokens.popoverRise().curve.toCubicSpline(), curve);
+    QCOMPARE(tokens.statusSwap().curve.toCubicSpline(), curve);
+}
+
+void TokensTest::reduceMotionIsTheAppearances()
+{
+    FakeAppearance appearance;
+    const Tokens tokens(&appearance);
+    QVERIFY(!tokens.reduceMotion());
+    appearance.setReduceMotion(true);
+    QVERIFY(tokens.reduceMotion());
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::TokensTest)
+#include "tst_tokens.moc"

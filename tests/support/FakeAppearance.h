@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/Appearance.h"
+
+namespace kelvo {
+
+/// A desktop whose looks a test chooses.
+class FakeAppearance : public Appearance
+{
+public:
+    bool isDark() const override { return dark; }
+    bool panelIsDark() const override { return dark; }
+    bool reduceMotion() const override { return still; }
+
+    void setDark(bool value)
+    {
+        dark = value;
+        Q_EMIT changed();
+    }
+    void setReduceMotion(bool value)
+    {
+        still = value;
+        Q_EMIT changed();
+    }
+
+    bool dark = false;
+    bool still = false;
+};
+
+} // namespace kelvo
