@@ -1,7 +1,5 @@
 #include "windows/ChannelSheetState.h"
 
-#include "windows/ChannelField.h"
-
 #include <vector>
 
 namespace kelvo {

@@ -2,10 +2,12 @@
 
 #include "alerts/NotifierStore.h"
 #include "settings/SettingsStore.h"
+#include "windows/ChannelField.h"
 
 #include <QList>
 #include <QObject>
 #include <QQmlEngine>
+#include <QQmlListProperty>
 
 namespace kelvo {
 
@@ -19,7 +21,7 @@ class ChannelSheetState : public QObject
     Q_PROPERTY(QString title READ title CONSTANT FINAL)
     Q_PROPERTY(QString description READ description CONSTANT FINAL)
     Q_PROPERTY(QString footnote READ footnote CONSTANT FINAL)
-    Q_PROPERTY(QList<QObject *> fields READ fields CONSTANT FINAL)
+    Q_PROPERTY(QQmlListProperty<kelvo::ChannelField> fields READ fields CONSTANT FINAL)
     Q_PROPERTY(QString toldAbout READ toldAbout NOTIFY changed FINAL)
     Q_PROPERTY(QString testResult READ testResult NOTIFY changed FINAL)
     Q_PROPERTY(bool isConfigured READ isConfigured NOTIFY changed FINAL)
@@ -33,8 +35,8 @@ public:
     /// Empty for a channel without settings of its own, as the footnote and the fields are.
     QString description() const;
     QString footnote() const;
-    /// The ChannelFields to fill in.
-    QList<QObject *> fields() const { return fields_; }
+    /// What there is to fill in.
+    QQmlListProperty<ChannelField> fields() { return {this, &fields_}; }
     /// Of what the channel is told, in words.
     QString toldAbout() const;
     /// How the last test of any channel went, in words.
@@ -53,7 +55,7 @@ private:
     RemoteChannel channel_;
     SettingsStore &settings_;
     NotifierStore &notifier_;
-    QList<QObject *> fields_;
+    QList<ChannelField *> fields_;
 };
 
 } // namespace kelvo

@@ -83,7 +83,7 @@ FocusScope {
             textFormat: Text.PlainText
             verticalAlignment: Text.AlignVCenter
             visible: field.length === 0 && field.preeditText === ""
-            width: field.availableWidth
+            width: field.width - field.leftPadding - field.rightPadding
             x: field.leftPadding
         }
     }

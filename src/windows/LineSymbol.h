@@ -5,7 +5,7 @@
 namespace kelvo {
 
 /// A symbol of thin lines with round ends, in the item's colour.
-class LineSymbol : public PaintedSymbol
+class LineSymbol : public kelvo::PaintedSymbol
 {
     Q_OBJECT
     QML_ELEMENT

@@ -10,7 +10,7 @@ Item {
     required property string body
     /// A last, quieter line; may be empty.
     property string remark: ""
-    property Component symbol
+    default property alias symbol: symbolPlace.data
 
     Column {
         anchors.left: parent.left
@@ -19,9 +19,12 @@ Item {
         anchors.rightMargin: 32
         anchors.verticalCenter: parent.verticalCenter
 
-        Loader {
+        Item {
+            id: symbolPlace
+
             anchors.horizontalCenter: parent.horizontalCenter
-            sourceComponent: page.symbol
+            implicitHeight: childrenRect.height
+            implicitWidth: childrenRect.width
         }
         Item {
             height: 16

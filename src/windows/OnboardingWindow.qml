@@ -7,6 +7,8 @@ FocusScope {
 
     required property OnboardingState onboarding
 
+    readonly property int page: onboarding.page
+
     Accessible.name: "Welcome to Kelvo"
     Accessible.role: Accessible.Pane
     LayoutMirroring.childrenInherit: true
@@ -15,85 +17,78 @@ FocusScope {
     implicitHeight: 300
     implicitWidth: 400
 
-    component Buttons: Row {
-        layoutDirection: Qt.RightToLeft
-        spacing: 16
+    onPageChanged: {
+        if (!Tokens.reduceMotion) {
+            appear.restart();
+        }
     }
 
-    Component {
-        id: promise
+    component Page: OnboardingPage {
+        anchors.fill: parent
+    }
+    /// The button that leads on. It takes the focus when its page is turned to, and shows it to those who use keys.
+    component MainButton: FilledButton {
+        required property int page
+        readonly property bool isCurrent: root.page === page
 
-        OnboardingPage {
+        height: 28
+        visible: isCurrent
+
+        Component.onCompleted: focus = isCurrent
+        onClicked: pages.turnedByKey = visualFocus
+        onIsCurrentChanged: {
+            if (isCurrent) {
+                forceActiveFocus(pages.turnedByKey ? Qt.TabFocusReason : Qt.OtherFocusReason);
+            }
+        }
+    }
+    component OtherButton: QuietButton {
+        required property int page
+
+        color: Tokens.labelSecondary
+        visible: root.page === page
+
+        onClicked: pages.turnedByKey = visualFocus
+    }
+
+    Item {
+        id: pages
+
+        /// How the last page was left, for the focus on the next one.
+        property bool turnedByKey: false
+
+        anchors.bottom: bar.top
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+        objectName: "pages"
+
+        Page {
             body: "Kelvo watches the AI tools you work in and notifies you the moment one is usable again."
             heading: "Stop checking.\nWe’ll tell you."
             headingFont: Tokens.tracked(Tokens.heroName, -0.44)
+            objectName: "promise"
+            visible: root.page === OnboardingState.Promise
 
-            symbol: KelvoMark {
+            KelvoMark {
                 coreColor: Tokens.availableDot
                 objectName: "mark"
                 size: 54
             }
         }
-    }
-    Component {
-        id: primaryPicker
-
-        Item {
-            Text {
-                id: pickerHeading
-
-                Accessible.name: text
-                Accessible.role: Accessible.Heading
-                anchors.left: parent.left
-                anchors.leftMargin: 32
-                anchors.right: parent.right
-                anchors.rightMargin: 32
-                anchors.top: parent.top
-                anchors.topMargin: 9
-                color: Tokens.labelPrimary
-                font: Tokens.windowTitle
-                horizontalAlignment: Text.AlignLeft
-                objectName: "heading"
-                text: "Which one matters most?"
-                textFormat: Text.PlainText
-                wrapMode: Text.Wrap
-            }
-            Text {
-                id: pickerBody
-
-                Accessible.name: text
-                Accessible.role: Accessible.StaticText
-                anchors.left: pickerHeading.left
-                anchors.right: pickerHeading.right
-                anchors.top: pickerHeading.bottom
-                anchors.topMargin: 2
-                color: Tokens.labelSecondary
-                font: Tokens.bodyText
-                horizontalAlignment: Text.AlignLeft
-                objectName: "body"
-                text: "This is the service Kelvo shows first. You can add more later."
-                textFormat: Text.PlainText
-                wrapMode: Text.Wrap
-            }
-            PrimaryPicker {
-                anchors.left: pickerHeading.left
-                anchors.right: pickerHeading.right
-                anchors.top: pickerBody.bottom
-                anchors.topMargin: 8
-                height: Math.min(implicitHeight, parent.height - y)
-                objectName: "picker"
-                onboarding: root.onboarding
-            }
+        PrimaryPicker {
+            anchors.fill: parent
+            objectName: "primaryPicker"
+            onboarding: root.onboarding
+            visible: root.page === OnboardingState.PrimaryPicker
         }
-    }
-    Component {
-        id: permission
-
-        OnboardingPage {
+        Page {
             body: "One notification when a service you rely on is usable again. Nothing else, ever."
             heading: "Kelvo needs to notify you"
+            objectName: "permission"
+            visible: root.page === OnboardingState.Permission
 
-            symbol: LineSymbol {
+            LineSymbol {
                 color: Tokens.labelSecondary
                 height: 38
                 lineWidth: 2.6
@@ -102,112 +97,20 @@ FocusScope {
                 width: 38
             }
         }
-    }
-    Component {
-        id: complete
-
-        OnboardingPage {
+        Page {
             body: "You can forget about Kelvo now. Look for the ring in your menu bar."
             heading: "You’re all set"
+            objectName: "complete"
             remark: root.onboarding.watchingText
+            visible: root.page === OnboardingState.Complete
 
-            symbol: LineSymbol {
+            LineSymbol {
                 color: Tokens.availableDot
                 height: 38
                 lineWidth: 2.6
                 objectName: "checkmark"
                 shape: LineSymbol.CheckInCircle
                 width: 38
-            }
-        }
-    }
-    Component {
-        id: promiseButtons
-
-        Buttons {
-            FilledButton {
-                focus: true
-                height: 28
-                objectName: "continue"
-                title: "Continue"
-
-                onClicked: root.onboarding.continueToPicker()
-            }
-        }
-    }
-    Component {
-        id: primaryPickerButtons
-
-        Buttons {
-            FilledButton {
-                enabled: root.onboarding.selected >= 0
-                focus: true
-                height: 28
-                objectName: "continue"
-                title: "Continue"
-
-                onClicked: root.onboarding.continueToPermission()
-            }
-            QuietButton {
-                anchors.verticalCenter: parent.verticalCenter
-                color: Tokens.labelSecondary
-                objectName: "back"
-                title: "Back"
-
-                onClicked: root.onboarding.backToPromise()
-            }
-        }
-    }
-    Component {
-        id: permissionButtons
-
-        Buttons {
-            FilledButton {
-                focus: true
-                height: 28
-                objectName: "allow"
-                title: "Allow notifications"
-
-                onClicked: root.onboarding.allowNotifications()
-            }
-            QuietButton {
-                anchors.verticalCenter: parent.verticalCenter
-                color: Tokens.labelSecondary
-                objectName: "notNow"
-                title: "Not now"
-
-                onClicked: root.onboarding.skipPermission()
-            }
-        }
-    }
-    Component {
-        id: completeButtons
-
-        Buttons {
-            FilledButton {
-                focus: true
-                height: 28
-                objectName: "done"
-                title: "Done"
-
-                onClicked: root.onboarding.finish()
-            }
-        }
-    }
-
-    Loader {
-        id: page
-
-        anchors.bottom: bar.top
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.top: parent.top
-        objectName: "page"
-        sourceComponent: [promise, primaryPicker, permission, complete][root.onboarding.page]
-
-        onLoaded: {
-            if (!Tokens.reduceMotion) {
-                appear.restart();
             }
         }
     }
@@ -219,7 +122,7 @@ FocusScope {
         from: 0
         objectName: "appear"
         property: "opacity"
-        target: page
+        target: pages
         to: 1
     }
     Item {
@@ -235,20 +138,63 @@ FocusScope {
             anchors.leftMargin: 20
             anchors.verticalCenter: buttons.verticalCenter
             count: 4
-            current: root.onboarding.page
+            current: root.page
             objectName: "dots"
         }
-        Loader {
+        Row {
             id: buttons
 
             anchors.bottom: parent.bottom
             anchors.bottomMargin: 13
             anchors.right: parent.right
             anchors.rightMargin: 20
-            focus: true
-            sourceComponent: [promiseButtons, primaryPickerButtons, permissionButtons, completeButtons][root.onboarding.page]
+            spacing: 16
 
-            onLoaded: forceActiveFocus(Qt.OtherFocusReason)
+            OtherButton {
+                anchors.verticalCenter: parent.verticalCenter
+                objectName: "back"
+                page: OnboardingState.PrimaryPicker
+                title: "Back"
+
+                onClicked: root.onboarding.backToPromise()
+            }
+            OtherButton {
+                anchors.verticalCenter: parent.verticalCenter
+                objectName: "notNow"
+                page: OnboardingState.Permission
+                title: "Not now"
+
+                onClicked: root.onboarding.skipPermission()
+            }
+            MainButton {
+                objectName: "continueToPicker"
+                page: OnboardingState.Promise
+                title: "Continue"
+
+                onClicked: root.onboarding.continueToPicker()
+            }
+            MainButton {
+                enabled: root.onboarding.selected >= 0
+                objectName: "continueToPermission"
+                page: OnboardingState.PrimaryPicker
+                title: "Continue"
+
+                onClicked: root.onboarding.continueToPermission()
+            }
+            MainButton {
+                objectName: "allow"
+                page: OnboardingState.Permission
+                title: "Allow notifications"
+
+                onClicked: root.onboarding.allowNotifications()
+            }
+            MainButton {
+                objectName: "done"
+                page: OnboardingState.Complete
+                title: "Done"
+
+                onClicked: root.onboarding.finish()
+            }
         }
     }
 }

@@ -5,7 +5,7 @@
 namespace kelvo {
 
 /// A filled bar with fully round ends, as large as its item.
-class PillShape : public PaintedSymbol
+class PillShape : public kelvo::PaintedSymbol
 {
     Q_OBJECT
     QML_ELEMENT

@@ -1,8 +1,10 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Kelvo
 
-/// The services to choose the first one from. The keyboard reaches them as one, and the arrow keys select.
-ScrollArea {
+/// The page that asks for the service to show first. The keyboard reaches the choices as one, and the arrow keys select.
+Item {
     id: picker
 
     required property OnboardingState onboarding
@@ -13,37 +15,80 @@ ScrollArea {
         rows.itemAt(next).forceActiveFocus(Qt.TabFocusReason);
     }
 
-    contentHeight: card.height
-    contentWidth: width
-    implicitHeight: card.height
+    Text {
+        id: heading
 
-    Keys.onDownPressed: selectByKey(1)
-    Keys.onUpPressed: selectByKey(-1)
+        Accessible.name: text
+        Accessible.role: Accessible.Heading
+        anchors.left: parent.left
+        anchors.leftMargin: 32
+        anchors.right: parent.right
+        anchors.rightMargin: 32
+        anchors.top: parent.top
+        anchors.topMargin: 9
+        color: Tokens.labelPrimary
+        font: Tokens.windowTitle
+        horizontalAlignment: Text.AlignLeft
+        objectName: "heading"
+        text: "Which one matters most?"
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+    }
+    Text {
+        id: body
 
-    Card {
-        id: card
+        Accessible.name: text
+        Accessible.role: Accessible.StaticText
+        anchors.left: heading.left
+        anchors.right: heading.right
+        anchors.top: heading.bottom
+        anchors.topMargin: 2
+        color: Tokens.labelSecondary
+        font: Tokens.bodyText
+        horizontalAlignment: Text.AlignLeft
+        objectName: "body"
+        text: "This is the service Kelvo shows first. You can add more later."
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+    }
+    ScrollArea {
+        anchors.left: heading.left
+        anchors.right: heading.right
+        anchors.top: body.bottom
+        anchors.topMargin: 8
+        contentHeight: card.height
+        contentWidth: width
+        height: Math.min(card.height, parent.height - y)
+        objectName: "choices"
 
-        objectName: "choicesCard"
-        width: picker.width
+        Keys.onDownPressed: picker.selectByKey(1)
+        Keys.onUpPressed: picker.selectByKey(-1)
 
-        Repeater {
-            id: rows
+        Card {
+            id: card
 
-            model: picker.onboarding.choices
+            objectName: "choicesCard"
+            width: parent.width
 
-            ChoiceRow {
-                required property int index
-                required property string modelData
+            Repeater {
+                id: rows
 
-                checked: picker.onboarding.selected === index
-                focusPolicy: index === Math.max(0, picker.onboarding.selected) ? Qt.StrongFocus : Qt.ClickFocus
-                objectName: "choice-" + index
-                text: modelData
-                width: card.width
+                model: picker.onboarding.choices
 
-                Keys.onEnterPressed: picker.onboarding.selected = index
-                Keys.onReturnPressed: picker.onboarding.selected = index
-                onToggled: picker.onboarding.selected = index
+                ChoiceRow {
+                    required property int index
+                    required property string modelData
+
+                    checked: picker.onboarding.selected === index
+                    focusPolicy: index === Math.max(0, picker.onboarding.selected) ? Qt.StrongFocus : Qt.ClickFocus
+                    objectName: "choice-" + index
+                    text: modelData
+                    width: card.width
+
+                    Keys.onEnterPressed: picker.onboarding.selected = index
+                    Keys.onReturnPressed: picker.onboarding.selected = index
+                    onToggled: picker.onboarding.selected = index
+                }
             }
         }
     }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Kelvo
 
@@ -89,9 +91,6 @@ Item {
 
         ServiceRow {
             id: row
-
-            required property int index
-            required property string service
 
             height: list.rowHeight
             isLifted: list.lifted === row

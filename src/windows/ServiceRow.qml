@@ -7,6 +7,9 @@ import Kelvo
 T.Control {
     id: row
 
+    required property int index
+    /// The raw value of its id.
+    required property string service
     required property string name
     required property bool isPrimary
     required property bool isOn

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Kelvo
 
@@ -58,12 +60,21 @@ FocusScope {
         }
     }
     Loader {
-        active: root.settings.channelSheet !== null
-
-        sourceComponent: SheetPopup {
-            sheet: root.settings.channelSheet
-
-            onClosed: root.settings.dismissSheet()
+        id: sheetPlace
+    }
+    Connections {
+        function onChannelSheetChanged() {
+            const sheet = root.settings.channelSheet;
+            if (sheet) {
+                sheetPlace.setSource("SheetPopup.qml", {
+                    "settings": root.settings,
+                    "sheet": sheet
+                });
+            } else {
+                sheetPlace.source = "";
+            }
         }
+
+        target: root.settings
     }
 }

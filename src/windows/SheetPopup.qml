@@ -6,6 +6,7 @@ import Kelvo
 T.Popup {
     id: popup
 
+    required property SettingsState settings
     required property ChannelSheetState sheet
 
     anchors.centerIn: T.Overlay.overlay
@@ -62,4 +63,5 @@ T.Popup {
     }
 
     Component.onCompleted: open()
+    onClosed: settings.dismissSheet()
 }
