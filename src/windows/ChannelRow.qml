@@ -17,8 +17,9 @@ PlainButton {
     text: title
 
     background: CardRowGround {
-        control: row
         down: row.down
+        focused: row.visualFocus
+        hovered: row.hovered
     }
     contentItem: Item {
         Text {

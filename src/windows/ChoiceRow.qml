@@ -10,8 +10,9 @@ T.RadioButton {
     implicitHeight: Math.max(24, implicitContentHeight + 6)
 
     background: CardRowGround {
-        control: row
         down: row.down
+        focused: row.visualFocus
+        hovered: row.hovered
     }
     contentItem: Item {
         implicitHeight: nameText.implicitHeight

@@ -44,7 +44,7 @@ Item {
             wrapMode: Text.Wrap
         }
         Item {
-            height: 7
+            height: 9
             width: 1
         }
         Text {

@@ -80,7 +80,7 @@ Item {
                     required property string modelData
 
                     checked: picker.onboarding.selected === index
-                    focusPolicy: index === Math.max(0, picker.onboarding.selected) ? Qt.StrongFocus : Qt.ClickFocus
+                    focusPolicy: activeFocus || index === Math.max(0, picker.onboarding.selected) ? Qt.StrongFocus : Qt.ClickFocus
                     objectName: "choice-" + index
                     text: modelData
                     width: card.width

@@ -4,9 +4,23 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QQuickItem>
 #include <QScreen>
 
 namespace kelvo {
+
+namespace {
+
+/// Columns and rows would know their sizes only at the first frame, and the window would open in a wrong one.
+void layOut(QQuickItem &item)
+{
+    for (auto *child : item.childItems()) {
+        layOut(*child);
+    }
+    item.ensurePolished();
+}
+
+} // namespace
 
 SceneWindow::SceneWindow(ViewEngine &engine, const Appearance &appearance, QString title, QUrl source)
     : engine_(engine)
@@ -92,6 +106,7 @@ void SceneWindow::load()
     }
     view_->setInitialProperties(makeState(view_.get()));
     view_->setSource(source_);
+    layOut(*view_->rootObject());
     setSizes(*view_);
     view_->installEventFilter(this);
 }

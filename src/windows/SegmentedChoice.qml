@@ -100,7 +100,7 @@ Item {
                 required property string modelData
 
                 checked: choice.current === index
-                focusPolicy: checked ? Qt.StrongFocus : Qt.ClickFocus
+                focusPolicy: checked || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
                 height: choice.height
                 hoverEnabled: true
                 implicitWidth: implicitContentWidth + leftPadding + rightPadding

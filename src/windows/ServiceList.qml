@@ -33,6 +33,7 @@ Item {
         lifted = row;
         follow(at);
         grip = pointer.y - row.index * rowHeight;
+        row.isFocusedByMouse = true;
         row.forceActiveFocus(Qt.MouseFocusReason);
     }
     function follow(at: point) {

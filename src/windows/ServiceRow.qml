@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Templates as T
 import Kelvo
 
 /// A service that can be watched. It is one element for the keyboard and the screen reader: a check box that can be
 /// moved up and down.
-T.Control {
+Item {
     id: row
 
     required property int index
@@ -17,6 +16,8 @@ T.Control {
     property bool isLifted: false
 
     readonly property alias handle: dragHandle
+    /// The mark of the focus is for those who use keys.
+    property bool isFocusedByMouse: false
 
     signal toggled
 
@@ -26,12 +27,28 @@ T.Control {
     Accessible.description: isOn ? "watched" : "not watched"
     Accessible.name: isPrimary ? name + ", primary" : name
     Accessible.role: Accessible.CheckBox
-    focusPolicy: Qt.StrongFocus
-    hoverEnabled: true
+    activeFocusOnTab: true
     implicitHeight: 34
 
-    background: CardRowGround {
-        control: row
+    Accessible.onPressAction: toggled()
+    Accessible.onToggleAction: toggled()
+    Keys.onEnterPressed: toggled()
+    Keys.onReturnPressed: toggled()
+    Keys.onSpacePressed: toggled()
+    Keys.onPressed: event => {
+        isFocusedByMouse = false;
+        event.accepted = false;
+    }
+    onActiveFocusChanged: {
+        if (!activeFocus) {
+            isFocusedByMouse = false;
+        }
+    }
+
+    CardRowGround {
+        anchors.fill: parent
+        focused: row.activeFocus && !row.isFocusedByMouse
+        hovered: hover.hovered
 
         Item {
             anchors.fill: parent
@@ -58,7 +75,9 @@ T.Control {
             }
         }
     }
-    contentItem: Item {
+    Item {
+        anchors.fill: parent
+
         DragHandle {
             id: dragHandle
 
@@ -80,14 +99,14 @@ T.Control {
             objectName: "name"
             text: row.name
             textFormat: Text.PlainText
-            width: Math.min(implicitWidth, checkbox.x - x - (primary.visible ? primary.width + primary.anchors.leftMargin : 0))
+            width: Math.min(implicitWidth, row.width - dragHandle.width - checkbox.width - 16 - (primary.visible ? primary.width + primary.anchors.leftMargin : 0))
         }
         CapsTag {
             id: primary
 
-            anchors.baseline: nameText.baseline
             anchors.left: nameText.right
             anchors.leftMargin: 8
+            anchors.verticalCenter: nameText.verticalCenter
             color: Tokens.link
             objectName: "primaryTag"
             title: "Primary"
@@ -106,9 +125,7 @@ T.Control {
         }
     }
 
-    Accessible.onPressAction: toggled()
-    Accessible.onToggleAction: toggled()
-    Keys.onEnterPressed: toggled()
-    Keys.onReturnPressed: toggled()
-    Keys.onSpacePressed: toggled()
+    HoverHandler {
+        id: hover
+    }
 }

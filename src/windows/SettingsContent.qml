@@ -87,6 +87,7 @@ Column {
             width: parent.width
         }
         SegmentedChoice {
+            anchors.left: parent.left
             current: content.settings.checkInterval
             objectName: "interval"
             titles: ["1 minute", "5 minutes"]
@@ -193,6 +194,7 @@ Column {
             }
         }
         QuietButton {
+            anchors.left: parent.left
             color: Tokens.link
             objectName: "showOnboarding"
             title: "Show onboarding again"

@@ -51,10 +51,8 @@ T.Popup {
         onDone: popup.close()
     }
     enter: Transition {
-        enabled: !Tokens.reduceMotion
-
         NumberAnimation {
-            duration: 180
+            duration: Tokens.reduceMotion ? 0 : 180
             easing: Tokens.statusSwap.curve
             from: 0
             property: "opacity"

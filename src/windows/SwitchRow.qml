@@ -35,8 +35,9 @@ T.CheckBox {
     topPadding: 9
 
     background: CardRowGround {
-        control: row
         down: row.down
+        focused: row.visualFocus
+        hovered: row.hovered
     }
     contentItem: Item {
         implicitHeight: Math.max(texts.height, mark.height)

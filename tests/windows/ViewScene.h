@@ -29,6 +29,15 @@ inline QQuickItem *findItem(QQuickItem *in, const QString &name)
     return nullptr;
 }
 
+/// Columns and rows know their sizes only at the first frame.
+inline void layOut(QQuickItem *item)
+{
+    for (auto *child : item->childItems()) {
+        layOut(child);
+    }
+    item->ensurePolished();
+}
+
 /// What a screen reader is told of an item.
 inline QAccessibleInterface *accessible(QQuickItem *item)
 {
@@ -67,6 +76,7 @@ struct ViewScene
         view.setInitialProperties(properties);
         view.setSource(QUrl(u"qrc:/qt/qml/Kelvo/windows/"_s + file));
         QVERIFY2(view.status() == QQuickView::Ready, qPrintable(view.errors().value(0).toString()));
+        layOut(root());
         view.resize(size.isEmpty() ? QSize(qCeil(root()->implicitWidth()), qCeil(root()->implicitHeight())) : size);
         view.show();
         view.requestActivate();
