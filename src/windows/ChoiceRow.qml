@@ -6,6 +6,7 @@ import Kelvo
 T.RadioButton {
     id: row
 
+    Accessible.name: text
     hoverEnabled: true
     implicitHeight: Math.max(24, implicitContentHeight + 6)
 

@@ -70,6 +70,13 @@ FocusScope {
 
         Keys.onEnterPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
         Keys.onReturnPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+        // A long text is known by its beginning.
+        Component.onCompleted: cursorPosition = 0
+        onActiveFocusChanged: {
+            if (!activeFocus) {
+                cursorPosition = 0;
+            }
+        }
         onTextEdited: row.edited(text)
 
         Text {

@@ -28,27 +28,18 @@ FocusScope {
     }
     /// The button that leads on. It takes the focus when its page is turned to, and shows it to those who use keys.
     component MainButton: FilledButton {
-        required property int page
-        readonly property bool isCurrent: root.page === page
+        required property bool isCurrent
+        required property bool showsFocus
 
         height: 28
         visible: isCurrent
 
         Component.onCompleted: focus = isCurrent
-        onClicked: pages.turnedByKey = visualFocus
         onIsCurrentChanged: {
             if (isCurrent) {
-                forceActiveFocus(pages.turnedByKey ? Qt.TabFocusReason : Qt.OtherFocusReason);
+                forceActiveFocus(showsFocus ? Qt.TabFocusReason : Qt.OtherFocusReason);
             }
         }
-    }
-    component OtherButton: QuietButton {
-        required property int page
-
-        color: Tokens.labelSecondary
-        visible: root.page === page
-
-        onClicked: pages.turnedByKey = visualFocus
     }
 
     Item {
@@ -150,47 +141,68 @@ FocusScope {
             anchors.rightMargin: 20
             spacing: 16
 
-            OtherButton {
+            QuietButton {
                 anchors.verticalCenter: parent.verticalCenter
+                color: Tokens.labelSecondary
                 objectName: "back"
-                page: OnboardingState.PrimaryPicker
                 title: "Back"
+                visible: root.page === OnboardingState.PrimaryPicker
 
-                onClicked: root.onboarding.backToPromise()
+                onClicked: {
+                    pages.turnedByKey = visualFocus;
+                    root.onboarding.backToPromise();
+                }
             }
-            OtherButton {
+            QuietButton {
                 anchors.verticalCenter: parent.verticalCenter
+                color: Tokens.labelSecondary
                 objectName: "notNow"
-                page: OnboardingState.Permission
                 title: "Not now"
+                visible: root.page === OnboardingState.Permission
 
-                onClicked: root.onboarding.skipPermission()
+                onClicked: {
+                    pages.turnedByKey = visualFocus;
+                    root.onboarding.skipPermission();
+                }
             }
             MainButton {
+                isCurrent: root.page === OnboardingState.Promise
                 objectName: "continueToPicker"
-                page: OnboardingState.Promise
+                showsFocus: pages.turnedByKey
                 title: "Continue"
 
-                onClicked: root.onboarding.continueToPicker()
+                onClicked: {
+                    pages.turnedByKey = visualFocus;
+                    root.onboarding.continueToPicker();
+                }
             }
             MainButton {
                 enabled: root.onboarding.selected >= 0
+                isCurrent: root.page === OnboardingState.PrimaryPicker
                 objectName: "continueToPermission"
-                page: OnboardingState.PrimaryPicker
+                showsFocus: pages.turnedByKey
                 title: "Continue"
 
-                onClicked: root.onboarding.continueToPermission()
+                onClicked: {
+                    pages.turnedByKey = visualFocus;
+                    root.onboarding.continueToPermission();
+                }
             }
             MainButton {
+                isCurrent: root.page === OnboardingState.Permission
                 objectName: "allow"
-                page: OnboardingState.Permission
+                showsFocus: pages.turnedByKey
                 title: "Allow notifications"
 
-                onClicked: root.onboarding.allowNotifications()
+                onClicked: {
+                    pages.turnedByKey = visualFocus;
+                    root.onboarding.allowNotifications();
+                }
             }
             MainButton {
+                isCurrent: root.page === OnboardingState.Complete
                 objectName: "done"
-                page: OnboardingState.Complete
+                showsFocus: pages.turnedByKey
                 title: "Done"
 
                 onClicked: root.onboarding.finish()

@@ -99,6 +99,7 @@ Item {
                 required property int index
                 required property string modelData
 
+                Accessible.name: text
                 checked: choice.current === index
                 focusPolicy: checked || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
                 height: choice.height

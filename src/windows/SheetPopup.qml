@@ -9,6 +9,10 @@ T.Popup {
     required property SettingsState settings
     required property ChannelSheetState sheet
 
+    /// Where the focus was, and is again afterwards.
+    property Item formerFocus: null
+    property bool formerFocusWasShown: false
+
     anchors.centerIn: T.Overlay.overlay
     closePolicy: T.Popup.CloseOnEscape
     dim: true
@@ -61,5 +65,14 @@ T.Popup {
     }
 
     Component.onCompleted: open()
-    onClosed: settings.dismissSheet()
+    onAboutToShow: {
+        formerFocus = parent.Window.activeFocusItem;
+        formerFocusWasShown = (formerFocus as T.Control)?.visualFocus ?? false;
+    }
+    onClosed: {
+        if (formerFocus) {
+            formerFocus.forceActiveFocus(formerFocusWasShown ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        }
+        settings.dismissSheet();
+    }
 }

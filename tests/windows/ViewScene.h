@@ -89,7 +89,11 @@ struct ViewScene
     QQuickItem *item(const QString &name) const { return findItem(view.contentItem(), name); }
     QQuickItem *item(const QString &in, const QString &name) const { return findItem(item(in), name); }
     /// In the window.
-    QRectF frame(QQuickItem *of) const { return of->mapRectToScene(QRectF(0, 0, of->width(), of->height())); }
+    QRectF frame(QQuickItem *of) const
+    {
+        layOut(view.contentItem());
+        return of->mapRectToScene(QRectF(0, 0, of->width(), of->height()));
+    }
     QRectF frame(const QString &name) const { return frame(item(name)); }
     QPoint middle(QQuickItem *of) const { return frame(of).center().toPoint(); }
     QString text(QQuickItem *of) const { return of->property("text").toString(); }

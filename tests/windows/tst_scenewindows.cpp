@@ -40,7 +40,8 @@ class SceneWindowsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".?"_s)); }
+    // What the offscreen platform cannot do is no fault of the windows.
+    void init() { QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support raise)"_s)); }
 
     void settingsOpenAsHighAsTheirContentOrTheScreen();
     void onboardingHasOneSize();
