@@ -5,7 +5,7 @@
 namespace kelvo {
 
 /// The gapped ring, stroked in the item's colour around the rectangle that lies `inset` inside of the item.
-class GappedRingItem : public PaintedSymbol
+class GappedRingItem : public kelvo::PaintedSymbol
 {
     Q_OBJECT
     QML_NAMED_ELEMENT(GappedRing)

@@ -5,7 +5,7 @@
 namespace kelvo {
 
 /// The symbol of the settings: a gear in thin lines with round ends.
-class GearSymbol : public PaintedSymbol
+class GearSymbol : public kelvo::PaintedSymbol
 {
     Q_OBJECT
     QML_ELEMENT

@@ -5,7 +5,7 @@
 namespace kelvo {
 
 /// A filled circle as large as its item.
-class StatusDot : public PaintedSymbol
+class StatusDot : public kelvo::PaintedSymbol
 {
     Q_OBJECT
     QML_ELEMENT

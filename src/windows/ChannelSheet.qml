@@ -1,0 +1,149 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kelvo
+
+/// The settings of one channel. What is typed is stored as it is typed, so there is nothing to save or to cancel.
+FocusScope {
+    id: root
+
+    required property ChannelSheetState sheet
+
+    signal done
+
+    Accessible.name: sheet.title
+    Accessible.role: Accessible.Dialog
+    LayoutMirroring.childrenInherit: true
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    implicitHeight: column.implicitHeight
+    implicitWidth: 360
+
+    component Note: Text {
+        Accessible.name: text
+        Accessible.role: Accessible.StaticText
+        horizontalAlignment: Text.AlignLeft
+        lineHeight: 1.08
+        textFormat: Text.PlainText
+        visible: text !== ""
+        width: parent.width
+        wrapMode: Text.Wrap
+    }
+
+    Column {
+        id: column
+
+        anchors.left: parent.left
+        anchors.leftMargin: 22
+        anchors.right: parent.right
+        anchors.rightMargin: 22
+        bottomPadding: 20
+        spacing: 12
+        topPadding: 20
+
+        Column {
+            spacing: 5
+            width: parent.width
+
+            Text {
+                Accessible.name: text
+                Accessible.role: Accessible.Heading
+                color: Tokens.labelPrimary
+                font: Tokens.systemFont(16, Font.DemiBold)
+                horizontalAlignment: Text.AlignLeft
+                objectName: "title"
+                text: root.sheet.title
+                textFormat: Text.PlainText
+                width: parent.width
+                wrapMode: Text.Wrap
+            }
+            Note {
+                color: Tokens.labelSecondary
+                font: Tokens.bodyText
+                objectName: "description"
+                text: root.sheet.description
+            }
+        }
+        Card {
+            objectName: "fields"
+            visible: root.sheet.fields.length > 0
+            width: parent.width
+
+            Repeater {
+                model: root.sheet.fields
+
+                FieldRow {
+                    required property ChannelField modelData
+                    required property int index
+
+                    focus: index === 0
+                    label: modelData.label
+                    objectName: "field-" + index
+                    placeholder: modelData.placeholder
+                    text: modelData.text
+                    width: column.width
+
+                    onEdited: text => modelData.text = text
+                }
+            }
+        }
+        Card {
+            width: parent.width
+
+            ValueRow {
+                label: "Tell me about"
+                objectName: "toldAbout"
+                value: root.sheet.toldAbout
+                width: parent.width
+            }
+            ValueRow {
+                label: "Test message"
+                objectName: "testResult"
+                value: root.sheet.testResult
+                width: parent.width
+            }
+        }
+        Note {
+            color: Tokens.labelTertiary
+            font: Tokens.systemFont(11.5, Font.Normal)
+            objectName: "footnote"
+            text: root.sheet.footnote
+        }
+        Item {
+            implicitHeight: arm.height
+            width: parent.width
+
+            FilledButton {
+                id: arm
+
+                anchors.left: parent.left
+                enabled: root.sheet.isConfigured
+                height: 26
+                objectName: "arm"
+                title: root.sheet.isArmed ? "Armed" : "Arm this channel"
+
+                onClicked: root.sheet.arm()
+            }
+            QuietButton {
+                anchors.left: arm.right
+                anchors.leftMargin: 14
+                anchors.verticalCenter: arm.verticalCenter
+                color: enabled ? Tokens.link : Tokens.labelSecondary
+                enabled: root.sheet.isConfigured
+                objectName: "sendTest"
+                title: "Send test"
+
+                onClicked: root.sheet.sendTest()
+            }
+            QuietButton {
+                anchors.right: parent.right
+                anchors.verticalCenter: arm.verticalCenter
+                color: Tokens.labelSecondary
+                focus: root.sheet.fields.length === 0
+                objectName: "done"
+                title: "Done"
+
+                onClicked: root.done()
+            }
+        }
+    }
+}

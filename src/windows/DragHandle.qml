@@ -1,0 +1,59 @@
+import QtQuick
+import Kelvo
+
+/// The grip by which a row is dragged. Points are those of the window, for the row moves with the pointer.
+MouseArea {
+    id: handle
+
+    /// A button went down and the pointer has moved since.
+    property bool isDragging: false
+    property point pressedAt
+
+    signal dragBegan(point at)
+    signal dragMoved(point at)
+    signal dropped
+    signal dragCanceled
+
+    cursorShape: isDragging ? Qt.ClosedHandCursor : Qt.OpenHandCursor
+    hoverEnabled: true
+    implicitHeight: 34
+    implicitWidth: 28
+    preventStealing: true
+
+    onCanceled: {
+        isDragging = false;
+        dragCanceled();
+    }
+    onPositionChanged: mouse => {
+        const at = mapToItem(null, mouse.x, mouse.y);
+        if (!pressed) {
+            return;
+        }
+        if (!isDragging && Math.abs(at.y - pressedAt.y) > 4) {
+            isDragging = true;
+            dragBegan(pressedAt);
+        }
+        if (isDragging) {
+            dragMoved(at);
+        }
+    }
+    onPressed: mouse => {
+        pressedAt = mapToItem(null, mouse.x, mouse.y);
+    }
+    onReleased: {
+        if (isDragging) {
+            isDragging = false;
+            dropped();
+        }
+    }
+
+    LineSymbol {
+        anchors.centerIn: parent
+        color: handle.containsMouse || handle.isDragging ? Tokens.labelSecondary : Tokens.labelTertiary
+        height: 11
+        lineWidth: 2
+        objectName: "grip"
+        shape: LineSymbol.Grip
+        width: 11
+    }
+}

@@ -1,0 +1,99 @@
+import QtQuick
+import QtQuick.Templates as T
+import Kelvo
+
+/// A labelled text field. It shows the text it is given; `edited` tells every keystroke.
+FocusScope {
+    id: row
+
+    required property string label
+    required property string placeholder
+    required property string text
+
+    signal edited(string text)
+
+    implicitHeight: Math.max(38, field.height + 12, labelText.height + 12)
+
+    Text {
+        id: labelText
+
+        anchors.left: parent.left
+        anchors.leftMargin: 12
+        anchors.right: field.left
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        color: Tokens.labelPrimary
+        font: Tokens.row
+        horizontalAlignment: Text.AlignLeft
+        objectName: "label"
+        text: row.label
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+    }
+    T.TextField {
+        id: field
+
+        Accessible.name: row.label
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        color: Tokens.labelPrimary
+        focus: true
+        font: Tokens.systemFont(12.5, Font.Normal)
+        hoverEnabled: true
+        implicitHeight: Math.max(24, contentHeight + topPadding + bottomPadding)
+        // What is typed here are addresses and secrets: nothing to learn, complete or correct.
+        inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
+        leftPadding: 8
+        objectName: "input"
+        placeholderText: row.placeholder
+        placeholderTextColor: Tokens.labelQuaternary
+        rightPadding: 8
+        selectByMouse: true
+        selectedTextColor: "white"
+        selectionColor: Tokens.action
+        text: row.text
+        verticalAlignment: TextInput.AlignVCenter
+        width: 190
+
+        background: Rectangle {
+            border.color: Qt.alpha(Tokens.primary, field.hovered ? 0.24 : 0.15)
+            color: Tokens.textField
+            radius: 6
+
+            FocusRing {
+                anchors.margins: -1
+                innerRadius: 5
+                visible: field.activeFocus
+            }
+        }
+
+        Keys.onEnterPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+        Keys.onReturnPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+        // A long text is known by its beginning.
+        Component.onCompleted: cursorPosition = 0
+        onActiveFocusChanged: {
+            if (!activeFocus) {
+                cursorPosition = 0;
+            }
+        }
+        onTextEdited: row.edited(text)
+
+        Text {
+            color: field.placeholderTextColor
+            elide: Text.ElideRight
+            font: field.font
+            height: parent.height
+            horizontalAlignment: Text.AlignLeft
+            objectName: "placeholder"
+            text: field.placeholderText
+            textFormat: Text.PlainText
+            verticalAlignment: Text.AlignVCenter
+            visible: field.length === 0 && field.preeditText === ""
+            width: field.width - field.leftPadding - field.rightPadding
+            x: field.leftPadding
+        }
+    }
+    CardRowRule {
+    }
+}

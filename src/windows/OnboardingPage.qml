@@ -1,0 +1,84 @@
+import QtQuick
+import Kelvo
+
+/// A page of the first-run window with its text in the middle: a symbol, a heading, and what there is to say.
+Item {
+    id: page
+
+    required property string heading
+    property font headingFont: Tokens.windowTitle
+    required property string body
+    /// A last, quieter line; may be empty.
+    property string remark: ""
+    default property alias symbol: symbolPlace.data
+
+    Column {
+        anchors.left: parent.left
+        anchors.leftMargin: 32
+        anchors.right: parent.right
+        anchors.rightMargin: 32
+        anchors.verticalCenter: parent.verticalCenter
+
+        Item {
+            id: symbolPlace
+
+            anchors.horizontalCenter: parent.horizontalCenter
+            implicitHeight: childrenRect.height
+            implicitWidth: childrenRect.width
+        }
+        Item {
+            height: 16
+            width: 1
+        }
+        Text {
+            Accessible.name: text
+            Accessible.role: Accessible.Heading
+            color: Tokens.labelPrimary
+            font: page.headingFont
+            horizontalAlignment: Text.AlignHCenter
+            lineHeight: 1.05
+            objectName: "heading"
+            text: page.heading
+            textFormat: Text.PlainText
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+        Item {
+            height: 9
+            width: 1
+        }
+        Text {
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
+            color: Tokens.labelSecondary
+            font: Tokens.bodyText
+            horizontalAlignment: Text.AlignHCenter
+            lineHeight: 1.25
+            objectName: "body"
+            text: page.body
+            textFormat: Text.PlainText
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+        Item {
+            height: 8
+            visible: remark.visible
+            width: 1
+        }
+        Text {
+            id: remark
+
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
+            color: Tokens.labelTertiary
+            font: Tokens.systemFont(11.5, Font.Normal)
+            horizontalAlignment: Text.AlignHCenter
+            objectName: "remark"
+            text: page.remark
+            textFormat: Text.PlainText
+            visible: text !== ""
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+    }
+}

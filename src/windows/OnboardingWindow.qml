@@ -1,0 +1,212 @@
+import QtQuick
+import Kelvo
+
+/// The first-run window's view: four pages, with what leads from one to the next below.
+FocusScope {
+    id: root
+
+    required property OnboardingState onboarding
+
+    readonly property int page: onboarding.page
+
+    Accessible.name: "Welcome to Kelvo"
+    Accessible.role: Accessible.Pane
+    LayoutMirroring.childrenInherit: true
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    focus: true
+    implicitHeight: 300
+    implicitWidth: 400
+
+    onPageChanged: {
+        if (!Tokens.reduceMotion) {
+            appear.restart();
+        }
+    }
+
+    component Page: OnboardingPage {
+        anchors.fill: parent
+    }
+    /// The button that leads on. It takes the focus when its page is turned to, and shows it to those who use keys.
+    component MainButton: FilledButton {
+        required property bool isCurrent
+        required property bool showsFocus
+
+        height: 28
+        visible: isCurrent
+
+        Component.onCompleted: focus = isCurrent
+        onIsCurrentChanged: {
+            if (isCurrent) {
+                forceActiveFocus(showsFocus ? Qt.TabFocusReason : Qt.OtherFocusReason);
+            }
+        }
+    }
+
+    Item {
+        id: pages
+
+        /// How the last page was left, for the focus on the next one.
+        property bool turnedByKey: false
+
+        anchors.bottom: bar.top
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+        objectName: "pages"
+
+        Page {
+            body: "Kelvo watches the AI tools you work in and notifies you the moment one is usable again."
+            heading: "Stop checking.\nWe’ll tell you."
+            headingFont: Tokens.tracked(Tokens.heroName, -0.44)
+            objectName: "promise"
+            visible: root.page === OnboardingState.Promise
+
+            KelvoMark {
+                coreColor: Tokens.availableDot
+                objectName: "mark"
+                size: 54
+            }
+        }
+        PrimaryPicker {
+            anchors.fill: parent
+            objectName: "primaryPicker"
+            onboarding: root.onboarding
+            visible: root.page === OnboardingState.PrimaryPicker
+        }
+        Page {
+            body: "One notification when a service you rely on is usable again. Nothing else, ever."
+            heading: "Kelvo needs to notify you"
+            objectName: "permission"
+            visible: root.page === OnboardingState.Permission
+
+            LineSymbol {
+                color: Tokens.labelSecondary
+                height: 38
+                lineWidth: 2.6
+                objectName: "bell"
+                shape: LineSymbol.Bell
+                width: 38
+            }
+        }
+        Page {
+            body: "You can forget about Kelvo now. Look for the ring in your menu bar."
+            heading: "You’re all set"
+            objectName: "complete"
+            remark: root.onboarding.watchingText
+            visible: root.page === OnboardingState.Complete
+
+            LineSymbol {
+                color: Tokens.availableDot
+                height: 38
+                lineWidth: 2.6
+                objectName: "checkmark"
+                shape: LineSymbol.CheckInCircle
+                width: 38
+            }
+        }
+    }
+    NumberAnimation {
+        id: appear
+
+        duration: Tokens.statusSwap.duration
+        easing: Tokens.statusSwap.curve
+        from: 0
+        objectName: "appear"
+        property: "opacity"
+        target: pages
+        to: 1
+    }
+    Item {
+        id: bar
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        height: 55
+
+        PageDots {
+            anchors.left: parent.left
+            anchors.leftMargin: 20
+            anchors.verticalCenter: buttons.verticalCenter
+            count: 4
+            current: root.page
+            objectName: "dots"
+        }
+        Row {
+            id: buttons
+
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 13
+            anchors.right: parent.right
+            anchors.rightMargin: 20
+            spacing: 16
+
+            QuietButton {
+                anchors.verticalCenter: parent.verticalCenter
+                color: Tokens.labelSecondary
+                objectName: "back"
+                title: "Back"
+                visible: root.page === OnboardingState.PrimaryPicker
+
+                onClicked: {
+                    pages.turnedByKey = visualFocus;
+                    root.onboarding.backToPromise();
+                }
+            }
+            QuietButton {
+                anchors.verticalCenter: parent.verticalCenter
+                color: Tokens.labelSecondary
+                objectName: "notNow"
+                title: "Not now"
+                visible: root.page === OnboardingState.Permission
+
+                onClicked: {
+                    pages.turnedByKey = visualFocus;
+                    root.onboarding.skipPermission();
+                }
+            }
+            MainButton {
+                isCurrent: root.page === OnboardingState.Promise
+                objectName: "continueToPicker"
+                showsFocus: pages.turnedByKey
+                title: "Continue"
+
+                onClicked: {
+                    pages.turnedByKey = visualFocus;
+                    root.onboarding.continueToPicker();
+                }
+            }
+            MainButton {
+                enabled: root.onboarding.selected >= 0
+                isCurrent: root.page === OnboardingState.PrimaryPicker
+                objectName: "continueToPermission"
+                showsFocus: pages.turnedByKey
+                title: "Continue"
+
+                onClicked: {
+                    pages.turnedByKey = visualFocus;
+                    root.onboarding.continueToPermission();
+                }
+            }
+            MainButton {
+                isCurrent: root.page === OnboardingState.Permission
+                objectName: "allow"
+                showsFocus: pages.turnedByKey
+                title: "Allow notifications"
+
+                onClicked: {
+                    pages.turnedByKey = visualFocus;
+                    root.onboarding.allowNotifications();
+                }
+            }
+            MainButton {
+                isCurrent: root.page === OnboardingState.Complete
+                objectName: "done"
+                showsFocus: pages.turnedByKey
+                title: "Done"
+
+                onClicked: root.onboarding.finish()
+            }
+        }
+    }
+}

@@ -1,0 +1,29 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kelvo
+
+/// How many pages there are, and which one is shown.
+Row {
+    id: dots
+
+    required property int count
+    required property int current
+
+    Accessible.name: "Page " + (current + 1) + " of " + count
+    Accessible.role: Accessible.StaticText
+    spacing: 6
+
+    Repeater {
+        model: dots.count
+
+        StatusDot {
+            required property int index
+
+            color: index === dots.current ? Tokens.labelSecondary : Qt.alpha(Tokens.primary, 0.18)
+            height: 6
+            objectName: "dot-" + index
+            width: 6
+        }
+    }
+}

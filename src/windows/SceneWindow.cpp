@@ -1,0 +1,114 @@
+#include "windows/SceneWindow.h"
+
+#include <QCoreApplication>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QQuickItem>
+#include <QScreen>
+
+namespace kelvo {
+
+namespace {
+
+/// Columns and rows would know their sizes only at the first frame, and the window would open in a wrong one.
+void layOut(QQuickItem &item)
+{
+    for (auto *child : item.childItems()) {
+        layOut(*child);
+    }
+    item.ensurePolished();
+}
+
+} // namespace
+
+SceneWindow::SceneWindow(ViewEngine &engine, const Appearance &appearance, QString title, QUrl source)
+    : engine_(engine)
+    , tokens_(&appearance)
+    , title_(std::move(title))
+    , source_(std::move(source))
+{
+    connect(&tokens_, &Tokens::changed, this, [this] {
+        if (view_) {
+            view_->setColor(tokens_.window());
+        }
+    });
+}
+
+// Not `Later`, for the event loop may not run again.
+SceneWindow::~SceneWindow()
+{
+    delete view_.release();
+}
+
+void SceneWindow::open()
+{
+    if (!view_) {
+        load();
+    }
+    view_->show();
+    view_->raise();
+    view_->requestActivate();
+}
+
+void SceneWindow::close()
+{
+    if (!view_) {
+        return;
+    }
+    const auto view = std::move(view_);
+    view->removeEventFilter(this);
+    view->hide();
+    Q_EMIT closed();
+}
+
+bool SceneWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        if (handleKey(*static_cast<QKeyEvent *>(event))) {
+            return true;
+        }
+        break;
+    case QEvent::Close:
+        close();
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool SceneWindow::handleKey(const QKeyEvent &event)
+{
+    switch (event.keyCombination().toCombined()) {
+    case (Qt::CTRL | Qt::Key_W).toCombined():
+        close();
+        return true;
+    case (Qt::CTRL | Qt::Key_Q).toCombined():
+        QCoreApplication::quit();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void SceneWindow::load()
+{
+    view_.reset(new QQuickView(&engine_.get(), nullptr));
+    view_->setTitle(title_);
+    view_->setFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint
+                    | Qt::WindowMinimizeButtonHint);
+    view_->setColor(tokens_.window());
+    view_->setResizeMode(QQuickView::SizeRootObjectToView);
+    if (auto *screen = QGuiApplication::screenAt(QCursor::pos())) {
+        view_->setScreen(screen);
+    }
+    view_->setInitialProperties(makeState(view_.get()));
+    view_->setSource(source_);
+    layOut(*view_->rootObject());
+    setSizes(*view_);
+    view_->installEventFilter(this);
+}
+
+} // namespace kelvo

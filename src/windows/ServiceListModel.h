@@ -1,0 +1,53 @@
+#pragma once
+
+#include "model/ServiceID.h"
+
+#include <QAbstractListModel>
+#include <QQmlEngine>
+
+#include <vector>
+
+namespace kelvo {
+
+/// The rows of the services list, in the user's order. An update moves rows rather than making new ones, so that a row
+/// with the keyboard's focus keeps it.
+class ServiceListModel : public QAbstractListModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The settings window's state has one")
+
+public:
+    enum Role {
+        serviceRole = Qt::UserRole, ///< "service": the raw value of its id
+        nameRole,                   ///< "name"
+        isPrimaryRole,              ///< "isPrimary": it is the first one that is watched
+        isOnRole,                   ///< "isOn": it is watched
+    };
+    Q_ENUM(Role)
+
+    struct Row
+    {
+        ServiceID id;
+        bool isPrimary;
+        bool isOn;
+        bool operator==(const Row &) const = default;
+    };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    /// A service may be there more than once.
+    void update(const std::vector<Row> &rows);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+private:
+    void place(const Row &row, int position);
+    void removeRowsFrom(int position);
+
+    std::vector<Row> rows_;
+};
+
+} // namespace kelvo

@@ -1,0 +1,131 @@
+import QtQuick
+import Kelvo
+
+/// A service that can be watched. It is one element for the keyboard and the screen reader: a check box that can be
+/// moved up and down.
+Item {
+    id: row
+
+    required property int index
+    /// The raw value of its id.
+    required property string service
+    required property string name
+    required property bool isPrimary
+    required property bool isOn
+    /// It follows the pointer.
+    property bool isLifted: false
+
+    readonly property alias handle: dragHandle
+    /// The mark of the focus is for those who use keys.
+    property bool isFocusedByMouse: false
+
+    signal toggled
+
+    Accessible.checkable: true
+    Accessible.checked: isOn
+    // Qt gives a check box no value in words.
+    Accessible.description: isOn ? "watched" : "not watched"
+    Accessible.name: isPrimary ? name + ", primary" : name
+    Accessible.role: Accessible.CheckBox
+    activeFocusOnTab: true
+    implicitHeight: 34
+
+    Accessible.onPressAction: toggled()
+    Accessible.onToggleAction: toggled()
+    Keys.onEnterPressed: toggled()
+    Keys.onReturnPressed: toggled()
+    Keys.onSpacePressed: toggled()
+    Keys.onPressed: event => {
+        isFocusedByMouse = false;
+        event.accepted = false;
+    }
+    onActiveFocusChanged: {
+        if (!activeFocus) {
+            isFocusedByMouse = false;
+        }
+    }
+
+    CardRowGround {
+        anchors.fill: parent
+        focused: row.activeFocus && !row.isFocusedByMouse
+        hovered: hover.hovered
+
+        Item {
+            anchors.fill: parent
+            visible: row.isLifted
+            z: -1
+
+            WindowShadow {
+                anchors.fill: parent
+                anchors.margins: -blur
+                blur: 8
+                color: Qt.alpha("black", 0.22)
+            }
+            Rectangle {
+                anchors.fill: parent
+                color: Tokens.hairline
+                radius: 7
+            }
+            Rectangle {
+                anchors.fill: parent
+                anchors.margins: 1
+                color: Tokens.card
+                objectName: "lifted"
+                radius: 6
+            }
+        }
+    }
+    Item {
+        anchors.fill: parent
+
+        DragHandle {
+            id: dragHandle
+
+            anchors.bottom: parent.bottom
+            anchors.left: parent.left
+            anchors.leftMargin: 2
+            anchors.top: parent.top
+            objectName: "handle"
+        }
+        Text {
+            id: nameText
+
+            anchors.left: dragHandle.right
+            anchors.verticalCenter: parent.verticalCenter
+            color: Tokens.labelPrimary
+            elide: Text.ElideRight
+            font: Tokens.row
+            horizontalAlignment: Text.AlignLeft
+            objectName: "name"
+            text: row.name
+            textFormat: Text.PlainText
+            width: Math.min(implicitWidth, row.width - dragHandle.width - checkbox.width - 16 - (primary.visible ? primary.width + primary.anchors.leftMargin : 0))
+        }
+        CapsTag {
+            id: primary
+
+            anchors.left: nameText.right
+            anchors.leftMargin: 8
+            anchors.verticalCenter: nameText.verticalCenter
+            color: Tokens.link
+            objectName: "primaryTag"
+            title: "Primary"
+            visible: row.isPrimary
+        }
+        Checkbox {
+            id: checkbox
+
+            anchors.right: parent.right
+            anchors.rightMargin: 12 - reach
+            anchors.verticalCenter: parent.verticalCenter
+            isOn: row.isOn
+            objectName: "checkbox"
+
+            onClicked: row.toggled()
+        }
+    }
+
+    HoverHandler {
+        id: hover
+    }
+}

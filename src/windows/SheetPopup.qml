@@ -1,0 +1,78 @@
+import QtQuick
+import QtQuick.Templates as T
+import Kelvo
+
+/// Puts the sheet of a channel over its window. Nothing behind it can be reached until it closes.
+T.Popup {
+    id: popup
+
+    required property SettingsState settings
+    required property ChannelSheetState sheet
+
+    /// Where the focus was, and is again afterwards.
+    property Item formerFocus: null
+    property bool formerFocusWasShown: false
+
+    anchors.centerIn: T.Overlay.overlay
+    closePolicy: T.Popup.CloseOnEscape
+    dim: true
+    focus: true
+    height: contentItem.implicitHeight
+    modal: true
+    parent: T.Overlay.overlay
+    width: contentItem.implicitWidth
+
+    T.Overlay.modal: Rectangle {
+        color: Qt.alpha("black", 0.32)
+        objectName: "dim"
+    }
+    background: Item {
+        WindowShadow {
+            anchors.fill: parent
+            anchors.bottomMargin: -blur - 8
+            anchors.margins: -blur
+            anchors.topMargin: -blur + 8
+            blur: 24
+            color: Tokens.shadow
+        }
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: -1
+            color: Tokens.hairline
+            radius: 13
+        }
+        Rectangle {
+            anchors.fill: parent
+            color: Tokens.window
+            radius: 12
+        }
+    }
+    contentItem: ChannelSheet {
+        focus: true
+        objectName: "channelSheet"
+        sheet: popup.sheet
+
+        onDone: popup.close()
+    }
+    enter: Transition {
+        NumberAnimation {
+            duration: Tokens.reduceMotion ? 0 : 180
+            easing: Tokens.statusSwap.curve
+            from: 0
+            property: "opacity"
+            to: 1
+        }
+    }
+
+    Component.onCompleted: open()
+    onAboutToShow: {
+        formerFocus = parent.Window.activeFocusItem;
+        formerFocusWasShown = (formerFocus as T.Control)?.visualFocus ?? false;
+    }
+    onClosed: {
+        if (formerFocus) {
+            formerFocus.forceActiveFocus(formerFocusWasShown ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        }
+        settings.dismissSheet();
+    }
+}

@@ -1,0 +1,111 @@
+import QtQuick
+import QtQuick.Templates as T
+import Kelvo
+
+/// A titled switch with a line of explanation under it. It shows what it is told to; `flipped` says what the user wants.
+T.CheckBox {
+    id: row
+
+    required property string title
+    /// Shown beside the title when there is one.
+    property string tag: ""
+    required property string subtitle
+    required property bool isOn
+
+    signal flipped(bool on)
+
+    function flip() {
+        flipped(!isOn);
+    }
+
+    Accessible.description: subtitle
+    Accessible.name: title
+    bottomPadding: 9
+    checkState: isOn ? Qt.Checked : Qt.Unchecked
+    hoverEnabled: true
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    leftPadding: 12
+    // What was wished for need not come true.
+    nextCheckState: () => {
+        flip();
+        return isOn ? Qt.Checked : Qt.Unchecked;
+    }
+    rightPadding: 12
+    text: title
+    topPadding: 9
+
+    background: CardRowGround {
+        down: row.down
+        focused: row.visualFocus
+        hovered: row.hovered
+    }
+    contentItem: Item {
+        implicitHeight: Math.max(texts.height, mark.height)
+
+        Column {
+            id: texts
+
+            anchors.left: parent.left
+            anchors.right: mark.left
+            anchors.rightMargin: 16
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 1
+
+            Row {
+                id: titleLine
+
+                spacing: 8
+                width: parent.width
+
+                Text {
+                    id: titleText
+
+                    color: row.enabled ? Tokens.labelPrimary : Tokens.labelTertiary
+                    font: Tokens.row
+                    horizontalAlignment: Text.AlignLeft
+                    objectName: "title"
+                    text: row.title
+                    textFormat: Text.PlainText
+                    width: Math.min(implicitWidth, titleLine.width - (tagText.visible ? tagText.width + titleLine.spacing : 0))
+                    wrapMode: Text.Wrap
+                }
+                CapsTag {
+                    id: tagText
+
+                    anchors.baseline: titleText.baseline
+                    color: Tokens.labelTertiary
+                    objectName: "tag"
+                    title: row.tag
+                    visible: row.tag !== ""
+                }
+            }
+            Text {
+                color: row.enabled ? Tokens.labelSecondary : Tokens.labelTertiary
+                font: Tokens.systemFont(11.5, Font.Normal)
+                horizontalAlignment: Text.AlignLeft
+                objectName: "subtitle"
+                text: row.subtitle
+                textFormat: Text.PlainText
+                width: parent.width
+                wrapMode: Text.Wrap
+            }
+        }
+        SwitchMark {
+            id: mark
+
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            isOn: row.isOn
+            objectName: "switch"
+            opacity: row.enabled ? 1 : 0.5
+        }
+    }
+
+    Accessible.onPressAction: flip()
+    Accessible.onToggleAction: flip()
+    Keys.onEnterPressed: flip()
+    Keys.onReturnPressed: flip()
+
+    CardRowRule {
+    }
+}

@@ -1,0 +1,45 @@
+import QtQuick
+import Kelvo
+
+/// A label and a value that only the program changes.
+Item {
+    id: row
+
+    required property string label
+    required property string value
+
+    Accessible.name: label + ": " + value
+    Accessible.role: Accessible.StaticText
+    implicitHeight: Math.max(31, valueText.height + 12)
+
+    Text {
+        id: labelText
+
+        anchors.left: parent.left
+        anchors.leftMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        color: Tokens.labelPrimary
+        font: Tokens.row
+        objectName: "label"
+        text: row.label
+        textFormat: Text.PlainText
+    }
+    Text {
+        id: valueText
+
+        anchors.left: labelText.right
+        anchors.leftMargin: 12
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        color: Tokens.labelSecondary
+        font: Tokens.row
+        horizontalAlignment: Text.AlignRight
+        objectName: "value"
+        text: row.value
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+    }
+    CardRowRule {
+    }
+}

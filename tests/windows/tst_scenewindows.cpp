@@ -1,0 +1,240 @@
+#include "windows/ViewScene.h"
+
+#include "windows/OnboardingSceneWindow.h"
+#include "windows/SettingsWindow.h"
+
+#include <QPointer>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+namespace {
+
+struct Desktop
+{
+    Desktop() { appearance.still = true; }
+
+    FakeAppearance appearance;
+    ViewEngine engine{appearance};
+    Tokens tokens{&appearance};
+    Stores stores{{ServiceID::claude}};
+    SettingsWindow settings{stores.settings, stores.notifier, engine, appearance};
+    OnboardingSceneWindow onboarding{stores.settings, stores.notifier, engine, appearance};
+};
+
+void click(QQuickView *view, const QString &name)
+{
+    auto *item = findItem(view->contentItem(), name);
+    QVERIFY(item);
+    QTest::mouseClick(view, Qt::LeftButton, {}, item->mapToScene({item->width() / 2, item->height() / 2}).toPoint());
+}
+
+} // namespace
+
+class SceneWindowsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // What the offscreen platform cannot do is no fault of the windows.
+    void init() { QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support raise)"_s)); }
+
+    void settingsOpenAsHighAsTheirContentOrTheScreen();
+    void onboardingHasOneSize();
+    void openingTwiceKeepsTheWindow();
+    void closingReleasesTheScene();
+    void closingWithASheetOpenReleasesItAll();
+    void theDesktopCanClose();
+    void controlWCloses();
+    void controlQQuits();
+    void theGroundFollowsTheAppearance();
+    void showOnboardingAgainIsToldByTheWindow();
+    void doneClosesTheFirstRunWindow();
+    void closedOtherwiseItWasNotDone();
+    void eachOpeningBeginsAtTheFirstPage();
+    void aProgramCanEndWithItsWindowsOpen();
+};
+
+void SceneWindowsTest::settingsOpenAsHighAsTheirContentOrTheScreen()
+{
+    Desktop desktop;
+    desktop.settings.open();
+    auto *view = desktop.settings.view();
+    QVERIFY(QTest::qWaitForWindowActive(view));
+    const int content = qCeil(view->rootObject()->implicitHeight());
+    const int room = QGuiApplication::primaryScreen()->availableGeometry().height() - 40;
+    QCOMPARE(view->title(), u"Kelvo Settings"_s);
+    QCOMPARE(view->size(), QSize(400, std::min(content, room)));
+    QCOMPARE(view->minimumSize(), QSize(400, std::min(560, room)));
+    QCOMPARE(view->maximumSize(), QSize(400, content));
+    QVERIFY(view->flags().testFlag(Qt::WindowCloseButtonHint));
+    QVERIFY(!view->flags().testFlag(Qt::FramelessWindowHint));
+    // What was known before the first frame was right.
+    settle();
+    QCOMPARE(qCeil(view->rootObject()->implicitHeight()), content);
+}
+
+void SceneWindowsTest::onboardingHasOneSize()
+{
+    Desktop desktop;
+    desktop.onboarding.open();
+    auto *view = desktop.onboarding.view();
+    QCOMPARE(view->title(), u"Welcome to Kelvo"_s);
+    QCOMPARE(view->size(), QSize(400, 300));
+    QCOMPARE(view->minimumSize(), QSize(400, 300));
+    QCOMPARE(view->maximumSize(), QSize(400, 300));
+}
+
+void SceneWindowsTest::openingTwiceKeepsTheWindow()
+{
+    Desktop desktop;
+    desktop.settings.open();
+    const auto *view = desktop.settings.view();
+    desktop.settings.open();
+    QCOMPARE(desktop.settings.view(), view);
+}
+
+void SceneWindowsTest::closingReleasesTheScene()
+{
+    Desktop desktop;
+    QSignalSpy closed(&desktop.settings, &SceneWindow::closed);
+    desktop.settings.open();
+    QPointer view = desktop.settings.view();
+    QPointer root = view->rootObject();
+    QPointer state = view->findChild<SettingsState *>();
+    QVERIFY(state);
+    desktop.settings.close();
+    QVERIFY(!desktop.settings.isOpen());
+    QCOMPARE(closed.count(), 1);
+    settle();
+    QVERIFY(!view);
+    QVERIFY(!root);
+    QVERIFY(!state);
+    desktop.settings.open();
+    QVERIFY(desktop.settings.isOpen());
+}
+
+void SceneWindowsTest::closingWithASheetOpenReleasesItAll()
+{
+    Desktop desktop;
+    desktop.settings.open();
+    QPointer view = desktop.settings.view();
+    view->findChild<SettingsState *>()->tapChannel(u"slack"_s);
+    settle();
+    QVERIFY(findItem(view->contentItem(), u"channelSheet"_s));
+    QTest::keyClick(view, Qt::Key_W, Qt::ControlModifier);
+    settle();
+    QVERIFY(!view);
+}
+
+void SceneWindowsTest::theDesktopCanClose()
+{
+    Desktop desktop;
+    QSignalSpy closed(&desktop.onboarding, &SceneWindow::closed);
+    desktop.onboarding.open();
+    desktop.onboarding.view()->close();
+    QVERIFY(!desktop.onboarding.isOpen());
+    QCOMPARE(closed.count(), 1);
+    settle();
+}
+
+void SceneWindowsTest::controlWCloses()
+{
+    Desktop desktop;
+    desktop.settings.open();
+    QVERIFY(QTest::qWaitForWindowActive(desktop.settings.view()));
+    QTest::keyClick(desktop.settings.view(), Qt::Key_W, Qt::ControlModifier);
+    QVERIFY(!desktop.settings.isOpen());
+}
+
+void SceneWindowsTest::controlQQuits()
+{
+    Desktop desktop;
+    desktop.settings.open();
+    QVERIFY(QTest::qWaitForWindowActive(desktop.settings.view()));
+    QTimer::singleShot(0, &desktop.settings,
+                       [&] { QTest::keyClick(desktop.settings.view(), Qt::Key_Q, Qt::ControlModifier); });
+    QTimer giveUp;
+    giveUp.callOnTimeout([] { QCoreApplication::exit(1); });
+    giveUp.start(std::chrono::seconds(5));
+    QCOMPARE(QCoreApplication::exec(), 0);
+}
+
+void SceneWindowsTest::theGroundFollowsTheAppearance()
+{
+    Desktop desktop;
+    desktop.onboarding.open();
+    QCOMPARE(desktop.onboarding.view()->color(), QColor(0xf5, 0xf5, 0xf7));
+    desktop.appearance.setDark(true);
+    QCOMPARE(desktop.onboarding.view()->color(), QColor(0x1e, 0x1e, 0x20));
+}
+
+void SceneWindowsTest::showOnboardingAgainIsToldByTheWindow()
+{
+    Desktop desktop;
+    QSignalSpy asked(&desktop.settings, &SettingsWindow::onboardingRequested);
+    desktop.settings.open();
+    desktop.settings.view()->findChild<SettingsState *>()->showOnboarding();
+    QCOMPARE(asked.count(), 1);
+}
+
+void SceneWindowsTest::doneClosesTheFirstRunWindow()
+{
+    Desktop desktop;
+    desktop.onboarding.open();
+    auto *view = desktop.onboarding.view();
+    QVERIFY(QTest::qWaitForWindowActive(view));
+    for (const auto &button : {u"continueToPicker"_s, u"continueToPermission"_s, u"notNow"_s, u"done"_s}) {
+        QVERIFY(desktop.onboarding.isOpen());
+        click(view, button);
+        if (desktop.onboarding.isOpen()) {
+            settle();
+        }
+    }
+    QVERIFY(!desktop.onboarding.isOpen());
+    QVERIFY(desktop.stores.settings.hasOnboarded());
+    settle();
+}
+
+void SceneWindowsTest::closedOtherwiseItWasNotDone()
+{
+    Desktop desktop;
+    desktop.onboarding.open();
+    desktop.onboarding.close();
+    QVERIFY(!desktop.stores.settings.hasOnboarded());
+    QVERIFY(!desktop.stores.preferences.contains(u"hasOnboarded"_s));
+}
+
+void SceneWindowsTest::eachOpeningBeginsAtTheFirstPage()
+{
+    Desktop desktop;
+    desktop.onboarding.open();
+    desktop.onboarding.view()->findChild<OnboardingState *>()->continueToPicker();
+    desktop.onboarding.close();
+    desktop.stores.settings.setPrimary(ServiceID::cursor);
+    desktop.onboarding.open();
+    const auto *state = desktop.onboarding.view()->findChild<OnboardingState *>();
+    QCOMPARE(state->page(), OnboardingState::Promise);
+    QCOMPARE(state->selected(), 2);
+}
+
+void SceneWindowsTest::aProgramCanEndWithItsWindowsOpen()
+{
+    QPointer<QQuickView> view;
+    {
+        Desktop desktop;
+        desktop.settings.open();
+        desktop.onboarding.open();
+        view = desktop.settings.view();
+    }
+    QVERIFY(!view);
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::SceneWindowsTest)
+#include "tst_scenewindows.moc"
