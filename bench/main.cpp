@@ -10,7 +10,9 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -131,6 +133,16 @@ std::unique_ptr<ProxiedProcess> startBareRequests(World &world)
 
 // ---- Start to ring ----
 
+/// The introduction of a fresh account is no part of the start.
+void writeOnboarded(const QTemporaryDir &configuration)
+{
+    QDir(configuration.path()).mkdir(u"Kelvo"_s);
+    QFile file(configuration.filePath(u"Kelvo/Kelvo.conf"_s));
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write("[General]\nhasOnboarded=true\n");
+    }
+}
+
 double startToRing(const QString &program)
 {
     QTemporaryDir configuration;
@@ -139,6 +151,7 @@ double startToRing(const QString &program)
     QProcess process;
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"XDG_CONFIG_HOME"_s, configuration.path());
+    writeOnboarded(configuration);
     process.setProcessEnvironment(environment);
     QElapsedTimer elapsed;
     elapsed.start();
@@ -247,6 +260,7 @@ QList<Figure> measureAlert()
         KelvoProcess kelvo(world.internet);
         kelvo.setEnvironment(u"DBUS_SYSTEM_BUS_ADDRESS"_s, world.systemBus.address());
         kelvo.setEnvironment(u"DBUS_SESSION_BUS_ADDRESS"_s, sessionBus.address());
+        kelvo.writeSettings("[General]\nhasOnboarded=true\n");
         // Claude alone, as in a fresh account: what else a round fetches at the same time is not the alert's road.
         kelvo.start();
         waitUntil("the first answer", [&] { return !world.internet.requests().isEmpty(); });

@@ -92,9 +92,10 @@ int main(int argc, char *argv[])
 
     SimulatedInternet internet;
     internet.setEndedIncidents(500);
-    Composition composition(simulatedBoundaries(internet));
-    auto &platform = composition.platform();
-    KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), *platform.appearance, *platform.statusItem);
+    auto boundaries = simulatedBoundaries(internet);
+    KelvoApp::showFirstRing(*boundaries.platform.statusItem, *boundaries.platform.appearance);
+    Composition composition(std::move(boundaries));
+    KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), NotifierStore::shared(), composition.platform());
 
     Story story(internet, StatusStore::shared(), watch, QDir(pictures.path()));
     QObject::connect(&story, &Story::ended, &application, [&](const QString &complaint) {

@@ -31,7 +31,7 @@ int main(int argc, char *argv[])
     auto boundaries = makeBoundaries();
     KelvoApp::showFirstRing(*boundaries.platform.statusItem, *boundaries.platform.appearance);
     Composition composition(std::move(boundaries));
-    auto &platform = composition.platform();
-    KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), *platform.appearance, *platform.statusItem);
+    KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), NotifierStore::shared(), composition.platform());
+    QObject::connect(instance.get(), &SingleInstance::activationRequested, &kelvo, &KelvoApp::openPopover);
     return QApplication::exec();
 }

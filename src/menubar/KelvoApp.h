@@ -1,9 +1,13 @@
 #pragma once
 
+#include "menubar/PopoverWindow.h"
+#include "menubar/WindowOpener.h"
 #include "monitor/StatusStore.h"
-#include "platform/Appearance.h"
-#include "platform/StatusItem.h"
+#include "platform/Platform.h"
 #include "settings/SettingsStore.h"
+#include "style/ViewEngine.h"
+#include "windows/OnboardingSceneWindow.h"
+#include "windows/SettingsWindow.h"
 
 #include <QMenu>
 #include <QObject>
@@ -12,21 +16,27 @@
 
 namespace kelvo {
 
-/// The root of the user interface: the ring in the tray or menu bar, with its tooltip and menu.
+/// The root of the user interface. Three scenes: the ring in the tray or menu bar with its popover, the settings window,
+/// and the first-run window, which opens by itself until the user has been through it once.
 class KelvoApp : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Shows the ring as soon as there is a place for it.
-    KelvoApp(StatusStore &store, SettingsStore &settings, Appearance &appearance, StatusItem &statusItem);
+    /// Shows the ring as soon as there is a place for it. Everything must outlive this.
+    KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform);
     ~KelvoApp() override;
 
     /// Shows the ring before anything is known. To be called before the stores are made: their first requests load the
     /// libraries for TLS, which takes longer than all the rest of the start.
     static void showFirstRing(StatusItem &statusItem, const Appearance &appearance);
 
+    void openPopover();
+    void openSettings();
+    void openOnboarding();
+
 private:
+    void makeMenu();
     void updateStatusItem();
     void updateIcon();
     void updateToolTip();
@@ -41,6 +51,11 @@ private:
     StatusStore &store_;
     Appearance &appearance_;
     StatusItem &statusItem_;
+    ViewEngine engine_;
+    PopoverWindow popover_;
+    SettingsWindow settingsWindow_;
+    OnboardingSceneWindow onboardingWindow_;
+    WindowOpener opener_;
     QMenu menu_;
     std::optional<Shown> shown_;
     QString toolTip_;

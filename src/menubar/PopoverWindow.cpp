@@ -5,6 +5,7 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QQuickItem>
@@ -74,8 +75,7 @@ bool PopoverWindow::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::KeyPress:
-        if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
-            close();
+        if (handleKey(*static_cast<QKeyEvent *>(event))) {
             return true;
         }
         break;
@@ -93,6 +93,25 @@ bool PopoverWindow::eventFilter(QObject *watched, QEvent *event)
         break;
     }
     return QObject::eventFilter(watched, event);
+}
+
+bool PopoverWindow::handleKey(const QKeyEvent &event)
+{
+    switch (event.keyCombination().toCombined()) {
+    case Qt::Key_Escape:
+    case (Qt::CTRL | Qt::Key_W).toCombined():
+        close();
+        return true;
+    case (Qt::CTRL | Qt::Key_Comma).toCombined():
+        close();
+        Q_EMIT settingsRequested();
+        return true;
+    case (Qt::CTRL | Qt::Key_Q).toCombined():
+        QCoreApplication::quit();
+        return true;
+    default:
+        return false;
+    }
 }
 
 void PopoverWindow::load()

@@ -10,6 +10,8 @@
 
 #include <memory>
 
+class QKeyEvent;
+
 namespace kelvo {
 
 /// The popover on the screen. Its views are loaded at the first opening and kept from then on.
@@ -46,6 +48,7 @@ private:
     static constexpr std::chrono::milliseconds clickTime{400};
 
     bool eventFilter(QObject *watched, QEvent *event) override;
+    bool handleKey(const QKeyEvent &event);
     void load();
     void openBeside(const QRect &anchor);
     void closeForLostFocus();

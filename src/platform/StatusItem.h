@@ -2,6 +2,7 @@
 
 #include <QIcon>
 #include <QObject>
+#include <QRect>
 #include <QString>
 
 class QMenu;
@@ -22,6 +23,8 @@ public:
     virtual void setToolTip(const QString &text) = 0;
     /// The menu of the item's right click (on some desktops of any click). Not owned; must outlive the item.
     virtual void setMenu(QMenu *menu) = 0;
+    /// Where the item is on the screen; empty where the bar does not tell.
+    virtual QRect geometry() const = 0;
     /// Shows the item from now on.
     virtual void show() = 0;
 

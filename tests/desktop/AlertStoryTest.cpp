@@ -97,7 +97,7 @@ QList<SimulatedRequest> AlertStoryTest::pageRequests() const
 
 void AlertStoryTest::anOutageEndsInOneAlertHereAndOnSlack()
 {
-    kelvo_->writeSettings("[General]\n"
+    kelvo_->writeSettings("[General]\nhasOnboarded=true\n"
                           "enabledServices=claude, cursor, gemini\n"
                           "armedChannel=slack\n"
                           "slackWebhookURL=https://hooks.slack.com/services/T0/B0/secret\n");
@@ -146,7 +146,7 @@ void AlertStoryTest::anOutageEndsInOneAlertHereAndOnSlack()
 
 void AlertStoryTest::anAlertGoesToTelegram()
 {
-    kelvo_->writeSettings("[General]\n"
+    kelvo_->writeSettings("[General]\nhasOnboarded=true\n"
                           "armedChannel=telegram\n"
                           "telegramBotToken=123:abc\n"
                           "telegramChatID=-100200\n");

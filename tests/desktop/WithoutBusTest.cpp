@@ -20,7 +20,7 @@ void WithoutBusTest::theProgramWatchesAndTellsSlackAllTheSame()
     SimulatedInternet internet;
     internet.setComponent(StatusPage::Claude, u"claude.ai"_s, u"major_outage"_s);
     KelvoProcess kelvo(internet);
-    kelvo.writeSettings("[General]\n"
+    kelvo.writeSettings("[General]\nhasOnboarded=true\n"
                         "armedChannel=slack\n"
                         "outageAlertsEnabled=true\n"
                         "slackWebhookURL=https://hooks.slack.com/services/T0/B0/secret\n");

@@ -80,6 +80,11 @@ void TrayStatusItem::setMenu(QMenu *menu)
     }
 }
 
+QRect TrayStatusItem::geometry() const
+{
+    return item_ ? item_->geometry() : QRect();
+}
+
 void TrayStatusItem::show()
 {
     if (shown_) {

@@ -28,6 +28,7 @@ public:
     void setIcon(const QIcon &icon) override;
     void setToolTip(const QString &text) override;
     void setMenu(QMenu *menu) override;
+    QRect geometry() const override;
     void show() override;
 
 private Q_SLOTS:

@@ -17,6 +17,7 @@ public:
     void setIcon(const QIcon &icon) override;
     void setToolTip(const QString &text) override;
     void setMenu(QMenu *menu) override;
+    QRect geometry() const override { return icon_.geometry(); }
     void show() override;
 
 Q_SIGNALS:
