@@ -1,4 +1,5 @@
 #include "Composition.h"
+#include "Version.h"
 #include "menubar/KelvoApp.h"
 #include "platform/Platform.h"
 #include "platform/SingleInstance.h"
@@ -15,7 +16,7 @@ int main(int argc, char *argv[])
     QApplication::setOrganizationName(u"Kelvo"_s);
     QApplication::setOrganizationDomain(u"kelvo.app"_s);
     QApplication::setApplicationName(u"Kelvo"_s);
-    QApplication::setApplicationVersion(QStringLiteral(KELVO_VERSION));
+    QApplication::setApplicationVersion(QLatin1StringView(version));
     QApplication::setDesktopFileName(u"app.kelvo.Kelvo"_s);
     QApplication::setQuitOnLastWindowClosed(false);
     quitOnTerminationSignals(application);

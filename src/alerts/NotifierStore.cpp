@@ -47,7 +47,11 @@ void NotifierStore::send(const QString &title, const QString &body)
     if (center_.canServeThisProcess()) {
         center_.add({QUuid::createUuid().toString(QUuid::WithoutBraces), title, body});
     }
-    post(title + ". "_L1 + body, settings_.armedChannel());
+    // On the next turn, so that the post takes the address or token that then holds: whoever sends may be about to
+    // change it.
+    QMetaObject::invokeMethod(
+        this, [this, text = title + ". "_L1 + body, channel = settings_.armedChannel()] { post(text, channel); },
+        Qt::QueuedConnection);
 }
 
 QFuture<void> NotifierStore::sendTest(RemoteChannel channel)

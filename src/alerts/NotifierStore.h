@@ -34,7 +34,8 @@ public:
     void refreshAuthorization();
     /// Asks the user for the permission, where the system has such a question, and reads it again.
     QFuture<void> requestAuthorization();
-    /// Delivers one alert and returns at once. A failed delivery is dropped.
+    /// Delivers one alert and returns at once. A failed delivery is dropped. The post to the channel that is armed now
+    /// begins on the next turn of the event loop, with that channel's details as they are then.
     void send(const QString &title, const QString &body);
     /// Sends the test message over one remote channel, armed or not, and sets `lastTestResult`.
     QFuture<void> sendTest(RemoteChannel channel);

@@ -64,8 +64,8 @@ QRectF square(double halfSide)
     return {-halfSide, -halfSide, 2 * halfSide, 2 * halfSide};
 }
 
-// The painter flattens curves to within a fraction of a device pixel, and always to the inner side, which at these sizes
-// costs the glyph three per cent of its weight. So it is given finely flattened outlines to fill.
+// The painter flattens curves to within a fraction of a device pixel, and always to the inner side, which at these
+// sizes costs the glyph three per cent of its weight. So it is given finely flattened outlines to fill.
 constexpr double fineness = 64.0;
 
 QPainterPath flattened(const QPainterPath &path)
@@ -115,8 +115,8 @@ void draw(QPainter &painter, const QRectF &rect, RingState state, bool onDarkBar
 }
 
 // Mode and state of the icon are ignored throughout: the ring carries its own colours and is never tinted.
-// `scaledPixmap` is left to the base class, which comes back to `pixmap` with the size in device pixels; what it is given
-// itself is device pixels before Qt 6.8 and device-independent pixels from then on.
+// `scaledPixmap` is left to the base class, which comes back to `pixmap` with the size in device pixels; what it is
+// given itself is device pixels before Qt 6.8 and device-independent pixels from then on.
 class Engine : public QIconEngine
 {
 public:

@@ -57,8 +57,7 @@ const Service &Service::by(ServiceID id)
 
 size_t qHash(const Service &service, size_t seed)
 {
-    const size_t source = std::visit([seed](const auto &s) { return qHash(s, seed); }, service.source);
-    return qHashMulti(seed, service.id, service.name, service.source.index(), source, service.probeURL);
+    return qHashMulti(seed, service.id, service.name, service.source, service.probeURL);
 }
 
 } // namespace kelvo

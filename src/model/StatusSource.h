@@ -38,4 +38,9 @@ inline size_t qHash(const GoogleDashboardSource &source, size_t seed = 0)
     return qHashMulti(seed, source.product);
 }
 
+inline size_t qHash(const StatusSource &source, size_t seed = 0)
+{
+    return qHashMulti(seed, source.index(), std::visit([](const auto &payload) { return qHash(payload); }, source));
+}
+
 } // namespace kelvo

@@ -3,6 +3,7 @@
 #include "sources/JsonDocument.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace kelvo::GoogleIncidentFeed {
 
@@ -10,11 +11,24 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool isArrayOfObjects(simdjson::dom::element element)
+using Objects = std::vector<simdjson::dom::object>;
+
+/// Nothing when `element` is no array, or something else than an object is in it.
+std::optional<Objects> arrayOfObjects(simdjson::dom::element element)
 {
     simdjson::dom::array array;
-    return element.get(array) == simdjson::SUCCESS
-        && std::all_of(array.begin(), array.end(), [](simdjson::dom::element item) { return item.is_object(); });
+    if (element.get(array) != simdjson::SUCCESS) {
+        return std::nullopt;
+    }
+    Objects objects;
+    for (const auto item : array) {
+        simdjson::dom::object object;
+        if (item.get(object) != simdjson::SUCCESS) {
+            return std::nullopt;
+        }
+        objects.push_back(object);
+    }
+    return objects;
 }
 
 /// Whether the key is there, whatever its value: an "end" of null ends an incident too.
@@ -25,14 +39,13 @@ bool has(simdjson::dom::object object, std::string_view key)
 
 bool affects(simdjson::dom::object incident, const QString &product)
 {
-    simdjson::dom::element products;
-    if (incident.at_key("affected_products").get(products) != simdjson::SUCCESS || !isArrayOfObjects(products)) {
+    simdjson::dom::element element;
+    if (incident.at_key("affected_products").get(element) != simdjson::SUCCESS) {
         return false;
     }
-    const auto list = products.get_array().value_unsafe();
-    return std::any_of(list.begin(), list.end(), [&](simdjson::dom::element item) {
-        return textAt(item.get_object().value_unsafe(), "title") == product;
-    });
+    const auto products = arrayOfObjects(element).value_or(Objects{});
+    return std::any_of(products.begin(), products.end(),
+                       [&](simdjson::dom::object item) { return textAt(item, "title") == product; });
 }
 
 StatusReading judge(simdjson::dom::object incident)
@@ -48,11 +61,11 @@ StatusReading judge(simdjson::dom::object incident)
 std::optional<StatusReading> reading(QByteArrayView body, const QString &product)
 {
     const auto document = JsonDocument::parse(body);
-    if (!document || !isArrayOfObjects(document->root())) {
+    const auto incidents = document ? arrayOfObjects(document->root()) : std::nullopt;
+    if (!incidents) {
         return std::nullopt;
     }
-    for (const auto item : document->root().get_array().value_unsafe()) {
-        const auto incident = item.get_object().value_unsafe();
+    for (const auto &incident : *incidents) {
         if (!has(incident, "end") && affects(incident, product)) {
             return judge(incident);
         }

@@ -8,6 +8,9 @@ std::optional<JsonDocument> JsonDocument::parse(QByteArrayView bytes)
     if (bytes.startsWith(byteOrderMark)) {
         bytes = bytes.sliced(byteOrderMark.size());
     }
+    if (bytes.isEmpty()) {
+        return std::nullopt; // which may have no memory at all, and the parser copies from it
+    }
     JsonDocument document;
     if (document.parser_->parse(bytes.data(), static_cast<size_t>(bytes.size())).get(document.root_)
         != simdjson::SUCCESS) {

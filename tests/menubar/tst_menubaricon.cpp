@@ -60,7 +60,8 @@ QImage draw(const Look &look, int side, double scale = 1.0)
     return draw(look, QSize(side, side), scale);
 }
 
-// The point of a square picture at an angle (anticlockwise, from three o'clock) and a distance from the centre in the grid.
+// The point of a square picture at an angle (degrees, anticlockwise, from three o’clock) and a distance from the centre
+// in the grid.
 QPoint at(const QImage &image, double degrees, double units)
 {
     const double angle = degrees * std::numbers::pi / 180.0;
@@ -166,8 +167,8 @@ private Q_SLOTS:
     {
         const QImage image = scaledLook(32);
         for (const double degrees : {45.0, 135.0, 225.0, 315.0}) {
-            QCOMPARE(image.pixel(at(image, degrees, 21)), 0U); // the corners
-            QCOMPARE(image.pixel(at(image, degrees, 15)), 0U); // outside the ring
+            QCOMPARE(image.pixel(at(image, degrees, 21)), 0U);  // the corners
+            QCOMPARE(image.pixel(at(image, degrees, 15)), 0U);  // outside the ring
             QCOMPARE(image.pixel(at(image, degrees, 7.5)), 0U); // between dot and ring
         }
     }
@@ -177,7 +178,7 @@ private Q_SLOTS:
     {
         const QImage image = scaledLook(64);
         QCOMPARE(image.pixel(at(image, gapMiddle, ringRadius)), 0U);
-        QCOMPARE(image.pixel(at(image, 180 - gapMiddle, ringRadius)), look().label); // as far on the other side of twelve
+        QCOMPARE(image.pixel(at(image, 180 - gapMiddle, ringRadius)), look().label); // the other side
     }
 
     void gapShowsAtMenuBarSize()
@@ -332,16 +333,13 @@ private Q_SLOTS:
         QVERIFY(!ring.isMask());
     }
 
-    void emptySizeGivesNoPixmap()
-    {
-        QVERIFY(icon(looks.front()).pixmap(QSize(0, 18)).isNull());
-    }
+    void emptySizeGivesNoPixmap() { QVERIFY(icon(looks.front()).pixmap(QSize(0, 18)).isNull()); }
 
     void copyThatDetachedDrawsTheSame()
     {
         QIcon copy = icon(looks.back());
         const QIcon original = copy;
-        copy.setIsMask(false); // detaches
+        copy.setIsMask(true); // detaches
         QVERIFY(copy.cacheKey() != original.cacheKey());
         QCOMPARE(copy.pixmap(QSize(32, 32), 1.0).toImage(), original.pixmap(QSize(32, 32), 1.0).toImage());
     }

@@ -94,7 +94,7 @@ QString Golden::difference(const QImage &actual, const QString &name, GoldenTole
 QString Golden::reject(const QString &reason, const QImage &actual, const QString &name, const QImage &diff) const
 {
     const bool written = QDir().mkpath(failures_) && actual.save(picture(failures_, name))
-                         && (diff.isNull() || diff.save(diffPicture(failures_, name)));
+        && (diff.isNull() || diff.save(diffPicture(failures_, name)));
     return u"%1: %2; %3 %4"_s.arg(name, reason, written ? u"see"_s : u"could not write to"_s, failures_);
 }
 

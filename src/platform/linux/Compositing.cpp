@@ -4,6 +4,7 @@
 
 #include <xcb/xcb.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -27,7 +28,7 @@ bool isCompositing()
     if (!connection) {
         return true; // Wayland always does
     }
-    const auto atomCookie = xcb_intern_atom(connection, false, compositorSelection.size(), compositorSelection.data());
+    const auto atomCookie = xcb_intern_atom(connection, false, static_cast<std::uint16_t>(compositorSelection.size()), compositorSelection.data());
     const Owned<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(connection, atomCookie, nullptr), &std::free);
     if (!atom) {
         return false;

@@ -4,8 +4,8 @@
 
 namespace kelvo {
 
-/// The kernel's clock that counts through suspend. A pending call costs one file descriptor and no wake-up before it is
-/// due. Where there is no descriptor left, a call waits on an ordinary timer instead, which stands still during suspend.
+/// The kernel's clock that counts through suspend. A pending call costs one file descriptor, and no wake-up before it
+/// is due. Where no descriptor is left, a call waits on an ordinary timer instead, which stands still during suspend.
 class TimerfdClock : public ContinuousClock
 {
 public:

@@ -1,0 +1,15 @@
+// The least that a Qt program with an icon in the tray comes to.
+
+#include <QApplication>
+#include <QPixmap>
+#include <QSystemTrayIcon>
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    QPixmap pixmap(22, 22);
+    pixmap.fill(Qt::green);
+    QSystemTrayIcon icon{QIcon(pixmap)};
+    icon.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,76 @@
+#include "MeasuredProcess.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString folderOf(qint64 processId)
+{
+    return u"/proc/%1"_s.arg(processId);
+}
+
+/// The number after `label` in lines of the form "label: number unit".
+long long numberAfter(const QByteArray &content, QByteArrayView label)
+{
+    for (const auto &line : content.split('\n')) {
+        if (line.startsWith(label)) {
+            return line.mid(label.size()).simplified().split(' ').value(0).toLongLong();
+        }
+    }
+    return 0;
+}
+
+template<typename PerThread>
+long long sumOverThreads(qint64 processId, PerThread perThread)
+{
+    const QDir tasks(folderOf(processId) + "/task"_L1);
+    long long sum = 0;
+    for (const auto &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        sum += perThread(tasks.filePath(task));
+    }
+    return sum;
+}
+
+} // namespace
+
+Memory memoryOf(qint64 processId)
+{
+    const auto rollup = contentOf(folderOf(processId) + "/smaps_rollup"_L1);
+    const auto megabytes = [&rollup](QByteArrayView label) {
+        return static_cast<double>(numberAfter(rollup, label)) / 1024;
+    };
+    return {megabytes("Rss:"), megabytes("Pss:"), megabytes("Private_Clean:") + megabytes("Private_Dirty:")};
+}
+
+std::chrono::nanoseconds cpuTimeOf(qint64 processId)
+{
+    return std::chrono::nanoseconds(sumOverThreads(processId, [](const QString &task) {
+        return contentOf(task + "/schedstat"_L1).split(' ').value(0).toLongLong();
+    }));
+}
+
+long long wakeupsOf(qint64 processId)
+{
+    return sumOverThreads(processId, [](const QString &task) {
+        const auto status = contentOf(task + "/status"_L1);
+        return numberAfter(status, "voluntary_ctxt_switches:") + numberAfter(status, "nonvoluntary_ctxt_switches:");
+    });
+}
+
+int descriptorsOf(qint64 processId)
+{
+    return static_cast<int>(QDir(folderOf(processId) + "/fd"_L1).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size());
+}
+
+} // namespace kelvo

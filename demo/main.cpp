@@ -1,0 +1,112 @@
+#include "AcceleratedClock.h"
+#include "NotificationWatch.h"
+#include "Story.h"
+
+#include "Composition.h"
+#include "menubar/KelvoApp.h"
+#include "platform/TerminationSignals.h"
+#include "platform/linux/IniPreferences.h"
+#include "simulator/ReroutedNetwork.h"
+#include "simulator/SimulatedInternet.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+using namespace Qt::StringLiterals;
+using namespace kelvo;
+
+namespace {
+
+/// A minute of the watching program passes in ten seconds.
+constexpr int acceleration = 6;
+
+/// The demo starts at no login.
+class NoLoginItem : public LoginItem
+{
+public:
+    bool isEnabled() const override { return false; }
+    bool registerItem() override { return false; }
+    bool unregisterItem() override { return true; }
+};
+
+/// Settings of the demo's own: all eight services, checked each minute, the introduction done.
+std::unique_ptr<Preferences> demoProfile()
+{
+    const auto directory = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    auto profile = std::make_unique<IniPreferences>(directory + "/Kelvo/Demo.conf"_L1);
+    QStringList services;
+    for (const auto &service : Service::catalog()) {
+        services.append(rawValue(service.id));
+    }
+    profile->setBoolean(u"hasOnboarded"_s, true);
+    profile->setBoolean(u"watchOnThisMac"_s, true);
+    profile->setBoolean(u"outageAlertsEnabled"_s, false);
+    profile->setTexts(u"serviceOrder"_s, services);
+    profile->setTexts(u"enabledServices"_s, services);
+    profile->setInteger(u"checkInterval"_s, rawValue(CheckInterval::oneMinute));
+    return profile;
+}
+
+Boundaries simulatedBoundaries(const SimulatedInternet &internet)
+{
+    auto boundaries = makeBoundaries();
+    boundaries.platform.clock = std::make_unique<AcceleratedClock>(std::move(boundaries.platform.clock), acceleration);
+    boundaries.platform.loginItem = std::make_unique<NoLoginItem>();
+    boundaries.platform.preferences = demoProfile();
+    boundaries.statusNetwork = std::make_unique<ReroutedNetwork>(internet);
+    boundaries.alertNetwork = std::make_unique<ReroutedNetwork>(internet);
+    return boundaries;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    QApplication::setOrganizationName(u"Kelvo"_s);
+    QApplication::setApplicationName(u"Kelvo"_s);
+    QApplication::setDesktopFileName(u"app.kelvo.Kelvo"_s);
+    QApplication::setQuitOnLastWindowClosed(false);
+    quitOnTerminationSignals(application);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"Shows in about one minute what Kelvo does, without internet: its eight vendors are played in this process."_s);
+    parser.addHelpOption();
+    const QCommandLineOption keep(u"keep"_s, u"Stay open after the story, to play with."_s);
+    parser.addOption(keep);
+    parser.process(application);
+
+    QTextStream out(stdout);
+    NotificationWatch watch;
+    if (!watch.start()) {
+        out << "The demo needs to watch notifications, but " << watch.errorString() << "." << Qt::endl;
+        return EXIT_FAILURE;
+    }
+    QTemporaryDir pictures(QDir::tempPath() + "/kelvo-demo-XXXXXX"_L1);
+    pictures.setAutoRemove(false);
+    out << "Pictures of the desktop go to " << pictures.path() << Qt::endl;
+
+    SimulatedInternet internet;
+    internet.setEndedIncidents(500);
+    Composition composition(simulatedBoundaries(internet));
+    auto &platform = composition.platform();
+    KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), *platform.appearance, *platform.statusItem);
+
+    Story story(internet, StatusStore::shared(), watch, QDir(pictures.path()));
+    QObject::connect(&story, &Story::ended, &application, [&](const QString &complaint) {
+        out << (complaint.isEmpty() ? u"Exactly one alert arrived: \"Claude is back. You can continue working.\""_s
+                                    : complaint)
+            << Qt::endl;
+        if (!parser.isSet(keep)) {
+            QApplication::exit(complaint.isEmpty() ? EXIT_SUCCESS : EXIT_FAILURE);
+            return;
+        }
+        out << "Kelvo stays in the tray. Press Ctrl-C to end." << Qt::endl;
+    });
+    story.begin();
+    return QApplication::exec();
+}

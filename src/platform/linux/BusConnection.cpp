@@ -1,0 +1,203 @@
+#include "platform/linux/BusConnection.h"
+
+#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
+#include <QFileInfo>
+#include <QLoggingCategory>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace kelvo {
+
+namespace {
+
+Q_LOGGING_CATEGORY(logBus, "kelvo.bus")
+
+// A socket exists a moment before its server listens, and a server can be busy; six doublings cover six seconds.
+constexpr auto firstRetry = 100ms;
+constexpr int maximumAttempts = 6;
+
+QString sessionBusAddress()
+{
+    const auto address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    const auto runtimeDirectory = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    // The library's own last resort would start a bus just for us.
+    if (address.isEmpty() && !runtimeDirectory.isEmpty()) {
+        return u"unix:path=%1/bus"_s.arg(runtimeDirectory);
+    }
+    return address;
+}
+
+QString systemBusAddress()
+{
+    return qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS", u"unix:path=/run/dbus/system_bus_socket"_s);
+}
+
+/// The socket file that an address names, if any.
+QString socketPath(const QString &address)
+{
+    constexpr auto prefix = "unix:path="_L1;
+    for (const auto &server : address.split(u';')) {
+        if (server.startsWith(prefix)) {
+            return QString::fromUtf8(QByteArray::fromPercentEncoding(server.section(u',', 0, 0).mid(prefix.size()).toUtf8()));
+        }
+    }
+    return {};
+}
+
+std::shared_ptr<BusConnection> shared(std::weak_ptr<BusConnection> &slot, const QString &address)
+{
+    auto bus = slot.lock();
+    if (!bus) {
+        bus = std::make_shared<BusConnection>(address);
+        slot = bus;
+    }
+    return bus;
+}
+
+} // namespace
+
+BusConnection::BusConnection(const QString &address, QObject *parent)
+    : QObject(parent)
+    , address_(address)
+    , socketPath_(socketPath(address))
+    , connection_(QString())
+{
+    retry_.setSingleShot(true);
+    connect(&retry_, &QTimer::timeout, this, &BusConnection::seek);
+    connect(&directory_, &QFileSystemWatcher::directoryChanged, this, &BusConnection::onDirectoryChanged);
+    seek();
+}
+
+BusConnection::~BusConnection()
+{
+    close();
+}
+
+std::shared_ptr<BusConnection> BusConnection::session()
+{
+    static std::weak_ptr<BusConnection> bus;
+    return shared(bus, sessionBusAddress());
+}
+
+std::shared_ptr<BusConnection> BusConnection::system()
+{
+    static std::weak_ptr<BusConnection> bus;
+    return shared(bus, systemBusAddress());
+}
+
+void BusConnection::subscribe(const QString &sender, const QString &path, const QString &interface,
+                              const QString &member, QObject *receiver, const char *slot)
+{
+    // A false answer on a living connection means that the slot does not fit, which nothing else would tell.
+    if (!connection_.connect(sender, path, interface, member, receiver, slot) && connection_.isConnected()) {
+        qCWarning(logBus) << "cannot listen to" << interface << member;
+    }
+}
+
+void BusConnection::unsubscribe(const QString &sender, const QString &path, const QString &interface,
+                                const QString &member, QObject *receiver, const char *slot)
+{
+    connection_.disconnect(sender, path, interface, member, receiver, slot);
+}
+
+void BusConnection::call(const QDBusMessage &message, QObject *context,
+                         std::function<void(const QDBusMessage &)> answered) const
+{
+    auto *watcher = new QDBusPendingCallWatcher(connection_.asyncCall(message), context);
+    connect(watcher, &QDBusPendingCallWatcher::finished, context, [answered = std::move(answered), watcher] {
+        watcher->deleteLater();
+        answered(watcher->reply());
+    });
+}
+
+void BusConnection::onDisconnected()
+{
+    if (!isConnected_) {
+        return;
+    }
+    close();
+    Q_EMIT disconnected();
+    attempts_ = 0;
+    seek();
+}
+
+bool BusConnection::open()
+{
+    static int serial = 0;
+    const auto name = u"kelvo-bus-%1"_s.arg(++serial);
+    connection_ = QDBusConnection::connectToBus(address_, name);
+    if (!connection_.isConnected()) {
+        close();
+        return false;
+    }
+    isConnected_ = true;
+    subscribe({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, this,
+              SLOT(onDisconnected()));
+    return true;
+}
+
+void BusConnection::close()
+{
+    isConnected_ = false;
+    QDBusConnection::disconnectFromBus(connection_.name());
+    connection_ = QDBusConnection(QString());
+}
+
+void BusConnection::seek()
+{
+    if (isConnected_ || address_.isEmpty()) {
+        return;
+    }
+    watchForSocket();
+    if (open()) {
+        retry_.stop();
+        watchDirectory({});
+        Q_EMIT connected();
+    } else if (socketChanged_.isValid() && attempts_ < maximumAttempts) {
+        retry_.start(firstRetry * (1 << attempts_++));
+    }
+}
+
+void BusConnection::watchForSocket()
+{
+    if (socketPath_.isEmpty()) {
+        return;
+    }
+    QFileInfo directory(QFileInfo(socketPath_).absolutePath());
+    while (!directory.isDir() && !directory.isRoot()) {
+        directory.setFile(directory.absolutePath());
+    }
+    watchDirectory(directory.absoluteFilePath());
+    socketChanged_ = QFileInfo(socketPath_).metadataChangeTime();
+}
+
+void BusConnection::watchDirectory(const QString &path)
+{
+    const auto watched = directory_.directories();
+    if (watched.value(0) == path) {
+        return;
+    }
+    if (!watched.isEmpty()) {
+        directory_.removePaths(watched);
+    }
+    if (!path.isEmpty()) {
+        directory_.addPath(path);
+    }
+}
+
+void BusConnection::onDirectoryChanged()
+{
+    // Only a new socket is worth an attempt: the directory may be a busy one, and the old socket may be a leftover.
+    const auto before = socketChanged_;
+    watchForSocket();
+    if (!isConnected_ && socketChanged_.isValid() && socketChanged_ != before) {
+        attempts_ = 0;
+        seek();
+    }
+}
+
+} // namespace kelvo

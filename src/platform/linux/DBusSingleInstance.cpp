@@ -1,0 +1,78 @@
+#include "platform/linux/DBusSingleInstance.h"
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace kelvo {
+
+namespace {
+
+const auto name = u"app.kelvo.Kelvo"_s;
+const auto path = u"/app/kelvo/Kelvo"_s;
+
+constexpr auto handOverTimeout = 5000ms;
+
+} // namespace
+
+DBusSingleInstance::DBusSingleInstance(std::shared_ptr<BusConnection> sessionBus)
+    : bus_(std::move(sessionBus))
+{
+}
+
+DBusSingleInstance::~DBusSingleInstance()
+{
+    if (bus_->isConnected()) {
+        auto connection = bus_->connection();
+        connection.unregisterService(name);
+        connection.unregisterObject(path);
+    }
+}
+
+bool DBusSingleInstance::acquire()
+{
+    if (bus_->isConnected() && !claim()) {
+        // The owner may end between the two steps: then the name is free.
+        if (handOver() || !claim()) {
+            return false;
+        }
+    }
+    // A bus that comes, or comes back, does not know of this instance yet.
+    connect(bus_.get(), &BusConnection::connected, this, &DBusSingleInstance::claim, Qt::UniqueConnection);
+    return true;
+}
+
+void DBusSingleInstance::Activate(const QVariantMap &)
+{
+    Q_EMIT activationRequested();
+}
+
+void DBusSingleInstance::Open(const QStringList &, const QVariantMap &)
+{
+    Q_EMIT activationRequested();
+}
+
+void DBusSingleInstance::ActivateAction(const QString &, const QVariantList &, const QVariantMap &)
+{
+    Q_EMIT activationRequested();
+}
+
+bool DBusSingleInstance::claim()
+{
+    auto connection = bus_->connection();
+    // The object first: whoever sees the name may call at once.
+    connection.registerObject(path, this, QDBusConnection::ExportScriptableSlots);
+    return connection.registerService(name);
+}
+
+bool DBusSingleInstance::handOver() const
+{
+    auto activate = QDBusMessage::createMethodCall(name, path, u"org.freedesktop.Application"_s, u"Activate"_s);
+    activate.setAutoStartService(false);
+    activate << QVariantMap();
+    const auto answer = bus_->connection().call(activate, QDBus::Block, handOverTimeout.count());
+    return answer.type() == QDBusMessage::ReplyMessage;
+}
+
+} // namespace kelvo

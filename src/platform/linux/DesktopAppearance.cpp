@@ -1,0 +1,200 @@
+#include "platform/linux/DesktopAppearance.h"
+
+#include <QDBusArgument>
+#include <QDBusMetaType>
+#include <QDBusVariant>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QSet>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+namespace {
+
+const auto portalName = u"org.freedesktop.portal.Desktop"_s;
+const auto portalPath = u"/org/freedesktop/portal/desktop"_s;
+const auto portalInterface = u"org.freedesktop.portal.Settings"_s;
+const auto appearance = u"org.freedesktop.appearance"_s;
+const auto gnome = u"org.gnome.desktop.interface"_s;
+
+const auto xfconfName = u"org.xfce.Xfconf"_s;
+const auto xfconfPath = u"/org/xfce/Xfconf"_s;
+const auto panelChannel = u"xfce4-panel"_s;
+const auto panelDarkMode = u"/panels/dark-mode"_s;
+const auto themeChannel = u"xsettings"_s;
+const auto themeName = u"/Net/ThemeName"_s;
+
+/// As org.freedesktop.appearance counts; 0 is no preference.
+constexpr uint preferDark = 1;
+constexpr uint preferLight = 2;
+
+QString key(const QString &group, const QString &name)
+{
+    return group + u' ' + name;
+}
+
+const auto colorScheme = key(appearance, u"color-scheme"_s);
+const auto reducedMotion = key(appearance, u"reduced-motion"_s);
+const auto animations = key(gnome, u"enable-animations"_s);
+const auto gtkTheme = key(gnome, u"gtk-theme"_s);
+const auto xfcePanelDark = key(panelChannel, panelDarkMode);
+const auto xfceTheme = key(themeChannel, themeName);
+
+/// The value inside however many variants a portal wraps it in.
+QVariant unwrapped(QVariant value)
+{
+    while (value.metaType() == QMetaType::fromType<QDBusVariant>()) {
+        value = value.value<QDBusVariant>().variant();
+    }
+    return value;
+}
+
+bool paletteIsDark()
+{
+    return QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
+}
+
+} // namespace
+
+DesktopAppearance::DesktopAppearance(std::shared_ptr<BusConnection> sessionBus, const QStringList &desktops)
+    : bus_(std::move(sessionBus))
+    , isGnome_(desktops.contains("GNOME"_L1, Qt::CaseInsensitive))
+    , portal_(bus_, portalName, BusNameOwner::Start::onDemand)
+    , xfcePanel_(bus_, u"org.xfce.Panel"_s)
+{
+    portal_.listen(portalPath, portalInterface, u"SettingChanged"_s, this, SLOT(onPortalChanged(QDBusMessage)));
+    connect(&portal_, &BusNameOwner::changed, this, &DesktopAppearance::askPortal);
+    connect(&xfcePanel_, &BusNameOwner::changed, this, &DesktopAppearance::followXfce);
+    if (desktops.contains("XFCE"_L1, Qt::CaseInsensitive)) {
+        followXfce();
+    }
+    qGuiApp->installEventFilter(this);
+    answers_ = answers();
+}
+
+bool DesktopAppearance::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ApplicationPaletteChange && watched == qGuiApp) {
+        update();
+    }
+    return Appearance::eventFilter(watched, event);
+}
+
+void DesktopAppearance::askPortal()
+{
+    if (!portal_.isOwned()) {
+        return;
+    }
+    auto question = QDBusMessage::createMethodCall(portalName, portalPath, portalInterface, u"ReadAll"_s);
+    question << QStringList{appearance, gnome};
+    bus_->call(question, this, [this](const QDBusMessage &answer) {
+        if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != "a{sa{sv}}"_L1) {
+            return;
+        }
+        const auto groups = qdbus_cast<QMap<QString, QVariantMap>>(answer.arguments().constFirst());
+        for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
+            for (auto setting = group->cbegin(); setting != group->cend(); ++setting) {
+                learn(group.key(), setting.key(), *setting);
+            }
+        }
+    });
+}
+
+void DesktopAppearance::onPortalChanged(const QDBusMessage &signal)
+{
+    const auto arguments = signal.arguments();
+    if (arguments.size() == 3) {
+        learn(arguments[0].toString(), arguments[1].toString(), arguments[2]);
+    }
+}
+
+void DesktopAppearance::followXfce()
+{
+    // Begun at the first sign of Xfce: its panel may start after this, and be restarted.
+    if (xfconf_) {
+        return;
+    }
+    xfconf_ = std::make_unique<BusNameOwner>(bus_, xfconfName, BusNameOwner::Start::onDemand);
+    xfconf_->listen(xfconfPath, xfconfName, u"PropertyChanged"_s, this, SLOT(onXfconfChanged(QDBusMessage)));
+    xfconf_->listen(xfconfPath, xfconfName, u"PropertyRemoved"_s, this, SLOT(onXfconfChanged(QDBusMessage)));
+    connect(xfconf_.get(), &BusNameOwner::changed, this, &DesktopAppearance::askXfconf);
+}
+
+void DesktopAppearance::askXfconf()
+{
+    if (!xfconf_->isOwned()) {
+        return;
+    }
+    for (const auto &[channel, property] : {std::pair(panelChannel, panelDarkMode), std::pair(themeChannel, themeName)}) {
+        auto question = QDBusMessage::createMethodCall(xfconfName, xfconfPath, xfconfName, u"GetProperty"_s);
+        question << channel << property;
+        bus_->call(question, this, [this, channel, property](const QDBusMessage &answer) {
+            if (answer.type() == QDBusMessage::ReplyMessage) {
+                learn(channel, property, answer.arguments().value(0));
+            }
+        });
+    }
+}
+
+void DesktopAppearance::onXfconfChanged(const QDBusMessage &signal)
+{
+    // A removed property comes without a value.
+    const auto arguments = signal.arguments();
+    if (arguments.size() >= 2) {
+        learn(arguments[0].toString(), arguments[1].toString(), arguments.value(2));
+    }
+}
+
+void DesktopAppearance::learn(const QString &group, const QString &name, const QVariant &value)
+{
+    static const QSet<QString> wanted{colorScheme, reducedMotion, animations, gtkTheme, xfceTheme, xfcePanelDark};
+    const auto setting = key(group, name);
+    if (wanted.contains(setting)) {
+        settings_.insert(setting, unwrapped(value));
+        update();
+    }
+}
+
+DesktopAppearance::Answers DesktopAppearance::answers() const
+{
+    const bool isDark = windowsAreDark();
+    return {
+        .isDark = isDark,
+        // GNOME's bar is dark whatever the windows are. Xfce's panel asks for the dark variant of the theme when its
+        // switch is on, as it is in a fresh account, and otherwise looks as the windows do.
+        .panelIsDark = isDark || isGnome_ || settings_.value(xfcePanelDark).toBool(),
+        .reduceMotion = settings_.value(reducedMotion).toUInt() == 1
+            || !settings_.value(animations, true).toBool(),
+    };
+}
+
+bool DesktopAppearance::windowsAreDark() const
+{
+    const auto scheme = settings_.value(colorScheme).toUInt();
+    if (scheme == preferDark || scheme == preferLight) {
+        return scheme == preferDark;
+    }
+    // Themes from before there was a preference say it in their names.
+    for (const auto &theme : {settings_.value(xfceTheme).toString(), settings_.value(gtkTheme).toString()}) {
+        if (!theme.isEmpty()) {
+            return theme.contains("dark"_L1, Qt::CaseInsensitive);
+        }
+    }
+    return paletteIsDark();
+}
+
+void DesktopAppearance::update()
+{
+    const auto now = answers();
+    if (answers_ != now) {
+        answers_ = now;
+        Q_EMIT changed();
+    }
+}
+
+} // namespace kelvo

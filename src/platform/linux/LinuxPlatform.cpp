@@ -1,0 +1,34 @@
+#include "platform/Platform.h"
+#include "platform/linux/BusConnection.h"
+#include "platform/linux/DBusNotificationCenter.h"
+#include "platform/linux/DBusSingleInstance.h"
+#include "platform/linux/DesktopAppearance.h"
+#include "platform/linux/IniPreferences.h"
+#include "platform/linux/LogindSleepWake.h"
+#include "platform/linux/TimerfdClock.h"
+#include "platform/linux/TrayStatusItem.h"
+#include "platform/linux/XdgLoginItem.h"
+
+namespace kelvo {
+
+Platform makePlatform()
+{
+    const auto session = BusConnection::session();
+    const auto desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts);
+    return {
+        .clock = std::make_unique<TimerfdClock>(),
+        .sleepWake = std::make_unique<LogindSleepWake>(BusConnection::system()),
+        .notificationCenter = std::make_unique<DBusNotificationCenter>(session),
+        .loginItem = std::make_unique<XdgLoginItem>(),
+        .preferences = std::make_unique<IniPreferences>(),
+        .appearance = std::make_unique<DesktopAppearance>(session, desktops),
+        .statusItem = std::make_unique<TrayStatusItem>(session),
+    };
+}
+
+std::unique_ptr<SingleInstance> makeSingleInstance()
+{
+    return std::make_unique<DBusSingleInstance>(BusConnection::session());
+}
+
+} // namespace kelvo

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+#include <QObject>
+
+#include <cstdint>
+
+struct xcb_connection_t;
+
+namespace kelvo {
+
+/// Finds the system tray of the older kind, which embeds X11 windows, on the first screen.
+class XEmbedTray : public QObject, private QAbstractNativeEventFilter
+{
+    Q_OBJECT
+
+public:
+    /// Nothing is ever found where the program does not run on X11. Needs the QGuiApplication.
+    explicit XEmbedTray(QObject *parent = nullptr);
+    ~XEmbedTray() override;
+
+    /// Whether there is such a tray now.
+    bool isPresent() const;
+
+Q_SIGNALS:
+    /// Such a tray has started.
+    void appeared();
+
+private:
+    bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+    std::uint32_t atom(const QByteArray &name) const;
+
+    xcb_connection_t *connection_ = nullptr;
+    std::uint32_t manager_ = 0;
+    std::uint32_t selection_ = 0;
+};
+
+} // namespace kelvo

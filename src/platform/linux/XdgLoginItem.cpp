@@ -1,0 +1,154 @@
+#include "platform/linux/XdgLoginItem.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QStandardPaths>
+#include <QTemporaryFile>
+
+#include <cstdio>
+#include <optional>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+namespace {
+
+using Entry = QHash<QByteArray, QByteArray>;
+
+QString autostartFile(const QString &configDir)
+{
+    return configDir + u"/autostart/app.kelvo.Kelvo.desktop"_s;
+}
+
+/// The settings of the file's [Desktop Entry] group. Nothing when there is no such file to read.
+std::optional<Entry> readEntry(const QString &path)
+{
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+
+    Entry entry;
+    bool isInGroup = false;
+    const QByteArrayList lines = file.readAll().split('\n');
+    for (const QByteArray &each : lines) {
+        const QByteArray line = each.trimmed();
+        if (line.startsWith('['))
+            isInGroup = line == "[Desktop Entry]";
+        const auto equals = line.indexOf('=');
+        if (isInGroup && equals > 0)
+            entry.insert(line.left(equals).trimmed(), line.mid(equals + 1).trimmed());
+    }
+    return entry;
+}
+
+bool startsAtLogin(const Entry &entry)
+{
+    return entry.value("Type") == "Application" && entry.value("Hidden") != "true"
+        && entry.value("X-GNOME-Autostart-enabled") != "false";
+}
+
+/// The program as the first word of an Exec line: quoted, then escaped once more as any text of a desktop file is.
+QByteArray execWord(const QString &program)
+{
+    QByteArray quoted;
+    for (const char byte : QFile::encodeName(program)) {
+        if (QByteArrayView("\"`$\\").contains(byte))
+            quoted += '\\';
+        quoted += byte;
+        // A lone percent sign begins a field code.
+        if (byte == '%')
+            quoted += '%';
+    }
+    quoted.replace('\\', "\\\\").replace('\n', "\\n").replace('\t', "\\t").replace('\r', "\\r");
+    return '"' + quoted + '"';
+}
+
+QString runningProgram()
+{
+    // Within an AppImage the program lies in a directory that is mounted for this run alone.
+    const QString image = qEnvironmentVariable("APPIMAGE");
+    return QDir::isAbsolutePath(image) ? image : QCoreApplication::applicationFilePath();
+}
+
+} // namespace
+
+XdgLoginItem::XdgLoginItem()
+    : XdgLoginItem(runningProgram(), QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation))
+{
+}
+
+XdgLoginItem::XdgLoginItem(const QString &program, const QStringList &configDirs)
+    : exec_(execWord(program))
+    , userFile_(autostartFile(configDirs.first()))
+{
+    for (const QString &directory : configDirs.mid(1))
+        systemFiles_.append(autostartFile(directory));
+}
+
+bool XdgLoginItem::isEnabled() const
+{
+    const std::optional<Entry> own = readEntry(userFile_);
+    return own ? startsAtLogin(*own) : systemStartsIt();
+}
+
+bool XdgLoginItem::registerItem()
+{
+    const std::optional<Entry> own = readEntry(userFile_);
+    if (own && startsAtLogin(*own) && own->value("Exec") == exec_)
+        return true;
+    return write("[Desktop Entry]\n"
+                 "Type=Application\n"
+                 "Name=Kelvo\n"
+                 "Comment=Tells you when your AI tools are usable again\n"
+                 "Icon=app.kelvo.Kelvo\n"
+                 "Exec="
+                 + exec_
+                 + "\n"
+                   "Terminal=false\n"
+                   "X-GNOME-Autostart-enabled=true\n");
+}
+
+bool XdgLoginItem::unregisterItem()
+{
+    if (!isEnabled())
+        return true;
+    if (systemStartsIt())
+        return write("[Desktop Entry]\nType=Application\nName=Kelvo\nHidden=true\n");
+    return QFile::remove(userFile_);
+}
+
+/// Whether one of the system's files would start it if the user had none. The first that is there decides.
+bool XdgLoginItem::systemStartsIt() const
+{
+    for (const QString &file : systemFiles_) {
+        if (const std::optional<Entry> entry = readEntry(file))
+            return startsAtLogin(*entry);
+    }
+    return false;
+}
+
+/// Puts the user's file there at once, or leaves all as it was. A symbolic link is replaced, not followed: it leads to
+/// a file of somebody else's.
+bool XdgLoginItem::write(const QByteArray &content) const
+{
+    const QString directory = QFileInfo(userFile_).absolutePath();
+    QDir().mkpath(directory);
+    // No desktop file by its name, so that one left behind by a crash starts nothing.
+    QTemporaryFile file(directory + u"/.app.kelvo.Kelvo.XXXXXX"_s);
+    if (!file.open() || file.write(content) != content.size() || !file.flush() || ::fsync(file.handle()) != 0)
+        return false;
+    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup
+                        | QFileDevice::ReadOther);
+    if (std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(userFile_).constData()) != 0)
+        return false;
+    file.setAutoRemove(false);
+    return true;
+}
+
+} // namespace kelvo

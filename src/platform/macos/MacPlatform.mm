@@ -1,0 +1,41 @@
+#include "platform/Platform.h"
+
+#include "platform/macos/AquaAppearance.h"
+#include "platform/macos/DispatchClock.h"
+#include "platform/macos/MenuBarStatusItem.h"
+#include "platform/macos/RunningApplicationInstance.h"
+#include "platform/macos/ServiceLoginItem.h"
+#include "platform/macos/UserDefaultsPreferences.h"
+#include "platform/macos/UserNotificationCenter.h"
+#include "platform/macos/WorkspaceSleepWake.h"
+
+#import <AppKit/AppKit.h>
+
+namespace kelvo {
+
+Platform makePlatform()
+{
+    // The bundle says the same; this is for the executable started by itself, which would stand in the Dock otherwise.
+    [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
+
+    auto appearance = std::make_unique<AquaAppearance>();
+    auto statusItem = std::make_unique<MenuBarStatusItem>();
+    QObject::connect(statusItem.get(), &MenuBarStatusItem::shown, appearance.get(), &AquaAppearance::followMenuBar);
+
+    return {
+        .clock = std::make_unique<DispatchClock>(),
+        .sleepWake = std::make_unique<WorkspaceSleepWake>(),
+        .notificationCenter = std::make_unique<UserNotificationCenter>(),
+        .loginItem = std::make_unique<ServiceLoginItem>(),
+        .preferences = std::make_unique<UserDefaultsPreferences>(),
+        .appearance = std::move(appearance),
+        .statusItem = std::move(statusItem),
+    };
+}
+
+std::unique_ptr<SingleInstance> makeSingleInstance()
+{
+    return std::make_unique<RunningApplicationInstance>();
+}
+
+} // namespace kelvo

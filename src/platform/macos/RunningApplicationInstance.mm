@@ -1,0 +1,116 @@
+#include "platform/macos/RunningApplicationInstance.h"
+
+#include "platform/macos/NotificationObserver.h"
+
+#import <AppKit/AppKit.h>
+#import <CoreServices/CoreServices.h>
+
+#include <unistd.h>
+
+// Takes the event that the system sends when the bundle is opened while it runs.
+@interface KelvoReopenHandler : NSObject
+- (instancetype)initWithReopened:(void (^)(void))reopened;
+@end
+
+@implementation KelvoReopenHandler {
+    void (^reopened_)(void);
+}
+
+- (instancetype)initWithReopened:(void (^)(void))reopened
+{
+    if ((self = [super init])) {
+        reopened_ = [reopened copy];
+        [NSAppleEventManager.sharedAppleEventManager setEventHandler:self
+                                                         andSelector:@selector(handleReopen:withReplyEvent:)
+                                                       forEventClass:kCoreEventClass
+                                                          andEventID:kAEReopenApplication];
+    }
+    return self;
+}
+
+- (void)dealloc
+{
+    [NSAppleEventManager.sharedAppleEventManager removeEventHandlerForEventClass:kCoreEventClass
+                                                                      andEventID:kAEReopenApplication];
+}
+
+- (void)handleReopen:(NSAppleEventDescriptor *)event withReplyEvent:(NSAppleEventDescriptor *)reply
+{
+    Q_UNUSED(event)
+    Q_UNUSED(reply)
+    reopened_();
+}
+
+@end
+
+namespace kelvo {
+
+namespace {
+
+NSNotificationName const handOver = @"app.kelvo.Kelvo.Activate";
+
+// Of two that start at the same moment, the one that started first stays.
+bool precedesThisProcess(NSRunningApplication *application)
+{
+    return application.finishedLaunching || application.processIdentifier < ::getpid();
+}
+
+NSRunningApplication *runningInstance(NSString *bundleIdentifier)
+{
+    NSArray<NSRunningApplication *> *all = [NSRunningApplication
+        runningApplicationsWithBundleIdentifier:bundleIdentifier];
+    for (NSRunningApplication *each in all) {
+        if (each.processIdentifier != ::getpid() && !each.terminated && precedesThisProcess(each)) {
+            return each;
+        }
+    }
+    return nil;
+}
+
+} // namespace
+
+class RunningApplicationInstance::Observers
+{
+public:
+    explicit Observers(RunningApplicationInstance *instance)
+        : requested_(^{ Q_EMIT instance->activationRequested(); })
+        , handedOver_(NSDistributedNotificationCenter.defaultCenter, handOver,
+                      [instance] { Q_EMIT instance->activationRequested(); })
+        , launched_(NSNotificationCenter.defaultCenter, NSApplicationDidFinishLaunchingNotification,
+                    [this] { handleReopening(); })
+    {
+        if (NSRunningApplication.currentApplication.finishedLaunching) {
+            handleReopening();
+        }
+    }
+
+private:
+    // Not before the launch is done, which installs the application's own handler over ours.
+    void handleReopening() { reopen_ = [[KelvoReopenHandler alloc] initWithReopened:requested_]; }
+
+    void (^requested_)(void);
+    KelvoReopenHandler *reopen_ = nil;
+    NotificationObserver handedOver_;
+    NotificationObserver launched_;
+};
+
+RunningApplicationInstance::RunningApplicationInstance() = default;
+
+RunningApplicationInstance::~RunningApplicationInstance() = default;
+
+bool RunningApplicationInstance::acquire()
+{
+    NSString *bundleIdentifier = NSBundle.mainBundle.bundleIdentifier;
+    if (NSRunningApplication *running = bundleIdentifier ? runningInstance(bundleIdentifier) : nil) {
+        [NSDistributedNotificationCenter.defaultCenter postNotificationName:handOver
+                                                                     object:nil
+                                                                   userInfo:nil
+                                                         deliverImmediately:YES];
+        [running activateWithOptions:0];
+        return false;
+    }
+    observers_ = std::make_unique<Observers>(this);
+    return true;
+}
+
+} // namespace kelvo

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/NotificationCenter.h"
+
+#include <memory>
+
+namespace kelvo {
+
+/// The user notification center of the system.
+class UserNotificationCenter : public NotificationCenter
+{
+public:
+    UserNotificationCenter();
+    ~UserNotificationCenter() override;
+
+    bool canServeThisProcess() const override;
+    QFuture<AuthorizationStatus> authorizationStatus() override;
+    QFuture<void> requestAuthorization() override;
+    void add(const LocalNotification &notification) override;
+
+private:
+    class Presentation;
+    std::unique_ptr<Presentation> presentation_;
+};
+
+} // namespace kelvo

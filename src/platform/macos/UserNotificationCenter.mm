@@ -1,0 +1,112 @@
+#include "platform/macos/UserNotificationCenter.h"
+
+#include <QPromise>
+
+#import <Foundation/Foundation.h>
+#import <UserNotifications/UserNotifications.h>
+
+// While one of our windows has the focus, the system shows nothing of ours unless it is told to.
+@interface KelvoNotificationPresenter : NSObject <UNUserNotificationCenterDelegate>
+@end
+
+@implementation KelvoNotificationPresenter
+
+- (void)userNotificationCenter:(UNUserNotificationCenter *)center
+       willPresentNotification:(UNNotification *)notification
+         withCompletionHandler:(void (^)(UNNotificationPresentationOptions options))completionHandler
+{
+    Q_UNUSED(center)
+    Q_UNUSED(notification)
+    completionHandler(UNNotificationPresentationOptionBanner | UNNotificationPresentationOptionList);
+}
+
+@end
+
+namespace kelvo {
+
+namespace {
+
+AuthorizationStatus fromSystem(UNAuthorizationStatus status)
+{
+    switch (status) {
+    case UNAuthorizationStatusAuthorized:
+    case UNAuthorizationStatusProvisional:
+        return AuthorizationStatus::authorized;
+    case UNAuthorizationStatusDenied:
+        return AuthorizationStatus::denied;
+    default:
+        return AuthorizationStatus::notDetermined;
+    }
+}
+
+} // namespace
+
+// The center holds its delegate weakly.
+class UserNotificationCenter::Presentation
+{
+public:
+    Presentation() { UNUserNotificationCenter.currentNotificationCenter.delegate = presenter_; }
+    ~Presentation() { UNUserNotificationCenter.currentNotificationCenter.delegate = nil; }
+    Presentation(const Presentation &) = delete;
+    Presentation &operator=(const Presentation &) = delete;
+
+private:
+    KelvoNotificationPresenter *presenter_ = [[KelvoNotificationPresenter alloc] init];
+};
+
+UserNotificationCenter::UserNotificationCenter()
+{
+    if (canServeThisProcess()) {
+        presentation_ = std::make_unique<Presentation>();
+    }
+}
+
+UserNotificationCenter::~UserNotificationCenter() = default;
+
+bool UserNotificationCenter::canServeThisProcess() const
+{
+    // Without an identifier the system's center ends the process at the first touch.
+    return NSBundle.mainBundle.bundleIdentifier != nil;
+}
+
+// Both answers arrive on a queue of the system's; the futures finish on the main thread.
+
+QFuture<AuthorizationStatus> UserNotificationCenter::authorizationStatus()
+{
+    const auto promise = std::make_shared<QPromise<AuthorizationStatus>>();
+    promise->start();
+    const auto answered = ^(UNNotificationSettings *settings) {
+        const AuthorizationStatus status = fromSystem(settings.authorizationStatus);
+        dispatch_async(dispatch_get_main_queue(), ^{
+            promise->addResult(status);
+            promise->finish();
+        });
+    };
+    [UNUserNotificationCenter.currentNotificationCenter getNotificationSettingsWithCompletionHandler:answered];
+    return promise->future();
+}
+
+QFuture<void> UserNotificationCenter::requestAuthorization()
+{
+    const auto promise = std::make_shared<QPromise<void>>();
+    promise->start();
+    const auto answered = ^(BOOL, NSError *) { dispatch_async(dispatch_get_main_queue(), ^{ promise->finish(); }); };
+    [UNUserNotificationCenter.currentNotificationCenter
+        requestAuthorizationWithOptions:UNAuthorizationOptionAlert | UNAuthorizationOptionSound
+                      completionHandler:answered];
+    return promise->future();
+}
+
+void UserNotificationCenter::add(const LocalNotification &notification)
+{
+    UNMutableNotificationContent *content = [[UNMutableNotificationContent alloc] init];
+    content.title = notification.title.toNSString();
+    content.body = notification.body.toNSString();
+    content.sound = nil;
+    UNNotificationRequest *request = [UNNotificationRequest requestWithIdentifier:notification.identifier.toNSString()
+                                                                          content:content
+                                                                          trigger:nil];
+    [UNUserNotificationCenter.currentNotificationCenter addNotificationRequest:request withCompletionHandler:nil];
+}
+
+} // namespace kelvo

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/SleepWake.h"
+
+#include <memory>
+
+namespace kelvo {
+
+class NotificationObserver;
+
+/// Sleep and wake as the workspace tells them.
+class WorkspaceSleepWake : public SleepWake
+{
+    Q_OBJECT
+
+public:
+    WorkspaceSleepWake();
+    ~WorkspaceSleepWake() override;
+
+private:
+    std::unique_ptr<NotificationObserver> willSleep_;
+    std::unique_ptr<NotificationObserver> didWake_;
+};
+
+} // namespace kelvo

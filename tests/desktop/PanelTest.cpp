@@ -1,0 +1,131 @@
+#include "KelvoProcess.h"
+#include "Screen.h"
+
+#include <QProcess>
+#include <QTest>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
+/// The ring and the panel that it lives in, which come and go as they like.
+class PanelTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void theRingAppearsInAPanelThatRunsAlready();
+    void theRingAppearsWhenThePanelComesLater();
+    void theRingAppearsAgainAfterThePanelWasRestarted();
+    void aRingWithNothingToSayIsHollowAndDim();
+
+private:
+    void startPanel();
+    void stopPanel();
+
+    SimulatedInternet internet_;
+    std::unique_ptr<KelvoProcess> kelvo_;
+    std::unique_ptr<QProcess> panel_;
+};
+
+void PanelTest::init()
+{
+    internet_.setOffline(false);
+    kelvo_ = std::make_unique<KelvoProcess>(internet_);
+}
+
+void PanelTest::cleanup()
+{
+    kelvo_.reset();
+    if (panel_) {
+        stopPanel();
+    }
+}
+
+void PanelTest::startPanel()
+{
+    panel_ = std::make_unique<QProcess>();
+    panel_->setProcessChannelMode(QProcess::MergedChannels);
+    panel_->start(u"xfce4-panel"_s, {u"--sm-client-disable"_s});
+    QVERIFY(panel_->waitForStarted());
+    const QStringList ask{u"--session"_s,
+                          u"--print-reply=literal"_s,
+                          u"--dest=org.kde.StatusNotifierWatcher"_s,
+                          u"/StatusNotifierWatcher"_s,
+                          u"org.freedesktop.DBus.Properties.Get"_s,
+                          u"string:org.kde.StatusNotifierWatcher"_s,
+                          u"string:IsStatusNotifierHostRegistered"_s};
+    const auto hasTray = [&ask] {
+        QProcess bus;
+        bus.start(u"dbus-send"_s, ask);
+        bus.waitForFinished();
+        return bus.readAllStandardOutput().trimmed().endsWith("true");
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(hasTray(), 20'000);
+}
+
+void PanelTest::stopPanel()
+{
+    panel_->terminate();
+    QVERIFY(panel_->waitForFinished());
+    panel_.reset();
+}
+
+void PanelTest::theRingAppearsInAPanelThatRunsAlready()
+{
+    startPanel();
+    kelvo_->start();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+}
+
+void PanelTest::theRingAppearsWhenThePanelComesLater()
+{
+    kelvo_->start();
+    // The first round is over: the program has had every chance to look for a tray.
+    QTRY_VERIFY_WITH_TIMEOUT(!internet_.requestsTo(u"status.claude.com"_s).isEmpty(), 20'000);
+    QVERIFY(!Screen::findRing(RingState::available));
+    startPanel();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+}
+
+void PanelTest::theRingAppearsAgainAfterThePanelWasRestarted()
+{
+    startPanel();
+    kelvo_->start();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    stopPanel();
+    QTRY_VERIFY(!Screen::findRing(RingState::available));
+    startPanel();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+}
+
+void PanelTest::aRingWithNothingToSayIsHollowAndDim()
+{
+    internet_.setOffline(true);
+    startPanel();
+    const auto before = Screen::picture();
+    kelvo_->start();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::barChangeSince(before).width() > 8, 20'000);
+    const auto ring = Screen::barChangeSince(before);
+    QVERIFY(std::abs(ring.width() - ring.height()) <= 1);
+
+    const auto picture = Screen::picture();
+    const auto bare = qGray(before.pixel(ring.center()));
+    QVERIFY(std::abs(qGray(picture.pixel(ring.center())) - bare) <= 8);
+    // White at 45 % over the bar, which is what the brightest pixel of the ring comes to.
+    int brightest = 0;
+    for (int y = ring.top(); y <= ring.bottom(); ++y) {
+        for (int x = ring.left(); x <= ring.right(); ++x) {
+            brightest = std::max(brightest, qGray(picture.pixel(x, y)));
+        }
+    }
+    const int expected = bare + (255 - bare) * 45 / 100;
+    QVERIFY2(std::abs(brightest - expected) <= 12, qPrintable(u"%1, not %2"_s.arg(brightest).arg(expected)));
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::PanelTest)
+#include "PanelTest.moc"

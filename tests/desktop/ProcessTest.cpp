@@ -1,0 +1,128 @@
+#include "KelvoProcess.h"
+#include "Screen.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QTest>
+
+#include <csignal>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
+/// The program as a process: how it starts, ends and keeps quiet.
+class ProcessTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void aSecondStartHandsOverAndEnds();
+    void aSignalEndsItAtOnceAndCleanly_data();
+    void aSignalEndsItAtOnceAndCleanly();
+    void theSettingsFileIsReadAndLeftAsItIs();
+    void aDamagedSettingsFileIsSurvivedAndLeftAsItIs();
+    void anUnreachableInternetIsSurvivedInSilence();
+
+private:
+    void startAndShowRing();
+
+    std::unique_ptr<SimulatedInternet> internet_;
+    std::unique_ptr<KelvoProcess> kelvo_;
+};
+
+void ProcessTest::init()
+{
+    internet_ = std::make_unique<SimulatedInternet>();
+    kelvo_ = std::make_unique<KelvoProcess>(*internet_);
+}
+
+void ProcessTest::cleanup()
+{
+    kelvo_.reset();
+}
+
+void ProcessTest::startAndShowRing()
+{
+    kelvo_->start();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+}
+
+void ProcessTest::aSecondStartHandsOverAndEnds()
+{
+    startAndShowRing();
+    KelvoProcess second(*internet_);
+    second.start();
+    QCOMPARE(second.waitForEnd(), 0);
+    QCOMPARE(second.output(), QByteArray());
+    QVERIFY(kelvo_->isRunning());
+    QCOMPARE(kelvo_->stop(), 0);
+    QCOMPARE(kelvo_->output(), QByteArray());
+}
+
+void ProcessTest::aSignalEndsItAtOnceAndCleanly_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGHUP") << SIGHUP;
+}
+
+void ProcessTest::aSignalEndsItAtOnceAndCleanly()
+{
+    QFETCH(int, signal);
+    startAndShowRing();
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QCOMPARE(kelvo_->stop(signal), 0);
+    QVERIFY2(elapsed.elapsed() < 3000, qPrintable(QString::number(elapsed.elapsed())));
+    QCOMPARE(kelvo_->output(), QByteArray());
+}
+
+void ProcessTest::theSettingsFileIsReadAndLeftAsItIs()
+{
+    const auto content = "[General]\nenabledServices=cursor\nserviceOrder=cursor, nonsense, claude\n"_ba;
+    kelvo_->writeSettings(content);
+    QFile::setPermissions(kelvo_->settingsFile(), QFile::ReadOwner | QFile::WriteOwner);
+    startAndShowRing();
+    QCOMPARE(internet_->requestsTo(u"status.cursor.com"_s).size(), 1);
+    QCOMPARE(internet_->requestsTo(u"status.claude.com"_s).size(), 0);
+    QCOMPARE(kelvo_->stop(), 0);
+    QFile file(kelvo_->settingsFile());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), content);
+    QCOMPARE(QFileInfo(file).permissions() & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+             QFile::Permissions());
+}
+
+void ProcessTest::aDamagedSettingsFileIsSurvivedAndLeftAsItIs()
+{
+    const auto content = "\x7f\x45LF\0\1[[[=%%\nenabledServices"_ba;
+    kelvo_->writeSettings(content);
+    startAndShowRing();
+    QCOMPARE(internet_->requestsTo(u"status.claude.com"_s).size(), 1);
+    QCOMPARE(kelvo_->stop(), 0);
+    QCOMPARE(kelvo_->output(), QByteArray());
+    QFile file(kelvo_->settingsFile());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), content);
+}
+
+void ProcessTest::anUnreachableInternetIsSurvivedInSilence()
+{
+    internet_->setOffline(true);
+    const auto before = Screen::picture();
+    kelvo_->start();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::barChangeSince(before).isValid(), 20'000);
+    QTRY_VERIFY_WITH_TIMEOUT(internet_->connectionsAccepted() > 0, 20'000);
+    QCOMPARE(kelvo_->stop(), 0);
+    QCOMPARE(kelvo_->output(), QByteArray());
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::ProcessTest)
+#include "ProcessTest.moc"

@@ -1,0 +1,302 @@
+#include "platform/linux/DBusNotificationCenter.h"
+#include "support/FakeNotificationServer.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+namespace {
+
+const QStringList plain{u"body"_s};
+const QStringList markup{u"body"_s, u"body-markup"_s};
+const LocalNotification claude{u"1"_s, u"Claude is back"_s, u"You can continue working."_s};
+const LocalNotification odd{u"2"_s, u"<A> & B"_s, u"a < b & c > \"d\""_s};
+
+} // namespace
+
+class DBusNotificationCenterTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void postsASilentNotificationUnderItsOwnName();
+    void escapesTheBodyForAServerThatReadsMarkup();
+    void leavesTheBodyAloneForAServerThatDoesNot();
+    void asksAServerOnceForItsCapabilities();
+    void asksTheServerThatReplacesAnother();
+    void usesAServerThatComesLater();
+    void startsAServerThatTheBusCanStart();
+    void forgetsTheCapabilitiesOfAServerThatLeft();
+    void dropsAnAlertThatNobodyCanShow();
+    void cannotServeWithoutABus();
+    void servesOnceTheBusIsBack();
+    void postsNothingLateThatWaitedWhenTheBusWent();
+    void isAuthorizedByARunningServer();
+    void isAuthorizedByAServerThatCanBeStarted();
+    void isNotDeterminedWithoutAServer();
+    void isNotDeterminedWithoutABus();
+    void asksTheUserNothing();
+
+private:
+    std::unique_ptr<DBusNotificationCenter> center() const
+    {
+        return std::make_unique<DBusNotificationCenter>(std::make_shared<BusConnection>(daemon_->address()));
+    }
+    void addStartableServer(const QString &started) const;
+    static AuthorizationStatus status(DBusNotificationCenter &center);
+
+    std::unique_ptr<PrivateBus> daemon_;
+};
+
+void DBusNotificationCenterTest::init()
+{
+    daemon_ = std::make_unique<PrivateBus>();
+}
+
+void DBusNotificationCenterTest::cleanup()
+{
+    daemon_.reset();
+}
+
+// What the bus starts only tells so by a file, and keeps the call waiting: the test takes the name.
+void DBusNotificationCenterTest::addStartableServer(const QString &started) const
+{
+    daemon_->addActivatable(u"org.freedesktop.Notifications"_s, u"/bin/sh -c 'touch %1; sleep 10'"_s.arg(started));
+}
+
+AuthorizationStatus DBusNotificationCenterTest::status(DBusNotificationCenter &center)
+{
+    const auto future = center.authorizationStatus();
+    // A denial is what no server can cause: it stands for a question that was never answered.
+    return QTest::qWaitFor([&] { return future.isFinished(); }) ? future.result() : AuthorizationStatus::denied;
+}
+
+void DBusNotificationCenterTest::postsASilentNotificationUnderItsOwnName()
+{
+    daemon_->start();
+    const FakeNotificationServer server(*daemon_, plain);
+    const auto center = this->center();
+    QVERIFY(center->canServeThisProcess());
+
+    center->add(claude);
+    QTRY_COMPARE(server.notifications().size(), 1);
+    const auto &shown = server.notifications().first();
+    QCOMPARE(shown.applicationName, u"Kelvo"_s);
+    QCOMPARE(shown.replacesId, 0U);
+    QCOMPARE(shown.applicationIcon, u"app.kelvo.Kelvo"_s);
+    QCOMPARE(shown.summary, u"Claude is back"_s);
+    QCOMPARE(shown.body, u"You can continue working."_s);
+    QCOMPARE(shown.actions, QStringList());
+    QCOMPARE(shown.expireTimeout, -1);
+    QCOMPARE(shown.hints.size(), 3);
+    QCOMPARE(shown.hints.value(u"suppress-sound"_s), QVariant(true));
+    QCOMPARE(shown.hints.value(u"desktop-entry"_s), QVariant(u"app.kelvo.Kelvo"_s));
+    QCOMPARE(shown.hints.value(u"urgency"_s), QVariant::fromValue<uchar>(1));
+}
+
+void DBusNotificationCenterTest::escapesTheBodyForAServerThatReadsMarkup()
+{
+    daemon_->start();
+    const FakeNotificationServer server(*daemon_, markup);
+    const auto center = this->center();
+    center->add(odd);
+    QTRY_COMPARE(server.notifications().size(), 1);
+    QCOMPARE(server.notifications().first().summary, odd.title);
+    QCOMPARE(server.notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
+}
+
+void DBusNotificationCenterTest::leavesTheBodyAloneForAServerThatDoesNot()
+{
+    daemon_->start();
+    const FakeNotificationServer server(*daemon_, plain);
+    const auto center = this->center();
+    center->add(odd);
+    QTRY_COMPARE(server.notifications().size(), 1);
+    QCOMPARE(server.notifications().first().body, odd.body);
+}
+
+void DBusNotificationCenterTest::asksAServerOnceForItsCapabilities()
+{
+    daemon_->start();
+    const FakeNotificationServer server(*daemon_, plain);
+    const auto center = this->center();
+    QTRY_COMPARE(server.questions(), 1);
+    center->add(claude);
+    center->add(odd);
+    QTRY_COMPARE(server.notifications().size(), 2);
+    QCOMPARE(server.questions(), 1);
+}
+
+void DBusNotificationCenterTest::asksTheServerThatReplacesAnother()
+{
+    daemon_->start();
+    auto first = std::make_unique<FakeNotificationServer>(*daemon_, plain);
+    const auto center = this->center();
+    center->add(odd);
+    QTRY_COMPARE(first->notifications().size(), 1);
+
+    first.reset();
+    const FakeNotificationServer second(*daemon_, markup);
+    QTRY_COMPARE(second.questions(), 1);
+    center->add(odd);
+    QTRY_COMPARE(second.notifications().size(), 1);
+    QCOMPARE(second.notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
+}
+
+void DBusNotificationCenterTest::usesAServerThatComesLater()
+{
+    daemon_->start();
+    const auto center = this->center();
+    const FakeNotificationServer server(*daemon_, plain);
+    QTRY_COMPARE(server.questions(), 1);
+    center->add(claude);
+    QTRY_COMPARE(server.notifications().size(), 1);
+}
+
+void DBusNotificationCenterTest::startsAServerThatTheBusCanStart()
+{
+    daemon_->start();
+    const QTemporaryDir directory;
+    const auto started = directory.filePath(u"started"_s);
+    addStartableServer(started);
+    const auto center = this->center();
+    center->add(odd);
+    QTRY_VERIFY(QFile::exists(started));
+    const FakeNotificationServer server(*daemon_, markup);
+    QTRY_COMPARE(server.notifications().size(), 1);
+    QCOMPARE(server.notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
+}
+
+void DBusNotificationCenterTest::forgetsTheCapabilitiesOfAServerThatLeft()
+{
+    daemon_->start();
+    const QTemporaryDir directory;
+    const auto started = directory.filePath(u"started"_s);
+    addStartableServer(started);
+    auto first = std::make_unique<FakeNotificationServer>(*daemon_, plain);
+    const auto center = this->center();
+    center->add(odd);
+    QTRY_COMPARE(first->notifications().size(), 1);
+
+    first.reset();
+    QTRY_VERIFY(!center->authorizationStatus().isFinished()); // it has to ask the bus again: it saw the server leave
+    center->add(odd);
+    QTRY_VERIFY(QFile::exists(started));
+    const FakeNotificationServer second(*daemon_, markup);
+    QTRY_COMPARE(second.notifications().size(), 1);
+    QCOMPARE(second.notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
+}
+
+void DBusNotificationCenterTest::dropsAnAlertThatNobodyCanShow()
+{
+    daemon_->start();
+    const auto center = this->center();
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    center->add(claude);
+    QCOMPARE(status(*center), AuthorizationStatus::notDetermined); // the bus answers in order: it refused by now
+
+    const FakeNotificationServer server(*daemon_, plain);
+    QTRY_COMPARE(server.questions(), 1);
+    center->add(odd);
+    QTRY_COMPARE(server.notifications().size(), 1);
+    QCOMPARE(server.notifications().first().summary, odd.title);
+}
+
+void DBusNotificationCenterTest::cannotServeWithoutABus()
+{
+    const auto center = this->center();
+    QVERIFY(!center->canServeThisProcess());
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    center->add(claude);
+}
+
+void DBusNotificationCenterTest::servesOnceTheBusIsBack()
+{
+    daemon_->start();
+    auto server = std::make_unique<FakeNotificationServer>(*daemon_, plain);
+    const auto center = this->center();
+    center->add(claude);
+    QTRY_COMPARE(server->notifications().size(), 1);
+
+    daemon_->kill();
+    QTRY_VERIFY(!center->canServeThisProcess());
+    server.reset();
+
+    daemon_->start();
+    server = std::make_unique<FakeNotificationServer>(*daemon_, markup);
+    QTRY_COMPARE(server->questions(), 1);
+    center->add(odd);
+    QTRY_COMPARE(server->notifications().size(), 1);
+    QCOMPARE(server->notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
+}
+
+void DBusNotificationCenterTest::postsNothingLateThatWaitedWhenTheBusWent()
+{
+    daemon_->start();
+    const QTemporaryDir directory;
+    const auto started = directory.filePath(u"started"_s);
+    addStartableServer(started);
+    const auto center = this->center();
+    center->add(claude);
+    QTRY_VERIFY(QFile::exists(started));
+    daemon_->kill();
+    QTRY_VERIFY(!center->canServeThisProcess());
+
+    daemon_->start();
+    const FakeNotificationServer server(*daemon_, plain);
+    QTRY_COMPARE(server.questions(), 1);
+    center->add(odd);
+    QTRY_COMPARE(server.notifications().size(), 1);
+    QCOMPARE(server.notifications().first().summary, odd.title);
+}
+
+void DBusNotificationCenterTest::isAuthorizedByARunningServer()
+{
+    daemon_->start();
+    const FakeNotificationServer server(*daemon_, plain);
+    const auto center = this->center();
+    QCOMPARE(status(*center), AuthorizationStatus::authorized); // asked of the bus
+    QTRY_COMPARE(server.questions(), 1);
+    QVERIFY(center->authorizationStatus().isFinished()); // known by now
+    QCOMPARE(status(*center), AuthorizationStatus::authorized);
+}
+
+void DBusNotificationCenterTest::isAuthorizedByAServerThatCanBeStarted()
+{
+    daemon_->start();
+    daemon_->addActivatable(u"org.freedesktop.Notifications"_s, u"/bin/false"_s);
+    const auto center = this->center();
+    QCOMPARE(status(*center), AuthorizationStatus::authorized);
+}
+
+void DBusNotificationCenterTest::isNotDeterminedWithoutAServer()
+{
+    daemon_->start();
+    const auto center = this->center();
+    QCOMPARE(status(*center), AuthorizationStatus::notDetermined);
+}
+
+void DBusNotificationCenterTest::isNotDeterminedWithoutABus()
+{
+    const auto center = this->center();
+    QCOMPARE(status(*center), AuthorizationStatus::notDetermined);
+}
+
+void DBusNotificationCenterTest::asksTheUserNothing()
+{
+    daemon_->start();
+    const auto center = this->center();
+    QVERIFY(center->requestAuthorization().isFinished());
+}
+
+} // namespace kelvo
+
+QTEST_GUILESS_MAIN(kelvo::DBusNotificationCenterTest)
+#include "DBusNotificationCenterTest.moc"

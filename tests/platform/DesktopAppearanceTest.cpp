@@ -1,0 +1,285 @@
+#include "platform/linux/DesktopAppearance.h"
+#include "support/FakePortal.h"
+#include "support/FakeXfconf.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+namespace {
+
+const auto appearanceGroup = u"org.freedesktop.appearance"_s;
+const auto gnomeGroup = u"org.gnome.desktop.interface"_s;
+const auto colorScheme = u"color-scheme"_s;
+const auto panelChannel = u"xfce4-panel"_s;
+const auto panelDarkMode = u"/panels/dark-mode"_s;
+const auto themeChannel = u"xsettings"_s;
+const auto themeName = u"/Net/ThemeName"_s;
+
+PortalSettings withScheme(uint scheme)
+{
+    return {{appearanceGroup, {{colorScheme, scheme}}}};
+}
+
+QPalette paletteOf(Qt::GlobalColor window)
+{
+    auto palette = QGuiApplication::palette();
+    palette.setColor(QPalette::Window, window);
+    return palette;
+}
+
+} // namespace
+
+class DesktopAppearanceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void readsTheColorSchemeOfThePortal_data();
+    void readsTheColorSchemeOfThePortal();
+    void followsTheColorSchemeLive();
+    void followsAPortalThatComesLater();
+    void readsTheSettingsAgainWhenThePortalOrTheBusWasRestarted();
+    void tellsOnlyOfAnswersThatChanged();
+    void reducesMotionAsThePortalSays();
+    void reducesMotionWhereGnomeTurnsAnimationsOff();
+    void readsTheThemeWhereThereIsNoPreference_data();
+    void readsTheThemeWhereThereIsNoPreference();
+    void followsThePaletteWhereTheDesktopSaysNothing();
+    void holdsThatGnomesBarIsDark();
+    void holdsThatOtherPanelsAreAsTheWindows();
+    void readsTheDarknessOfXfcesPanelLive();
+    void findsXfceByItsPanel();
+    void asksNothingOfXfceElsewhere();
+    void readsTheThemeOfXfce();
+
+private:
+    std::unique_ptr<DesktopAppearance> appearance(const QStringList &desktops = {}) const
+    {
+        return std::make_unique<DesktopAppearance>(std::make_shared<BusConnection>(daemon_->address()), desktops);
+    }
+
+    std::unique_ptr<PrivateBus> daemon_;
+};
+
+void DesktopAppearanceTest::init()
+{
+    QGuiApplication::setPalette(paletteOf(Qt::white));
+    daemon_ = std::make_unique<PrivateBus>();
+    daemon_->start();
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+}
+
+void DesktopAppearanceTest::cleanup()
+{
+    daemon_.reset();
+}
+
+void DesktopAppearanceTest::readsTheColorSchemeOfThePortal_data()
+{
+    QTest::addColumn<uint>("scheme");
+    QTest::addColumn<Qt::GlobalColor>("palette");
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("dark, light palette") << 1U << Qt::white << true;
+    QTest::newRow("light, dark palette") << 2U << Qt::black << false;
+    QTest::newRow("no preference, light palette") << 0U << Qt::white << false;
+    QTest::newRow("no preference, dark palette") << 0U << Qt::black << true;
+    QTest::newRow("unheard of, dark palette") << 7U << Qt::black << true;
+}
+
+void DesktopAppearanceTest::readsTheColorSchemeOfThePortal()
+{
+    QFETCH(const uint, scheme);
+    QFETCH(const Qt::GlobalColor, palette);
+    QFETCH(const bool, dark);
+    QGuiApplication::setPalette(paletteOf(palette));
+    FakePortal portal(*daemon_, withScheme(scheme));
+    const auto appearance = this->appearance();
+    QTRY_COMPARE(portal.reads(), 1);
+    QTRY_COMPARE(appearance->isDark(), dark);
+
+    // The answer to a second change shows that the first reading stood.
+    portal.set(appearanceGroup, colorScheme, dark ? 2U : 1U);
+    QTRY_COMPARE(appearance->isDark(), !dark);
+}
+
+void DesktopAppearanceTest::followsTheColorSchemeLive()
+{
+    FakePortal portal(*daemon_, withScheme(1));
+    const auto appearance = this->appearance();
+    QSignalSpy changed(appearance.get(), &Appearance::changed);
+    QTRY_VERIFY(appearance->isDark());
+    QCOMPARE(changed.count(), 1);
+
+    portal.set(appearanceGroup, colorScheme, 2U);
+    QTRY_VERIFY(!appearance->isDark());
+    QCOMPARE(changed.count(), 2);
+}
+
+void DesktopAppearanceTest::followsAPortalThatComesLater()
+{
+    const auto appearance = this->appearance();
+    QVERIFY(!appearance->isDark());
+    FakePortal portal(*daemon_, withScheme(1));
+    QTRY_VERIFY(appearance->isDark());
+}
+
+void DesktopAppearanceTest::readsTheSettingsAgainWhenThePortalOrTheBusWasRestarted()
+{
+    auto portal = std::make_unique<FakePortal>(*daemon_, withScheme(1));
+    const auto appearance = this->appearance();
+    QTRY_VERIFY(appearance->isDark());
+
+    portal.reset();
+    portal = std::make_unique<FakePortal>(*daemon_, withScheme(2));
+    QTRY_VERIFY(!appearance->isDark());
+
+    daemon_->kill();
+    portal.reset();
+    daemon_->start();
+    portal = std::make_unique<FakePortal>(*daemon_, withScheme(1));
+    QTRY_VERIFY(appearance->isDark());
+    portal->set(appearanceGroup, colorScheme, 2U);
+    QTRY_VERIFY(!appearance->isDark());
+}
+
+void DesktopAppearanceTest::tellsOnlyOfAnswersThatChanged()
+{
+    FakePortal portal(*daemon_, withScheme(1));
+    const auto appearance = this->appearance();
+    QSignalSpy changed(appearance.get(), &Appearance::changed);
+    QTRY_COMPARE(changed.count(), 1);
+    portal.set(appearanceGroup, u"contrast"_s, 1U);
+    portal.set(appearanceGroup, colorScheme, 1U);
+    portal.set(appearanceGroup, colorScheme, 2U);
+    QTRY_VERIFY(!appearance->isDark());
+    QCOMPARE(changed.count(), 2);
+}
+
+void DesktopAppearanceTest::reducesMotionAsThePortalSays()
+{
+    FakePortal portal(*daemon_, {{appearanceGroup, {{u"reduced-motion"_s, 1U}}}});
+    const auto appearance = this->appearance();
+    QVERIFY(!appearance->reduceMotion());
+    QTRY_VERIFY(appearance->reduceMotion());
+    portal.set(appearanceGroup, u"reduced-motion"_s, 0U);
+    QTRY_VERIFY(!appearance->reduceMotion());
+}
+
+void DesktopAppearanceTest::reducesMotionWhereGnomeTurnsAnimationsOff()
+{
+    FakePortal portal(*daemon_, {{gnomeGroup, {{u"enable-animations"_s, false}}}});
+    const auto appearance = this->appearance();
+    QTRY_VERIFY(appearance->reduceMotion());
+    portal.set(gnomeGroup, u"enable-animations"_s, true);
+    QTRY_VERIFY(!appearance->reduceMotion());
+}
+
+void DesktopAppearanceTest::readsTheThemeWhereThereIsNoPreference_data()
+{
+    QTest::addColumn<QString>("theme");
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("Adwaita-dark") << u"Adwaita-dark"_s << true;
+    QTest::newRow("Yaru-Dark") << u"Yaru-Dark"_s << true;
+    QTest::newRow("Adwaita") << u"Adwaita"_s << false;
+}
+
+void DesktopAppearanceTest::readsTheThemeWhereThereIsNoPreference()
+{
+    QFETCH(const QString, theme);
+    QFETCH(const bool, dark);
+    QGuiApplication::setPalette(paletteOf(dark ? Qt::white : Qt::black));
+    FakePortal portal(*daemon_, {{appearanceGroup, {{colorScheme, 0U}}}, {gnomeGroup, {{u"gtk-theme"_s, theme}}}});
+    const auto appearance = this->appearance();
+    QCOMPARE(appearance->isDark(), !dark); // the palette's, until the portal answered
+    QTRY_COMPARE(appearance->isDark(), dark);
+}
+
+void DesktopAppearanceTest::followsThePaletteWhereTheDesktopSaysNothing()
+{
+    daemon_->kill();
+    const auto appearance = this->appearance();
+    const QSignalSpy changed(appearance.get(), &Appearance::changed);
+    QVERIFY(!appearance->isDark());
+    QVERIFY(!appearance->reduceMotion());
+    QGuiApplication::setPalette(paletteOf(Qt::black));
+    QTRY_VERIFY(appearance->isDark());
+    QVERIFY(appearance->panelIsDark());
+    QCOMPARE(changed.count(), 1);
+}
+
+void DesktopAppearanceTest::holdsThatGnomesBarIsDark()
+{
+    const auto appearance = this->appearance({u"ubuntu"_s, u"GNOME"_s});
+    QVERIFY(!appearance->isDark());
+    QVERIFY(appearance->panelIsDark());
+}
+
+void DesktopAppearanceTest::holdsThatOtherPanelsAreAsTheWindows()
+{
+    FakePortal portal(*daemon_, withScheme(1));
+    const auto appearance = this->appearance({u"KDE"_s});
+    QVERIFY(!appearance->panelIsDark());
+    QTRY_VERIFY(appearance->panelIsDark());
+}
+
+void DesktopAppearanceTest::readsTheDarknessOfXfcesPanelLive()
+{
+    FakeXfconf xfconf(*daemon_);
+    xfconf.set(panelChannel, panelDarkMode, true);
+    const auto appearance = this->appearance({u"XFCE"_s});
+    QTRY_VERIFY(appearance->panelIsDark());
+    QVERIFY(!appearance->isDark());
+
+    xfconf.set(panelChannel, panelDarkMode, false);
+    QTRY_VERIFY(!appearance->panelIsDark());
+    xfconf.set(panelChannel, panelDarkMode, true);
+    QTRY_VERIFY(appearance->panelIsDark());
+    // Without the property the panel looks as the theme does.
+    xfconf.remove(panelChannel, panelDarkMode);
+    QTRY_VERIFY(!appearance->panelIsDark());
+}
+
+void DesktopAppearanceTest::findsXfceByItsPanel()
+{
+    FakeXfconf xfconf(*daemon_);
+    xfconf.set(panelChannel, panelDarkMode, true);
+    const auto appearance = this->appearance();
+    QVERIFY(!appearance->panelIsDark());
+    const BusService panel(*daemon_, u"org.xfce.Panel"_s, u"/org/xfce/Panel"_s, this,
+                           QDBusConnection::ExportScriptableSlots);
+    QTRY_VERIFY(appearance->panelIsDark());
+}
+
+void DesktopAppearanceTest::asksNothingOfXfceElsewhere()
+{
+    FakeXfconf xfconf(*daemon_);
+    FakePortal portal(*daemon_, withScheme(1));
+    const auto appearance = this->appearance({u"KDE"_s});
+    QTRY_VERIFY(appearance->isDark());
+    QCOMPARE(xfconf.reads(), 0);
+}
+
+void DesktopAppearanceTest::readsTheThemeOfXfce()
+{
+    FakeXfconf xfconf(*daemon_);
+    xfconf.set(themeChannel, themeName, u"Greybird-dark"_s);
+    const auto appearance = this->appearance({u"XFCE"_s});
+    QTRY_VERIFY(appearance->isDark());
+    QVERIFY(appearance->panelIsDark());
+    xfconf.set(themeChannel, themeName, u"Greybird"_s);
+    QTRY_VERIFY(!appearance->isDark());
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::DesktopAppearanceTest)
+#include "DesktopAppearanceTest.moc"

@@ -1,0 +1,705 @@
+#include "platform/linux/IniPreferences.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <cstdio>
+#include <functional>
+#include <limits>
+
+#include <grp.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+// In a child process: says what is not so, and ends it with a failure.
+#define EXPECT(condition)                                                                                              \
+    do {                                                                                                               \
+        if (!(condition)) {                                                                                            \
+            std::fprintf(stderr, "line %d: not so: %s\n", __LINE__, #condition);                                       \
+            return 1;                                                                                                  \
+        }                                                                                                              \
+    } while (false)
+
+namespace kelvo {
+
+namespace {
+
+constexpr uid_t nobody = 65534;
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool place(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+mode_t modeOf(const QString &path)
+{
+    struct stat info = {};
+    return ::stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 07777 : 0;
+}
+
+bool setMode(const QString &path, mode_t mode)
+{
+    return ::chmod(QFile::encodeName(path).constData(), mode) == 0;
+}
+
+/// Gives the file to the user whom `asOrdinaryUser` becomes.
+bool giveAway(const QString &path)
+{
+    return ::geteuid() != 0 || ::chown(QFile::encodeName(path).constData(), nobody, nobody) == 0;
+}
+
+int inChild(const std::function<int()> &body)
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(body());
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+/// Runs in a child process that permission bits bind.
+int asOrdinaryUser(const std::function<int()> &body)
+{
+    return inChild([&] {
+        if (::geteuid() == 0)
+            EXPECT(::setgroups(0, nullptr) == 0 && ::setresgid(nobody, nobody, nobody) == 0
+                   && ::setresuid(nobody, nobody, nobody) == 0);
+        return body();
+    });
+}
+
+/// Counts every event that is delivered while it lives.
+class EventCounter : public QObject
+{
+public:
+    EventCounter() { QCoreApplication::instance()->installEventFilter(this); }
+    bool eventFilter(QObject *, QEvent *) override
+    {
+        ++count;
+        return false;
+    }
+    int count = 0;
+};
+
+} // namespace
+
+class IniPreferencesTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> home_;
+    QString path_;
+    int copies_ = 0;
+
+    QString inHome(const QString &name) const { return home_->filePath(name); }
+
+    /// What a next start reads. A copy, because QSettings remembers within one process what it wrote.
+    std::unique_ptr<IniPreferences> nextStart()
+    {
+        const QString copy = inHome(u"copy%1.conf"_s.arg(++copies_));
+        QFile::copy(path_, copy);
+        return std::make_unique<IniPreferences>(copy);
+    }
+
+    std::unique_ptr<IniPreferences> reading(const QByteArray &bytes)
+    {
+        place(path_, bytes);
+        return std::make_unique<IniPreferences>(path_);
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        ::umask(022);
+        home_ = std::make_unique<QTemporaryDir>();
+        QVERIFY(home_->isValid());
+        path_ = inHome(u"Kelvo.conf"_s);
+    }
+
+    // MARK: reading
+
+    void booleans_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<std::optional<bool>>("expected");
+        using Answer = std::optional<bool>;
+        const auto row = [](const char *line, Answer expected) { QTest::newRow(line) << QByteArray(line) << expected; };
+        row("k=true", true);
+        row("k=True", true);
+        row("k=TRUE", true);
+        row("k=1", true);
+        row("k=\"true\"", true);
+        row("k=false", false);
+        row("k=FALSE", false);
+        row("k=0", false);
+        row("k=", std::nullopt);
+        row("k=yes", std::nullopt);
+        row("k=2", std::nullopt);
+        row("k=01", std::nullopt);
+        row("k=true, false", std::nullopt);
+        row("k=@Invalid()", std::nullopt);
+        row("k=@ByteArray(true)", std::nullopt);
+        row("other=true", std::nullopt);
+    }
+
+    void booleans()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(std::optional<bool>, expected);
+        QCOMPARE(reading("[General]\n" + line + "\n")->boolean(u"k"_s), expected);
+    }
+
+    void integers_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<std::optional<int>>("expected");
+        using Answer = std::optional<int>;
+        const auto row = [](const char *line, Answer expected) { QTest::newRow(line) << QByteArray(line) << expected; };
+        row("k=60", 60);
+        row("k=0", 0);
+        row("k=-7", -7);
+        row("k=\"300\"", 300);
+        row("k=2147483647", 2147483647);
+        row("k=-2147483648", std::numeric_limits<int>::min());
+        row("k=2147483648", std::nullopt);
+        row("k=99999999999999999999", std::nullopt);
+        row("k=", std::nullopt);
+        row("k=60.0", std::nullopt);
+        row("k=6e1", std::nullopt);
+        row("k=0x3c", std::nullopt);
+        row("k=60 s", std::nullopt);
+        row("k=true", std::nullopt);
+        row("k=1,000", std::nullopt);
+        row("k=@Invalid()", std::nullopt);
+        row("other=60", std::nullopt);
+    }
+
+    void integers()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(std::optional<int>, expected);
+        QCOMPARE(reading("[General]\n" + line + "\n")->integer(u"k"_s), expected);
+    }
+
+    void textsOfAllKinds_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<std::optional<QString>>("text");
+        QTest::addColumn<std::optional<QStringList>>("texts");
+        using Text = std::optional<QString>;
+        using Texts = std::optional<QStringList>;
+        const auto row = [](const char *line, const Text &text, const Texts &texts) {
+            QTest::newRow(line) << QByteArray(line) << text << texts;
+        };
+        row("k=claude", u"claude"_s, QStringList{u"claude"_s});
+        row("k=claude, chatgpt", u"claude,chatgpt"_s, QStringList{u"claude"_s, u"chatgpt"_s});
+        row("k=claude,chatgpt,cursor", u"claude,chatgpt,cursor"_s, QStringList{u"claude"_s, u"chatgpt"_s, u"cursor"_s});
+        row("k=\"claude, chatgpt\"", u"claude, chatgpt"_s, QStringList{u"claude, chatgpt"_s});
+        row("k=https://hooks.example/a,b?c=d", u"https://hooks.example/a,b?c=d"_s,
+            QStringList{u"https://hooks.example/a"_s, u"b?c=d"_s});
+        row("k=", u""_s, QStringList{});
+        row("k=\"\"", u""_s, QStringList{});
+        row("k=@Invalid()", std::nullopt, QStringList{});
+        row("k=@@Invalid()", u"@Invalid()"_s, QStringList{u"@Invalid()"_s});
+        row("k=@Size(3 4)", std::nullopt, std::nullopt);
+        row("k=Gr\xc3\xbc\xc3\x9f""e", u"Grüße"_s, QStringList{u"Grüße"_s});
+        row("k=60", u"60"_s, QStringList{u"60"_s});
+        row("other=x", std::nullopt, std::nullopt);
+    }
+
+    void textsOfAllKinds()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(std::optional<QString>, text);
+        QFETCH(std::optional<QStringList>, texts);
+        const auto preferences = reading("[General]\n" + line + "\n");
+        QCOMPARE(preferences->text(u"k"_s), text);
+        QCOMPARE(preferences->texts(u"k"_s), texts);
+    }
+
+    void keysAboveTheFirstSectionAreRead()
+    {
+        QCOMPARE(reading("checkInterval=60\n")->integer(u"checkInterval"_s), 60);
+    }
+
+    void aMissingFileHasNoValuesAndStaysMissing()
+    {
+        {
+            const IniPreferences preferences(path_);
+            QCOMPARE(preferences.boolean(u"k"_s), std::nullopt);
+            QCOMPARE(preferences.integer(u"k"_s), std::nullopt);
+            QCOMPARE(preferences.text(u"k"_s), std::nullopt);
+            QCOMPARE(preferences.texts(u"k"_s), std::nullopt);
+        }
+        QVERIFY(QDir(home_->path()).isEmpty());
+    }
+
+    // MARK: round trips
+
+    void valuesOfEveryTypeComeBack()
+    {
+        IniPreferences preferences(path_);
+        const auto verify = [](const IniPreferences &each) {
+            return each.boolean(u"on"_s) == true && each.boolean(u"off"_s) == false && each.integer(u"sixty"_s) == 60
+                && each.integer(u"least"_s) == std::numeric_limits<int>::min() && each.text(u"empty"_s) == u""_s
+                && each.text(u"null"_s) == u""_s && each.texts(u"none"_s) == QStringList()
+                && each.texts(u"one"_s) == QStringList{u"claude"_s}
+                && each.texts(u"three"_s) == QStringList{u"b"_s, u"a, c"_s, u"b"_s};
+        };
+        preferences.setBoolean(u"on"_s, true);
+        preferences.setBoolean(u"off"_s, false);
+        preferences.setInteger(u"sixty"_s, 60);
+        preferences.setInteger(u"least"_s, std::numeric_limits<int>::min());
+        preferences.setText(u"empty"_s, u""_s);
+        preferences.setText(u"null"_s, QString());
+        preferences.setTexts(u"none"_s, {});
+        preferences.setTexts(u"one"_s, {u"claude"_s});
+        preferences.setTexts(u"three"_s, {u"b"_s, u"a, c"_s, u"b"_s});
+        QVERIFY(verify(preferences));
+        QVERIFY(verify(*nextStart()));
+    }
+
+    void everyTextComesBack_data()
+    {
+        QTest::addColumn<QString>("text");
+        const QStringList texts{
+            u"https://hooks.slack.com/services/T0/B0/xyz?a=1,2;b=%20&c=#d"_s,
+            u"123456:ABC-DEF_ghi"_s,
+            u"-1001234567890"_s,
+            u"a,b"_s,
+            u","_s,
+            u"a;b"_s,
+            u"say \"hi\""_s,
+            u"\""_s,
+            u"C:\\temp\\x41\\n"_s,
+            u"\\"_s,
+            u"100%"_s,
+            u"%41%"_s,
+            u" leading"_s,
+            u"trailing "_s,
+            u"  "_s,
+            u"\ttab\t"_s,
+            u"two\nlines\r\nand more\r"_s,
+            u"@Invalid()"_s,
+            u"@ByteArray(x)"_s,
+            u"@@"_s,
+            u"@"_s,
+            u"@team, alerts"_s,
+            u"[General]"_s,
+            u"a=b"_s,
+            u"# no comment"_s,
+            u"; no comment"_s,
+            u"true"_s,
+            u"Grüße, 世界 🚀"_s,
+            u"e\u0301\u00a0\u2028\u2029\ufeff"_s,
+            u"\u00a0"_s,
+            u"\ufeff"_s,
+            u"\u007f\u0080\u0001f\u001b0"_s,
+            QString(QChar::Null),
+            u"a"_s + QChar::Null + u"1"_s,
+            QString(100'000, u'x'),
+        };
+        for (const QString &text : texts)
+            QTest::newRow(qPrintable(text.left(40).toHtmlEscaped())) << text;
+    }
+
+    void everyTextComesBack()
+    {
+        QFETCH(QString, text);
+        IniPreferences(path_).setText(u"k"_s, text);
+        QCOMPARE(nextStart()->text(u"k"_s), text);
+
+        const QStringList pair{text, u"b"_s};
+        IniPreferences(path_).setTexts(u"l"_s, pair);
+        QCOMPARE(nextStart()->texts(u"l"_s), pair);
+        QCOMPARE(nextStart()->text(u"k"_s), text);
+        QVERIFY(!QFile::exists(path_ + u".bak"_s));
+    }
+
+    void randomTextsComeBack()
+    {
+        QRandomGenerator random(20260105);
+        const QString alphabet = u"ab01,;\"'\\%= \t\n\r@()[]#&xüß世\u00a0"_s;
+        IniPreferences preferences(path_);
+        QHash<QString, QString> written;
+        for (int i = 0; i < 400; ++i) {
+            QString text;
+            for (auto length = random.bounded(12); length > 0; --length)
+                text += alphabet.at(random.bounded(int(alphabet.size())));
+            const QString key = u"k%1"_s.arg(i % 40);
+            written.insert(key, text);
+            preferences.setText(key, text);
+            if (i % 40 == 39) {
+                const auto next = nextStart();
+                for (auto each = written.cbegin(); each != written.cend(); ++each)
+                    QCOMPARE(next->text(each.key()), each.value());
+            }
+        }
+        QVERIFY(!QFile::exists(path_ + u".bak"_s));
+    }
+
+    // MARK: the file
+
+    void theDefaultPlaceIsTheConfigurationDirectory_data()
+    {
+        QTest::addColumn<QByteArray>("configHome");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("set") << QByteArray("HOME/elsewhere") << u"elsewhere/Kelvo/Kelvo.conf"_s;
+        QTest::newRow("unset") << QByteArray() << u".config/Kelvo/Kelvo.conf"_s;
+    }
+
+    void theDefaultPlaceIsTheConfigurationDirectory()
+    {
+        QFETCH(QByteArray, configHome);
+        QFETCH(QString, expected);
+        const QByteArray home = QFile::encodeName(home_->path());
+        QCOMPARE(inChild([&] {
+                     ::setenv("HOME", home.constData(), 1);
+                     ::setenv("XDG_CONFIG_HOME", configHome.replace("HOME", home).constData(), 1);
+                     if (configHome.isEmpty())
+                         ::unsetenv("XDG_CONFIG_HOME");
+                     IniPreferences().setBoolean(u"hasOnboarded"_s, true);
+                     return 0;
+                 }),
+                 0);
+        QCOMPARE(contents(inHome(expected)), "[General]\nhasOnboarded=true\n"_ba);
+    }
+
+    void fileAndDirectoryArePrivate()
+    {
+        path_ = inHome(u"config/Kelvo/Kelvo.conf"_s);
+        IniPreferences(path_).setText(u"telegramBotToken"_s, u"1:secret"_s);
+        QCOMPARE(modeOf(path_), mode_t(0600));
+        QCOMPARE(modeOf(inHome(u"config/Kelvo"_s)), mode_t(0700));
+        QCOMPARE(modeOf(inHome(u"config"_s)), mode_t(0700));
+        QCOMPARE(QDir(inHome(u"config/Kelvo"_s)).entryList(QDir::Files), QStringList{u"Kelvo.conf"_s});
+        QCOMPARE(::umask(022), mode_t(022));
+    }
+
+    void aWiderModeIsNarrowed()
+    {
+        QVERIFY(place(path_, "[General]\na=1\n"));
+        QVERIFY(setMode(path_, 0664));
+        IniPreferences preferences(path_);
+        preferences.setInteger(u"b"_s, 2);
+        QCOMPARE(modeOf(path_), mode_t(0600));
+        QCOMPARE(contents(path_), "[General]\na=1\nb=2\n"_ba);
+    }
+
+    void aSymbolicLinkStaysOne()
+    {
+        QVERIFY(QDir(home_->path()).mkdir(u"dotfiles"_s));
+        const QString target = inHome(u"dotfiles/kelvo.conf"_s);
+        QVERIFY(place(target, "[General]\na=1\n"));
+        QVERIFY(QFile::link(target, path_));
+        IniPreferences(path_).setInteger(u"a"_s, 2);
+        QCOMPARE(QFile::symLinkTarget(path_), target);
+        QCOMPARE(contents(target), "[General]\na=2\n"_ba);
+        QCOMPARE(modeOf(target), mode_t(0600));
+    }
+
+    void anotherKeyEditedByHandSurvives()
+    {
+        IniPreferences preferences(path_);
+        preferences.setInteger(u"checkInterval"_s, 60);
+        QVERIFY(place(path_, "[General]\ncheckInterval=60\nslackChannelLabel=by hand\n\n[Notes]\nmine=yes\n"));
+        preferences.setInteger(u"checkInterval"_s, 300);
+        QCOMPARE(contents(path_), "[General]\ncheckInterval=300\nslackChannelLabel=by hand\n\n[Notes]\nmine=yes\n"_ba);
+    }
+
+    void aWriteChangesItsOwnLineAlone_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+        const auto row = [](const char *name, const char *before, const char *after) {
+            QTest::newRow(name) << QByteArray(before) << QByteArray(after);
+        };
+        row("an empty file", "", "[General]\nk=7\n");
+        row("no end of line", "[General]\nk=1", "[General]\nk=7\n");
+        row("comments", "; mine\n[General]\n# it is one\nk=1\n; end\n", "; mine\n[General]\n# it is one\nk=7\n; end\n");
+        row("a comment alone", "; don\"t\n", "; don\"t\nk=7\n");
+        row("blanks", "  [ general ]\n\n  k = 1  \n\n", "  [ general ]\n\nk=7\n\n");
+        row("no section", "a=1\nk=2\n", "a=1\nk=7\n");
+        row("the same key elsewhere", "[Other]\nk=1\n", "[General]\nk=7\n\n[Other]\nk=1\n");
+        row("new, before a section", "[General]\na=1\n\n[Other]\nk=1\n", "[General]\na=1\nk=7\n\n[Other]\nk=1\n");
+        row("said twice", "[General]\nk=1\na=2\nk=3\n", "[General]\nk=7\na=2\nk=7\n");
+        row("in two places", "k=1\n[Other]\nb=1\n[General]\nk=3\n", "k=7\n[Other]\nb=1\n[General]\nk=7\n");
+        row("no setting", "[General]\nwhat is this\n", "[General]\nwhat is this\nk=7\n");
+        row("a longer key", "[General]\nkk=1\n", "[General]\nkk=1\nk=7\n");
+        row("not UTF-8", "[General]\nb=\xff\xfe\n", "[General]\nb=\xff\xfe\nk=7\n");
+        row("a byte order mark", "\xef\xbb\xbf[Other]\nb=1\n", "[General]\nk=7\n\n[Other]\nb=1\n");
+        row("carriage returns", "[General]\r\na=1\r\n", "[General]\r\na=1\r\nk=7\n");
+        row("a comment behind a value", "[General]\na=2;\"3\n", "[General]\na=2;\"3\nk=7\n");
+    }
+
+    void aWriteChangesItsOwnLineAlone()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        reading(before)->setInteger(u"k"_s, 7);
+        QCOMPARE(contents(path_), after);
+        QCOMPARE(nextStart()->integer(u"k"_s), 7);
+        QVERIFY(!QFile::exists(path_ + u".bak"_s));
+    }
+
+    void theSameValueIsNotWrittenAgain()
+    {
+        IniPreferences preferences(path_);
+        preferences.setTexts(u"l"_s, {u"a"_s});
+        QVERIFY(QFile::remove(path_));
+        preferences.setTexts(u"l"_s, {u"a"_s});
+        QVERIFY(!QFile::exists(path_));
+        preferences.setTexts(u"l"_s, {u"b"_s});
+        QVERIFY(QFile::exists(path_));
+    }
+
+    void nothingIsLeftToDoAfterAWrite()
+    {
+        IniPreferences preferences(path_);
+        preferences.setInteger(u"k"_s, 1);
+        EventCounter events;
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(events.count, 0);
+    }
+
+    // MARK: files that others spoiled
+
+    void whatCanBeReadOfASpoiledFileIsReadAndTheOriginalIsKept_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("an open quote") << "[General]\na=1\nb=\"2\n"_ba;
+        QTest::newRow("a continued line") << "[General]\na=1\nb=2\\\n3\n"_ba;
+        QTest::newRow("binary") << QByteArray("[General]\na=1\n\0\"\1\2=\3\n", 22);
+    }
+
+    void whatCanBeReadOfASpoiledFileIsReadAndTheOriginalIsKept()
+    {
+        QFETCH(QByteArray, bytes);
+        const auto preferences = reading(bytes);
+        QCOMPARE(preferences->integer(u"a"_s), 1);
+        QCOMPARE(contents(path_), bytes);
+
+        preferences->setInteger(u"c"_s, 7);
+        QCOMPARE(contents(path_ + u".bak"_s), bytes);
+        QCOMPARE(modeOf(path_ + u".bak"_s), mode_t(0600));
+        QCOMPARE(nextStart()->integer(u"a"_s), 1);
+        QCOMPARE(nextStart()->integer(u"c"_s), 7);
+
+        // The rewritten file is sound: the copy stays that of the spoiled one.
+        preferences->setInteger(u"c"_s, 8);
+        QCOMPARE(contents(path_ + u".bak"_s), bytes);
+    }
+
+    void pureGarbageIsKeptToo()
+    {
+        QByteArray garbage(5000, '\0');
+        QRandomGenerator random(1);
+        for (char &byte : garbage)
+            byte = char(random.bounded(256));
+        const auto preferences = reading(garbage);
+        preferences->setInteger(u"c"_s, 7);
+        QCOMPARE(contents(path_ + u".bak"_s), garbage);
+        QCOMPARE(nextStart()->integer(u"c"_s), 7);
+    }
+
+    void aSpoiledFileThatCannotBeKeptIsNotOverwritten()
+    {
+        const QByteArray bytes = "[General]\na=1\nb=\"2\n";
+        QVERIFY(QDir(home_->path()).mkpath(u"Kelvo.conf.bak/full"_s));
+        const auto preferences = reading(bytes);
+        preferences->setInteger(u"a"_s, 2);
+        QCOMPARE(contents(path_), bytes);
+        QCOMPARE(preferences->integer(u"a"_s), 2);
+    }
+
+    // MARK: places that refuse
+
+    void anUnreadableFileIsLeftAlone()
+    {
+        const QByteArray bytes = "[General]\na=1\n";
+        QVERIFY(place(path_, bytes));
+        QVERIFY(setMode(path_, 0000));
+        QVERIFY(giveAway(path_) && giveAway(home_->path()));
+        QCOMPARE(asOrdinaryUser([&] {
+                     {
+                         IniPreferences preferences(path_);
+                         EXPECT(!preferences.integer(u"a"_s));
+                         preferences.setInteger(u"a"_s, 2);
+                         preferences.setTexts(u"l"_s, {});
+                         EXPECT(preferences.integer(u"a"_s) == 2);
+                         EXPECT(preferences.texts(u"l"_s) == QStringList());
+                         QCoreApplication::sendPostedEvents();
+                     }
+                     EXPECT(modeOf(path_) == 0000);
+                     EXPECT(setMode(path_, 0600));
+                     EXPECT(contents(path_) == bytes);
+                     return 0;
+                 }),
+                 0);
+    }
+
+    void aDirectoryInPlaceOfTheFileIsLeftAlone()
+    {
+        QVERIFY(QDir(home_->path()).mkpath(u"Kelvo.conf"_s));
+        IniPreferences preferences(path_);
+        preferences.setText(u"k"_s, u"v"_s);
+        QCOMPARE(preferences.text(u"k"_s), u"v"_s);
+        QVERIFY(QFileInfo(path_).isDir());
+        QCOMPARE(QDir(home_->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{u"Kelvo.conf"_s});
+    }
+
+    void aDeviceInPlaceOfTheFileIsLeftAlone()
+    {
+        // One of our own: a mistake here must not cost the system its /dev/null.
+        if (::mknod(QFile::encodeName(path_).constData(), S_IFCHR | 0600, makedev(1, 3)) != 0)
+            QSKIP("only root makes devices");
+        IniPreferences preferences(path_);
+        preferences.setText(u"k"_s, u"v"_s);
+        QCOMPARE(preferences.text(u"k"_s), u"v"_s);
+        struct stat info = {};
+        QCOMPARE(::stat(QFile::encodeName(path_).constData(), &info), 0);
+        QVERIFY(S_ISCHR(info.st_mode));
+    }
+
+    void aPipeInPlaceOfTheFileDoesNotHoldUpTheStart()
+    {
+        QCOMPARE(::mkfifo(QFile::encodeName(path_).constData(), 0600), 0);
+        QCOMPARE(inChild([&] {
+                     ::alarm(20);
+                     IniPreferences preferences(path_);
+                     preferences.setText(u"k"_s, u"v"_s);
+                     return preferences.text(u"k"_s) == u"v"_s ? 0 : 1;
+                 }),
+                 0);
+    }
+
+    void aFileInPlaceOfTheDirectoryKeepsValuesInMemory()
+    {
+        QVERIFY(place(inHome(u"Kelvo"_s), "in the way"));
+        IniPreferences preferences(inHome(u"Kelvo/Kelvo.conf"_s));
+        preferences.setText(u"k"_s, u"v"_s);
+        QCOMPARE(preferences.text(u"k"_s), u"v"_s);
+        QCOMPARE(contents(inHome(u"Kelvo"_s)), "in the way"_ba);
+    }
+
+    void aReadOnlyDirectoryKeepsValuesInMemoryUntilItCanBeWritten()
+    {
+        const QByteArray bytes = "[General]\na=1\n";
+        QVERIFY(place(path_, bytes));
+        QVERIFY(setMode(path_, 0600) && setMode(home_->path(), 0500));
+        QVERIFY(giveAway(path_) && giveAway(home_->path()));
+        QCOMPARE(asOrdinaryUser([&] {
+                     IniPreferences preferences(path_);
+                     EXPECT(preferences.integer(u"a"_s) == 1);
+                     preferences.setInteger(u"a"_s, 2);
+                     preferences.setInteger(u"b"_s, 3);
+                     EXPECT(preferences.integer(u"a"_s) == 2 && preferences.integer(u"b"_s) == 3);
+                     EXPECT(contents(path_) == bytes);
+
+                     EXPECT(setMode(home_->path(), 0700));
+                     preferences.setInteger(u"c"_s, 4);
+                     EXPECT(contents(path_) == "[General]\na=2\nb=3\nc=4\n");
+                     return 0;
+                 }),
+                 0);
+    }
+
+    void aFullDiskKeepsTheOldFile_data()
+    {
+        QTest::addColumn<int>("size");
+        QTest::newRow("noticed when the last buffer is written") << 8'000;
+        QTest::newRow("noticed earlier") << 50'000;
+    }
+
+    void aFullDiskKeepsTheOldFile()
+    {
+        QFETCH(int, size);
+        const QByteArray bytes = "[General]\na=1\n";
+        QVERIFY(place(path_, bytes));
+        QCOMPARE(inChild([&] {
+                     const QString tooMuch(size, u'x');
+                     IniPreferences preferences(path_);
+                     ::signal(SIGXFSZ, SIG_IGN);
+                     rlimit limit{};
+                     ::getrlimit(RLIMIT_FSIZE, &limit);
+                     limit.rlim_cur = 4096;
+                     EXPECT(::setrlimit(RLIMIT_FSIZE, &limit) == 0);
+                     preferences.setText(u"big"_s, tooMuch);
+                     EXPECT(contents(path_) == bytes);
+                     EXPECT(preferences.text(u"big"_s) == tooMuch);
+                     EXPECT(QDir(home_->path()).entryList(QDir::Files) == QStringList{u"Kelvo.conf"_s});
+
+                     // The event loop does not try again behind our back; the next write does.
+                     limit.rlim_cur = limit.rlim_max;
+                     EXPECT(::setrlimit(RLIMIT_FSIZE, &limit) == 0);
+                     QCoreApplication::sendPostedEvents();
+                     EXPECT(contents(path_) == bytes);
+                     preferences.setInteger(u"b"_s, 2);
+                     EXPECT(contents(path_) == "[General]\na=1\nb=2\nbig=" + tooMuch.toLatin1() + "\n");
+                     return 0;
+                 }),
+                 0);
+    }
+
+    // MARK: killed
+
+    void killedAtAnyMomentTheFileIsTheOldOrTheNewOne()
+    {
+        constexpr int length = 3000;
+        QRandomGenerator random(7);
+        IniPreferences(path_).setText(u"text"_s, QString(length, u'a'));
+        int changes = 0;
+        for (int round = 0; round < 1000 && changes < 20; ++round) {
+            const pid_t child = ::fork();
+            if (child == 0) {
+                IniPreferences preferences(path_);
+                for (int i = 0;; ++i)
+                    preferences.setText(u"text"_s, QString(length, QChar(u'a' + i % 26)));
+            }
+            ::usleep(useconds_t(1000 + random.bounded(9000)));
+            ::kill(child, SIGKILL);
+            ::waitpid(child, nullptr, 0);
+
+            const QString text = nextStart()->text(u"text"_s).value_or(QString());
+            QCOMPARE(text.size(), length);
+            QCOMPARE(text.count(text.at(0)), length);
+            changes += text.at(0) != u'a' ? 1 : 0;
+            const auto entries = QDir(home_->path()).entryInfoList({u"Kelvo.conf*"_s}, QDir::Files | QDir::Hidden);
+            for (const QFileInfo &entry : entries)
+                QCOMPARE(modeOf(entry.filePath()) & 077, mode_t(0));
+
+            // The next start is not held up and can write.
+            IniPreferences next(path_);
+            next.setInteger(u"round"_s, round);
+            QVERIFY(contents(path_).contains("\nround=" + QByteArray::number(round) + "\n"));
+            next.setText(u"text"_s, QString(length, u'a'));
+        }
+        QCOMPARE(changes, 20);
+    }
+};
+
+} // namespace kelvo
+
+QTEST_GUILESS_MAIN(kelvo::IniPreferencesTest)
+#include "IniPreferencesTest.moc"

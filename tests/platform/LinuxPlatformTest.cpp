@@ -1,0 +1,69 @@
+#include "platform/Platform.h"
+#include "platform/SingleInstance.h"
+#include "support/PrivateBus.h"
+
+#include <QDBusConnectionInterface>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+class LinuxPlatformTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void isCompleteAndQuietWithoutAnyBus();
+    void sharesOneConnectionToEachBus();
+
+private:
+    QTemporaryDir home_;
+};
+
+void LinuxPlatformTest::init()
+{
+    qputenv("XDG_CONFIG_HOME", home_.path().toUtf8());
+    qputenv("XDG_RUNTIME_DIR", home_.path().toUtf8());
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+}
+
+void LinuxPlatformTest::isCompleteAndQuietWithoutAnyBus()
+{
+    const PrivateBus absent;
+    qputenv("DBUS_SESSION_BUS_ADDRESS", absent.address().toUtf8());
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", absent.address().toUtf8());
+    QVERIFY(makeSingleInstance()->acquire());
+    const auto platform = makePlatform();
+    QVERIFY(platform.clock && platform.sleepWake && platform.loginItem && platform.preferences);
+    QVERIFY(platform.appearance && platform.statusItem);
+    QVERIFY(platform.notificationCenter && !platform.notificationCenter->canServeThisProcess());
+}
+
+void LinuxPlatformTest::sharesOneConnectionToEachBus()
+{
+    PrivateBus session;
+    session.start();
+    PrivateBus system;
+    system.start();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", session.address().toUtf8());
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", system.address().toUtf8());
+    const auto instance = makeSingleInstance();
+    QVERIFY(instance->acquire());
+    const auto platform = makePlatform();
+    QVERIFY(platform.notificationCenter->canServeThisProcess());
+
+    for (const auto *bus : {&session, &system}) {
+        const auto observer = bus->connect();
+        const auto names = observer.interface()->registeredServiceNames().value();
+        QCOMPARE(names.filter(QRegularExpression(u"^:"_s)).size(), 2); // the observer is the other
+    }
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::LinuxPlatformTest)
+#include "LinuxPlatformTest.moc"

@@ -1,0 +1,98 @@
+// A program with nothing but an item in the tray: what decides about the tray, Qt decides once in a process.
+//
+// Each line on standard input is a command of the test: "icon <colour>", "tooltip <text>", "menu <entry>", "show".
+// The last one prints "shown", each click of the item "activated".
+
+#include "platform/linux/TrayStatusItem.h"
+
+#include <QApplication>
+#include <QIconEngine>
+#include <QMenu>
+#include <QPainter>
+#include <QSocketNotifier>
+
+#include <cstdio>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A disc at any size, as the application's own icon is drawn.
+class DiscEngine : public QIconEngine
+{
+public:
+    explicit DiscEngine(const QColor &color)
+        : color_(color)
+    {
+    }
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode, QIcon::State) override
+    {
+        painter->setBrush(color_);
+        painter->drawEllipse(rect);
+    }
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, pixmap.rect(), mode, state);
+        return pixmap;
+    }
+    QIconEngine *clone() const override { return new DiscEngine(color_); }
+
+private:
+    QColor color_;
+};
+
+void say(const char *line)
+{
+    std::puts(line);
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QMenu menu;
+    kelvo::TrayStatusItem item(kelvo::BusConnection::session());
+    QObject::connect(&item, &kelvo::StatusItem::activated, [] {
+        say("activated");
+    });
+
+    const auto obey = [&](const QString &line) {
+        const auto command = line.section(u' ', 0, 0);
+        const auto argument = line.section(u' ', 1);
+        if (command == "icon"_L1) {
+            item.setIcon(QIcon(new DiscEngine(QColor(argument))));
+        } else if (command == "tooltip"_L1) {
+            item.setToolTip(argument);
+        } else if (command == "menu"_L1) {
+            menu.addAction(argument);
+            item.setMenu(&menu);
+        } else if (command == "show"_L1) {
+            item.show();
+            say("shown");
+        }
+    };
+    QByteArray received;
+    QSocketNotifier commands(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&commands, &QSocketNotifier::activated, [&] {
+        char buffer[256];
+        const auto size = read(STDIN_FILENO, buffer, sizeof buffer);
+        if (size <= 0) {
+            QApplication::quit();
+            return;
+        }
+        received.append(buffer, size);
+        for (auto end = received.indexOf('\n'); end >= 0; end = received.indexOf('\n')) {
+            obey(QString::fromUtf8(received.left(end)));
+            received.remove(0, end + 1);
+        }
+    });
+    return QApplication::exec();
+}

@@ -1,0 +1,325 @@
+#include "support/FakeStatusNotifierWatcher.h"
+#include "support/FakeXEmbedTray.h"
+#include "support/PrivateBus.h"
+#include "support/VirtualDisplay.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusPendingCall>
+#include <QDBusVariant>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QVariantMap>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+using Host = FakeStatusNotifierWatcher::Host;
+
+class TrayStatusItemTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void appearsInATrayOnTheBus();
+    void appearsWhenTheTrayStartsLater();
+    void waitsForAHostOfTheTray();
+    void appearsAgainAfterARestartOfTheTray();
+    void appearsAgainAfterARestartOfTheBus();
+    void tellsOfAClick();
+    void carriesWhatWasSetBeforeItWasShown();
+    void carriesWhatWasSetAfterItWasShown();
+    void embedsWhereThereIsNoBus();
+    void embedsWhereTheOnlyTrayIsOneOfX11();
+    void embedsInATrayOfX11ThatStartsLater();
+    void prefersTheTrayOnTheBusToOneOfX11();
+
+private:
+    void startProbe(const QByteArray &commands);
+    void tell(const QByteArray &commands);
+    QByteArray said();
+    QVariant ask(const QString &path, const QString &interface, const QString &method, const QVariantList &arguments);
+    QVariant itemProperty(const QString &name);
+    QString toolTip();
+    QStringList menuEntries();
+
+    std::unique_ptr<VirtualDisplay> display_;
+    std::unique_ptr<PrivateBus> daemon_;
+    std::unique_ptr<FakeStatusNotifierWatcher> tray_;
+    std::unique_ptr<QProcess> probe_;
+    QByteArray said_;
+    QTemporaryDir runtimeDirectory_;
+};
+
+void TrayStatusItemTest::init()
+{
+    display_ = std::make_unique<VirtualDisplay>();
+    daemon_ = std::make_unique<PrivateBus>();
+}
+
+void TrayStatusItemTest::cleanup()
+{
+    if (probe_) {
+        probe_->closeWriteChannel();
+        QVERIFY(probe_->waitForFinished());
+        QCOMPARE(probe_->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(probe_->readAllStandardError(), QByteArray());
+        probe_.reset();
+    }
+    tray_.reset();
+    daemon_.reset();
+    display_.reset();
+}
+
+void TrayStatusItemTest::startProbe(const QByteArray &commands)
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"DISPLAY"_s, display_->name());
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, daemon_->address());
+    environment.remove(u"XDG_CURRENT_DESKTOP"_s);
+    environment.insert(u"XDG_RUNTIME_DIR"_s, runtimeDirectory_.path());
+    said_.clear();
+    probe_ = std::make_unique<QProcess>();
+    probe_->setProcessEnvironment(environment);
+    probe_->start(QStringLiteral(KELVO_TRAY_PROBE), QStringList());
+    QVERIFY(probe_->waitForStarted());
+    tell(commands);
+}
+
+void TrayStatusItemTest::tell(const QByteArray &commands)
+{
+    probe_->write(commands);
+}
+
+/// All that the probe printed so far.
+QByteArray TrayStatusItemTest::said()
+{
+    return said_ += probe_->readAllStandardOutput();
+}
+
+/// The last of the answer's values; invalid where the item does not answer so.
+QVariant TrayStatusItemTest::ask(const QString &path, const QString &interface, const QString &method,
+                                 const QVariantList &arguments)
+{
+    auto question = QDBusMessage::createMethodCall(tray_->items().last(), path, interface, method);
+    question.setArguments(arguments);
+    const auto answer = tray_->connection().asyncCall(question);
+    const bool answered = QTest::qWaitFor([&] { return answer.isFinished(); }) && !answer.isError();
+    return answered ? answer.reply().arguments().last() : QVariant();
+}
+
+QVariant TrayStatusItemTest::itemProperty(const QString &name)
+{
+    return ask(u"/StatusNotifierItem"_s, u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
+               {u"org.kde.StatusNotifierItem"_s, name})
+        .value<QDBusVariant>()
+        .variant();
+}
+
+QString TrayStatusItemTest::toolTip()
+{
+    const auto property = itemProperty(u"ToolTip"_s).value<QDBusArgument>();
+    if (property.currentSignature() != "(sa(iiay)ss)"_L1) {
+        return {};
+    }
+    QString iconName;
+    QString title;
+    property.beginStructure();
+    property >> iconName;
+    property.beginArray();
+    while (!property.atEnd()) {
+        property.asVariant();
+    }
+    property.endArray();
+    property >> title;
+    property.endStructure();
+    return title;
+}
+
+QStringList TrayStatusItemTest::menuEntries()
+{
+    const auto path = itemProperty(u"Menu"_s).value<QDBusObjectPath>().path();
+    const auto layout = ask(path, u"com.canonical.dbusmenu"_s, u"GetLayout"_s,
+                            {0, 1, QStringList{u"label"_s}})
+                            .value<QDBusArgument>();
+    if (layout.currentSignature() != "(ia{sv}av)"_L1) {
+        return {};
+    }
+    int id = 0;
+    QVariantMap properties;
+    QVariantList children;
+    layout.beginStructure();
+    layout >> id >> properties >> children;
+    layout.endStructure();
+
+    QStringList labels;
+    for (const auto &child : children) {
+        const auto entry = child.value<QDBusArgument>();
+        entry.beginStructure();
+        entry >> id >> properties;
+        entry.endStructure();
+        labels.append(properties.value(u"label"_s).toString());
+    }
+    return labels;
+}
+
+void TrayStatusItemTest::appearsInATrayOnTheBus()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QTRY_COMPARE(itemProperty(u"Status"_s), QVariant(u"Active"_s));
+
+    const auto pixmaps = itemProperty(u"IconPixmap"_s).value<QDBusArgument>();
+    QCOMPARE(pixmaps.currentSignature(), u"a(iiay)"_s);
+    pixmaps.beginArray();
+    int sizes = 0;
+    for (; !pixmaps.atEnd(); ++sizes) {
+        int width = 0;
+        int height = 0;
+        QByteArray argb;
+        pixmaps.beginStructure();
+        pixmaps >> width >> height >> argb;
+        pixmaps.endStructure();
+        const auto centre = (height / 2 * width + width / 2) * 4;
+        QCOMPARE(argb.mid(centre, 4), QByteArray("\xff\xff\x00\x00", 4));
+        QCOMPARE(argb.at(0), '\0');
+    }
+    pixmaps.endArray();
+    QVERIFY(sizes >= 1);
+}
+
+void TrayStatusItemTest::appearsWhenTheTrayStartsLater()
+{
+    daemon_->start();
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(said(), QByteArray("shown\n"));
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    QTRY_COMPARE(tray_->items().size(), 1);
+}
+
+void TrayStatusItemTest::waitsForAHostOfTheTray()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::none);
+    startProbe("icon red\nshow\n");
+    QTRY_VERIFY(tray_->questions() > 0);
+    QCOMPARE(tray_->items().size(), 0);
+    tray_->registerHost();
+    QTRY_COMPARE(tray_->items().size(), 1);
+}
+
+void TrayStatusItemTest::appearsAgainAfterARestartOfTheTray()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    for (int round = 0; round < 2; ++round) {
+        tray_.reset();
+        tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+        QTRY_COMPARE(tray_->items().size(), 1);
+    }
+}
+
+void TrayStatusItemTest::appearsAgainAfterARestartOfTheBus()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\ntooltip Claude\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    daemon_->kill();
+    tray_.reset();
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QTRY_COMPARE(itemProperty(u"Status"_s), QVariant(u"Active"_s));
+}
+
+void TrayStatusItemTest::tellsOfAClick()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nmenu Quit\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QTRY_COMPARE(said(), QByteArray("shown\n"));
+    const auto click = [&](const QString &method) {
+        auto call = QDBusMessage::createMethodCall(tray_->items().last(), u"/StatusNotifierItem"_s,
+                                                   u"org.kde.StatusNotifierItem"_s, method);
+        call << 10 << 20;
+        tray_->connection().send(call);
+    };
+    click(u"SecondaryActivate"_s); // the middle button, which means nothing here
+    click(u"Activate"_s);
+    QTRY_COMPARE(said(), QByteArray("shown\nactivated\n"));
+}
+
+void TrayStatusItemTest::carriesWhatWasSetBeforeItWasShown()
+{
+    daemon_->start();
+    startProbe("icon red\ntooltip Claude\nmenu Quit\nshow\n");
+    QTRY_COMPARE(said(), QByteArray("shown\n"));
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QCOMPARE(toolTip(), u"Claude"_s);
+    QCOMPARE(menuEntries(), QStringList{u"Quit"_s});
+}
+
+void TrayStatusItemTest::carriesWhatWasSetAfterItWasShown()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    tell("tooltip Cursor\nmenu Settings\n");
+    QTRY_COMPARE(toolTip(), u"Cursor"_s);
+    QTRY_COMPARE(menuEntries(), QStringList{u"Settings"_s});
+}
+
+void TrayStatusItemTest::embedsWhereThereIsNoBus()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(tray.dockedCount(), 1);
+}
+
+void TrayStatusItemTest::embedsWhereTheOnlyTrayIsOneOfX11()
+{
+    daemon_->start();
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE_WITH_TIMEOUT(tray.dockedCount(), 1, 10000);
+}
+
+void TrayStatusItemTest::embedsInATrayOfX11ThatStartsLater()
+{
+    daemon_->start();
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(said(), QByteArray("shown\n"));
+    const FakeXEmbedTray tray(display_->name());
+    QTRY_COMPARE_WITH_TIMEOUT(tray.dockedCount(), 1, 10000);
+}
+
+void TrayStatusItemTest::prefersTheTrayOnTheBusToOneOfX11()
+{
+    daemon_->start();
+    const FakeXEmbedTray embedding(display_->name());
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(said(), QByteArray("shown\n"));
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QCOMPARE(embedding.dockedCount(), 0);
+}
+
+} // namespace kelvo
+
+QTEST_GUILESS_MAIN(kelvo::TrayStatusItemTest)
+#include "TrayStatusItemTest.moc"

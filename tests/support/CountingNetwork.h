@@ -1,0 +1,29 @@
+#pragma once
+
+#include "simulator/ReroutedNetwork.h"
+
+namespace kelvo {
+
+/// The simulated internet, with a count of the requests that were begun, whether or not they ever arrive. Lets a test
+/// say at once that nothing was sent.
+class CountingNetwork : public ReroutedNetwork
+{
+public:
+    CountingNetwork(const SimulatedInternet &internet, int &begun)
+        : ReroutedNetwork(internet)
+        , begun_(begun)
+    {
+    }
+
+protected:
+    QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request, QIODevice *outgoing) override
+    {
+        ++begun_;
+        return ReroutedNetwork::createRequest(operation, request, outgoing);
+    }
+
+private:
+    int &begun_;
+};
+
+} // namespace kelvo

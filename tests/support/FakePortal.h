@@ -1,0 +1,37 @@
+#pragma once
+
+#include "support/PrivateBus.h"
+
+#include <QMap>
+#include <QObject>
+#include <QStringList>
+#include <QVariantMap>
+
+namespace kelvo {
+
+using PortalSettings = QMap<QString, QVariantMap>;
+
+/// The settings of a desktop portal on a bus of the test's.
+class FakePortal : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    FakePortal(const PrivateBus &bus, const PortalSettings &settings);
+
+    /// Changes a setting and tells so.
+    void set(const QString &group, const QString &name, const QVariant &value);
+    /// How often somebody read the settings.
+    int reads() const { return reads_; }
+
+public Q_SLOTS:
+    Q_SCRIPTABLE kelvo::PortalSettings ReadAll(const QStringList &groups);
+
+private:
+    PortalSettings settings_;
+    int reads_ = 0;
+    BusService service_;
+};
+
+} // namespace kelvo
