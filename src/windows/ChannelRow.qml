@@ -21,7 +21,10 @@ PlainButton {
         focused: row.visualFocus
         hovered: row.hovered
     }
-    contentItem: Item {
+
+    Item {
+        anchors.fill: parent
+
         Text {
             anchors.left: parent.left
             anchors.leftMargin: 12

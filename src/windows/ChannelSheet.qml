@@ -14,7 +14,7 @@ FocusScope {
     Accessible.name: sheet.title
     Accessible.role: Accessible.Dialog
     LayoutMirroring.childrenInherit: true
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     implicitHeight: column.implicitHeight
     implicitWidth: 360
 

@@ -8,15 +8,16 @@ T.RadioButton {
 
     Accessible.name: text
     hoverEnabled: true
-    implicitHeight: Math.max(24, implicitContentHeight + 6)
+    implicitHeight: Math.max(24, nameText.implicitHeight + 6)
 
     background: CardRowGround {
         down: row.down
         focused: row.visualFocus
         hovered: row.hovered
     }
-    contentItem: Item {
-        implicitHeight: nameText.implicitHeight
+
+    Item {
+        anchors.fill: parent
 
         Text {
             id: nameText

@@ -12,7 +12,7 @@ FocusScope {
     Accessible.name: "Welcome to Kelvo"
     Accessible.role: Accessible.Pane
     LayoutMirroring.childrenInherit: true
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     focus: true
     implicitHeight: 300
     implicitWidth: 400

@@ -12,7 +12,7 @@ FocusScope {
     Accessible.name: "Kelvo Settings"
     Accessible.role: Accessible.Pane
     LayoutMirroring.childrenInherit: true
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     focus: true
     implicitHeight: Math.max(560, content.implicitHeight)
     implicitWidth: 400

@@ -20,27 +20,31 @@ T.CheckBox {
 
     Accessible.description: subtitle
     Accessible.name: title
-    bottomPadding: 9
     checkState: isOn ? Qt.Checked : Qt.Unchecked
     hoverEnabled: true
-    implicitHeight: implicitContentHeight + topPadding + bottomPadding
-    leftPadding: 12
+    implicitHeight: Math.max(texts.implicitHeight, mark.height) + 18
     // What was wished for need not come true.
     nextCheckState: () => {
         flip();
         return isOn ? Qt.Checked : Qt.Unchecked;
     }
-    rightPadding: 12
     text: title
-    topPadding: 9
 
     background: CardRowGround {
         down: row.down
         focused: row.visualFocus
         hovered: row.hovered
     }
-    contentItem: Item {
-        implicitHeight: Math.max(texts.height, mark.height)
+
+    Accessible.onPressAction: flip()
+    Accessible.onToggleAction: flip()
+    Keys.onEnterPressed: flip()
+    Keys.onReturnPressed: flip()
+
+    Item {
+        anchors.fill: parent
+        anchors.leftMargin: 12
+        anchors.rightMargin: 12
 
         Column {
             id: texts
@@ -100,11 +104,6 @@ T.CheckBox {
             opacity: row.enabled ? 1 : 0.5
         }
     }
-
-    Accessible.onPressAction: flip()
-    Accessible.onToggleAction: flip()
-    Keys.onEnterPressed: flip()
-    Keys.onReturnPressed: flip()
 
     CardRowRule {
     }
