@@ -1,6 +1,6 @@
 #include "alerts/NotifierStore.h"
 
-#include "model/WhileAlive.h"
+#include "WhileAlive.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

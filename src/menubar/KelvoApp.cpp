@@ -21,6 +21,9 @@ KelvoApp::KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &n
     makeMenu();
     connect(&statusItem_, &StatusItem::activated, this, [this] { popover_.toggle(statusItem_.geometry()); });
     connect(&popover_, &PopoverWindow::settingsRequested, this, &KelvoApp::openSettings);
+    for (SceneWindow *window : std::initializer_list<SceneWindow *>{&settingsWindow_, &onboardingWindow_}) {
+        connect(window, &SceneWindow::settingsRequested, this, &KelvoApp::openSettings);
+    }
     connect(&settingsWindow_, &SettingsWindow::onboardingRequested, this, &KelvoApp::openOnboarding);
 
     connect(&store, &StatusStore::statusesChanged, this, &KelvoApp::updateStatusItem);

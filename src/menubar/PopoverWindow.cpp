@@ -2,10 +2,11 @@
 
 #include "menubar/PopoverPlacement.h"
 #include "platform/Compositing.h"
+#include "style/WindowKey.h"
 
+#include <QCoreApplication>
 #include <QCursor>
 #include <QGuiApplication>
-#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QQuickItem>
@@ -97,21 +98,25 @@ bool PopoverWindow::eventFilter(QObject *watched, QEvent *event)
 
 bool PopoverWindow::handleKey(const QKeyEvent &event)
 {
-    switch (event.keyCombination().toCombined()) {
-    case Qt::Key_Escape:
-    case (Qt::CTRL | Qt::Key_W).toCombined():
+    if (event.key() == Qt::Key_Escape) {
         close();
         return true;
-    case (Qt::CTRL | Qt::Key_Comma).toCombined():
+    }
+    switch (windowKey(event)) {
+    case WindowKey::close:
+        close();
+        return true;
+    case WindowKey::settings:
         close();
         Q_EMIT settingsRequested();
         return true;
-    case (Qt::CTRL | Qt::Key_Q).toCombined():
+    case WindowKey::quit:
         QCoreApplication::quit();
         return true;
-    default:
+    case WindowKey::none:
         return false;
     }
+    Q_UNREACHABLE();
 }
 
 void PopoverWindow::load()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/WallClock.h"
+#include "model/TimePoint.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/ServiceHealth.h"
-#include "platform/WallClock.h"
+#include "model/TimePoint.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include "monitor/PollLoop.h"
 
-#include "model/WhileAlive.h"
+#include "WhileAlive.h"
 
 namespace kelvo {
 

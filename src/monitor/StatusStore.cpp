@@ -1,6 +1,6 @@
 #include "monitor/StatusStore.h"
 
-#include "model/WhileAlive.h"
+#include "WhileAlive.h"
 
 #include <QFuture>
 
@@ -171,6 +171,12 @@ void StatusStore::observeSettings()
 {
     connect(&settings_, &SettingsStore::objectWillChange, this, [this] {
         settingsTimer_ = clock_.after(settingsQuietTime, [this] { restartPolling(false); });
+    });
+    // Who puts another service first wants to see it first, not after the next round.
+    connect(&settings_, &SettingsStore::objectDidChange, this, [this] {
+        if (!popoverIsOpen_) {
+            applyPromotion();
+        }
     });
 }
 

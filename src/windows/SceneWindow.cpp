@@ -1,5 +1,7 @@
 #include "windows/SceneWindow.h"
 
+#include "style/WindowKey.h"
+
 #include <QCoreApplication>
 #include <QCursor>
 #include <QGuiApplication>
@@ -81,16 +83,20 @@ bool SceneWindow::eventFilter(QObject *watched, QEvent *event)
 
 bool SceneWindow::handleKey(const QKeyEvent &event)
 {
-    switch (event.keyCombination().toCombined()) {
-    case (Qt::CTRL | Qt::Key_W).toCombined():
+    switch (windowKey(event)) {
+    case WindowKey::close:
         close();
         return true;
-    case (Qt::CTRL | Qt::Key_Q).toCombined():
+    case WindowKey::settings:
+        Q_EMIT settingsRequested();
+        return true;
+    case WindowKey::quit:
         QCoreApplication::quit();
         return true;
-    default:
+    case WindowKey::none:
         return false;
     }
+    Q_UNREACHABLE();
 }
 
 void SceneWindow::load()

@@ -32,6 +32,8 @@ public:
 Q_SIGNALS:
     /// The window closed, whoever closed it.
     void closed();
+    /// The user asks for the settings.
+    void settingsRequested();
 
 protected:
     SceneWindow(ViewEngine &engine, const Appearance &appearance, QString title, QUrl source);

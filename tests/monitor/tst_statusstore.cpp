@@ -105,6 +105,7 @@ private Q_SLOTS:
     void closingEndsThePeekAndPromotes();
     void onlyAHeroInTroubleThatIsNotThePrimaryIsPromoted();
     void withoutAPrimaryServiceThereIsNoHero();
+    void theHeroFollowsTheUsersOrderWhileThePopoverIsClosed();
     void aHeroWhoseRecoveryIsUnconfirmed();
     void twoServicesInTrouble();
     void watchingOffMakesTheRingInactiveWhateverTheStatusesSay();
@@ -854,11 +855,26 @@ void StatusStoreTest::withoutAPrimaryServiceThereIsNoHero()
     QCOMPARE(world.store->heroStatusLabel(), u"No service selected"_s);
     QCOMPARE(world.store->heroBodyLine(), u"Choose a service in Settings."_s);
     QCOMPARE(world.store->groupHeading(), u"Watching"_s);
-    // Watched from now on, but no round has made one of them the hero yet: the primary service stands in.
+    // Watched from now on, under the user's eyes: none of them is made the hero yet, and the primary service stands in.
+    world.store->setPopoverIsOpen(true);
     world.watch({cursor, claude});
     QVERIFY(!world.store->heroID());
     QVERIFY(world.store->hero()->id == cursor);
     QVERIFY(world.store->groupRows() == std::vector{Service::by(claude)});
+}
+
+void StatusStoreTest::theHeroFollowsTheUsersOrderWhileThePopoverIsClosed()
+{
+    MonitorWorld world({claude, cursor});
+    world.startWith(operational);
+    QVERIFY(world.store->heroID() == claude);
+    world.settings.setPrimary(cursor);
+    QVERIFY(world.store->heroID() == cursor);
+    world.store->setPopoverIsOpen(true);
+    world.settings.setPrimary(claude);
+    QVERIFY(world.store->heroID() == cursor);
+    world.store->setPopoverIsOpen(false);
+    QVERIFY(world.store->heroID() == claude);
 }
 
 void StatusStoreTest::aHeroWhoseRecoveryIsUnconfirmed()
