@@ -218,7 +218,5 @@ void TransitionTest::aTimeThatPassedIsKept()
     QVERIFY(next.recoveredUntil == now - 1h);
 }
 
-Q_DECLARE_METATYPE(Row)
-
 QTEST_GUILESS_MAIN(TransitionTest)
 #include "tst_transition.moc"
