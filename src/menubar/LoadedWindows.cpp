@@ -1,0 +1,23 @@
+#include "menubar/LoadedWindows.h"
+
+#include <QCoreApplication>
+#include <QPluginLoader>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
+std::unique_ptr<Windows> loadWindows(StatusStore &store, SettingsStore &settings, NotifierStore &notifier,
+                                     Platform &platform)
+{
+    // With its whole path: Qt would search in places that others may write to.
+    QPluginLoader loader(QCoreApplication::applicationDirPath() + u"/" KELVO_WINDOWS_PLUGIN ""_s);
+    auto *plugin = qobject_cast<WindowsPlugin *>(loader.instance());
+    if (!plugin) {
+        qWarning("The windows cannot be opened: %s", qPrintable(loader.errorString()));
+        return nullptr;
+    }
+    return plugin->make(store, settings, notifier, platform);
+}
+
+} // namespace kelvo
