@@ -11,10 +11,11 @@ std::unique_ptr<Windows> loadWindows(StatusStore &store, SettingsStore &settings
                                      Platform &platform)
 {
     // With its whole path: Qt would search in places that others may write to.
-    QPluginLoader loader(QCoreApplication::applicationDirPath() + u"/" KELVO_WINDOWS_PLUGIN ""_s);
+    const auto library = QCoreApplication::applicationDirPath() + u"/" KELVO_WINDOWS_PLUGIN ""_s;
+    QPluginLoader loader(library);
     auto *plugin = qobject_cast<WindowsPlugin *>(loader.instance());
     if (!plugin) {
-        qWarning("The windows cannot be opened: %s", qPrintable(loader.errorString()));
+        qWarning("The windows cannot be opened: %s: %s", qPrintable(library), qPrintable(loader.errorString()));
         return nullptr;
     }
     return plugin->make(store, settings, notifier, platform);
