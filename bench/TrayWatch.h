@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDBusMessage>
 #include <QObject>
 
 namespace kelvo {
@@ -11,6 +12,9 @@ class TrayWatch : public QObject
 
 public:
     explicit TrayWatch(QObject *parent = nullptr);
+
+    /// A call of a method of the icon that this process has in the tray. Fails where it has none.
+    static QDBusMessage callOfItem(qint64 processId, const QString &method);
 
 Q_SIGNALS:
     void registered();

@@ -1,4 +1,5 @@
 #include "MeasuredProcess.h"
+#include "ScreenColumn.h"
 #include "Table.h"
 #include "TrayWatch.h"
 
@@ -10,6 +11,9 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QCursor>
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -19,6 +23,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace kelvo;
@@ -211,6 +216,135 @@ QList<Figure> measureRest()
     };
 }
 
+// ---- The popover ----
+
+/// A program with an icon in the tray and a window that a click on it shows or hides, right under the pointer.
+class Clicked
+{
+public:
+    /// `ground` are the colours that most of the window has, one of them at a time.
+    Clicked(qint64 processId, QList<QRgb> ground)
+        : click_(TrayWatch::callOfItem(processId, u"Activate"_s) << pointer.x() << pointer.y())
+        , ground_(std::move(ground))
+    {
+    }
+
+    /// Clicks as a tray does. Gives the milliseconds until the window is on the screen.
+    double open()
+    {
+        QCursor::setPos(pointer);
+        return click([this] { return column_.count(ground_) >= seen; });
+    }
+
+    /// The milliseconds until it is off the screen.
+    double close()
+    {
+        return click([this] { return column_.count(ground_) == 0; });
+    }
+
+private:
+    static constexpr QPoint pointer{640, 10};
+    static constexpr int seen = 60;
+
+    double click(const std::function<bool()> &isDone)
+    {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QDBusConnection::sessionBus().send(click_);
+        while (!isDone()) {
+            if (elapsed.hasExpired(std::chrono::milliseconds(aRoundAtMost).count())) {
+                qFatal("Waited in vain for a window to come or go");
+            }
+            // Without a rest this would take the processor from whoever draws.
+            std::this_thread::sleep_for(200us);
+        }
+        const auto result = static_cast<double>(elapsed.nsecsElapsed()) / 1e6;
+        letPass(700ms);
+        return result;
+    }
+
+    QDBusMessage click_;
+    QList<QRgb> ground_;
+    ScreenColumn column_{pointer.x(), 40, 260};
+};
+
+Clicked clickedKelvo(const KelvoProcess &kelvo)
+{
+    return {kelvo.processId(), {0xffffffff, 0xff262628}};
+}
+
+Clicked clickedBare(const QProcess &bare)
+{
+    return {bare.processId(), {0xff3050c0}};
+}
+
+struct Openings
+{
+    std::vector<double> cold;
+    std::vector<double> again;
+
+    void add(Clicked program)
+    {
+        cold.push_back(program.open());
+        program.close();
+        for (int time = 0; time < 5; ++time) {
+            again.push_back(program.open());
+            program.close();
+        }
+    }
+};
+
+QList<Figure> measurePopover()
+{
+    World world;
+    Openings own;
+    Openings bare;
+    Memory opened;
+    Memory bareOpened;
+    Memory closed;
+    Memory bareClosed;
+    double wakeups = 0;
+    constexpr int runs = 5;
+    for (int run = 0; run < runs; ++run) {
+        const auto kelvo = startKelvo(world);
+        QProcess program;
+        program.start(QStringLiteral(BARE_POPOVER), QStringList());
+        letPass(2s);
+        bare.add(clickedBare(program));
+        own.add(clickedKelvo(*kelvo));
+        if (run == runs - 1) {
+            clickedBare(program).open();
+            bareOpened = memoryOf(program.processId());
+            clickedBare(program).close();
+            clickedKelvo(*kelvo).open();
+            letPass(1s);
+            opened = memoryOf(kelvo->processId());
+            clickedKelvo(*kelvo).close();
+            letPass(4s);
+            const auto before = wakeupsOf(kelvo->processId());
+            letPass(20s);
+            closed = memoryOf(kelvo->processId());
+            bareClosed = memoryOf(program.processId());
+            wakeups = static_cast<double>(wakeupsOf(kelvo->processId()) - before);
+        }
+        program.terminate();
+        program.waitForFinished();
+    }
+    const auto with = u"bare Quick window"_s;
+    return {
+        {u"Click to first popover frame, cold"_s, u"ms"_s, median(own.cold), with, median(bare.cold),
+         u"at most 40 ms"_s},
+        {u"Click to first popover frame, again"_s, u"ms"_s, median(own.again), with, median(bare.again),
+         u"at most 8 ms"_s},
+        {u"Resident memory, popover open"_s, u"MB"_s, opened.residentMegabytes, with, bareOpened.residentMegabytes, {}},
+        {u"Resident memory, popover closed again"_s, u"MB"_s, closed.residentMegabytes, with,
+         bareClosed.residentMegabytes, u"at most 50 MB"_s},
+        {u"Private memory, popover closed again"_s, u"MB"_s, closed.privateMegabytes, with,
+         bareClosed.privateMegabytes, {}},
+        {u"Wakeups in 20 s after the popover closed"_s, {}, wakeups, {}, 0, u"none"_s},
+    };
+}
+
 // ---- A round ----
 
 double cpuOfARound(World &world, qint64 processId, const std::function<void()> &start)
@@ -308,6 +442,31 @@ QList<Figure> measureGrowth(int rounds)
     };
 }
 
+QList<Figure> measureOpenings(int openings)
+{
+    World world;
+    const auto kelvo = startKelvo(world);
+    auto program = clickedKelvo(*kelvo);
+    const auto run = [&](int count) {
+        for (int opening = 0; opening < count; ++opening) {
+            program.open();
+            program.close();
+        }
+        letPass(2s);
+    };
+    run(std::min(openings, 20));
+    const auto memory = memoryOf(kelvo->processId());
+    const auto descriptors = descriptorsOf(kelvo->processId());
+    run(openings);
+    const auto title = u"in %1 openings"_s.arg(openings);
+    return {
+        {u"Growth of private memory "_s + title, u"MB"_s,
+         memoryOf(kelvo->processId()).privateMegabytes - memory.privateMegabytes, {}, 0, u"none"_s},
+        {u"Growth of descriptors "_s + title, {},
+         static_cast<double>(descriptorsOf(kelvo->processId()) - descriptors), {}, 0, u"none"_s},
+    };
+}
+
 struct Measurement
 {
     QString name;
@@ -325,12 +484,18 @@ int main(int argc, char *argv[])
     const QCommandLineOption growthRounds(u"growth-rounds"_s, u"Rounds to look for growth in (1000)."_s, u"count"_s,
                                           u"1000"_s);
     parser.addOption(growthRounds);
+    const QCommandLineOption growthOpenings(u"growth-openings"_s,
+                                            u"Openings of the popover to look for growth in (200)."_s, u"count"_s,
+                                            u"200"_s);
+    parser.addOption(growthOpenings);
     const QList<Measurement> measurements{
         {u"start"_s, measureStart},
         {u"rest"_s, measureRest},
+        {u"popover"_s, measurePopover},
         {u"rounds"_s, measureRounds},
         {u"alert"_s, measureAlert},
         {u"growth"_s, [&] { return measureGrowth(parser.value(growthRounds).toInt()); }},
+        {u"openings"_s, [&] { return measureOpenings(parser.value(growthOpenings).toInt()); }},
     };
     QStringList names;
     for (const auto &measurement : measurements) {

@@ -1,5 +1,5 @@
-# kelvo_mac_bundle(TARGET): the executable is built as Kelvo.app.
-function(kelvo_mac_bundle target)
+# kelvo_mac_bundle(TARGET PLUGIN): the executable is built as Kelvo.app, with the plugin inside.
+function(kelvo_mac_bundle target plugin)
   set_target_properties(${target} PROPERTIES
     MACOSX_BUNDLE TRUE
     OUTPUT_NAME Kelvo
@@ -8,4 +8,6 @@ function(kelvo_mac_bundle target)
     MACOSX_BUNDLE_GUI_IDENTIFIER app.kelvo.Kelvo
     MACOSX_BUNDLE_BUNDLE_VERSION ${PROJECT_VERSION}
     MACOSX_BUNDLE_SHORT_VERSION_STRING ${PROJECT_VERSION})
+  set_target_properties(${plugin} PROPERTIES
+    LIBRARY_OUTPUT_DIRECTORY $<TARGET_BUNDLE_CONTENT_DIR:${target}>/PlugIns)
 endfunction()

@@ -8,6 +8,7 @@
 #include "platform/linux/IniPreferences.h"
 #include "simulator/ReroutedNetwork.h"
 #include "simulator/SimulatedInternet.h"
+#include "windows/QuickWindows.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -95,7 +96,8 @@ int main(int argc, char *argv[])
     auto boundaries = simulatedBoundaries(internet);
     KelvoApp::showFirstRing(*boundaries.platform.statusItem, *boundaries.platform.appearance);
     Composition composition(std::move(boundaries));
-    KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), NotifierStore::shared(), composition.platform());
+    KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), NotifierStore::shared(), composition.platform(),
+                   &QuickWindows::make);
 
     Story story(internet, StatusStore::shared(), watch, QDir(pictures.path()));
     QObject::connect(&story, &Story::ended, &application, [&](const QString &complaint) {

@@ -1,6 +1,7 @@
 #include "Composition.h"
 #include "Version.h"
 #include "menubar/KelvoApp.h"
+#include "menubar/LoadedWindows.h"
 #include "platform/Platform.h"
 #include "platform/ProcessMemory.h"
 #include "platform/SingleInstance.h"
@@ -31,7 +32,8 @@ int main(int argc, char *argv[])
     auto boundaries = makeBoundaries();
     KelvoApp::showFirstRing(*boundaries.platform.statusItem, *boundaries.platform.appearance);
     Composition composition(std::move(boundaries));
-    KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), NotifierStore::shared(), composition.platform());
+    KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), NotifierStore::shared(), composition.platform(),
+                   &loadWindows);
     QObject::connect(instance.get(), &SingleInstance::activationRequested, &kelvo, &KelvoApp::openPopover);
     return QApplication::exec();
 }

@@ -8,24 +8,18 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
-KelvoApp::KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform)
+KelvoApp::KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform,
+                   WindowsFactory makeWindows)
     : store_(store)
+    , settings_(settings)
+    , notifier_(notifier)
+    , platform_(platform)
     , appearance_(*platform.appearance)
     , statusItem_(*platform.statusItem)
-    , engine_(appearance_)
-    , popover_(store, settings, engine_, *platform.clock)
-    , settingsWindow_(settings, notifier, engine_, appearance_)
-    , onboardingWindow_(settings, notifier, engine_, appearance_)
-    , opener_(*platform.clock)
+    , makeWindows_(makeWindows)
 {
     makeMenu();
-    connect(&statusItem_, &StatusItem::activated, this, [this] { popover_.toggle(statusItem_.geometry()); });
-    connect(&popover_, &PopoverWindow::settingsRequested, this, &KelvoApp::openSettings);
-    for (SceneWindow *window : std::initializer_list<SceneWindow *>{&settingsWindow_, &onboardingWindow_}) {
-        connect(window, &SceneWindow::settingsRequested, this, &KelvoApp::openSettings);
-    }
-    connect(&settingsWindow_, &SettingsWindow::onboardingRequested, this, &KelvoApp::openOnboarding);
-
+    connect(&statusItem_, &StatusItem::activated, this, &KelvoApp::togglePopover);
     connect(&store, &StatusStore::statusesChanged, this, &KelvoApp::updateStatusItem);
     connect(&store, &StatusStore::heroIDChanged, this, &KelvoApp::updateStatusItem);
     connect(&store, &StatusStore::peekedIDChanged, this, &KelvoApp::updateStatusItem);
@@ -48,21 +42,40 @@ void KelvoApp::showFirstRing(StatusItem &statusItem, const Appearance &appearanc
     statusItem.show();
 }
 
+Windows *KelvoApp::windows()
+{
+    if (!windows_) {
+        windows_ = makeWindows_(store_, settings_, notifier_, platform_);
+    }
+    return windows_.get();
+}
+
+void KelvoApp::togglePopover()
+{
+    if (auto *shown = windows()) {
+        shown->togglePopover(statusItem_.geometry());
+    }
+}
+
 void KelvoApp::openPopover()
 {
-    popover_.open();
+    if (auto *shown = windows()) {
+        shown->openPopover();
+    }
 }
 
 void KelvoApp::openSettings()
 {
-    settingsWindow_.open();
-    opener_.bringSettingsForward();
+    if (auto *shown = windows()) {
+        shown->openSettings();
+    }
 }
 
 void KelvoApp::openOnboarding()
 {
-    onboardingWindow_.open();
-    opener_.bringForward(WindowOpener::onboardingTitle());
+    if (auto *shown = windows()) {
+        shown->openOnboarding();
+    }
 }
 
 void KelvoApp::makeMenu()

@@ -1,17 +1,14 @@
 #pragma once
 
-#include "menubar/PopoverWindow.h"
-#include "menubar/WindowOpener.h"
+#include "menubar/Windows.h"
 #include "monitor/StatusStore.h"
 #include "platform/Platform.h"
 #include "settings/SettingsStore.h"
-#include "style/ViewEngine.h"
-#include "windows/OnboardingSceneWindow.h"
-#include "windows/SettingsWindow.h"
 
 #include <QMenu>
 #include <QObject>
 
+#include <memory>
 #include <optional>
 
 namespace kelvo {
@@ -23,8 +20,10 @@ class KelvoApp : public QObject
     Q_OBJECT
 
 public:
-    /// Shows the ring as soon as there is a place for it. Everything must outlive this.
-    KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform);
+    /// Shows the ring as soon as there is a place for it. The windows are made when the first of them is wanted, and
+    /// again if that failed. Everything must outlive this.
+    KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform,
+             WindowsFactory makeWindows);
     ~KelvoApp() override;
 
     /// Shows the ring before anything is known. To be called before the stores are made: their first requests load the
@@ -36,6 +35,9 @@ public:
     void openOnboarding();
 
 private:
+    /// Nothing when there are none to be had: then the ring and its menu are all there is, and the watching goes on.
+    Windows *windows();
+    void togglePopover();
     void makeMenu();
     void updateStatusItem();
     void updateIcon();
@@ -49,13 +51,13 @@ private:
     };
 
     StatusStore &store_;
+    SettingsStore &settings_;
+    NotifierStore &notifier_;
+    Platform &platform_;
     Appearance &appearance_;
     StatusItem &statusItem_;
-    ViewEngine engine_;
-    PopoverWindow popover_;
-    SettingsWindow settingsWindow_;
-    OnboardingSceneWindow onboardingWindow_;
-    WindowOpener opener_;
+    WindowsFactory makeWindows_;
+    std::unique_ptr<Windows> windows_;
     QMenu menu_;
     std::optional<Shown> shown_;
     QString toolTip_;

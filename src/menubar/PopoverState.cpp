@@ -38,7 +38,8 @@ void PopoverState::open()
     store_.setPopoverIsOpen(true);
     setIsOpen(true);
     refresh();
-    store_.checkAll();
+    // Once the window is on its way to the screen: to begin eight requests takes longer than to draw it.
+    QMetaObject::invokeMethod(this, [this] { store_.checkAll(); }, Qt::QueuedConnection);
 }
 
 // Closing hands back a peek and promotes; the views are not bothered with it any more.

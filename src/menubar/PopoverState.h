@@ -53,7 +53,8 @@ public:
     WatchListModel *rows() { return &rows_; }
     QString armedChannelLabel() const { return settings_.armedChannelLabel(); }
 
-    /// The popover appears: everything is brought up to date, and every service is checked.
+    /// The popover appears: everything is brought up to date, and every service is checked as soon as control is back in
+    /// the event loop.
     void open();
     /// The popover is gone.
     void close();

@@ -492,7 +492,7 @@ void StatusPopoverTest::reopeningReplaysTheRiseAndChecksAgain()
     scene.state.open();
     QCOMPARE(scene.item(u"stack"_s)->opacity(), 0.0);
     QCOMPARE(scene.frame(u"stack"_s).top(), 6.0);
-    QCOMPARE(scene.stores.checks.asked().size(), before + someServices.size());
+    QTRY_COMPARE(scene.stores.checks.asked().size(), before + someServices.size());
     QTRY_COMPARE(scene.item(u"stack"_s)->opacity(), 1.0);
     QTRY_COMPARE(scene.frame(u"stack"_s).top(), 0.0);
 }

@@ -1,0 +1,177 @@
+#include "menubar/KelvoApp.h"
+
+#include "menubar/LoadedWindows.h"
+#include "support/FakeAppearance.h"
+#include "support/FakeStatusItem.h"
+#include "support/Stores.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+namespace {
+
+/// What the windows were told, over all that were made.
+struct Told
+{
+    int made = 0;
+    QStringList calls;
+    QRect ring;
+};
+Told told;
+
+class FakeWindows : public Windows
+{
+public:
+    void togglePopover(const QRect &ring) override
+    {
+        told.calls << u"toggle popover"_s;
+        told.ring = ring;
+    }
+    void openPopover() override { told.calls << u"popover"_s; }
+    void openSettings() override { told.calls << u"settings"_s; }
+    void openOnboarding() override { told.calls << u"onboarding"_s; }
+};
+
+std::unique_ptr<Windows> makeFake(StatusStore &, SettingsStore &, NotifierStore &, Platform &)
+{
+    ++told.made;
+    return std::make_unique<FakeWindows>();
+}
+
+std::unique_ptr<Windows> makeNone(StatusStore &, SettingsStore &, NotifierStore &, Platform &)
+{
+    ++told.made;
+    return nullptr;
+}
+
+struct Program
+{
+    explicit Program(WindowsFactory factory = &makeFake, bool hasOnboarded = true)
+        : makeWindows(factory)
+    {
+        told = {};
+        stores.settings.setHasOnboarded(hasOnboarded);
+        auto fakeItem = std::make_unique<FakeStatusItem>();
+        item = fakeItem.get();
+        platform.appearance = std::make_unique<FakeAppearance>();
+        platform.statusItem = std::move(fakeItem);
+        app = std::make_unique<KelvoApp>(stores.store, stores.settings, stores.notifier, platform, makeWindows);
+    }
+
+    void choose(const QString &action)
+    {
+        for (auto *each : item->menu->actions()) {
+            if (each->text() == action) {
+                each->trigger();
+                return;
+            }
+        }
+        QFAIL(qPrintable(u"No menu item %1"_s.arg(action)));
+    }
+
+    WindowsFactory makeWindows;
+    Stores stores{{ServiceID::claude}};
+    Platform platform;
+    FakeStatusItem *item = nullptr;
+    std::unique_ptr<KelvoApp> app;
+};
+
+} // namespace
+
+class KelvoAppTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void noWindowIsMadeWhileNobodyWantsOne()
+    {
+        Program program;
+        program.stores.round({{ServiceID::claude, ServiceHealth::outage}}, u"Major outage"_s);
+        program.stores.round();
+        QVERIFY(program.item->isShown);
+        QCOMPARE(told.made, 0);
+    }
+
+    void theFirstStartOpensTheIntroduction()
+    {
+        Program program(&makeFake, false);
+        QCOMPARE(told.calls, QStringList{u"onboarding"_s});
+    }
+
+    void aClickOnTheRingTogglesThePopoverBesideIt()
+    {
+        Program program;
+        program.item->place = {700, 2, 22, 22};
+        program.item->click();
+        QCOMPARE(told.calls, QStringList{u"toggle popover"_s});
+        QCOMPARE(told.ring, QRect(700, 2, 22, 22));
+    }
+
+    void theMenuOpensPopoverAndSettings()
+    {
+        Program program;
+        program.choose(u"Open Kelvo"_s);
+        program.choose(u"Settings…"_s);
+        QCOMPARE(told.calls, (QStringList{u"popover"_s, u"settings"_s}));
+    }
+
+    void theWindowsAreMadeOnce()
+    {
+        Program program;
+        program.item->click();
+        program.app->openPopover();
+        program.app->openSettings();
+        QCOMPARE(told.made, 1);
+        QCOMPARE(told.calls.size(), 3);
+    }
+
+    void withoutWindowsItWatchesOnAndTriesAgainAtTheNextNeed()
+    {
+        Program program(&makeNone, false);
+        QCOMPARE(told.made, 1);
+        program.item->click();
+        program.choose(u"Settings…"_s);
+        QCOMPARE(told.made, 3);
+        const int icons = program.item->icons;
+        program.stores.round({{ServiceID::claude, ServiceHealth::outage}}, u"Major outage"_s);
+        QCOMPARE(program.item->icons, icons + 1);
+        QCOMPARE(program.item->toolTip, u"Claude: Major outage"_s);
+    }
+
+    void withoutWindowsTheMenuStillQuits()
+    {
+        Program program(&makeNone);
+        program.item->click();
+        QSignalSpy quit(qApp, &QCoreApplication::aboutToQuit);
+        QTimer::singleShot(0, qApp, [&] { program.choose(u"Quit Kelvo"_s); });
+        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(quit.size(), 1);
+    }
+
+    void aMissingLibraryGivesNoWindowsAndSaysSo()
+    {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^The windows cannot be opened: .*kelvo-windows"_s));
+        Program program(&loadWindows);
+        program.item->click();
+        QVERIFY(program.item->isShown);
+    }
+
+    void theRingIsDrawnAgainOnlyWhenItChanges()
+    {
+        Program program;
+        program.stores.round();
+        const int icons = program.item->icons;
+        program.stores.round();
+        QCOMPARE(program.item->icons, icons);
+    }
+};
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::KelvoAppTest)
+#include "tst_kelvoapp.moc"

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/StatusItem.h"
+
+namespace kelvo {
+
+/// A tray that keeps what it is given, for tests to look at and to click.
+class FakeStatusItem : public StatusItem
+{
+public:
+    void setIcon(const QIcon &icon) override
+    {
+        lastIcon = icon;
+        ++icons;
+    }
+    void setToolTip(const QString &text) override { toolTip = text; }
+    void setMenu(QMenu *value) override { menu = value; }
+    QRect geometry() const override { return place; }
+    void show() override { isShown = true; }
+
+    void click() { Q_EMIT activated(); }
+
+    QIcon lastIcon;
+    int icons = 0;
+    QString toolTip;
+    QMenu *menu = nullptr;
+    QRect place;
+    bool isShown = false;
+};
+
+} // namespace kelvo
