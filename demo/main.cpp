@@ -3,6 +3,7 @@
 #include "Story.h"
 
 #include "Composition.h"
+#include "menubar/AppIcon.h"
 #include "menubar/KelvoApp.h"
 #include "platform/TerminationSignals.h"
 #include "platform/linux/IniPreferences.h"
@@ -70,6 +71,7 @@ int main(int argc, char *argv[])
     QApplication::setOrganizationName(u"Kelvo"_s);
     QApplication::setApplicationName(u"Kelvo"_s);
     QApplication::setDesktopFileName(u"app.kelvo.Kelvo"_s);
+    QApplication::setWindowIcon(AppIcon::image());
     QApplication::setQuitOnLastWindowClosed(false);
     quitOnTerminationSignals(application);
 

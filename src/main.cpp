@@ -1,5 +1,6 @@
 #include "Composition.h"
 #include "Version.h"
+#include "menubar/AppIcon.h"
 #include "menubar/KelvoApp.h"
 #include "menubar/LoadedWindows.h"
 #include "platform/Platform.h"
@@ -21,6 +22,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(u"Kelvo"_s);
     QApplication::setApplicationVersion(QLatin1StringView(version));
     QApplication::setDesktopFileName(u"app.kelvo.Kelvo"_s);
+    QApplication::setWindowIcon(AppIcon::image());
     QApplication::setQuitOnLastWindowClosed(false);
     quitOnTerminationSignals(application);
 

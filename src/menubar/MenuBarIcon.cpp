@@ -1,11 +1,10 @@
 #include "menubar/MenuBarIcon.h"
 
 #include "menubar/GappedRing.h"
+#include "menubar/PaintedIcon.h"
 
-#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPixmap>
 #include <QTransform>
 
 #include <algorithm>
@@ -100,8 +99,6 @@ void draw(QPainter &painter, const QRectF &rect, RingState state, bool onDarkBar
     const QColor label = labelColor(state, onDarkBar);
     const double unit = std::min(rect.width(), rect.height()) / grid;
 
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(rect.center());
     painter.scale(unit, unit);
 
@@ -111,59 +108,18 @@ void draw(QPainter &painter, const QRectF &rect, RingState state, bool onDarkBar
     } else {
         painter.fillPath(flattened(stroke(circle(hollowDotRadius), hollowDotWidth)), label);
     }
-    painter.restore();
 }
 
-// Mode and state of the icon are ignored throughout: the ring carries its own colours and is never tinted.
-// `scaledPixmap` is left to the base class, which comes back to `pixmap` with the size in device pixels; what it is
-// given itself is device pixels before Qt 6.8 and device-independent pixels from then on.
-class Engine : public QIconEngine
-{
-public:
-    Engine(RingState state, bool onDarkBar)
-        : state_(state)
-        , onDarkBar_(onDarkBar)
-    {
-    }
-
-    QIconEngine *clone() const override { return new Engine(state_, onDarkBar_); }
-
-    void paint(QPainter *painter, const QRect &rect, QIcon::Mode, QIcon::State) override
-    {
-        draw(*painter, rect, state_, onDarkBar_);
-    }
-
-    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
-    {
-        if (size.isEmpty()) {
-            return {};
-        }
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, pixmap.rect(), mode, state);
-        return pixmap;
-    }
-
-    QSize actualSize(const QSize &size, QIcon::Mode, QIcon::State) override { return size; }
-
-    // A tray that takes pictures over D-Bus is sent just these, and scales what lies between. So they are what bars ask
-    // for, plain and doubled: 16, 22, 24 and 32 pixels, and 18 points on macOS. Nothing above 64 would be sent.
-    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override
-    {
-        return {{16, 16}, {18, 18}, {22, 22}, {24, 24}, {32, 32}, {36, 36}, {44, 44}, {48, 48}, {64, 64}};
-    }
-
-private:
-    RingState state_;
-    bool onDarkBar_;
-};
+// A tray that takes pictures over D-Bus is sent just these, and scales what lies between. So they are what bars ask
+// for, plain and doubled: 16, 22, 24 and 32 pixels, and 18 points on macOS. Nothing above 64 would be sent.
+const QList<int> sizes{16, 18, 22, 24, 32, 36, 44, 48, 64};
 
 } // namespace
 
 QIcon image(RingState state, bool onDarkBar)
 {
-    return QIcon(new Engine(state, onDarkBar));
+    return paintedIcon(
+        [state, onDarkBar](QPainter &painter, const QRectF &rect) { draw(painter, rect, state, onDarkBar); }, sizes);
 }
 
 } // namespace kelvo::MenuBarIcon

@@ -1,7 +1,13 @@
 #include "platform/linux/DBusNotificationCenter.h"
 #include "support/FakeNotificationServer.h"
 
+#include <QDBusArgument>
+#include <QDir>
 #include <QFile>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QImage>
+#include <QPixmap>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -17,6 +23,19 @@ const QStringList markup{u"body"_s, u"body-markup"_s};
 const LocalNotification claude{u"1"_s, u"Claude is back"_s, u"You can continue working."_s};
 const LocalNotification odd{u"2"_s, u"<A> & B"_s, u"a < b & c > \"d\""_s};
 
+/// An icon of the right size: its upper half one colour, its lower half another that can be seen through.
+QImage twoColoured()
+{
+    QImage image(64, 64, QImage::Format_ARGB32);
+    image.fill(qRgba(0xff, 0x80, 0x00, 0xff));
+    for (int y = 32; y < 64; ++y) {
+        for (int x = 0; x < 64; ++x) {
+            image.setPixel(x, y, qRgba(0x10, 0x20, 0x30, 0x80));
+        }
+    }
+    return image;
+}
+
 } // namespace
 
 class DBusNotificationCenterTest : public QObject
@@ -27,6 +46,9 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void postsASilentNotificationUnderItsOwnName();
+    void namesItsIconWhenTheIconThemeHasIt();
+    void sendsItsIconAsAPictureWhenTheIconThemeDoesNotHaveIt();
+    void withoutAnIconItNamesNoneThatIsNotThere();
     void escapesTheBodyForAServerThatReadsMarkup();
     void leavesTheBodyAloneForAServerThatDoesNot();
     void asksAServerOnceForItsCapabilities();
@@ -57,6 +79,8 @@ private:
 
 void DBusNotificationCenterTest::init()
 {
+    QIcon::setThemeSearchPaths({});
+    QGuiApplication::setWindowIcon({});
     daemon_ = std::make_unique<PrivateBus>();
 }
 
@@ -90,7 +114,6 @@ void DBusNotificationCenterTest::postsASilentNotificationUnderItsOwnName()
     const auto &shown = server.notifications().first();
     QCOMPARE(shown.applicationName, u"Kelvo"_s);
     QCOMPARE(shown.replacesId, 0U);
-    QCOMPARE(shown.applicationIcon, u"app.kelvo.Kelvo"_s);
     QCOMPARE(shown.summary, u"Claude is back"_s);
     QCOMPARE(shown.body, u"You can continue working."_s);
     QCOMPARE(shown.actions, QStringList());
@@ -99,6 +122,73 @@ void DBusNotificationCenterTest::postsASilentNotificationUnderItsOwnName()
     QCOMPARE(shown.hints.value(u"suppress-sound"_s), QVariant(true));
     QCOMPARE(shown.hints.value(u"desktop-entry"_s), QVariant(u"app.kelvo.Kelvo"_s));
     QCOMPARE(shown.hints.value(u"urgency"_s), QVariant::fromValue<uchar>(1));
+}
+
+void DBusNotificationCenterTest::namesItsIconWhenTheIconThemeHasIt()
+{
+    const QTemporaryDir theme;
+    const QDir icons(theme.filePath(u"hicolor/64x64/apps"_s));
+    QVERIFY(icons.mkpath(u"."_s));
+    QFile index(theme.filePath(u"hicolor/index.theme"_s));
+    QVERIFY(index.open(QIODevice::WriteOnly));
+    index.write("[Icon Theme]\nName=hicolor\nDirectories=64x64/apps\n\n[64x64/apps]\nSize=64\nType=Fixed\n");
+    index.close();
+    QVERIFY(twoColoured().save(icons.filePath(u"app.kelvo.Kelvo.png"_s)));
+    QIcon::setThemeSearchPaths({theme.path()});
+    QIcon::setThemeName(u"hicolor"_s);
+    QGuiApplication::setWindowIcon(QIcon(QPixmap::fromImage(twoColoured())));
+
+    daemon_->start();
+    const FakeNotificationServer server(*daemon_, plain);
+    const auto center = this->center();
+    center->add(claude);
+    QTRY_COMPARE(server.notifications().size(), 1);
+    QCOMPARE(server.notifications().first().applicationIcon, u"app.kelvo.Kelvo"_s);
+    QVERIFY(!server.notifications().first().hints.contains(u"image-data"_s));
+}
+
+void DBusNotificationCenterTest::sendsItsIconAsAPictureWhenTheIconThemeDoesNotHaveIt()
+{
+    QGuiApplication::setWindowIcon(QIcon(QPixmap::fromImage(twoColoured())));
+    daemon_->start();
+    const FakeNotificationServer server(*daemon_, plain);
+    const auto center = this->center();
+    center->add(claude);
+    QTRY_COMPARE(server.notifications().size(), 1);
+    QCOMPARE(server.notifications().first().applicationIcon, QString());
+    const auto picture = server.notifications().first().hints.value(u"image-data"_s).value<QDBusArgument>();
+    QCOMPARE(picture.currentSignature(), u"(iiibiiay)"_s);
+
+    int width = 0;
+    int height = 0;
+    int rowstride = 0;
+    bool hasAlpha = false;
+    int bits = 0;
+    int channels = 0;
+    QByteArray data;
+    picture.beginStructure();
+    picture >> width >> height >> rowstride >> hasAlpha >> bits >> channels >> data;
+    picture.endStructure();
+    QCOMPARE(width, 64);
+    QCOMPARE(height, 64);
+    QCOMPARE(rowstride, 64 * 4);
+    QVERIFY(hasAlpha);
+    QCOMPARE(bits, 8);
+    QCOMPARE(channels, 4);
+    QCOMPARE(data.size(), 64 * 64 * 4);
+    QCOMPARE(data.first(4), QByteArray("\xff\x80\x00\xff", 4)); // red first, not premultiplied
+    QCOMPARE(data.last(4), QByteArray("\x10\x20\x30\x80", 4));
+}
+
+void DBusNotificationCenterTest::withoutAnIconItNamesNoneThatIsNotThere()
+{
+    daemon_->start();
+    const FakeNotificationServer server(*daemon_, plain);
+    const auto center = this->center();
+    center->add(claude);
+    QTRY_COMPARE(server.notifications().size(), 1);
+    QCOMPARE(server.notifications().first().applicationIcon, QString());
+    QVERIFY(!server.notifications().first().hints.contains(u"image-data"_s));
 }
 
 void DBusNotificationCenterTest::escapesTheBodyForAServerThatReadsMarkup()
@@ -298,5 +388,5 @@ void DBusNotificationCenterTest::asksTheUserNothing()
 
 } // namespace kelvo
 
-QTEST_GUILESS_MAIN(kelvo::DBusNotificationCenterTest)
+QTEST_MAIN(kelvo::DBusNotificationCenterTest)
 #include "DBusNotificationCenterTest.moc"

@@ -1,6 +1,11 @@
 #include "platform/linux/DBusNotificationCenter.h"
 
+#include <QDBusArgument>
+#include <QDBusMetaType>
 #include <QDBusPendingCall>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QImage>
 #include <QPromise>
 #include <QVariantMap>
 
@@ -14,6 +19,29 @@ namespace {
 
 const auto serverName = u"org.freedesktop.Notifications"_s;
 const auto applicationId = u"app.kelvo.Kelvo"_s;
+constexpr int iconSide = 64;
+
+/// A picture as notifications carry it.
+struct ImageData
+{
+    QImage image; ///< Format_RGBA8888
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const ImageData &data)
+{
+    const auto &image = data.image;
+    const auto pixels = QByteArray::fromRawData(reinterpret_cast<const char *>(image.constBits()), image.sizeInBytes());
+    argument.beginStructure();
+    argument << image.width() << image.height() << static_cast<int>(image.bytesPerLine()) << true << 8 << 4 << pixels;
+    argument.endStructure();
+    return argument;
+}
+
+// Only sent, but the registration asks for both ways.
+const QDBusArgument &operator>>(const QDBusArgument &argument, ImageData &)
+{
+    return argument;
+}
 
 QDBusMessage serverCall(const QString &method)
 {
@@ -23,6 +51,17 @@ QDBusMessage serverCall(const QString &method)
 QString escaped(QString text)
 {
     return text.replace(u'&', "&amp;"_L1).replace(u'<', "&lt;"_L1).replace(u'>', "&gt;"_L1);
+}
+
+/// The program’s icon as the hint of a notification; invalid while there is none.
+QVariant iconPicture()
+{
+    const auto image = QGuiApplication::windowIcon().pixmap(QSize(iconSide, iconSide), 1.0).toImage();
+    if (image.isNull()) {
+        return {};
+    }
+    qDBusRegisterMetaType<ImageData>();
+    return QVariant::fromValue(ImageData{image.convertToFormat(QImage::Format_RGBA8888)});
 }
 
 } // namespace
@@ -122,13 +161,18 @@ void DBusNotificationCenter::askCapabilities()
 void DBusNotificationCenter::post(const LocalNotification &notification)
 {
     const bool readsMarkup = capabilities_ && capabilities_->contains("body-markup"_L1);
-    const QVariantMap hints{
+    QVariantMap hints{
         {u"desktop-entry"_s, applicationId},
         {u"suppress-sound"_s, true},
         {u"urgency"_s, QVariant::fromValue<uchar>(1)},
     };
+    // A server shows the name of an icon that it cannot find as a broken picture.
+    const bool isInstalled = QIcon::hasThemeIcon(applicationId);
+    if (const auto picture = iconPicture(); !isInstalled && picture.isValid()) {
+        hints.insert(u"image-data"_s, picture);
+    }
     auto call = serverCall(u"Notify"_s);
-    call << u"Kelvo"_s << 0U << applicationId << notification.title
+    call << u"Kelvo"_s << 0U << (isInstalled ? applicationId : QString()) << notification.title
          << (readsMarkup ? escaped(notification.body) : notification.body) << QStringList() << hints << -1;
     bus_->connection().asyncCall(call);
 }

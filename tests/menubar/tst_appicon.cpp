@@ -1,0 +1,52 @@
+#include "menubar/AppIcon.h"
+#include "support/Golden.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+class AppIconTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void looksAsItShould_data();
+    void looksAsItShould();
+    void isSharpAtEverySize();
+};
+
+void AppIconTest::looksAsItShould_data()
+{
+    QTest::addColumn<int>("side");
+    for (const int side : {16, 32, 64, 128}) {
+        QTest::addRow("%d", side) << side;
+    }
+}
+
+void AppIconTest::looksAsItShould()
+{
+    QFETCH(int, side);
+    const auto picture = AppIcon::image().pixmap(QSize(side, side), 1.0).toImage();
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(picture.convertToFormat(QImage::Format_ARGB32), u"app-icon-%1"_s.arg(side)), QString());
+}
+
+void AppIconTest::isSharpAtEverySize()
+{
+    const auto icon = AppIcon::image();
+    QVERIFY(icon.availableSizes().contains(QSize(64, 64)));
+    const auto fine = icon.pixmap(QSize(256, 256), 1.0).toImage();
+    QCOMPARE(fine.size(), QSize(256, 256));
+    QCOMPARE(fine.pixelColor(128, 128), QColor(0x32d74b));
+    QCOMPARE(fine.pixelColor(4, 4).alpha(), 0);
+    // From the dot's edge to full colour in two pixels: a scaled-up picture would need more.
+    QCOMPARE(fine.pixelColor(128 + 17, 128), QColor(0x32d74b));
+    QVERIFY(fine.pixelColor(128 + 20, 128).green() < 64);
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::AppIconTest)
+#include "tst_appicon.moc"
