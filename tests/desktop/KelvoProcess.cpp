@@ -1,7 +1,10 @@
 #include "KelvoProcess.h"
 
+#include "Hand.h"
+
 #include <QDir>
 #include <QFile>
+#include <QTest>
 
 namespace kelvo {
 
@@ -28,6 +31,26 @@ void KelvoProcess::writeSettings(const QByteArray &content)
 QString KelvoProcess::settingsFile() const
 {
     return configuration_.filePath(u"Kelvo/Kelvo.conf"_s);
+}
+
+std::optional<Accessible> KelvoProcess::find(Accessible::Role role, const QString &name) const
+{
+    std::optional<Accessible> found;
+    const auto isThere = [this, role, &name, &found] {
+        const auto program = Accessible::program(processId());
+        found = program ? program->find(role, name) : std::nullopt;
+        return found.has_value();
+    };
+    return QTest::qWaitFor(isThere) ? found : std::nullopt;
+}
+
+bool KelvoProcess::clickOn(Accessible::Role role, const QString &name) const
+{
+    const auto found = find(role, name);
+    if (found) {
+        Hand::click(found->geometry().center());
+    }
+    return found.has_value();
 }
 
 } // namespace kelvo

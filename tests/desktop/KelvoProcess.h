@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Accessible.h"
 #include "ProxiedProcess.h"
 
 #include <QTemporaryDir>
@@ -16,6 +17,13 @@ public:
     /// The settings file's content; takes effect at the next start.
     void writeSettings(const QByteArray &content);
     QString settingsFile() const;
+    /// Something in the configuration directory that the program is given.
+    QString configurationPath(const QString &name) const { return configuration_.filePath(name); }
+
+    /// What a person sees under that name, or a name that begins so. Waits a while for it to appear.
+    std::optional<Accessible> find(Accessible::Role role, const QString &name) const;
+    /// Clicks on the middle of it. False when it is not there.
+    bool clickOn(Accessible::Role role, const QString &name) const;
 
 private:
     QTemporaryDir configuration_;
