@@ -30,7 +30,7 @@ FocusScope {
     Accessible.name: "Kelvo"
     Accessible.role: Accessible.Pane
     LayoutMirroring.childrenInherit: true
-    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     implicitHeight: Math.max(260, list.y + list.height + stack.leastSpace + footer.height)
     implicitWidth: 320
 

@@ -10,6 +10,9 @@ PlainButton {
     required property int health
     required property string label
 
+    readonly property HealthColors colors: HealthColors {
+        health: row.health
+    }
     readonly property real sideReach: 6
     readonly property real reach: 2
 
@@ -22,12 +25,13 @@ PlainButton {
     text: name
     topPadding: reach
 
-    background: Rectangle {
-        color: row.down ? Qt.alpha(Tokens.primary, 0.1) : row.hovered || row.visualFocus ? Qt.alpha(Tokens.primary, 0.06) : "transparent"
-        objectName: "highlight"
-        radius: 5
-    }
-    contentItem: Item {
+    // Of a type of its own: Qt cannot defer what has ids in it.
+    component Content: Item {
+        id: content
+
+        required property string name
+        required property color dotColor
+
         implicitHeight: nameText.implicitHeight
 
         Text {
@@ -40,7 +44,7 @@ PlainButton {
             font: Tokens.rowStrong
             horizontalAlignment: Text.AlignLeft
             objectName: "name"
-            text: row.name
+            text: content.name
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
         }
@@ -49,27 +53,34 @@ PlainButton {
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            color: colors.dot
+            color: content.dotColor
             height: 7
             objectName: "dot"
             width: 7
-
-            HealthColors {
-                id: colors
-
-                health: row.health
-            }
         }
+    }
+
+    background: Rectangle {
+        color: row.down ? Qt.alpha(Tokens.primary, 0.1) : row.hovered || row.visualFocus ? Qt.alpha(Tokens.primary, 0.06) : "transparent"
+        objectName: "highlight"
+        radius: 5
+    }
+    contentItem: Content {
+        dotColor: row.colors.dot
+        name: row.name
     }
 
     Loader {
         active: row.hovered
 
+        // Qt 6.4 refuses to load this from a file whose components are bound, which would make `row` known to qmllint.
+        // qmllint disable unqualified
         sourceComponent: HelpTip {
             objectName: "help"
             parent: row
             text: "Show " + row.name + " above"
             visible: row.hovered && !row.down
         }
+        // qmllint enable unqualified
     }
 }
