@@ -110,8 +110,8 @@ void draw(QPainter &painter, const QRectF &rect, RingState state, bool onDarkBar
     }
 }
 
-// A tray that takes pictures over D-Bus is sent just these, and scales what lies between. So they are what bars ask for,
-// plain and doubled: 16, 22, 24 and 32 pixels, and 18 points on macOS. Nothing above 64 would be sent.
+// A tray that takes pictures over D-Bus is sent just these, and scales what lies between. So they are what bars ask
+// for, plain and doubled: 16, 22, 24 and 32 pixels, and 18 points on macOS. Nothing above 64 would be sent.
 const QList<int> sizes{16, 18, 22, 24, 32, 36, 44, 48, 64};
 
 } // namespace

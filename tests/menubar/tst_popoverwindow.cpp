@@ -1,6 +1,4 @@
-#include "support/FakeAppearance.h"
-#include "support/Golden.h"
-#include "support/Stores.h"
+#include "support/ViewScene.h"
 
 #include "menubar/PopoverWindow.h"
 
@@ -235,7 +233,7 @@ void PopoverWindowTest::hasRoundCornersInAShadow()
     desktop.popover.view()->setColor(dark ? QColor(0x3a414b) : QColor(0xcfd6e0)); // what is behind the window
     QVERIFY(QTest::qWaitForWindowExposed(desktop.popover.view()));
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
-    QCOMPARE(golden.difference(desktop.popover.view()->grabWindow(),
+    QCOMPARE(golden.difference(picture(*desktop.popover.view()),
                                u"popover-window-"_s + QString::fromLatin1(QTest::currentDataTag())),
              QString());
 }

@@ -1,19 +1,12 @@
-#include "support/FakeAppearance.h"
-#include "support/Golden.h"
-#include "support/Stores.h"
+#include "support/Looks.h"
+#include "support/ViewScene.h"
 
 #include "menubar/PopoverState.h"
-#include "style/Tokens.h"
-#include "style/ViewEngine.h"
 
 #include <QAbstractAnimation>
-#include <QAccessible>
 #include <QGuiApplication>
-#include <QQuickItem>
-#include <QQuickView>
 #include <QScreen>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -23,20 +16,6 @@ namespace {
 
 constexpr std::array someServices{ServiceID::claude, ServiceID::chatgpt, ServiceID::cursor, ServiceID::gemini,
                                   ServiceID::copilot};
-
-/// The item of that name on the screen; an item's parent there need not be its owner.
-QQuickItem *find(QQuickItem *in, const QString &name)
-{
-    if (in->objectName() == name) {
-        return in;
-    }
-    for (auto *child : in->childItems()) {
-        if (auto *found = find(child, name)) {
-            return found;
-        }
-    }
-    return nullptr;
-}
 
 /// The popover in a window, without what surrounds it there.
 struct Scene
@@ -63,7 +42,7 @@ struct Scene
     }
 
     QQuickItem *root() const { return view.rootObject(); }
-    QQuickItem *item(const QString &name) const { return find(root(), name); }
+    QQuickItem *item(const QString &name) const { return findItem(root(), name); }
     QQuickItem *row(ServiceID id) const { return item(u"row-"_s + rawValue(id)); }
     QRectF frame(QQuickItem *of) const { return of->mapRectToItem(root(), QRectF(0, 0, of->width(), of->height())); }
     QRectF frame(const QString &name) const { return frame(item(name)); }
@@ -79,8 +58,8 @@ struct Scene
 
 double pixelSize(QQuickItem *text)
 {
-    return text->property("font").value<QFont>().pointSizeF()
-           * QGuiApplication::primaryScreen()->logicalDotsPerInchY() / 72;
+    return text->property("font").value<QFont>().pointSizeF() * QGuiApplication::primaryScreen()->logicalDotsPerInchY()
+        / 72;
 }
 
 /// As text, in the eight bits a channel that are seen.
@@ -104,12 +83,6 @@ QString primary(float opacity)
 QString opaque(QRgb rgb)
 {
     return rgba(QColor(rgb));
-}
-
-QAccessibleInterface *accessible(QQuickItem *item)
-{
-    QAccessible::setActive(true); // as a screen reader does
-    return QAccessible::queryAccessibleInterface(item);
 }
 
 const std::vector<ServiceID> eight(allServiceIDs.begin(), allServiceIDs.end());
@@ -225,7 +198,8 @@ void StatusPopoverTest::textsHaveTheirFontsAndColours_data()
     QTest::newRow("heroName") << u"ChatGPT"_s << 22.0 << QFont::DemiBold << -0.44 << primary(0.88F);
     QTest::newRow("affectedTag") << u"AFFECTED"_s << 10.0 << QFont::DemiBold << 0.6 << primary(0.32F);
     QTest::newRow("statusLabel") << u"Major outage"_s << 13.0 << QFont::Medium << -0.065 << opaque(0xc10d02);
-    QTest::newRow("bodyLine") << u"We’ll notify you when it’s back."_s << 12.5 << QFont::Normal << 0.0 << primary(0.55F);
+    QTest::newRow("bodyLine") << u"We’ll notify you when it’s back."_s << 12.5 << QFont::Normal << 0.0
+                              << primary(0.55F);
     QTest::newRow("checkedText") << u"Checked 0 seconds ago"_s << 11.5 << QFont::Medium << 0.0 << primary(0.32F);
     QTest::newRow("groupHeading") << u"STILL WORKING"_s << 10.0 << QFont::Bold << 0.7 << primary(0.32F);
     QTest::newRow("name") << u"Claude"_s << 12.5 << QFont::Medium << 0.0 << primary(0.78F);
@@ -263,8 +237,8 @@ void StatusPopoverTest::rowsTakeNoMoreRoomThanTheirTexts()
     auto bottom = heading.bottom() + 2;
     for (const auto id : {ServiceID::chatgpt, ServiceID::cursor, ServiceID::gemini, ServiceID::copilot}) {
         auto *row = scene.row(id);
-        const auto name = scene.frame(find(row, u"name"_s));
-        const auto dot = scene.frame(find(row, u"dot"_s));
+        const auto name = scene.frame(findItem(row, u"name"_s));
+        const auto dot = scene.frame(findItem(row, u"dot"_s));
         QCOMPARE(name.topLeft(), QPointF(18, bottom + 6));
         QCOMPARE(dot.size(), QSizeF(7, 7));
         QCOMPARE(dot.right(), 302.0);
@@ -273,10 +247,8 @@ void StatusPopoverTest::rowsTakeNoMoreRoomThanTheirTexts()
         bottom = name.bottom();
     }
     QCOMPARE(scene.frame(u"watchList"_s).bottom(), bottom);
-    QCOMPARE(rgba(find(scene.row(ServiceID::cursor), u"dot"_s)),
-             opaque(0xff9500));
-    QCOMPARE(rgba(find(scene.row(ServiceID::gemini), u"dot"_s)),
-             opaque(0x34c759));
+    QCOMPARE(rgba(findItem(scene.row(ServiceID::cursor), u"dot"_s)), opaque(0xff9500));
+    QCOMPARE(rgba(findItem(scene.row(ServiceID::gemini), u"dot"_s)), opaque(0x34c759));
 }
 
 void StatusPopoverTest::hoverHighlightReachesBeyondTheRow()
@@ -285,8 +257,8 @@ void StatusPopoverTest::hoverHighlightReachesBeyondTheRow()
     scene.stores.round();
     scene.open();
     auto *row = scene.row(ServiceID::cursor);
-    auto *highlight = find(row, u"highlight"_s);
-    const auto name = scene.frame(find(row, u"name"_s));
+    auto *highlight = findItem(row, u"highlight"_s);
+    const auto name = scene.frame(findItem(row, u"name"_s));
     QCOMPARE(scene.frame(highlight), QRectF(12, name.top() - 2, 296, name.height() + 4));
     QCOMPARE(highlight->property("radius").toReal(), 5.0);
     QCOMPARE(rgba(highlight), u"#00000000"_s);
@@ -437,8 +409,7 @@ void StatusPopoverTest::rowsAreReachedAndOperatedByKeys()
 
     QTest::keyClick(&scene.view, Qt::Key_Tab);
     QCOMPARE(focused(), u"row-chatgpt"_s);
-    QCOMPARE(rgba(find(scene.row(ServiceID::chatgpt), u"highlight"_s)),
-             primary(0.06F));
+    QCOMPARE(rgba(findItem(scene.row(ServiceID::chatgpt), u"highlight"_s)), primary(0.06F));
     QTest::keyClick(&scene.view, Qt::Key_Down);
     QCOMPARE(focused(), u"row-cursor"_s);
     QTest::keyClick(&scene.view, Qt::Key_Up);
@@ -549,7 +520,7 @@ void StatusPopoverTest::coloursFollowTheAppearanceWhileOpen()
     scene.appearance.setDark(true);
     QCOMPARE(rgba(scene.item(u"statusLabel"_s)), opaque(0x5be07a));
     QCOMPARE(rgba(scene.item(u"heroName"_s)), rgba(scene.tokens.labelPrimary()));
-    auto *name = find(scene.row(ServiceID::cursor), u"name"_s);
+    auto *name = findItem(scene.row(ServiceID::cursor), u"name"_s);
     QCOMPARE(name->property("color").value<QColor>().red(), 255);
 }
 
@@ -562,7 +533,7 @@ void StatusPopoverTest::rightToLeftEverythingIsMirrored()
     const auto name = scene.frame(u"heroName"_s);
     const auto tag = scene.frame(u"affectedTag"_s);
     const auto dot = scene.frame(u"statusDot"_s);
-    const auto rowDot = scene.frame(find(scene.row(ServiceID::cursor), u"dot"_s));
+    const auto rowDot = scene.frame(findItem(scene.row(ServiceID::cursor), u"dot"_s));
     const auto gear = scene.frame(u"settingsButton"_s);
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
     QCOMPARE(name.right(), 302.0);
@@ -574,46 +545,30 @@ void StatusPopoverTest::rightToLeftEverythingIsMirrored()
 
 void StatusPopoverTest::looksAsItShould_data()
 {
-    QTest::addColumn<QString>("state");
+    QTest::addColumn<std::size_t>("look");
     QTest::addColumn<bool>("dark");
-    for (const auto *state : {"all-well", "promoted", "two-affected", "recovering", "recovered", "nothing-watched",
-                              "before-the-first-answer", "peeked", "eight-services"}) {
-        QTest::addRow("%s-light", state) << QString::fromLatin1(state) << false;
-        QTest::addRow("%s-dark", state) << QString::fromLatin1(state) << true;
+    for (std::size_t i = 0; i < popoverLooks().size(); ++i) {
+        const auto name = popoverLooks()[i].name.toUtf8();
+        QTest::addRow("%s-light", name.constData()) << i << false;
+        QTest::addRow("%s-dark", name.constData()) << i << true;
     }
 }
 
 void StatusPopoverTest::looksAsItShould()
 {
-    QFETCH(QString, state);
+    QFETCH(std::size_t, look);
     QFETCH(bool, dark);
-    std::vector<ServiceID> watched(someServices.begin(), someServices.end());
-    if (state == u"nothing-watched"_s) {
-        watched.clear();
-    } else if (state == u"eight-services"_s) {
-        watched = eight;
-    }
-    Scene scene(watched);
+    const auto &shown = popoverLooks().at(look);
+    Scene scene(shown.watched);
     scene.appearance.dark = dark;
-    scene.stores.checks.probeScript = [&state](ServiceID) { return state == u"recovered"_s; };
-    if (state == u"promoted"_s) {
-        scene.stores.round({{ServiceID::chatgpt, ServiceHealth::outage}});
-    } else if (state == u"two-affected"_s) {
-        scene.stores.round(
-            {{ServiceID::chatgpt, ServiceHealth::outage}, {ServiceID::copilot, ServiceHealth::degraded}});
-    } else if (state == u"recovering"_s || state == u"recovered"_s) {
-        scene.stores.round({{ServiceID::claude, ServiceHealth::outage}});
-        scene.stores.round();
-    } else if (state != u"before-the-first-answer"_s) {
-        scene.stores.round();
-    }
+    shown.bringAbout(scene.stores);
     scene.open();
-    if (state == u"peeked"_s) {
-        scene.state.peek(u"copilot"_s);
+    if (!shown.peeked.isEmpty()) {
+        scene.state.peek(shown.peeked);
     }
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
     QTRY_COMPARE(scene.view.height(), qCeil(scene.root()->height()));
-    QCOMPARE(golden.difference(scene.view.grabWindow(), u"popover-"_s + QString::fromLatin1(QTest::currentDataTag())),
+    QCOMPARE(golden.difference(picture(scene.view), u"popover-"_s + QString::fromLatin1(QTest::currentDataTag())),
              QString());
 }
 

@@ -65,8 +65,10 @@ Golden::Golden(QString pictures, QString failures)
 {
 }
 
-QString Golden::difference(const QImage &actual, const QString &name, GoldenTolerance tolerance) const
+QString Golden::difference(const QImage &actual, const QString &plainName, GoldenTolerance tolerance) const
 {
+    const auto scale = actual.devicePixelRatio();
+    const auto name = scale > 1 ? u"%1@%2x"_s.arg(plainName).arg(scale) : plainName;
     // What an earlier run left must not be accepted later by mistake.
     QFile::remove(picture(failures_, name));
     QFile::remove(diffPicture(failures_, name));

@@ -20,8 +20,9 @@ public:
     /// `pictures` holds the golden ones, `<name>.png`; what fails to match is left in `failures`.
     Golden(QString pictures, QString failures);
 
-    /// Empty when `actual` looks like the golden picture `name`; otherwise what is wrong, with `<name>.png` (the actual
-    /// picture) and, when the sizes agree, `<name>.diff.png` (differences, white on black) written to `failures`.
+    /// Empty when `actual` looks like the golden picture `name` (`<name>@2x` when it has two pixels a point); otherwise
+    /// what is wrong, with `<name>.png` (the actual picture) and, when the sizes agree, `<name>.diff.png` (differences,
+    /// white on black) written to `failures`.
     [[nodiscard]] QString difference(const QImage &actual, const QString &name, GoldenTolerance tolerance = {}) const;
 
 private:

@@ -1,4 +1,4 @@
-#include "windows/ViewScene.h"
+#include "support/ViewScene.h"
 
 #include "windows/SettingsState.h"
 
@@ -321,7 +321,7 @@ void ChannelSheetTest::looksAsItShould()
     // The blinking caret is not part of the look.
     scene.item(u"done"_s)->forceActiveFocus();
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
-    QCOMPARE(golden.difference(scene.view.grabWindow(), u"sheet-"_s + QString::fromLatin1(QTest::currentDataTag())),
+    QCOMPARE(golden.difference(picture(scene.view), u"sheet-"_s + QString::fromLatin1(QTest::currentDataTag())),
              QString());
 }
 
@@ -339,7 +339,7 @@ void ChannelSheetTest::looksAsItShouldOverTheWindow()
     scene.open(channel);
     scene.item(u"done"_s)->forceActiveFocus();
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
-    QCOMPARE(golden.difference(scene.view.grabWindow(), dark ? u"sheet-over-settings-dark"_s : u"sheet-over-settings-light"_s),
+    QCOMPARE(golden.difference(picture(scene.view), dark ? u"sheet-over-settings-dark"_s : u"sheet-over-settings-light"_s),
              QString());
 }
 

@@ -1,4 +1,4 @@
-#include "windows/ViewScene.h"
+#include "support/ViewScene.h"
 
 #include "windows/OnboardingState.h"
 
@@ -316,7 +316,7 @@ void OnboardingTest::looksAsItShould()
     QTest::mouseMove(&scene.view, {200, 10});
     settle();
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
-    QCOMPARE(golden.difference(scene.view.grabWindow(), u"onboarding-"_s + QString::fromLatin1(QTest::currentDataTag())),
+    QCOMPARE(golden.difference(picture(scene.view), u"onboarding-"_s + QString::fromLatin1(QTest::currentDataTag())),
              QString());
 }
 

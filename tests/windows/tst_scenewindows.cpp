@@ -1,4 +1,4 @@
-#include "windows/ViewScene.h"
+#include "support/ViewScene.h"
 
 #include "windows/OnboardingSceneWindow.h"
 #include "windows/SettingsWindow.h"

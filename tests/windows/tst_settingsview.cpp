@@ -1,4 +1,5 @@
-#include "windows/ViewScene.h"
+#include "support/Looks.h"
+#include "support/ViewScene.h"
 
 #include "windows/SettingsState.h"
 
@@ -616,17 +617,12 @@ void SettingsViewTest::looksAsItShould_data()
 void SettingsViewTest::looksAsItShould()
 {
     QFETCH(bool, dark);
-    Scene scene({ServiceID::claude, ServiceID::cursor, ServiceID::chatgpt, ServiceID::copilot, ServiceID::claudeCode});
+    Scene scene(settingsLookServices);
     scene.appearance.dark = dark;
-    scene.stores.settings.setServiceOrder({ServiceID::claude, ServiceID::cursor, ServiceID::chatgpt, ServiceID::gemini,
-                                           ServiceID::copilot, ServiceID::anthropicAPI, ServiceID::openaiAPI,
-                                           ServiceID::claudeCode});
-    scene.stores.settings.setSlackWebhookURL(u"https://hooks.slack.com/services/T0/B0/x"_s);
-    scene.stores.settings.setArmedChannel(RemoteChannel::slack);
-    scene.stores.settings.setLaunchAtLogin(true);
+    bringAboutSettingsLook(scene.stores.settings);
     scene.open();
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
-    QCOMPARE(golden.difference(scene.view.grabWindow(), u"settings-"_s + QString::fromLatin1(QTest::currentDataTag())),
+    QCOMPARE(golden.difference(picture(scene.view), u"settings-"_s + QString::fromLatin1(QTest::currentDataTag())),
              QString());
 }
 

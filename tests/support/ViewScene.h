@@ -38,6 +38,14 @@ inline void layOut(QQuickItem *item)
     item->ensurePolished();
 }
 
+/// What the view shows, which knows how many pixels it has a point.
+inline QImage picture(QQuickView &view)
+{
+    auto image = view.grabWindow();
+    image.setDevicePixelRatio(view.effectiveDevicePixelRatio());
+    return image;
+}
+
 /// What a screen reader is told of an item.
 inline QAccessibleInterface *accessible(QQuickItem *item)
 {

@@ -1,0 +1,59 @@
+import QtQuick
+import Kelvo
+
+/// A view as it stands on a desktop: in a window with round corners, with a title bar when it has a title, and a shadow.
+Rectangle {
+    id: ground
+
+    required property url view
+    required property var properties
+    required property string title
+    required property color desktop
+
+    readonly property real margin: 40
+    readonly property real titleBar: title === "" ? 0 : 30
+
+    color: desktop
+    implicitHeight: loader.height + titleBar + 2 * margin
+    implicitWidth: loader.width + 2 * margin
+
+    WindowShadow {
+        anchors.fill: frame
+        anchors.bottomMargin: -blur - 10
+        anchors.margins: -blur
+        anchors.topMargin: -blur + 10
+        blur: 34
+        color: Tokens.shadow
+    }
+    Rectangle {
+        anchors.fill: frame
+        anchors.margins: -1
+        color: Tokens.hairline
+        radius: 13
+    }
+    Rectangle {
+        id: frame
+
+        anchors.fill: parent
+        anchors.margins: ground.margin
+        color: Tokens.window
+        radius: 12
+    }
+    Text {
+        anchors.horizontalCenter: frame.horizontalCenter
+        anchors.top: frame.top
+        anchors.topMargin: (ground.titleBar - height) / 2
+        color: Tokens.labelPrimary
+        font: Tokens.systemFont(13, Font.DemiBold)
+        text: ground.title
+        textFormat: Text.PlainText
+    }
+    Loader {
+        id: loader
+
+        x: ground.margin
+        y: ground.margin + ground.titleBar
+    }
+
+    Component.onCompleted: loader.setSource(view, properties)
+}
