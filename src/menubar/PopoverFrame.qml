@@ -8,14 +8,20 @@ Item {
     required property PopoverState popover
     /// Whether windows can be translucent.
     required property bool translucent
+    /// How far the window may reach beyond the popover on each side: window managers move one that reaches beyond the
+    /// screen or under a panel, and the popover with it. The shadow ends there.
+    property real roomAbove: Infinity
+    property real roomBelow: Infinity
+    property real roomLeft: Infinity
+    property real roomRight: Infinity
 
     /// Where in the frame the popover itself is.
     readonly property rect card: Qt.rect(content.x, content.y, content.width, content.height)
     readonly property real hairline: 1
     readonly property real radius: translucent ? 12 : 0
 
-    height: content.y + content.height + (translucent ? shadow.below : hairline)
-    width: content.width + 2 * content.x
+    height: content.y + content.height + (translucent ? Math.min(shadow.below, roomBelow) : hairline)
+    width: content.x + content.width + (translucent ? Math.min(shadow.blur, roomRight) : hairline)
 
     WindowShadow {
         id: shadow
@@ -58,7 +64,7 @@ Item {
         objectName: "statusPopover"
         popover: frame.popover
         width: implicitWidth
-        x: frame.translucent ? shadow.blur : frame.hairline
-        y: frame.translucent ? shadow.above : frame.hairline
+        x: frame.translucent ? Math.min(shadow.blur, frame.roomLeft) : frame.hairline
+        y: frame.translucent ? Math.min(shadow.above, frame.roomAbove) : frame.hairline
     }
 }

@@ -12,6 +12,8 @@
 #include <QQuickItem>
 #include <QScreen>
 
+#include <algorithm>
+
 namespace kelvo {
 
 using namespace Qt::StringLiterals;
@@ -133,7 +135,7 @@ void PopoverWindow::load()
     view_->setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/PopoverFrame.qml"_s));
     view_->installEventFilter(this);
 
-    connect(view_->rootObject(), &QQuickItem::heightChanged, this, &PopoverWindow::place);
+    connect(view_->rootObject(), &QQuickItem::heightChanged, this, &PopoverWindow::fit);
     connect(view_->rootObject(), SIGNAL(cardChanged()), this, SLOT(place()));
     connect(view_.get(), &QWindow::activeChanged, this, &PopoverWindow::closeForLostFocus);
 }
@@ -151,16 +153,30 @@ void PopoverWindow::openBeside(const QRect &anchor)
     view_->requestActivate();
 }
 
-/// The popover itself is placed; what surrounds it may reach under a panel. The view would follow the size of what it
-/// shows only after the next event, and be seen in the wrong place.
+/// The popover itself is placed; what surrounds it takes the room that is left.
 void PopoverWindow::place()
 {
     const auto *screen = screenOf(anchor_);
-    const auto card = this->card();
+    const auto available = screen->availableGeometry();
+    const auto position = PopoverPlacement::beside(anchor_, card().size(), screen->geometry(), available);
+    giveRoom(QRect(position, card().size()), available);
+    fit();
+    view_->setPosition(position - card().topLeft());
+}
+
+/// The view would follow the size of what it shows only after the next event, and be seen in the wrong place.
+void PopoverWindow::fit()
+{
     view_->resize(view_->rootObject()->size().toSize());
-    view_->setPosition(
-        PopoverPlacement::beside(anchor_, card.size(), screen->geometry(), screen->availableGeometry())
-        - card.topLeft());
+}
+
+void PopoverWindow::giveRoom(const QRect &card, const QRect &available)
+{
+    auto *frame = view_->rootObject();
+    frame->setProperty("roomAbove", std::max(0, card.top() - available.top()));
+    frame->setProperty("roomBelow", std::max(0, available.bottom() - card.bottom()));
+    frame->setProperty("roomLeft", std::max(0, card.left() - available.left()));
+    frame->setProperty("roomRight", std::max(0, available.right() - card.right()));
 }
 
 void PopoverWindow::closeForLostFocus()

@@ -51,6 +51,8 @@ private:
     bool handleKey(const QKeyEvent &event);
     void load();
     void openBeside(const QRect &anchor);
+    void fit();
+    void giveRoom(const QRect &card, const QRect &available);
     void closeForLostFocus();
     QRect card() const;
 

@@ -28,7 +28,7 @@ std::optional<DesktopWindow> DesktopWindow::titled(const QString &title)
         return std::nullopt;
     }
     static const QRegularExpression numbers(
-        u"upper-left X: *(-?\\d+).*upper-left Y: *(-?\\d+).*Width: (\\d+).*Height: (\\d+).*Map State: IsViewable"_s,
+        u"Absolute upper-left X: *(-?\\d+)\\s+Absolute upper-left Y: *(-?\\d+).*Width: (\\d+).*Height: (\\d+).*IsViewable"_s,
         QRegularExpression::DotMatchesEverythingOption);
     // Nothing when it closed just now.
     const auto match = numbers.match(outputOf(u"xwininfo"_s, {u"-id"_s, id}));

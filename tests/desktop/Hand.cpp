@@ -18,7 +18,7 @@ void run(const QStringList &commands)
 
 QStringList move(const QPoint &point)
 {
-    return {u"mousemove"_s, u"--sync"_s, QString::number(point.x()), QString::number(point.y())};
+    return {u"mousemove"_s, QString::number(point.x()), QString::number(point.y())};
 }
 
 } // namespace

@@ -1,0 +1,93 @@
+#include "DesktopWindow.h"
+#include "Hand.h"
+#include "KelvoProcess.h"
+#include "Screen.h"
+
+#include <QTest>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
+/// The popover as a screen reader tells it, over the bus that screen readers use.
+class AccessibilityTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void theHeroIsOneSentence();
+    void aRowTellsItsStatusAndTakesTheTop();
+    void theGearIsTheSettingsButton();
+    void aClosedPopoverIsNotTold();
+
+private:
+    std::unique_ptr<SimulatedInternet> internet_;
+    std::unique_ptr<KelvoProcess> kelvo_;
+};
+
+void AccessibilityTest::init()
+{
+    internet_ = std::make_unique<SimulatedInternet>();
+    internet_->setComponent(StatusPage::Cursor, u"IDE"_s, u"major_outage"_s);
+    kelvo_ = std::make_unique<KelvoProcess>(*internet_);
+    kelvo_->writeSettings("[General]\nhasOnboarded=true\nenabledServices=claude, cursor, gemini\n");
+    kelvo_->start();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::outage), 20'000);
+    QTRY_COMPARE(internet_->requestsTo(u"status.claude.com"_s).size(), 1);
+    Hand::click(Screen::findRing(RingState::outage)->center());
+    QTRY_VERIFY(DesktopWindow::titled(u"Kelvo"_s));
+}
+
+void AccessibilityTest::cleanup()
+{
+    QCOMPARE(kelvo_->stop(), 0);
+    QCOMPARE(kelvo_->output(), QByteArray());
+    kelvo_.reset();
+}
+
+void AccessibilityTest::theHeroIsOneSentence()
+{
+    const auto hero = kelvo_->find(Accessible::Label, u"Cursor, Major outage, checked "_s);
+    QVERIFY(hero);
+    QVERIFY2(hero->name().endsWith(u"just now") || hero->name().endsWith(u" ago"), qPrintable(hero->name()));
+    QVERIFY(kelvo_->find(Accessible::Label, u"Notifying this Mac"_s));
+}
+
+void AccessibilityTest::aRowTellsItsStatusAndTakesTheTop()
+{
+    const auto row = kelvo_->find(Accessible::Button, u"Gemini"_s);
+    QVERIFY(row);
+    QCOMPARE(row->description(), u"Shows this service’s status at the top"_s);
+    QVERIFY(DesktopWindow::titled(u"Kelvo"_s)->geometry.contains(row->geometry()));
+    QVERIFY(row->geometry().width() > 280);
+    QVERIFY(row->actions().contains(u"Press"_s));
+    row->act(u"Press"_s);
+    QVERIFY(kelvo_->find(Accessible::Label, u"Gemini, Operational"_s));
+    QVERIFY(kelvo_->find(Accessible::Button, u"Cursor, Major outage"_s));
+}
+
+void AccessibilityTest::theGearIsTheSettingsButton()
+{
+    const auto gear = kelvo_->find(Accessible::Button, u"Settings"_s);
+    QVERIFY(gear);
+    QCOMPARE(gear->geometry().size(), QSize(26, 26));
+    gear->act(u"Press"_s);
+    QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo Settings"_s);
+    QVERIFY(kelvo_->find(Accessible::CheckBox, u"Claude, primary"_s)->isChecked());
+    QVERIFY(!kelvo_->find(Accessible::CheckBox, u"ChatGPT"_s)->isChecked());
+}
+
+void AccessibilityTest::aClosedPopoverIsNotTold()
+{
+    QVERIFY(kelvo_->find(Accessible::Button, u"Settings"_s));
+    Hand::press(u"Escape"_s);
+    QTRY_VERIFY(!DesktopWindow::titled(u"Kelvo"_s));
+    QTRY_VERIFY(!Accessible::program(kelvo_->processId())->find(Accessible::Button, u"Settings"_s));
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::AccessibilityTest)
+#include "AccessibilityTest.moc"

@@ -1,0 +1,228 @@
+#include "Backdrop.h"
+#include "DesktopWindow.h"
+#include "Hand.h"
+#include "KelvoProcess.h"
+#include "Screen.h"
+#include "TrayItem.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTest>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
+/// The popover under a person's hand, with another application behind it.
+class PopoverTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void aClickOnTheRingOpensItAndOneMoreClosesIt();
+    void itIsWhollyOnTheScreenBelowTheRing();
+    void itsCornersShowWhatIsBehind();
+    void openingItChecksAtOnce();
+    void escapeClosesIt();
+    void aClickOnAnotherWindowClosesIt();
+    void startingTheProgramAgainOpensIt();
+    void commaWithControlOpensTheSettings();
+    void theGearOpensTheSettingsInFrontOfAnotherWindow();
+    void theTraysMenuDoesWhatItSays();
+
+private:
+    static std::optional<DesktopWindow> popover() { return DesktopWindow::titled(u"Kelvo"_s); }
+    /// The popover without its shadow.
+    static QRect card();
+    void open();
+    void openSettingsByTheGear();
+    qsizetype rounds() const { return internet_->requestsTo(u"status.claude.com"_s).size(); }
+    void endInSilence();
+
+    std::unique_ptr<SimulatedInternet> internet_;
+    std::unique_ptr<KelvoProcess> kelvo_;
+    std::unique_ptr<Backdrop> backdrop_;
+    QPoint ring_;
+};
+
+void PopoverTest::init()
+{
+    internet_ = std::make_unique<SimulatedInternet>();
+    kelvo_ = std::make_unique<KelvoProcess>(*internet_);
+    kelvo_->writeSettings("[General]\nhasOnboarded=true\nenabledServices=claude, cursor\n");
+    backdrop_ = std::make_unique<Backdrop>();
+    backdrop_->open();
+    // The ring looks different under the pointer.
+    Hand::moveTo({100, 500});
+    kelvo_->start();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    ring_ = Screen::findRing(RingState::available)->center();
+}
+
+void PopoverTest::cleanup()
+{
+    kelvo_.reset();
+    backdrop_.reset();
+}
+
+QRect PopoverTest::card()
+{
+    // The shadow has all its room on the left and below; above and on the right it ends with the screen.
+    const auto popover = PopoverTest::popover();
+    return popover ? popover->geometry.adjusted(34, 6, -6, -44) : QRect();
+}
+
+void PopoverTest::open()
+{
+    Hand::click(ring_);
+    QTRY_VERIFY(popover());
+    QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo"_s);
+    QTRY_COMPARE(card().top(), backdrop_->y() + 6);
+}
+
+void PopoverTest::endInSilence()
+{
+    QCOMPARE(kelvo_->stop(), 0);
+    QCOMPARE(kelvo_->output(), QByteArray());
+}
+
+void PopoverTest::aClickOnTheRingOpensItAndOneMoreClosesIt()
+{
+    open();
+    QTRY_COMPARE(rounds(), 2);
+    Hand::click(ring_);
+    QTRY_VERIFY(!popover());
+    // Every opening asks the page once. Had the click that closed it opened it again, there would be one more.
+    open();
+    QTRY_COMPARE(rounds(), 3);
+    Hand::click(ring_);
+    QTRY_VERIFY(!popover());
+    endInSilence();
+    QCOMPARE(rounds(), 3);
+}
+
+void PopoverTest::itIsWhollyOnTheScreenBelowTheRing()
+{
+    open();
+    const auto available = QGuiApplication::primaryScreen()->availableGeometry();
+    QVERIFY(available.top() > 0);
+    // As near below the ring as the right edge of the screen allows.
+    QTRY_COMPARE(card().topRight(), available.topRight() + QPoint(-6, 6));
+    QCOMPARE(card().width(), 320);
+    QVERIFY(card().height() >= 260);
+    QVERIFY(available.contains(popover()->geometry));
+    QVERIFY(card().left() < ring_.x() && ring_.x() < card().right());
+}
+
+void PopoverTest::itsCornersShowWhatIsBehind()
+{
+    open();
+    const auto card = this->card();
+    const auto window = popover()->geometry;
+    const auto shown = [](const QPoint &point) { return Screen::picture().pixelColor(point); };
+    // It is there: the ground of the footer's middle is some shade of grey.
+    const auto ground = card.bottomLeft() + QPoint(160, -6);
+    QTRY_COMPARE(shown(ground).red(), shown(ground).green());
+    for (const auto &corner : {card.topLeft(), card.topRight(), card.bottomLeft(), card.bottomRight()}) {
+        // What is behind, darkened by the shadow.
+        const auto color = shown(corner);
+        QVERIFY2(color.green() < 8 && color.red() > 60 && color.red() == color.blue(), qPrintable(color.name()));
+    }
+    // The shadow fades away within the window.
+    const auto edge = shown(window.bottomLeft() + QPoint(1, -1));
+    QVERIFY2(edge.green() == 0 && edge.red() > Backdrop::color.red() - 8, qPrintable(edge.name()));
+}
+
+void PopoverTest::openingItChecksAtOnce()
+{
+    QCOMPARE(rounds(), 1);
+    open();
+    QTRY_COMPARE(rounds(), 2);
+    QTRY_COMPARE(internet_->requestsTo(u"status.cursor.com"_s).size(), 2);
+}
+
+void PopoverTest::escapeClosesIt()
+{
+    open();
+    Hand::press(u"Escape"_s);
+    QTRY_VERIFY(!popover());
+    open();
+    endInSilence();
+}
+
+void PopoverTest::aClickOnAnotherWindowClosesIt()
+{
+    open();
+    Hand::click(backdrop_->geometry().bottomLeft() + QPoint(50, -50));
+    QTRY_VERIFY(!popover());
+    endInSilence();
+}
+
+void PopoverTest::startingTheProgramAgainOpensIt()
+{
+    SimulatedInternet another;
+    KelvoProcess second(another);
+    second.start();
+    QCOMPARE(second.waitForEnd(), 0);
+    QTRY_VERIFY(popover());
+    QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo"_s);
+    QTRY_COMPARE(card().topRight(), QGuiApplication::primaryScreen()->availableGeometry().topRight() + QPoint(-6, 6));
+    QCOMPARE(another.requests().size(), 0);
+    endInSilence();
+}
+
+void PopoverTest::commaWithControlOpensTheSettings()
+{
+    open();
+    Hand::press(u"ctrl+comma"_s);
+    QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo Settings"_s);
+    QVERIFY(!popover());
+    Hand::press(u"ctrl+w"_s);
+    QTRY_VERIFY(!DesktopWindow::titled(u"Kelvo Settings"_s));
+    endInSilence();
+}
+
+void PopoverTest::openSettingsByTheGear()
+{
+    open();
+    // 26 wide, 12 from the right, in the middle of the footer's 38.
+    Hand::click(card().bottomRight() - QPoint(12 + 13, 38 / 2));
+    QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo Settings"_s);
+    QVERIFY(!popover());
+}
+
+void PopoverTest::theGearOpensTheSettingsInFrontOfAnotherWindow()
+{
+    openSettingsByTheGear();
+    const auto seen = [] {
+        return Screen::picture().pixelColor(DesktopWindow::titled(u"Kelvo Settings"_s)->geometry.topLeft() + QPoint(3, 3));
+    };
+    QTRY_VERIFY(seen() != Backdrop::color);
+
+    // It is open already, but behind: it comes forward.
+    backdrop_->raise();
+    backdrop_->open();
+    QTRY_COMPARE(seen(), Backdrop::color);
+    openSettingsByTheGear();
+    QTRY_VERIFY(seen() != Backdrop::color);
+    endInSilence();
+}
+
+void PopoverTest::theTraysMenuDoesWhatItSays()
+{
+    QCOMPARE(TrayItem::menu(), QStringList({u"Open Kelvo"_s, u"Settings…"_s, u"Quit Kelvo"_s}));
+    TrayItem::choose(u"Open Kelvo"_s);
+    QTRY_VERIFY(popover());
+    TrayItem::choose(u"Settings…"_s);
+    QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo Settings"_s);
+    TrayItem::choose(u"Quit Kelvo"_s);
+    QCOMPARE(kelvo_->waitForEnd(), 0);
+    QCOMPARE(kelvo_->output(), QByteArray());
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::PopoverTest)
+#include "PopoverTest.moc"

@@ -1,0 +1,163 @@
+#include "DesktopWindow.h"
+#include "Hand.h"
+#include "KelvoProcess.h"
+#include "Screen.h"
+#include "TrayItem.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSettings>
+#include <QTest>
+
+#include <filesystem>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
+/// The settings window under a person's hand, and what is left on the disk.
+class SettingsWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void aServiceDraggedToTheTopIsShownFirst();
+    void launchAtLoginComesAndGoes();
+    void launchAtLoginSpringsBackWhereItCannotBe();
+    void slackIsSetUpTestedArmedAndTold();
+
+private:
+    QString stored(const QString &key) const;
+    std::optional<Accessible> checkBox(const QString &name) const { return kelvo_->find(Accessible::CheckBox, name); }
+    void openPopover(RingState state);
+    void closePopover();
+    QString autostartFile() const { return kelvo_->configurationPath(u"autostart/app.kelvo.Kelvo.desktop"_s); }
+
+    std::unique_ptr<SimulatedInternet> internet_;
+    std::unique_ptr<KelvoProcess> kelvo_;
+};
+
+void SettingsWindowTest::init()
+{
+    internet_ = std::make_unique<SimulatedInternet>();
+    kelvo_ = std::make_unique<KelvoProcess>(*internet_);
+    kelvo_->writeSettings("[General]\nhasOnboarded=true\nenabledServices=claude, cursor\n");
+    kelvo_->start();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    TrayItem::choose(u"Settings…"_s);
+    QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo Settings"_s);
+}
+
+void SettingsWindowTest::cleanup()
+{
+    QCOMPARE(kelvo_->stop(), 0);
+    QCOMPARE(kelvo_->output(), QByteArray());
+    kelvo_.reset();
+}
+
+QString SettingsWindowTest::stored(const QString &key) const
+{
+    // A list is written as a text with commas.
+    return QSettings(kelvo_->settingsFile(), QSettings::IniFormat).value(key).toStringList().join(u',');
+}
+
+void SettingsWindowTest::openPopover(RingState state)
+{
+    Hand::click(Screen::findRing(state)->center());
+    QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo"_s);
+    // The ring looks different under the pointer.
+    Hand::moveTo({100, 500});
+}
+
+void SettingsWindowTest::closePopover()
+{
+    Hand::press(u"Escape"_s);
+    QTRY_VERIFY(!DesktopWindow::titled(u"Kelvo"_s));
+}
+
+void SettingsWindowTest::aServiceDraggedToTheTopIsShownFirst()
+{
+    QTRY_COMPARE(TrayItem::toolTip(), u"Claude: Operational"_s);
+    const auto top = checkBox(u"Claude, primary"_s);
+    const auto cursor = checkBox(u"Cursor"_s);
+    QVERIFY(top && cursor);
+    const QPoint grip(cursor->geometry().left() + 16, cursor->geometry().center().y());
+    Hand::drag(grip, QPoint(grip.x(), top->geometry().center().y() - 4));
+    QTRY_VERIFY(stored(u"serviceOrder"_s).startsWith(u"cursor,claude,"_s));
+    QVERIFY(checkBox(u"Cursor, primary"_s));
+    using std::filesystem::perms;
+    QVERIFY(std::filesystem::status(kelvo_->settingsFile().toStdString()).permissions()
+            == (perms::owner_read | perms::owner_write));
+
+    openPopover(RingState::available);
+    closePopover();
+    QTRY_COMPARE(TrayItem::toolTip(), u"Cursor: Operational"_s);
+}
+
+void SettingsWindowTest::launchAtLoginComesAndGoes()
+{
+    QVERIFY(!QFile::exists(autostartFile()));
+    QVERIFY(!checkBox(u"Launch at login"_s)->isChecked());
+    QVERIFY(kelvo_->clickOn(Accessible::CheckBox, u"Launch at login"_s));
+    QTRY_VERIFY(checkBox(u"Launch at login"_s)->isChecked());
+    QFile file(autostartFile());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().contains("\nExec="));
+    file.close();
+    QVERIFY(kelvo_->clickOn(Accessible::CheckBox, u"Launch at login"_s));
+    QTRY_VERIFY(!checkBox(u"Launch at login"_s)->isChecked());
+    QVERIFY(!file.exists());
+}
+
+void SettingsWindowTest::launchAtLoginSpringsBackWhereItCannotBe()
+{
+    QVERIFY(QDir().mkpath(autostartFile() + u"/in the way"_s));
+    QVERIFY(kelvo_->clickOn(Accessible::CheckBox, u"Launch at login"_s));
+    // A click on another switch that has worked says that this one has been heard.
+    QVERIFY(kelvo_->clickOn(Accessible::CheckBox, u"Outage alerts"_s));
+    QTRY_VERIFY(checkBox(u"Outage alerts"_s)->isChecked());
+    QVERIFY(!checkBox(u"Launch at login"_s)->isChecked());
+    QVERIFY(QDir(autostartFile()).exists());
+}
+
+void SettingsWindowTest::slackIsSetUpTestedArmedAndTold()
+{
+    const auto posts = [this] { return internet_->requestsTo(u"hooks.slack.com"_s); };
+    QVERIFY(kelvo_->clickOn(Accessible::Button, u"Slack"_s));
+    QVERIFY(kelvo_->clickOn(Accessible::Text, u"Webhook URL"_s));
+    Hand::type(u"https://hooks.slack.com/services/T/B/x"_s);
+    QTRY_COMPARE(stored(u"slackWebhookURL"_s), u"https://hooks.slack.com/services/T/B/x"_s);
+
+    QVERIFY(kelvo_->clickOn(Accessible::Button, u"Send test"_s));
+    QTRY_COMPARE(posts().size(), 1);
+    QCOMPARE(posts().constFirst().path, "/services/T/B/x"_ba);
+    QCOMPARE(posts().constFirst().body,
+             R"({"text":"Kelvo is set up. Claude is back. You can continue working."})"_ba);
+    QVERIFY(kelvo_->find(Accessible::Label, u"Test message: Test sent"_s));
+
+    QVERIFY(kelvo_->clickOn(Accessible::Button, u"Arm this channel"_s));
+    QTRY_COMPARE(stored(u"armedChannel"_s), u"slack"_s);
+    QVERIFY(kelvo_->clickOn(Accessible::Button, u"Done"_s));
+    QVERIFY(kelvo_->find(Accessible::Button, u"Slack"_s));
+    using std::filesystem::perms;
+    QVERIFY(std::filesystem::status(kelvo_->settingsFile().toStdString()).permissions()
+            == (perms::owner_read | perms::owner_write));
+
+    // Each opening of the popover checks at once: the story need not wait for the next round.
+    internet_->setComponent(StatusPage::Claude, u"claude.ai"_s, u"major_outage"_s);
+    openPopover(RingState::available);
+    QTRY_VERIFY(Screen::findRing(RingState::outage));
+    closePopover();
+    internet_->setAllOperational(StatusPage::Claude);
+    openPopover(RingState::outage);
+    QTRY_COMPARE(posts().size(), 2);
+    QCOMPARE(posts().constLast().body, R"({"text":"Claude is back. You can continue working."})"_ba);
+    QTRY_VERIFY(Screen::findRing(RingState::available));
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::SettingsWindowTest)
+#include "SettingsWindowTest.moc"

@@ -1,0 +1,63 @@
+#include "Backdrop.h"
+#include "DesktopWindow.h"
+#include "Hand.h"
+#include "KelvoProcess.h"
+#include "Screen.h"
+
+#include <QTest>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
+/// A desktop on which no window can be translucent: what is left transparent there comes out black.
+class WithoutCompositorTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void thePopoverIsAFramedRectangle();
+};
+
+void WithoutCompositorTest::thePopoverIsAFramedRectangle()
+{
+    SimulatedInternet internet;
+    KelvoProcess kelvo(internet);
+    kelvo.writeSettings("[General]\nhasOnboarded=true\n");
+    Backdrop backdrop;
+    backdrop.open();
+    kelvo.start();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    Hand::click(Screen::findRing(RingState::available)->center());
+    const auto top = [] {
+        const auto popover = DesktopWindow::titled(u"Kelvo"_s);
+        return popover ? popover->geometry.top() : -1;
+    };
+    QTRY_COMPARE(top(), backdrop.y() + 6 - 1);
+    const auto window = DesktopWindow::titled(u"Kelvo"_s)->geometry;
+    QCOMPARE(window.width(), 1 + 320 + 1);
+    // All at once, or something may be painted between two looks.
+    const auto isFramed = [window] {
+        const auto picture = Screen::picture();
+        const auto frame = picture.pixelColor(window.topLeft());
+        const auto ground = picture.pixelColor(window.bottomLeft() + QPoint(160, -7));
+        const bool isAllFrame = picture.pixelColor(window.topRight()) == frame
+            && picture.pixelColor(window.bottomLeft()) == frame && picture.pixelColor(window.bottomRight()) == frame
+            && picture.pixelColor(window.center().x(), window.top()) == frame
+            && picture.pixelColor(window.left(), window.center().y()) == frame;
+        return isAllFrame && frame != ground && frame != QColor(Qt::black) && frame != Backdrop::color
+            && picture.pixelColor(window.topLeft() + QPoint(1, 1)) == ground;
+    };
+    QTRY_VERIFY(isFramed());
+    for (const auto &outside : {window.bottomLeft() + QPoint(-1, 1), window.bottomRight() + QPoint(1, 1),
+                                window.topLeft() - QPoint(1, 0), window.topRight() + QPoint(1, 0)}) {
+        QCOMPARE(Screen::picture().pixelColor(outside), Backdrop::color);
+    }
+    QCOMPARE(kelvo.stop(), 0);
+    QCOMPARE(kelvo.output(), QByteArray());
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::WithoutCompositorTest)
+#include "WithoutCompositorTest.moc"

@@ -1,0 +1,51 @@
+#include "DesktopWindow.h"
+#include "Hand.h"
+#include "KelvoProcess.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTest>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
+/// A desktop without any tray, so without a ring to click.
+class WithoutTrayTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startingTheProgramAgainReachesEverything();
+};
+
+void WithoutTrayTest::startingTheProgramAgainReachesEverything()
+{
+    SimulatedInternet internet;
+    KelvoProcess kelvo(internet);
+    kelvo.writeSettings("[General]\nhasOnboarded=true\n");
+    kelvo.start();
+    QTRY_COMPARE_WITH_TIMEOUT(internet.requestsTo(u"status.claude.com"_s).size(), 1, 20'000);
+    QVERIFY(!DesktopWindow::titled(u"Kelvo"_s));
+
+    SimulatedInternet another;
+    KelvoProcess second(another);
+    second.start();
+    QCOMPARE(second.waitForEnd(), 0);
+    QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo"_s);
+    const auto window = DesktopWindow::titled(u"Kelvo"_s);
+    QVERIFY(window);
+    QVERIFY(QGuiApplication::primaryScreen()->geometry().contains(window->geometry));
+    QTRY_COMPARE(internet.requestsTo(u"status.claude.com"_s).size(), 2);
+
+    Hand::press(u"ctrl+comma"_s);
+    QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo Settings"_s);
+    Hand::press(u"ctrl+q"_s);
+    QCOMPARE(kelvo.waitForEnd(), 0);
+    QCOMPARE(kelvo.output(), QByteArray());
+}
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::WithoutTrayTest)
+#include "WithoutTrayTest.moc"
