@@ -1,5 +1,7 @@
 #include "menubar/LoadedWindows.h"
 
+#include "platform/Platform.h"
+
 #include <QCoreApplication>
 #include <QPluginLoader>
 
@@ -11,7 +13,7 @@ std::unique_ptr<Windows> loadWindows(StatusStore &store, SettingsStore &settings
                                      Platform &platform)
 {
     // With its whole path: Qt would search in places that others may write to.
-    const auto library = QCoreApplication::applicationDirPath() + u"/" KELVO_WINDOWS_PLUGIN ""_s;
+    const auto library = QCoreApplication::applicationDirPath() + u'/' + libraryFolder() + u"/kelvo-windows.so"_s;
     QPluginLoader loader(library);
     auto *plugin = qobject_cast<WindowsPlugin *>(loader.instance());
     if (!plugin) {

@@ -8,6 +8,8 @@
 #include "platform/SleepWake.h"
 #include "platform/StatusItem.h"
 
+#include <QString>
+
 #include <memory>
 
 namespace kelvo {
@@ -31,5 +33,8 @@ Platform makePlatform();
 class SingleInstance;
 /// Apart from the others: it is asked before anything else is made.
 std::unique_ptr<SingleInstance> makeSingleInstance();
+
+/// Where libraries that belong to the program alone are, seen from the folder of the executable.
+QString libraryFolder();
 
 } // namespace kelvo

@@ -31,4 +31,9 @@ std::unique_ptr<SingleInstance> makeSingleInstance()
     return std::make_unique<DBusSingleInstance>(BusConnection::session());
 }
 
+QString libraryFolder()
+{
+    return QStringLiteral("../lib/kelvo");
+}
+
 } // namespace kelvo

@@ -38,4 +38,9 @@ std::unique_ptr<SingleInstance> makeSingleInstance()
     return std::make_unique<RunningApplicationInstance>();
 }
 
+QString libraryFolder()
+{
+    return QStringLiteral("../PlugIns");
+}
+
 } // namespace kelvo
