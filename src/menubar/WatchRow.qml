@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Kelvo
 
@@ -18,7 +16,7 @@ PlainButton {
     readonly property real sideReach: 6
     readonly property real reach: 2
 
-    Accessible.description: "Shows this service’s status at the top"
+    Accessible.description: "Shows this service's status at the top"
     Accessible.name: name + ", " + (label === "" ? "not checked yet" : label)
     bottomPadding: reach
     hoverEnabled: true

@@ -59,7 +59,7 @@ void AccessibilityTest::aRowTellsItsStatusAndTakesTheTop()
 {
     const auto row = kelvo_->find(Accessible::Button, u"Gemini"_s);
     QVERIFY(row);
-    QCOMPARE(row->description(), u"Shows this service’s status at the top"_s);
+    QCOMPARE(row->description(), u"Shows this service's status at the top"_s);
     QVERIFY(DesktopWindow::titled(u"Kelvo"_s)->geometry.contains(row->geometry()));
     QVERIFY(row->geometry().width() > 280);
     QVERIFY(row->actions().contains(u"Press"_s));

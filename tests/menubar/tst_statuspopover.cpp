@@ -374,7 +374,7 @@ void StatusPopoverTest::rowsSpeakTheirStatusAndWhatTheyDo()
     QVERIFY(row);
     QCOMPARE(row->role(), QAccessible::Button);
     QCOMPARE(row->text(QAccessible::Name), u"Cursor, Operational"_s);
-    QCOMPARE(row->text(QAccessible::Description), u"Shows this service’s status at the top"_s);
+    QCOMPARE(row->text(QAccessible::Description), u"Shows this service's status at the top"_s);
     QCOMPARE(row->childCount(), 0);
     QVERIFY(row->actionInterface());
     row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
