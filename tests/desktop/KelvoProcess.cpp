@@ -41,7 +41,7 @@ std::optional<Accessible> KelvoProcess::find(Accessible::Role role, const QStrin
         found = program ? program->find(role, name) : std::nullopt;
         return found.has_value();
     };
-    return QTest::qWaitFor(isThere) ? found : std::nullopt;
+    return QTest::qWaitFor(isThere, 20'000) ? found : std::nullopt;
 }
 
 bool KelvoProcess::clickOn(Accessible::Role role, const QString &name) const
