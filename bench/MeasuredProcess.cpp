@@ -70,7 +70,8 @@ long long wakeupsOf(qint64 processId)
 
 int descriptorsOf(qint64 processId)
 {
-    return static_cast<int>(QDir(folderOf(processId) + "/fd"_L1).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size());
+    return static_cast<int>(
+        QDir(folderOf(processId) + "/fd"_L1).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size());
 }
 
 } // namespace kelvo

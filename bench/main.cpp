@@ -176,8 +176,10 @@ QList<Figure> measureStart()
         kelvo.push_back(startToRing(QStringLiteral(KELVO_PROGRAM)));
         bare.push_back(startToRing(QStringLiteral(BARE_TRAY)));
     }
+    // clang-format off
     return {{u"Start to ring registered (median of 15)"_s, u"ms"_s, median(kelvo), u"bare tray icon"_s, median(bare),
              u"at most 1.25 x"_s}};
+    // clang-format on
 }
 
 // ---- At rest ----
@@ -203,6 +205,7 @@ QList<Figure> measureRest()
     tray.waitForFinished();
     const auto withTray = u"bare tray icon"_s;
     const auto withRequests = u"bare tray icon with eight GETs"_s;
+    // clang-format off
     return {
         {u"Resident memory at rest"_s, u"MB"_s, kelvoMemory.residentMegabytes, withRequests,
          requestsMemory.residentMegabytes, u"at most 40 MB"_s},
@@ -214,6 +217,7 @@ QList<Figure> measureRest()
         {u"  the same"_s, u"MB"_s, kelvoMemory.privateMegabytes, withTray, trayMemory.privateMegabytes, {}},
         {u"Wakeups in 20 s between rounds"_s, {}, wakeups, withTray, bareWakeups, u"none"_s},
     };
+    // clang-format on
 }
 
 // ---- The popover ----
@@ -331,6 +335,7 @@ QList<Figure> measurePopover()
         program.waitForFinished();
     }
     const auto with = u"bare Quick window"_s;
+    // clang-format off
     return {
         {u"Click to first popover frame, cold"_s, u"ms"_s, median(own.cold), with, median(bare.cold),
          u"at most 40 ms"_s},
@@ -343,6 +348,7 @@ QList<Figure> measurePopover()
          bareClosed.privateMegabytes, {}},
         {u"Wakeups in 20 s after the popover closed"_s, {}, wakeups, {}, 0, u"none"_s},
     };
+    // clang-format on
 }
 
 // ---- A round ----
@@ -411,8 +417,10 @@ QList<Figure> measureAlert()
         waitUntil("the alert", [&] { return !server.notifications().isEmpty(); });
         latencies.push_back(static_cast<double>(sinceProbe.nsecsElapsed()) / 1e6);
     }
+    // clang-format off
     return {{u"Probe answered to alert handed over (median of 5)"_s, u"ms"_s, median(latencies), {}, 0,
              u"at most 10 ms"_s}};
+    // clang-format on
 }
 
 // ---- Weeks ----
@@ -434,12 +442,14 @@ QList<Figure> measureGrowth(int rounds)
     const auto descriptors = descriptorsOf(kelvo->processId());
     run(rounds);
     const auto title = u"in %1 rounds"_s.arg(rounds);
+    // clang-format off
     return {
         {u"Growth of private memory "_s + title, u"MB"_s,
          memoryOf(kelvo->processId()).privateMegabytes - memory.privateMegabytes, {}, 0, u"none"_s},
         {u"Growth of descriptors "_s + title, {},
          static_cast<double>(descriptorsOf(kelvo->processId()) - descriptors), {}, 0, u"none"_s},
     };
+    // clang-format on
 }
 
 QList<Figure> measureOpenings(int openings)
@@ -459,12 +469,14 @@ QList<Figure> measureOpenings(int openings)
     const auto descriptors = descriptorsOf(kelvo->processId());
     run(openings);
     const auto title = u"in %1 openings"_s.arg(openings);
+    // clang-format off
     return {
         {u"Growth of private memory "_s + title, u"MB"_s,
          memoryOf(kelvo->processId()).privateMegabytes - memory.privateMegabytes, {}, 0, u"none"_s},
         {u"Growth of descriptors "_s + title, {},
          static_cast<double>(descriptorsOf(kelvo->processId()) - descriptors), {}, 0, u"none"_s},
     };
+    // clang-format on
 }
 
 struct Measurement
@@ -484,9 +496,8 @@ int main(int argc, char *argv[])
     const QCommandLineOption growthRounds(u"growth-rounds"_s, u"Rounds to look for growth in (1000)."_s, u"count"_s,
                                           u"1000"_s);
     parser.addOption(growthRounds);
-    const QCommandLineOption growthOpenings(u"growth-openings"_s,
-                                            u"Openings of the popover to look for growth in (200)."_s, u"count"_s,
-                                            u"200"_s);
+    const QCommandLineOption growthOpenings(
+        u"growth-openings"_s, u"Openings of the popover to look for growth in (200)."_s, u"count"_s, u"200"_s);
     parser.addOption(growthOpenings);
     const QList<Measurement> measurements{
         {u"start"_s, measureStart},

@@ -31,7 +31,7 @@ bool NotificationWatch::start()
                    {u"--session"_s, u"type='method_call',interface='org.freedesktop.Notifications',member='Notify'"_s});
     if (!monitor_.waitForStarted() || !monitor_.waitForReadyRead()) {
         errorString_ = monitor_.error() == QProcess::FailedToStart ? u"dbus-monitor is not installed"_s
-                                                                    : u"the session bus cannot be watched"_s;
+                                                                   : u"the session bus cannot be watched"_s;
         return false;
     }
     return true;

@@ -30,9 +30,8 @@ Story::Story(SimulatedInternet &internet, const StatusStore &store, const Notifi
     rest_.setSingleShot(true);
     patience_.setSingleShot(true);
     connect(&rest_, &QTimer::timeout, this, &Story::endChapter);
-    connect(&patience_, &QTimer::timeout, this, [this] {
-        Q_EMIT ended(u"The program did not show \"%1\" in time."_s.arg(chapters_[chapter_].name));
-    });
+    connect(&patience_, &QTimer::timeout, this,
+            [this] { Q_EMIT ended(u"The program did not show \"%1\" in time."_s.arg(chapters_[chapter_].name)); });
     connect(&store, &StatusStore::statusesChanged, this, &Story::look);
     connect(&watch, &NotificationWatch::notified, this, &Story::look);
 }
@@ -40,6 +39,7 @@ Story::Story(SimulatedInternet &internet, const StatusStore &store, const Notifi
 std::vector<Story::Chapter> Story::chapters()
 {
     const auto ring = [this](RingState state) { return store_.ringState() == state; };
+    // clang-format off
     return {
         {u"1-all-well"_s, u"Eight services are watched."_s, {},
          [=] { return ring(RingState::available); },
@@ -64,6 +64,7 @@ std::vector<Story::Chapter> Story::chapters()
          [] { return true; },
          u"Kelvo goes on watching and keeps quiet."_s, 12s},
     };
+    // clang-format on
 }
 
 void Story::begin()

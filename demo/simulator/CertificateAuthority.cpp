@@ -73,11 +73,11 @@ bool CertificateAuthority::create(const QStringList &hosts) const
     }
     configuration.close();
 
-    const QStringList newKey{u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:prime256v1"_s, u"-nodes"_s,
-                             u"-config"_s, u"openssl.cnf"_s};
-    return openssl(QStringList{u"req"_s, u"-x509"_s, u"-days"_s, u"2"_s, u"-extensions"_s, u"authority"_s}
-                   + newKey + QStringList{u"-subj"_s, u"/CN=Kelvo simulated authority"_s, u"-keyout"_s,
-                                          u"authority.key"_s, u"-out"_s, u"authority.pem"_s})
+    const QStringList newKey{u"-newkey"_s, u"ec"_s,      u"-pkeyopt"_s,   u"ec_paramgen_curve:prime256v1"_s,
+                             u"-nodes"_s,  u"-config"_s, u"openssl.cnf"_s};
+    return openssl(QStringList{u"req"_s, u"-x509"_s, u"-days"_s, u"2"_s, u"-extensions"_s, u"authority"_s} + newKey
+                   + QStringList{u"-subj"_s, u"/CN=Kelvo simulated authority"_s, u"-keyout"_s, u"authority.key"_s,
+                                 u"-out"_s, u"authority.pem"_s})
         && openssl(QStringList{u"req"_s, u"-new"_s} + newKey
                    + QStringList{u"-keyout"_s, u"hosts.key"_s, u"-out"_s, u"hosts.csr"_s})
         && openssl({u"x509"_s, u"-req"_s, u"-days"_s, u"2"_s, u"-in"_s, u"hosts.csr"_s, u"-CA"_s, u"authority.pem"_s,

@@ -20,7 +20,8 @@ public:
     /// therefore not refused here.
     explicit ReroutedNetwork(const SimulatedInternet &internet, QObject *parent = nullptr);
     /// Speaks TLS as the real network does, with the trust that `configuration` holds.
-    ReroutedNetwork(const SimulatedInternet &internet, const QSslConfiguration &configuration, QObject *parent = nullptr);
+    ReroutedNetwork(const SimulatedInternet &internet, const QSslConfiguration &configuration,
+                    QObject *parent = nullptr);
 
 protected:
     QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request, QIODevice *outgoing) override;

@@ -56,8 +56,7 @@ void SimulatedConnection::readRequests()
         socket_.abort();
         return;
     }
-    while (!answering_ && takeRequest()) {
-    }
+    while (!answering_ && takeRequest()) { }
 }
 
 /// Takes one whole request from what was received, if there is one.
@@ -144,12 +143,8 @@ void SimulatedConnection::accept(SimulatedRequest request)
 void SimulatedConnection::answer()
 {
     switch (response_.behaviour) {
-    case SimulatedResponse::Behaviour::Answer:
-        sendWhole();
-        break;
-    case SimulatedResponse::Behaviour::CloseAtOnce:
-        socket_.abort();
-        break;
+    case SimulatedResponse::Behaviour::Answer: sendWhole(); break;
+    case SimulatedResponse::Behaviour::CloseAtOnce: socket_.abort(); break;
     case SimulatedResponse::Behaviour::CloseInMidBody:
         sendHalf();
         socket_.disconnectFromHost();
@@ -160,11 +155,8 @@ void SimulatedConnection::answer()
         connect(&timer_, &QTimer::timeout, this, &SimulatedConnection::dripOn);
         timer_.start(response_.pace);
         break;
-    case SimulatedResponse::Behaviour::Silence:
-        break;
-    case SimulatedResponse::Behaviour::Stall:
-        sendHalf();
-        break;
+    case SimulatedResponse::Behaviour::Silence: break;
+    case SimulatedResponse::Behaviour::Stall: sendHalf(); break;
     case SimulatedResponse::Behaviour::Endless:
         sendHead("Connection: close"_ba);
         connect(&socket_, &QSslSocket::bytesWritten, this, &SimulatedConnection::pourOn);

@@ -23,9 +23,12 @@ struct ServiceHost
     int status;
 };
 constexpr std::array serviceHosts{
-    ServiceHost{"claude.ai"_L1, 200},          ServiceHost{"chatgpt.com"_L1, 403},
-    ServiceHost{"cursor.com"_L1, 200},         ServiceHost{"gemini.google.com"_L1, 200},
-    ServiceHost{"api.githubcopilot.com"_L1, 404}, ServiceHost{"api.anthropic.com"_L1, 401},
+    ServiceHost{"claude.ai"_L1, 200},
+    ServiceHost{"chatgpt.com"_L1, 403},
+    ServiceHost{"cursor.com"_L1, 200},
+    ServiceHost{"gemini.google.com"_L1, 200},
+    ServiceHost{"api.githubcopilot.com"_L1, 404},
+    ServiceHost{"api.anthropic.com"_L1, 401},
     ServiceHost{"api.openai.com"_L1, 401},
 };
 
@@ -165,7 +168,8 @@ int SimulatedInternet::tunnelStatus(const QString &host) const
 QList<SimulatedRequest> SimulatedInternet::requestsTo(const QString &host) const
 {
     QList<SimulatedRequest> found;
-    std::ranges::copy_if(requests_, std::back_inserter(found), [&](const auto &request) { return request.host == host; });
+    std::ranges::copy_if(requests_, std::back_inserter(found),
+                         [&](const auto &request) { return request.host == host; });
     return found;
 }
 

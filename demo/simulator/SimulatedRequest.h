@@ -18,8 +18,8 @@ struct HttpHeader
 struct SimulatedRequest
 {
     QByteArray method;
-    QString scheme; ///< "http" or "https", as the client meant it
-    QString host;   ///< in lower case, without the port
+    QString scheme;  ///< "http" or "https", as the client meant it
+    QString host;    ///< in lower case, without the port
     QByteArray path; ///< with the query, exactly as sent
     QList<HttpHeader> headers;
     QByteArray body;

@@ -22,12 +22,12 @@ struct SimulatedResponse
     int status = 200;
     QByteArray body;
     QByteArray contentType = QByteArrayLiteral("text/html; charset=utf-8"); ///< none when empty
-    QList<HttpHeader> headers; ///< besides Content-Type, Content-Length and Connection
+    QList<HttpHeader> headers;          ///< besides Content-Type, Content-Length and Connection
     std::chrono::milliseconds delay{0}; ///< before the first byte
     Behaviour behaviour = Behaviour::Answer;
     std::chrono::milliseconds pace{0}; ///< of `Drip`
-    int provisional = 0; ///< a 1xx status that is sent ahead, if not 0
-    bool chunked = false; ///< sends the body in chunks instead of announcing its length
+    int provisional = 0;               ///< a 1xx status that is sent ahead, if not 0
+    bool chunked = false;              ///< sends the body in chunks instead of announcing its length
 
     static SimulatedResponse json(const QByteArray &body, int status = 200);
     static SimulatedResponse html(const QByteArray &body, int status = 200);

@@ -50,6 +50,7 @@ StatusPageDocument::StatusPageDocument(Shape shape, QString pageName, QString ur
     setIndicator(u"none"_s);
 }
 
+// clang-format off
 StatusPageDocument StatusPageDocument::claude()
 {
     return {Shape::Long, u"Claude"_s, u"https://status.claude.com"_s,
@@ -103,6 +104,7 @@ StatusPageDocument StatusPageDocument::gitHub()
              {.name = u"Copilot"_s, .group = {}},
              {.name = u"Copilot AI Model Providers"_s, .group = {}}}};
 }
+// clang-format on
 
 void StatusPageDocument::setComponent(const QString &name, const QString &status)
 {
@@ -135,18 +137,16 @@ QByteArray StatusPageDocument::toJson() const
     const QString pageId = idOf(pageName_, {}, 0);
     const auto idAt = [&](qsizetype position) { return idOf(pageName_, components_.at(position).name, position); };
     const auto idOfGroup = [&](const QString &group) -> QJsonValue {
-        const auto found = std::ranges::find_if(components_, [&](const Component &component) {
-            return component.isGroup && component.name == group;
-        });
+        const auto found = std::ranges::find_if(
+            components_, [&](const Component &component) { return component.isGroup && component.name == group; });
         return found == components_.end() ? QJsonValue() : QJsonValue(idAt(found - components_.begin()));
     };
 
     QJsonArray components;
     for (qsizetype position = 0; position < components_.size(); ++position) {
         const Component &component = components_.at(position);
-        QJsonObject object{{u"id"_s, idAt(position)},     {u"name"_s, component.name},
-                           {u"status"_s, component.status}, {u"created_at"_s, created},
-                           {u"updated_at"_s, updated},      {u"page_id"_s, pageId},
+        QJsonObject object{{u"id"_s, idAt(position)},    {u"name"_s, component.name}, {u"status"_s, component.status},
+                           {u"created_at"_s, created},   {u"updated_at"_s, updated},  {u"page_id"_s, pageId},
                            {u"position"_s, position + 1}};
         if (shape_ == Shape::Long) {
             object[u"description"_s] = QJsonValue();
@@ -168,15 +168,14 @@ QByteArray StatusPageDocument::toJson() const
         components.append(object);
     }
 
-    QJsonObject document{
-        {u"page"_s,
-         QJsonObject{{u"id"_s, pageId},
-                     {u"name"_s, pageName_},
-                     {u"url"_s, url_},
-                     {u"time_zone"_s, u"Etc/UTC"_s},
-                     {u"updated_at"_s, updated}}},
-        {u"status"_s, QJsonObject{{u"indicator"_s, indicator_}, {u"description"_s, description_}}},
-        {u"components"_s, components}};
+    QJsonObject document{{u"page"_s,
+                          QJsonObject{{u"id"_s, pageId},
+                                      {u"name"_s, pageName_},
+                                      {u"url"_s, url_},
+                                      {u"time_zone"_s, u"Etc/UTC"_s},
+                                      {u"updated_at"_s, updated}}},
+                         {u"status"_s, QJsonObject{{u"indicator"_s, indicator_}, {u"description"_s, description_}}},
+                         {u"components"_s, components}};
     if (shape_ == Shape::Long) {
         document[u"incidents"_s] = QJsonArray();
         document[u"scheduled_maintenances"_s] = QJsonArray();

@@ -65,14 +65,11 @@ QFuture<void> NotifierStore::sendTest(RemoteChannel channel)
 QFuture<bool> NotifierStore::post(const QString &text, RemoteChannel channel)
 {
     switch (channel) {
-    case RemoteChannel::slack:
-        return postSlack(text, settings_.slackWebhookURL());
-    case RemoteChannel::telegram:
-        return postTelegram(text, settings_.telegramBotToken(), settings_.telegramChatID());
+    case RemoteChannel::slack: return postSlack(text, settings_.slackWebhookURL());
+    case RemoteChannel::telegram: return postTelegram(text, settings_.telegramBotToken(), settings_.telegramChatID());
     case RemoteChannel::thisMac:
     case RemoteChannel::email:
-    case RemoteChannel::whatsapp:
-        break;
+    case RemoteChannel::whatsapp: break;
     }
     return QtFuture::makeReadyFuture(false);
 }

@@ -28,8 +28,7 @@ constexpr bool standsForAStatus(QNetworkReply::NetworkError error)
     case QNetworkReply::ServiceUnavailableError:           // 503
     case QNetworkReply::UnknownServerError:                // the other 5xx
         return true;
-    default:
-        return false;
+    default: return false;
     }
 }
 

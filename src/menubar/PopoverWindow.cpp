@@ -89,11 +89,8 @@ bool PopoverWindow::eventFilter(QObject *watched, QEvent *event)
             return true;
         }
         break;
-    case QEvent::Close:
-        close();
-        break;
-    default:
-        break;
+    case QEvent::Close: close(); break;
+    default: break;
     }
     return QObject::eventFilter(watched, event);
 }
@@ -105,18 +102,13 @@ bool PopoverWindow::handleKey(const QKeyEvent &event)
         return true;
     }
     switch (windowKey(event)) {
-    case WindowKey::close:
-        close();
-        return true;
+    case WindowKey::close: close(); return true;
     case WindowKey::settings:
         close();
         Q_EMIT settingsRequested();
         return true;
-    case WindowKey::quit:
-        QCoreApplication::quit();
-        return true;
-    case WindowKey::none:
-        return false;
+    case WindowKey::quit: QCoreApplication::quit(); return true;
+    case WindowKey::none: return false;
     }
     Q_UNREACHABLE();
 }

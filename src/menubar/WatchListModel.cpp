@@ -70,16 +70,11 @@ QVariant WatchListModel::data(const QModelIndex &index, int role) const
     }
     const auto &row = rows_[static_cast<std::size_t>(index.row())];
     switch (role) {
-    case serviceRole:
-        return rawValue(row.service.id);
-    case nameRole:
-        return row.service.name;
-    case healthRole:
-        return static_cast<int>(row.status.health);
-    case labelRole:
-        return row.status.label;
-    default:
-        return {};
+    case serviceRole: return rawValue(row.service.id);
+    case nameRole: return row.service.name;
+    case healthRole: return static_cast<int>(row.status.health);
+    case labelRole: return row.status.label;
+    default: return {};
     }
 }
 

@@ -16,6 +16,7 @@ const std::vector<Service> &Service::catalog()
     static const QString githubPage = u"https://www.githubstatus.com"_s;
     static const QUrl anthropicModels{u"https://api.anthropic.com/v1/models"_s};
 
+    // clang-format off
     static const std::vector<Service> services{
         {ServiceID::claude, u"Claude"_s,
          StatuspageSource{anthropicPage, {u"claude.ai"_s}},
@@ -42,6 +43,7 @@ const std::vector<Service> &Service::catalog()
          StatuspageSource{anthropicPage, {u"Claude Code"_s}},
          anthropicModels},
     };
+    // clang-format on
     return services;
 }
 

@@ -9,14 +9,10 @@ using namespace Qt::StringLiterals;
 QString rawValue(ServiceHealth health)
 {
     switch (health) {
-    case ServiceHealth::operational:
-        return u"operational"_s;
-    case ServiceHealth::degraded:
-        return u"degraded"_s;
-    case ServiceHealth::outage:
-        return u"outage"_s;
-    case ServiceHealth::unknown:
-        return u"unknown"_s;
+    case ServiceHealth::operational: return u"operational"_s;
+    case ServiceHealth::degraded: return u"degraded"_s;
+    case ServiceHealth::outage: return u"outage"_s;
+    case ServiceHealth::unknown: return u"unknown"_s;
     }
     Q_UNREACHABLE();
 }

@@ -15,7 +15,7 @@ struct ServiceStatus
     ServiceHealth health = ServiceHealth::unknown; ///< the last known health; a failed check leaves it as it was
     std::optional<TimePoint> lastChecked;          ///< when the last check finished, whatever its result
     QString label;                                 ///< of the last check, even where `health` is an earlier one's
-    std::optional<TimePoint> recoveredUntil;       ///< end of the time for which a recovery is shown; not cleared when it passes
+    std::optional<TimePoint> recoveredUntil;       ///< until when a recovery is shown; kept after it has passed
 
     bool operator==(const ServiceStatus &) const = default;
 };

@@ -20,8 +20,8 @@ std::optional<ServiceID> idOf(const std::optional<Service> &service)
 
 } // namespace
 
-StatusStore::StatusStore(SettingsStore &settings, NotifierStore &notifier, StatusChecks &checks,
-                         ContinuousClock &clock, SleepWake &sleepWake, WallClock wallClock)
+StatusStore::StatusStore(SettingsStore &settings, NotifierStore &notifier, StatusChecks &checks, ContinuousClock &clock,
+                         SleepWake &sleepWake, WallClock wallClock)
     : settings_(settings)
     , notifier_(notifier)
     , checks_(checks)
@@ -169,9 +169,8 @@ std::optional<Service> StatusStore::otherAffected() const
 /// Any change begins the wait anew, once the changes have come to rest.
 void StatusStore::observeSettings()
 {
-    connect(&settings_, &SettingsStore::objectWillChange, this, [this] {
-        settingsTimer_ = clock_.after(settingsQuietTime, [this] { restartPolling(false); });
-    });
+    connect(&settings_, &SettingsStore::objectWillChange, this,
+            [this] { settingsTimer_ = clock_.after(settingsQuietTime, [this] { restartPolling(false); }); });
     // Who puts another service first wants to see it first, not after the next round.
     connect(&settings_, &SettingsStore::objectDidChange, this, [this] {
         if (!popoverIsOpen_) {
@@ -217,9 +216,8 @@ QFuture<void> StatusStore::check(const Service &service)
             apply(service, number, reading, false);
             return QtFuture::makeReadyFuture();
         }
-        return checks_.probe(service).then(whileAlive(this, [this, service, number, reading](bool isUsable) {
-            apply(service, number, reading, isUsable);
-        }));
+        return checks_.probe(service).then(whileAlive(
+            this, [this, service, number, reading](bool isUsable) { apply(service, number, reading, isUsable); }));
     };
     return read(service).then(whileAlive(this, judge)).unwrap();
 }
@@ -248,9 +246,7 @@ void StatusStore::apply(const Service &service, quint64 checkNumber, const Statu
     publish(statuses_, std::move(statuses), &StatusStore::statusesChanged);
 
     switch (step) {
-    case Step::recovered:
-        notifier_.send(service.name + " is back"_L1, u"You can continue working."_s);
-        break;
+    case Step::recovered: notifier_.send(service.name + " is back"_L1, u"You can continue working."_s); break;
     case Step::outageBegan:
         if (settings_.outageAlertsEnabled()) {
             notifier_.send(service.name + " is down"_L1, u"We’ll notify you when it’s back."_s);
@@ -260,8 +256,7 @@ void StatusStore::apply(const Service &service, quint64 checkNumber, const Statu
     case Step::inconclusive:
     case Step::recoveryUnconfirmed:
     case Step::stillAffected:
-    case Step::stillFine:
-        break;
+    case Step::stillFine: break;
     }
 }
 

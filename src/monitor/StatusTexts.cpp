@@ -41,8 +41,8 @@ std::optional<ServiceID> promotedHero(const std::vector<WatchedStatus> &watched,
 
 std::optional<Service> firstOtherAffected(const std::vector<WatchedStatus> &watched, std::optional<ServiceID> hero)
 {
-    return firstWhere(
-        watched, [hero](const WatchedStatus &w) { return w.service.id != hero && isAffected(w.status.health); });
+    return firstWhere(watched,
+                      [hero](const WatchedStatus &w) { return w.service.id != hero && isAffected(w.status.health); });
 }
 
 QString heroStatusLabel(const std::optional<ServiceStatus> &hero)
@@ -51,19 +51,16 @@ QString heroStatusLabel(const std::optional<ServiceStatus> &hero)
         return u"No service selected"_s;
     }
     switch (hero->health) {
-    case ServiceHealth::operational:
-        return u"Operational"_s;
-    case ServiceHealth::degraded:
-        return hero->label.isEmpty() ? u"Partial outage"_s : hero->label;
-    case ServiceHealth::outage:
-        return u"Major outage"_s;
-    case ServiceHealth::unknown:
-        return u"Checking…"_s;
+    case ServiceHealth::operational: return u"Operational"_s;
+    case ServiceHealth::degraded: return hero->label.isEmpty() ? u"Partial outage"_s : hero->label;
+    case ServiceHealth::outage: return u"Major outage"_s;
+    case ServiceHealth::unknown: return u"Checking…"_s;
     }
     Q_UNREACHABLE();
 }
 
-QString heroBodyLine(const std::optional<ServiceStatus> &hero, const std::optional<Service> &otherAffected, TimePoint now)
+QString heroBodyLine(const std::optional<ServiceStatus> &hero, const std::optional<Service> &otherAffected,
+                     TimePoint now)
 {
     if (!hero) {
         return u"Choose a service in Settings."_s;
@@ -75,8 +72,7 @@ QString heroBodyLine(const std::optional<ServiceStatus> &hero, const std::option
                              : u"We’ll notify you when it’s back."_s;
     case ServiceHealth::operational:
         return isRecentlyRecovered(*hero, now) ? u"Recovered · back to normal"_s : u"Everything is working normally."_s;
-    case ServiceHealth::unknown:
-        return u"Checking status…"_s;
+    case ServiceHealth::unknown: return u"Checking status…"_s;
     }
     Q_UNREACHABLE();
 }

@@ -32,7 +32,8 @@ std::optional<Service> firstOtherAffected(const std::vector<WatchedStatus> &watc
 /// The hero's status in a word or two.
 QString heroStatusLabel(const std::optional<ServiceStatus> &hero);
 /// The sentence under it.
-QString heroBodyLine(const std::optional<ServiceStatus> &hero, const std::optional<Service> &otherAffected, TimePoint now);
+QString heroBodyLine(const std::optional<ServiceStatus> &hero, const std::optional<Service> &otherAffected,
+                     TimePoint now);
 /// The heading over the other services.
 QString groupHeading(const std::optional<ServiceStatus> &hero, bool anotherIsAffected);
 

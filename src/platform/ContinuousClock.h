@@ -28,7 +28,8 @@ public:
     /// Calls `callback` once on the calling thread's event loop, `wait` from now, without tolerance and never from
     /// inside this function. A wait that ends while the machine sleeps fires promptly after it wakes.
     /// The clock must outlive the returned timer.
-    [[nodiscard]] virtual std::unique_ptr<Timer> after(std::chrono::milliseconds wait, std::function<void()> callback) = 0;
+    [[nodiscard]] virtual std::unique_ptr<Timer> after(std::chrono::milliseconds wait,
+                                                       std::function<void()> callback) = 0;
 };
 
 } // namespace kelvo

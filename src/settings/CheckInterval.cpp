@@ -9,10 +9,8 @@ using namespace std::chrono_literals;
 std::chrono::seconds duration(CheckInterval interval)
 {
     switch (interval) {
-    case CheckInterval::oneMinute:
-        return 60s;
-    case CheckInterval::fiveMinutes:
-        return 300s;
+    case CheckInterval::oneMinute: return 60s;
+    case CheckInterval::fiveMinutes: return 300s;
     }
     Q_UNREACHABLE();
 }

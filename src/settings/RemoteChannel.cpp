@@ -15,16 +15,11 @@ struct Texts
 Texts texts(RemoteChannel channel)
 {
     switch (channel) {
-    case RemoteChannel::thisMac:
-        return {u"thisMac"_s, u"This Mac"_s};
-    case RemoteChannel::slack:
-        return {u"slack"_s, u"Slack"_s};
-    case RemoteChannel::telegram:
-        return {u"telegram"_s, u"Telegram"_s};
-    case RemoteChannel::email:
-        return {u"email"_s, u"Email"_s};
-    case RemoteChannel::whatsapp:
-        return {u"whatsapp"_s, u"WhatsApp"_s};
+    case RemoteChannel::thisMac: return {u"thisMac"_s, u"This Mac"_s};
+    case RemoteChannel::slack: return {u"slack"_s, u"Slack"_s};
+    case RemoteChannel::telegram: return {u"telegram"_s, u"Telegram"_s};
+    case RemoteChannel::email: return {u"email"_s, u"Email"_s};
+    case RemoteChannel::whatsapp: return {u"whatsapp"_s, u"WhatsApp"_s};
     }
     Q_UNREACHABLE();
 }

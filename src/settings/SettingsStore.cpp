@@ -132,14 +132,11 @@ QString SettingsStore::armedChannelLabel() const
 bool SettingsStore::isConfigured(RemoteChannel channel) const
 {
     switch (channel) {
-    case RemoteChannel::slack:
-        return !slackWebhookURL_.isEmpty();
-    case RemoteChannel::telegram:
-        return !telegramBotToken_.isEmpty() && !telegramChatID_.isEmpty();
+    case RemoteChannel::slack: return !slackWebhookURL_.isEmpty();
+    case RemoteChannel::telegram: return !telegramBotToken_.isEmpty() && !telegramChatID_.isEmpty();
     case RemoteChannel::thisMac:
     case RemoteChannel::email:
-    case RemoteChannel::whatsapp:
-        return false;
+    case RemoteChannel::whatsapp: return false;
     }
     Q_UNREACHABLE();
 }
@@ -147,12 +144,9 @@ bool SettingsStore::isConfigured(RemoteChannel channel) const
 QString SettingsStore::stateText(RemoteChannel channel) const
 {
     switch (channel) {
-    case RemoteChannel::thisMac:
-        return u"Always on"_s;
-    case RemoteChannel::email:
-        return u"Coming later"_s;
-    case RemoteChannel::whatsapp:
-        return {};
+    case RemoteChannel::thisMac: return u"Always on"_s;
+    case RemoteChannel::email: return u"Coming later"_s;
+    case RemoteChannel::whatsapp: return {};
     case RemoteChannel::slack:
     case RemoteChannel::telegram:
         if (channel == armedChannel_) {
@@ -248,8 +242,7 @@ void SettingsStore::setTelegramChatID(const QString &value)
 
 void SettingsStore::setLaunchAtLogin(bool value)
 {
-    write(
-        launchAtLogin_, value, [this] { applyLaunchAtLogin(); }, &SettingsStore::launchAtLoginChanged);
+    write(launchAtLogin_, value, [this] { applyLaunchAtLogin(); }, &SettingsStore::launchAtLoginChanged);
 }
 
 void SettingsStore::setPrimary(ServiceID id)

@@ -21,18 +21,12 @@ QVariant ChannelListModel::data(const QModelIndex &index, int role) const
     }
     const auto channel = allRemoteChannels[static_cast<std::size_t>(index.row())];
     switch (role) {
-    case channelRole:
-        return rawValue(channel);
-    case titleRole:
-        return displayTitle(channel);
-    case stateRole:
-        return settings_.stateText(channel);
-    case isArmedRole:
-        return channel == settings_.armedChannel();
-    case isOfferedRole:
-        return channel != RemoteChannel::email && channel != RemoteChannel::whatsapp;
-    default:
-        return {};
+    case channelRole: return rawValue(channel);
+    case titleRole: return displayTitle(channel);
+    case stateRole: return settings_.stateText(channel);
+    case isArmedRole: return channel == settings_.armedChannel();
+    case isOfferedRole: return channel != RemoteChannel::email && channel != RemoteChannel::whatsapp;
+    default: return {};
     }
 }
 

@@ -26,8 +26,7 @@ Texts texts(RemoteChannel channel)
                 u"Create a bot with @BotFather and get your chat id from @userinfobot. No phone number is stored."_s};
     case RemoteChannel::thisMac:
     case RemoteChannel::email:
-    case RemoteChannel::whatsapp:
-        return {};
+    case RemoteChannel::whatsapp: return {};
     }
     Q_UNREACHABLE();
 }
@@ -52,8 +51,7 @@ std::vector<ChannelField::Binding> bindings(RemoteChannel channel)
         };
     case RemoteChannel::thisMac:
     case RemoteChannel::email:
-    case RemoteChannel::whatsapp:
-        return {};
+    case RemoteChannel::whatsapp: return {};
     }
     Q_UNREACHABLE();
 }

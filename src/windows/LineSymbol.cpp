@@ -79,16 +79,11 @@ QPainterPath info()
 QPainterPath outline(LineSymbol::Shape shape)
 {
     switch (shape) {
-    case LineSymbol::Bell:
-        return bell();
-    case LineSymbol::Check:
-        return check();
-    case LineSymbol::CheckInCircle:
-        return checkInCircle();
-    case LineSymbol::Grip:
-        return grip();
-    case LineSymbol::Info:
-        return info();
+    case LineSymbol::Bell: return bell();
+    case LineSymbol::Check: return check();
+    case LineSymbol::CheckInCircle: return checkInCircle();
+    case LineSymbol::Grip: return grip();
+    case LineSymbol::Info: return info();
     }
     Q_UNREACHABLE();
 }

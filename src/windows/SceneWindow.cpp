@@ -72,11 +72,8 @@ bool SceneWindow::eventFilter(QObject *watched, QEvent *event)
             return true;
         }
         break;
-    case QEvent::Close:
-        close();
-        break;
-    default:
-        break;
+    case QEvent::Close: close(); break;
+    default: break;
     }
     return QObject::eventFilter(watched, event);
 }
@@ -84,17 +81,10 @@ bool SceneWindow::eventFilter(QObject *watched, QEvent *event)
 bool SceneWindow::handleKey(const QKeyEvent &event)
 {
     switch (windowKey(event)) {
-    case WindowKey::close:
-        close();
-        return true;
-    case WindowKey::settings:
-        Q_EMIT settingsRequested();
-        return true;
-    case WindowKey::quit:
-        QCoreApplication::quit();
-        return true;
-    case WindowKey::none:
-        return false;
+    case WindowKey::close: close(); return true;
+    case WindowKey::settings: Q_EMIT settingsRequested(); return true;
+    case WindowKey::quit: QCoreApplication::quit(); return true;
+    case WindowKey::none: return false;
     }
     Q_UNREACHABLE();
 }

@@ -60,16 +60,11 @@ QVariant ServiceListModel::data(const QModelIndex &index, int role) const
     }
     const auto &row = rows_[static_cast<std::size_t>(index.row())];
     switch (role) {
-    case serviceRole:
-        return rawValue(row.id);
-    case nameRole:
-        return Service::by(row.id).name;
-    case isPrimaryRole:
-        return row.isPrimary;
-    case isOnRole:
-        return row.isOn;
-    default:
-        return {};
+    case serviceRole: return rawValue(row.id);
+    case nameRole: return Service::by(row.id).name;
+    case isPrimaryRole: return row.isPrimary;
+    case isOnRole: return row.isOn;
+    default: return {};
     }
 }
 

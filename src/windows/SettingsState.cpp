@@ -63,15 +63,10 @@ void SettingsState::tapChannel(const QString &channel)
     }
     switch (*tapped) {
     case RemoteChannel::email:
-    case RemoteChannel::whatsapp:
-        return;
-    case RemoteChannel::thisMac:
-        settings_.setArmedChannel(RemoteChannel::thisMac);
-        return;
+    case RemoteChannel::whatsapp: return;
+    case RemoteChannel::thisMac: settings_.setArmedChannel(RemoteChannel::thisMac); return;
     case RemoteChannel::slack:
-    case RemoteChannel::telegram:
-        present(std::make_unique<ChannelSheetState>(*tapped, settings_, notifier_));
-        return;
+    case RemoteChannel::telegram: present(std::make_unique<ChannelSheetState>(*tapped, settings_, notifier_)); return;
     }
     Q_UNREACHABLE();
 }

@@ -362,8 +362,9 @@ void NotifierStoreTest::telegramAlertIsOnePost()
     QCOMPARE(request.path, "/bot" + token.toLatin1() + "/sendMessage");
     QCOMPARE(request.header("Content-Type"), "application/json"_ba);
     // The chat id of a group, a text with its minus sign.
-    QCOMPARE(world.bodies().first(), (QJsonObject{{u"chat_id"_s, u"-1001234567890"_s},
-                                                  {u"text"_s, u"Claude is back. You can continue working."_s}}));
+    QCOMPARE(world.bodies().first(),
+             (QJsonObject{{u"chat_id"_s, u"-1001234567890"_s},
+                          {u"text"_s, u"Claude is back. You can continue working."_s}}));
     settle();
     QCOMPARE(world.requestsBegun, 1);
 }
@@ -519,17 +520,10 @@ void NotifierStoreTest::brokenTransferIsNotSent()
     QFETCH(int, kind);
     World world;
     switch (kind) {
-    case 0:
-        world.internet.setUnreachable(slackHost);
-        break;
-    case 1:
-        world.internet.respond(slackHost, {}, SimulatedResponse::closeAtOnce());
-        break;
-    case 2:
-        world.internet.respond(slackHost, {}, SimulatedResponse::truncated("ok ok ok"));
-        break;
-    default:
-        world.internet.respond(slackHost, {}, SimulatedResponse::redirect(webhook.toLatin1()));
+    case 0: world.internet.setUnreachable(slackHost); break;
+    case 1: world.internet.respond(slackHost, {}, SimulatedResponse::closeAtOnce()); break;
+    case 2: world.internet.respond(slackHost, {}, SimulatedResponse::truncated("ok ok ok")); break;
+    default: world.internet.respond(slackHost, {}, SimulatedResponse::redirect(webhook.toLatin1()));
     }
     const auto slack = world.notifier.postSlack(u"t"_s, webhook);
     QTRY_VERIFY(slack.isFinished());

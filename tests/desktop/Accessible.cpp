@@ -80,7 +80,8 @@ bool Accessible::isChecked() const
 QRect Accessible::geometry() const
 {
     const uint onScreen = 0;
-    const auto extents = answerTo(ask(u"org.a11y.atspi.Component"_s, u"GetExtents"_s, {onScreen})).value<QDBusArgument>();
+    const auto extents =
+        answerTo(ask(u"org.a11y.atspi.Component"_s, u"GetExtents"_s, {onScreen})).value<QDBusArgument>();
     int x = 0;
     int y = 0;
     int width = 0;

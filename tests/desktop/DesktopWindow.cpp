@@ -23,7 +23,8 @@ QString outputOf(const QString &program, const QStringList &arguments)
 std::optional<DesktopWindow> DesktopWindow::titled(const QString &title)
 {
     const auto pattern = u'^' + QRegularExpression::escape(title) + u'$';
-    const auto id = outputOf(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, pattern}).section(u'\n', 0, 0);
+    const auto id =
+        outputOf(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, pattern}).section(u'\n', 0, 0);
     if (id.isEmpty()) {
         return std::nullopt;
     }
@@ -35,8 +36,9 @@ std::optional<DesktopWindow> DesktopWindow::titled(const QString &title)
     if (!match.hasMatch()) {
         return std::nullopt;
     }
-    return DesktopWindow{id, QRect(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt(),
-                                   match.captured(4).toInt())};
+    return DesktopWindow{id,
+                         QRect(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt(),
+                               match.captured(4).toInt())};
 }
 
 QString DesktopWindow::activeTitle()

@@ -197,7 +197,8 @@ void PopoverTest::theGearOpensTheSettingsInFrontOfAnotherWindow()
 {
     openSettingsByTheGear();
     const auto seen = [] {
-        return Screen::picture().pixelColor(DesktopWindow::titled(u"Kelvo Settings"_s)->geometry.topLeft() + QPoint(3, 3));
+        return Screen::picture().pixelColor(DesktopWindow::titled(u"Kelvo Settings"_s)->geometry.topLeft()
+                                            + QPoint(3, 3));
     };
     QTRY_VERIFY(seen() != Backdrop::color);
 

@@ -94,7 +94,8 @@ void ProcessTest::theSettingsFileIsReadAndLeftAsItIs()
     QFile file(kelvo_->settingsFile());
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), content);
-    QCOMPARE(QFileInfo(file).permissions() & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+    QCOMPARE(QFileInfo(file).permissions()
+                 & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
              QFile::Permissions());
 }
 

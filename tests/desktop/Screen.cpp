@@ -17,14 +17,10 @@ constexpr int barHeight = 28;
 QColor dotOnDarkBar(RingState state)
 {
     switch (state) {
-    case RingState::available:
-        return QColor(50, 215, 75);
-    case RingState::outage:
-        return QColor(255, 69, 58);
-    case RingState::recovering:
-        return QColor(255, 159, 10);
-    case RingState::inactive:
-        break;
+    case RingState::available: return QColor(50, 215, 75);
+    case RingState::outage: return QColor(255, 69, 58);
+    case RingState::recovering: return QColor(255, 159, 10);
+    case RingState::inactive: break;
     }
     return {};
 }

@@ -133,8 +133,7 @@ void SettingsWindowTest::slackIsSetUpTestedArmedAndTold()
     QVERIFY(kelvo_->clickOn(Accessible::Button, u"Send test"_s));
     QTRY_COMPARE(posts().size(), 1);
     QCOMPARE(posts().constFirst().path, "/services/T/B/x"_ba);
-    QCOMPARE(posts().constFirst().body,
-             R"({"text":"Kelvo is set up. Claude is back. You can continue working."})"_ba);
+    QCOMPARE(posts().constFirst().body, R"({"text":"Kelvo is set up. Claude is back. You can continue working."})"_ba);
     QVERIFY(kelvo_->find(Accessible::Label, u"Test message: Test sent"_s));
 
     QVERIFY(kelvo_->clickOn(Accessible::Button, u"Arm this channel"_s));

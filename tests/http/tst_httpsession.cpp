@@ -166,8 +166,8 @@ void HttpSessionTest::everyStatusCodeIsAnAnswer_data()
     QTest::addColumn<SimulatedResponse>("response");
     QTest::addColumn<int>("status");
 
-    for (const int status : {200, 201, 202, 204, 206, 299, 300, 304, 400, 403, 404, 405, 406, 408, 409, 410, 418, 422,
-                             429, 451, 499, 500, 501, 502, 503, 504, 520, 599}) {
+    for (const int status : {200, 201, 202, 204, 206, 299, 300, 304, 400, 403, 404, 405, 406, 408,
+                             409, 410, 418, 422, 429, 451, 499, 500, 501, 502, 503, 504, 520, 599}) {
         QTest::addRow("%d", status) << SimulatedResponse::ofStatus(status) << status;
     }
     for (const int status : {301, 302, 303, 307, 308}) {
@@ -530,16 +530,18 @@ void HttpSessionTest::aGetCarriesNoBodyAndNoConditions()
     QCOMPARE(request.host, host);
     QCOMPARE(request.path, "/a/b?c=d%20e"_ba);
     QCOMPARE(request.body, QByteArray());
-    for (const char *header : {"Cookie", "Authorization", "Referer", "If-None-Match", "If-Modified-Since", "Content-Type"}) {
+    for (const char *header :
+         {"Cookie", "Authorization", "Referer", "If-None-Match", "If-Modified-Since", "Content-Type"}) {
         QVERIFY2(!request.hasHeader(header), header);
     }
 }
 
 void HttpSessionTest::everyRequestGoesToTheNetwork()
 {
-    internet_->respond(host, {}, SimulatedResponse::json("1"_ba)
-                                     .with("Cache-Control"_ba, "public, max-age=86400, immutable"_ba)
-                                     .with("ETag"_ba, "\"one\""_ba));
+    internet_->respond(host, {},
+                       SimulatedResponse::json("1"_ba)
+                           .with("Cache-Control"_ba, "public, max-age=86400, immutable"_ba)
+                           .with("ETag"_ba, "\"one\""_ba));
     const auto session = makeSession();
     QCOMPARE(fetch(*session, page()).body, "1"_ba);
     internet_->respond(host, {}, SimulatedResponse::json("2"_ba));
@@ -550,7 +552,8 @@ void HttpSessionTest::everyRequestGoesToTheNetwork()
 
 void HttpSessionTest::cookiesLiveAndDieWithTheSession()
 {
-    internet_->respond(host, {}, SimulatedResponse::ofStatus(200).with("Set-Cookie"_ba, "a=b; Max-Age=86400; Path=/"_ba));
+    internet_->respond(host, {},
+                       SimulatedResponse::ofStatus(200).with("Set-Cookie"_ba, "a=b; Max-Age=86400; Path=/"_ba));
     const auto session = makeSession();
     fetch(*session, page());
     fetch(*session, page());
@@ -561,10 +564,11 @@ void HttpSessionTest::cookiesLiveAndDieWithTheSession()
 
 void HttpSessionTest::nothingIsLeftOnDisk()
 {
-    internet_->respond(u"127.0.0.1"_s, {}, SimulatedResponse::json("{}"_ba)
-                                               .with("Set-Cookie"_ba, "a=b; Max-Age=86400; Path=/"_ba)
-                                               .with("Cache-Control"_ba, "public, max-age=86400"_ba)
-                                               .with("Strict-Transport-Security"_ba, "max-age=86400"_ba));
+    internet_->respond(u"127.0.0.1"_s, {},
+                       SimulatedResponse::json("{}"_ba)
+                           .with("Set-Cookie"_ba, "a=b; Max-Age=86400; Path=/"_ba)
+                           .with("Cache-Control"_ba, "public, max-age=86400"_ba)
+                           .with("Strict-Transport-Security"_ba, "max-age=86400"_ba));
     {
         HttpSession session(std::make_unique<QNetworkAccessManager>(), roomy);
         QCOMPARE(fetch(session, QUrl(u"http://127.0.0.1:%1/"_s.arg(internet_->port()))).status, 200);
@@ -685,8 +689,8 @@ void HttpSessionTest::otherAddressesFailAtOnceWithoutARequest()
 {
     QFETCH(const QUrl, address);
     const auto session = makeSession();
-    for (const auto &future : {session->get(address), session->getDiscardingBody(address),
-                               session->postJson(address, "{}"_ba)}) {
+    for (const auto &future :
+         {session->get(address), session->getDiscardingBody(address), session->postJson(address, "{}"_ba)}) {
         QVERIFY(future.isFinished());
         QCOMPARE(future.result().status, std::nullopt);
     }
@@ -715,7 +719,7 @@ void HttpSessionTest::destroyingTheSessionCancelsWhatIsUnderWay()
     internet_->respond(u"claude.ai"_s, {}, SimulatedResponse::stall(QByteArray(1000, ' ')));
     auto session = makeSession();
     QList futures{session->get(page()), session->getDiscardingBody(QUrl(u"https://claude.ai/login"_s)),
-                        session->postJson(page(), "{}"_ba)};
+                  session->postJson(page(), "{}"_ba)};
     QTRY_COMPARE(internet_->requests().size(), 3);
     bool continued = false;
     QObject context;
@@ -784,7 +788,8 @@ void HttpSessionTest::tlsThroughAProxyReachesTheHost()
 
 void HttpSessionTest::anUntrustedCertificateIsAFailure()
 {
-    HttpSession session(std::make_unique<ReroutedNetwork>(*internet_, QSslConfiguration::defaultConfiguration()), roomy);
+    HttpSession session(std::make_unique<ReroutedNetwork>(*internet_, QSslConfiguration::defaultConfiguration()),
+                        roomy);
     QCOMPARE(fetch(session, page()).status, std::nullopt);
     QCOMPARE(internet_->requests().size(), 0);
 }

@@ -35,7 +35,8 @@ void PopoverPlacementTest::goesBesideTheRingInsideTheScreen_data()
     QTest::newRow("kept in at the left") << QRect(2, 2, 24, 24) << belowPanel << QPoint(6, 34);
     QTest::newRow("clear of the panel that the pointer is in") << QRect(500, 5, 1, 1) << belowPanel << QPoint(340, 34);
     QTest::newRow("beside a panel at the left") << QRect(10, 700, 24, 24) << QRect(48, 0, 952, 800) << QPoint(54, 394);
-    QTest::newRow("top left visible on a tiny screen") << QRect(10, 2, 24, 24) << QRect(0, 28, 200, 100) << QPoint(6, 28);
+    QTest::newRow("top left visible on a tiny screen")
+        << QRect(10, 2, 24, 24) << QRect(0, 28, 200, 100) << QPoint(6, 28);
 }
 
 void PopoverPlacementTest::goesBesideTheRingInsideTheScreen()

@@ -71,8 +71,8 @@ void ShapesTest::aDotIsRound()
     const auto picture = stage.view.grabWindow();
     QCOMPARE(picture.pixelColor(3, 3), QColor(Qt::black));
     QCOMPARE(picture.pixelColor(0, 3).value(), picture.pixelColor(3, 0).value());
-    QVERIFY(picture.pixelColor(3, 0).value() < 100);  // reaches the edge
-    QVERIFY(picture.pixelColor(0, 0).value() > 220);  // and has no corner
+    QVERIFY(picture.pixelColor(3, 0).value() < 100); // reaches the edge
+    QVERIFY(picture.pixelColor(0, 0).value() > 220); // and has no corner
     QVERIFY(picture.pixelColor(1, 0).value() > picture.pixelColor(3, 0).value());
 }
 

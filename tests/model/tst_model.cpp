@@ -28,20 +28,19 @@ const std::vector<Row> &expectedCatalogue()
     static const std::vector<Row> rows{
         {ServiceID::claude, u"claude", u"Claude", StatuspageSource{claudePage, {u"claude.ai"_s}},
          u"https://claude.ai/login"},
-        {ServiceID::chatgpt, u"chatgpt", u"ChatGPT",
-         StatuspageSource{openaiPage, {u"Conversations"_s, u"Login"_s}}, u"https://chatgpt.com/"},
+        {ServiceID::chatgpt, u"chatgpt", u"ChatGPT", StatuspageSource{openaiPage, {u"Conversations"_s, u"Login"_s}},
+         u"https://chatgpt.com/"},
         {ServiceID::cursor, u"cursor", u"Cursor",
          StatuspageSource{u"https://status.cursor.com"_s, {u"IDE"_s, u"cursor.com"_s}}, u"https://cursor.com/"},
-        {ServiceID::gemini, u"gemini", u"Gemini", GoogleDashboardSource{u"Gemini"_s},
-         u"https://gemini.google.com/"},
+        {ServiceID::gemini, u"gemini", u"Gemini", GoogleDashboardSource{u"Gemini"_s}, u"https://gemini.google.com/"},
         {ServiceID::copilot, u"copilot", u"GitHub Copilot",
          StatuspageSource{u"https://www.githubstatus.com"_s, {u"Copilot"_s}}, u"https://api.githubcopilot.com/"},
-        {ServiceID::anthropicAPI, u"anthropicAPI", u"Anthropic API",
-         StatuspageSource{claudePage, {u"Claude API"_s}}, u"https://api.anthropic.com/v1/models"},
+        {ServiceID::anthropicAPI, u"anthropicAPI", u"Anthropic API", StatuspageSource{claudePage, {u"Claude API"_s}},
+         u"https://api.anthropic.com/v1/models"},
         {ServiceID::openaiAPI, u"openaiAPI", u"OpenAI API",
          StatuspageSource{openaiPage, {u"Responses"_s, u"Embeddings"_s}}, u"https://api.openai.com/v1/models"},
-        {ServiceID::claudeCode, u"claudeCode", u"Claude Code",
-         StatuspageSource{claudePage, {u"Claude Code"_s}}, u"https://api.anthropic.com/v1/models"},
+        {ServiceID::claudeCode, u"claudeCode", u"Claude Code", StatuspageSource{claudePage, {u"Claude Code"_s}},
+         u"https://api.anthropic.com/v1/models"},
     };
     return rows;
 }
@@ -243,17 +242,10 @@ void ModelTest::servicesDifferByEveryField()
     const Service service = Service::by(ServiceID::claude);
     Service other = service;
     switch (field) {
-    case 0:
-        other.id = ServiceID::claudeCode;
-        break;
-    case 1:
-        other.name += u'!';
-        break;
-    case 2:
-        other.source = GoogleDashboardSource{u"Claude"_s};
-        break;
-    default:
-        other.probeURL = QUrl(u"https://claude.ai/"_s);
+    case 0: other.id = ServiceID::claudeCode; break;
+    case 1: other.name += u'!'; break;
+    case 2: other.source = GoogleDashboardSource{u"Claude"_s}; break;
+    default: other.probeURL = QUrl(u"https://claude.ai/"_s);
     }
     QVERIFY(!(service == other));
     QVERIFY(qHash(service) != qHash(other));

@@ -69,10 +69,7 @@ public:
 
     std::vector<Check> checks;
     std::size_t timersGoneOff = 0;
-    std::size_t timersAreSet() const
-    {
-        return 1U + (settingsRest_ != never ? 1U : 0U) + (tick_ != never ? 1U : 0U);
-    }
+    std::size_t timersAreSet() const { return 1U + (settingsRest_ != never ? 1U : 0U) + (tick_ != never ? 1U : 0U); }
 
     void start()
     {
@@ -261,8 +258,7 @@ void SchedulingTest::weeksOfAUsersLife()
             world.store->setPopoverIsOpen(false);
             calendar.closePopover();
             break;
-        default:
-            pass(milliseconds(draw(1, 8 * 3600 * 1000)));
+        default: pass(milliseconds(draw(1, 8 * 3600 * 1000)));
         }
         pass(milliseconds(draw(1, 20'000)));
     }

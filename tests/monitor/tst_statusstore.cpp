@@ -986,8 +986,9 @@ void StatusStoreTest::everyWriteIsPublishedBeforeAndToldAfter()
     store->checkAll();
     world.checks.answer(chatgpt, outage);
     store->setPopoverIsOpen(false);
-    QCOMPARE(told, (QStringList{u"popoverIsOpen"_s, u"now"_s, u"peekedID"_s, u"statuses"_s, u"popoverIsOpen"_s,
-                                u"peekedID"_s, u"heroID"_s}));
+    QCOMPARE(told,
+             (QStringList{u"popoverIsOpen"_s, u"now"_s, u"peekedID"_s, u"statuses"_s, u"popoverIsOpen"_s, u"peekedID"_s,
+                          u"heroID"_s}));
     QCOMPARE(publications, told.size());
 }
 

@@ -76,16 +76,15 @@ void StatusTextsTest::theHerosStatusWord_data()
     QTest::newRow("no hero") << Hero() << u"No service selected"_s;
     QTest::newRow("operational") << Hero(record(operational)) << u"Operational"_s;
     QTest::newRow("operational, whatever the label") << Hero(record(operational, u"All fine"_s)) << u"Operational"_s;
-    QTest::newRow("degraded with a label") << Hero(record(degraded, u"Degraded performance"_s))
-                                           << u"Degraded performance"_s;
+    QTest::newRow("degraded with a label")
+        << Hero(record(degraded, u"Degraded performance"_s)) << u"Degraded performance"_s;
     QTest::newRow("degraded, unconfirmed") << Hero(record(degraded, u"Recovering"_s)) << u"Recovering"_s;
     QTest::newRow("degraded without a label") << Hero(record(degraded)) << u"Partial outage"_s;
     QTest::newRow("degraded with a blank label") << Hero(record(degraded, u" "_s)) << u" "_s;
     QTest::newRow("outage") << Hero(record(outage)) << u"Major outage"_s;
     QTest::newRow("outage, whatever the label") << Hero(record(outage, u"Down"_s)) << u"Major outage"_s;
     QTest::newRow("unknown") << Hero(record(unknown)) << u"Checking…"_s;
-    QTest::newRow("unknown, whatever the label")
-        << Hero(record(unknown, u"Couldn’t reach status"_s)) << u"Checking…"_s;
+    QTest::newRow("unknown, whatever the label") << Hero(record(unknown, u"Couldn’t reach status"_s)) << u"Checking…"_s;
 }
 
 void StatusTextsTest::theHerosStatusWord()
@@ -208,15 +207,14 @@ void StatusTextsTest::thePromotedHero_data()
     QTest::newRow("the order decides") << Watched{watch(C, degraded), watch(B, degraded)} << std::optional(C);
     QTest::newRow("the primary in trouble") << Watched{watch(A, outage), watch(B, outage)} << primary;
     QTest::newRow("recovered five minutes ago")
-        << Watched{watch(A, operational), watch(B, operational), watch(C, operational, now + 5min)}
-        << std::optional(C);
+        << Watched{watch(A, operational), watch(B, operational), watch(C, operational, now + 5min)} << std::optional(C);
     QTest::newRow("the first of two recovered")
         << Watched{watch(A, operational), watch(B, operational, now + 1min), watch(C, operational, now + 9min)}
         << std::optional(B);
     QTest::newRow("trouble beats a recovery before it")
         << Watched{watch(A, operational), watch(B, operational, now + 9min), watch(C, degraded)} << std::optional(C);
-    QTest::newRow("recovery ends on the instant") << Watched{watch(A, operational), watch(B, operational, now)}
-                                                  << primary;
+    QTest::newRow("recovery ends on the instant")
+        << Watched{watch(A, operational), watch(B, operational, now)} << primary;
     QTest::newRow("recovery's last instant")
         << Watched{watch(A, operational), watch(B, operational, now + 1us)} << std::optional(B);
     QTest::newRow("no recovery within ten minutes")
@@ -242,8 +240,8 @@ void StatusTextsTest::theOtherServiceInTrouble_data()
     QTest::newRow("no hero") << two << none << std::optional(A);
     QTest::newRow("the hero alone") << Watched{watch(A, outage), watch(B, unknown), watch(C, operational)}
                                     << std::optional(A) << none;
-    QTest::newRow("the hero twice in the order") << Watched{watch(A, outage), watch(A, outage)} << std::optional(A)
-                                                 << none;
+    QTest::newRow("the hero twice in the order")
+        << Watched{watch(A, outage), watch(A, outage)} << std::optional(A) << none;
     QTest::newRow("nothing watched") << Watched{} << std::optional(A) << none;
 }
 

@@ -135,15 +135,9 @@ void TransitionTest::everyStep()
     QCOMPARE(next.label, row.labelIsRecovering ? u"Recovering"_s : u"of the page"_s);
     QVERIFY(next.lastChecked == now);
     switch (row.until) {
-    case Until::kept:
-        QVERIFY(next.recoveredUntil == before);
-        break;
-    case Until::set:
-        QVERIFY(next.recoveredUntil == now + 600s);
-        break;
-    case Until::cleared:
-        QVERIFY(!next.recoveredUntil);
-        break;
+    case Until::kept: QVERIFY(next.recoveredUntil == before); break;
+    case Until::set: QVERIFY(next.recoveredUntil == now + 600s); break;
+    case Until::cleared: QVERIFY(!next.recoveredUntil); break;
     }
 }
 

@@ -73,7 +73,8 @@ void BusConnectionTest::followsTheOwnerOfAName()
     PrivateBus daemon;
     daemon.start();
     const auto bus = std::make_shared<BusConnection>(daemon.address());
-    auto first = std::make_unique<BusService>(daemon, u"org.example.Service"_s, u"/"_s, this, QDBusConnection::ExportScriptableSlots);
+    auto first = std::make_unique<BusService>(daemon, u"org.example.Service"_s, u"/"_s, this,
+                                              QDBusConnection::ExportScriptableSlots);
 
     BusNameOwner name(bus, u"org.example.Service"_s);
     QSignalSpy changed(&name, &BusNameOwner::changed);
@@ -92,7 +93,8 @@ void BusConnectionTest::followsTheOwnerOfANameAcrossARestartOfTheBus()
     PrivateBus daemon;
     daemon.start();
     const auto bus = std::make_shared<BusConnection>(daemon.address());
-    auto service = std::make_unique<BusService>(daemon, u"org.example.Service"_s, u"/"_s, this, QDBusConnection::ExportScriptableSlots);
+    auto service = std::make_unique<BusService>(daemon, u"org.example.Service"_s, u"/"_s, this,
+                                                QDBusConnection::ExportScriptableSlots);
     const BusNameOwner name(bus, u"org.example.Service"_s);
     QTRY_VERIFY(name.isOwned());
 
@@ -100,7 +102,8 @@ void BusConnectionTest::followsTheOwnerOfANameAcrossARestartOfTheBus()
     QTRY_VERIFY(!name.isOwned());
 
     daemon.start();
-    service = std::make_unique<BusService>(daemon, u"org.example.Service"_s, u"/"_s, this, QDBusConnection::ExportScriptableSlots);
+    service = std::make_unique<BusService>(daemon, u"org.example.Service"_s, u"/"_s, this,
+                                           QDBusConnection::ExportScriptableSlots);
     QTRY_VERIFY(name.isOwned());
 }
 

@@ -122,7 +122,8 @@ void DBusSingleInstanceTest::endsBesideAnOwnerThatDoesNotAnswerWell()
 {
     daemon_->start();
     // It owns the name and has no such object.
-    const BusService owner(*daemon_, u"app.kelvo.Kelvo"_s, u"/elsewhere"_s, this, QDBusConnection::ExportScriptableSlots);
+    const BusService owner(*daemon_, u"app.kelvo.Kelvo"_s, u"/elsewhere"_s, this,
+                           QDBusConnection::ExportScriptableSlots);
     QCOMPARE(startAnother(), std::optional(false));
 }
 

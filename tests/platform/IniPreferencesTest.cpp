@@ -222,7 +222,9 @@ private Q_SLOTS:
         row("k=@Invalid()", std::nullopt, QStringList{});
         row("k=@@Invalid()", u"@Invalid()"_s, QStringList{u"@Invalid()"_s});
         row("k=@Size(3 4)", std::nullopt, std::nullopt);
-        row("k=Gr\xc3\xbc\xc3\x9f""e", u"Grüße"_s, QStringList{u"Grüße"_s});
+        row("k=Gr\xc3\xbc\xc3\x9f"
+            "e",
+            u"Grüße"_s, QStringList{u"Grüße"_s});
         row("k=60", u"60"_s, QStringList{u"60"_s});
         row("other=x", std::nullopt, std::nullopt);
     }
@@ -237,10 +239,7 @@ private Q_SLOTS:
         QCOMPARE(preferences->texts(u"k"_s), texts);
     }
 
-    void keysAboveTheFirstSectionAreRead()
-    {
-        QCOMPARE(reading("checkInterval=60\n")->integer(u"checkInterval"_s), 60);
-    }
+    void keysAboveTheFirstSectionAreRead() { QCOMPARE(reading("checkInterval=60\n")->integer(u"checkInterval"_s), 60); }
 
     void aMissingFileHasNoValuesAndStaysMissing()
     {
@@ -264,7 +263,7 @@ private Q_SLOTS:
                 && each.integer(u"least"_s) == std::numeric_limits<int>::min() && each.text(u"empty"_s) == u""_s
                 && each.text(u"null"_s) == u""_s && each.texts(u"none"_s) == QStringList()
                 && each.texts(u"one"_s) == QStringList{u"claude"_s}
-                && each.texts(u"three"_s) == QStringList{u"b"_s, u"a, c"_s, u"b"_s};
+            && each.texts(u"three"_s) == QStringList{u"b"_s, u"a, c"_s, u"b"_s};
         };
         preferences.setBoolean(u"on"_s, true);
         preferences.setBoolean(u"off"_s, false);

@@ -127,7 +127,7 @@ private Q_SLOTS:
 
     void countsThroughSuspendAndLeavesNoDescriptorToChildren()
     {
-        const TimerPtr timer = clock_.after(1h, [] {});
+        const TimerPtr timer = clock_.after(1h, [] { });
         QCOMPARE(lastClockId, CLOCK_BOOTTIME);
         QCOMPARE(lastFlags & TFD_CLOEXEC, TFD_CLOEXEC);
     }
@@ -213,7 +213,7 @@ private Q_SLOTS:
             due.reset();
             far = clock_.after(1h, [&] { ++farCalls; });
         });
-        due = clock_.after(0ms, [] {});
+        due = clock_.after(0ms, [] { });
         const auto start = bootTime();
         while (bootTime() - start < 2ms) { }
         const TimerPtr later = clock_.after(10ms, [&] { ++witness; });
@@ -265,8 +265,8 @@ private Q_SLOTS:
     {
         QEventLoop loop;
         const TimerPtr end = clock_.after(300ms, [&] { loop.quit(); });
-        const TimerPtr far = clock_.after(1h, [] {});
-        const TimerPtr farther = clock_.after(2h, [] {});
+        const TimerPtr far = clock_.after(1h, [] { });
+        const TimerPtr farther = clock_.after(2h, [] { });
         const long before = sleeps();
         loop.exec();
         // One sleep until the end, and a few to spare for paging; a timer that ticks at a screen’s pace makes eighteen.

@@ -60,9 +60,7 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
     QMenu menu;
     kelvo::TrayStatusItem item(kelvo::BusConnection::session());
-    QObject::connect(&item, &kelvo::StatusItem::activated, [] {
-        say("activated");
-    });
+    QObject::connect(&item, &kelvo::StatusItem::activated, [] { say("activated"); });
 
     const auto obey = [&](const QString &line) {
         const auto command = line.section(u' ', 0, 0);

@@ -146,9 +146,8 @@ QString TrayStatusItemTest::toolTip()
 QStringList TrayStatusItemTest::menuEntries()
 {
     const auto path = itemProperty(u"Menu"_s).value<QDBusObjectPath>().path();
-    const auto layout = ask(path, u"com.canonical.dbusmenu"_s, u"GetLayout"_s,
-                            {0, 1, QStringList{u"label"_s}})
-                            .value<QDBusArgument>();
+    const auto layout =
+        ask(path, u"com.canonical.dbusmenu"_s, u"GetLayout"_s, {0, 1, QStringList{u"label"_s}}).value<QDBusArgument>();
     if (layout.currentSignature() != "(ia{sv}av)"_L1) {
         return {};
     }

@@ -60,8 +60,7 @@ const std::vector<Field> &fields()
          [](auto &s) { return s.enabledServices() == Enabled{ServiceID::openaiAPI}; },
          &SettingsStore::enabledServicesChanged},
         {"checkInterval", 60, [](auto &s) { s.setCheckInterval(CheckInterval::oneMinute); },
-         [](auto &s) { return s.checkInterval() == CheckInterval::oneMinute; },
-         &SettingsStore::checkIntervalChanged},
+         [](auto &s) { return s.checkInterval() == CheckInterval::oneMinute; }, &SettingsStore::checkIntervalChanged},
         {"watchOnThisMac", false, [](auto &s) { s.setWatchOnThisMac(false); },
          [](auto &s) { return !s.watchOnThisMac(); }, &SettingsStore::watchOnThisMacChanged},
         {"outageAlertsEnabled", true, [](auto &s) { s.setOutageAlertsEnabled(true); },
@@ -204,13 +203,13 @@ void SettingsStoreTest::storedOrderLoads_data()
         << Order{gemini, claude, chatgpt, cursor, copilot, anthropicAPI, openaiAPI, claudeCode};
     QTest::newRow("empty") << QStringList{} << catalogueOrder;
     QTest::newRow("only unknown texts") << QStringList{u"x"_s, u"CLAUDE"_s, u""_s} << catalogueOrder;
-    QTest::newRow("all but one")
-        << QStringList{u"claudeCode"_s, u"openaiAPI"_s, u"anthropicAPI"_s, u"copilot"_s, u"gemini"_s, u"chatgpt"_s,
-                       u"claude"_s}
-        << Order{claudeCode, openaiAPI, anthropicAPI, copilot, gemini, chatgpt, claude, cursor};
-    QTest::newRow("duplicates are kept")
-        << QStringList{u"cursor"_s, u"claude"_s, u"cursor"_s, u"cursor"_s}
-        << Order{cursor, claude, cursor, cursor, chatgpt, gemini, copilot, anthropicAPI, openaiAPI, claudeCode};
+    QTest::newRow("all but one") << QStringList{u"claudeCode"_s, u"openaiAPI"_s, u"anthropicAPI"_s, u"copilot"_s,
+                                                u"gemini"_s,     u"chatgpt"_s,   u"claude"_s}
+                                 << Order{claudeCode, openaiAPI, anthropicAPI, copilot,
+                                          gemini,     chatgpt,   claude,       cursor};
+    QTest::newRow("duplicates are kept") << QStringList{u"cursor"_s, u"claude"_s, u"cursor"_s, u"cursor"_s}
+                                         << Order{cursor, claude,  cursor,       cursor,    chatgpt,
+                                                  gemini, copilot, anthropicAPI, openaiAPI, claudeCode};
 }
 
 void SettingsStoreTest::storedOrderLoads()
@@ -226,9 +225,10 @@ void SettingsStoreTest::storedEnabledServicesLoad_data()
 {
     QTest::addColumn<QStringList>("stored");
     QTest::addColumn<Enabled>("expected");
-    QTest::newRow("two") << QStringList{u"openaiAPI"_s, u"gemini"_s} << Enabled{ServiceID::gemini, ServiceID::openaiAPI};
-    QTest::newRow("unknown texts are dropped") << QStringList{u"x"_s, u"gemini"_s, u"Claude"_s}
-                                               << Enabled{ServiceID::gemini};
+    QTest::newRow("two") << QStringList{u"openaiAPI"_s, u"gemini"_s}
+                         << Enabled{ServiceID::gemini, ServiceID::openaiAPI};
+    QTest::newRow("unknown texts are dropped")
+        << QStringList{u"x"_s, u"gemini"_s, u"Claude"_s} << Enabled{ServiceID::gemini};
     QTest::newRow("only unknown texts") << QStringList{u"x"_s} << Enabled{};
     QTest::newRow("twice the same") << QStringList{u"gemini"_s, u"gemini"_s} << Enabled{ServiceID::gemini};
     QTest::newRow("all") << rawValues(catalogueOrder) << Enabled(allServiceIDs.begin(), allServiceIDs.end());
@@ -415,8 +415,9 @@ void SettingsStoreTest::writePublishesBeforeAndNotifiesAfter()
         }
     }
     field.write(*store);
-    QCOMPARE(story, (QStringList{u"will: old value, not stored"_s, u"notifier: new value, stored"_s,
-                                 u"did: new value, stored"_s}));
+    QCOMPARE(
+        story,
+        (QStringList{u"will: old value, not stored"_s, u"notifier: new value, stored"_s, u"did: new value, stored"_s}));
 }
 
 void SettingsStoreTest::equalWriteIsPublishedAndStoredToo()
@@ -497,9 +498,10 @@ void SettingsStoreTest::setPrimaryWritesThreeTimes()
             [&] { story.append(fixture.defaults.texts(u"serviceOrder"_s).value().join(u' ')); });
     connect(store.get(), &SettingsStore::enabledServicesChanged, this, [&] { story.append(u"enabled"_s); });
     store->setPrimary(gemini);
-    QCOMPARE(story, (QStringList{u"will"_s, u"claude chatgpt cursor copilot anthropicAPI openaiAPI claudeCode"_s,
-                                 u"will"_s, u"gemini claude chatgpt cursor copilot anthropicAPI openaiAPI claudeCode"_s,
-                                 u"will"_s, u"enabled"_s}));
+    QCOMPARE(story,
+             (QStringList{u"will"_s, u"claude chatgpt cursor copilot anthropicAPI openaiAPI claudeCode"_s, u"will"_s,
+                          u"gemini claude chatgpt cursor copilot anthropicAPI openaiAPI claudeCode"_s, u"will"_s,
+                          u"enabled"_s}));
     QCOMPARE(fixture.defaults.writeCount(u"serviceOrder"_s), 2);
     QCOMPARE(fixture.defaults.writeCount(u"enabledServices"_s), 1);
     QCOMPARE(fixture.defaults.writeCount(), 3);

@@ -36,8 +36,7 @@ private:
     }
     QJsonArray feed()
     {
-        return QJsonDocument::fromJson(
-                   fetch(u"https://www.google.com/appsstatus/dashboard/incidents.json"_s).body)
+        return QJsonDocument::fromJson(fetch(u"https://www.google.com/appsstatus/dashboard/incidents.json"_s).body)
             .array();
     }
     static QStringList statuses(const QJsonObject &summary, const QString &component)
@@ -153,7 +152,8 @@ private Q_SLOTS:
 
     void responsesInTurnEndWithTheLastOne()
     {
-        internet_->respondInTurn(u"claude.ai"_s, {}, {SimulatedResponse::ofStatus(500), SimulatedResponse::ofStatus(200)});
+        internet_->respondInTurn(u"claude.ai"_s, {},
+                                 {SimulatedResponse::ofStatus(500), SimulatedResponse::ofStatus(200)});
         QCOMPARE(fetch(u"https://claude.ai/login"_s).status, 500);
         QCOMPARE(fetch(u"https://claude.ai/login"_s).status, 200);
         QCOMPARE(fetch(u"https://claude.ai/login"_s).status, 200);

@@ -33,15 +33,9 @@ QByteArray JsonMutator::mutated(QByteArray bytes)
                 bytes[at] = static_cast<char>(bytes[at] ^ (1 << below(8)));
             }
             break;
-        case 2:
-            bytes.insert(at, byte);
-            break;
-        case 3:
-            bytes.remove(at, 1 + below(8));
-            break;
-        case 4:
-            bytes.insert(at, bytes.mid(below(bytes.size() + 1), 1 + below(64)));
-            break;
+        case 2: bytes.insert(at, byte); break;
+        case 3: bytes.remove(at, 1 + below(8)); break;
+        case 4: bytes.insert(at, bytes.mid(below(bytes.size() + 1), 1 + below(64))); break;
         default:
             if (below(8) == 0) {
                 bytes.truncate(at);
@@ -76,18 +70,13 @@ QJsonValue JsonMutator::changedArray(QJsonArray array)
     const auto at = below(array.size());
     const QJsonValue entry = array.at(at);
     switch (below(8)) {
-    case 0:
-        array.removeAt(at);
-        break;
-    case 1:
-        array.insert(below(array.size() + 1), entry);
-        break;
+    case 0: array.removeAt(at); break;
+    case 1: array.insert(below(array.size() + 1), entry); break;
     case 2:
         array.removeAt(at);
         array.insert(below(array.size() + 1), entry);
         break;
-    default:
-        array.replace(at, changed(entry));
+    default: array.replace(at, changed(entry));
     }
     return array;
 }
@@ -97,17 +86,10 @@ QJsonValue JsonMutator::changedObject(QJsonObject object)
     const QStringList keys = object.keys();
     const QString key = keys.at(below(keys.size()));
     switch (below(10)) {
-    case 0:
-        object.remove(key);
-        break;
-    case 1:
-        object.insert(key.toUpper(), object.take(key));
-        break;
-    case 2:
-        object.insert(texts_.at(below(texts_.size())), anything());
-        break;
-    default:
-        object.insert(key, changed(object.value(key)));
+    case 0: object.remove(key); break;
+    case 1: object.insert(key.toUpper(), object.take(key)); break;
+    case 2: object.insert(texts_.at(below(texts_.size())), anything()); break;
+    default: object.insert(key, changed(object.value(key)));
     }
     return object;
 }
@@ -115,20 +97,13 @@ QJsonValue JsonMutator::changedObject(QJsonObject object)
 QJsonValue JsonMutator::anything()
 {
     switch (below(10)) {
-    case 0:
-        return QJsonValue::Null;
-    case 1:
-        return below(2) == 0;
-    case 2:
-        return static_cast<double>(below(1000)) / 8;
-    case 3:
-        return QJsonArray();
-    case 4:
-        return QJsonObject();
-    case 5:
-        return QJsonArray{anything()};
-    default:
-        return texts_.at(below(texts_.size()));
+    case 0: return QJsonValue::Null;
+    case 1: return below(2) == 0;
+    case 2: return static_cast<double>(below(1000)) / 8;
+    case 3: return QJsonArray();
+    case 4: return QJsonObject();
+    case 5: return QJsonArray{anything()};
+    default: return texts_.at(below(texts_.size()));
     }
 }
 

@@ -101,8 +101,12 @@ QJsonObject shortSummary(const QString &indicator, const QString &description, c
 
 QList<PageComponent> claudeComponents()
 {
-    return {{u"claude.ai"_s},   {u"Claude Console (platform.claude.com)"_s}, {u"Claude API (api.anthropic.com)"_s},
-            {u"Claude Code"_s}, {u"Claude Cowork"_s},                        {u"Claude for Government"_s}};
+    return {{u"claude.ai"_s},
+            {u"Claude Console (platform.claude.com)"_s},
+            {u"Claude API (api.anthropic.com)"_s},
+            {u"Claude Code"_s},
+            {u"Claude Cowork"_s},
+            {u"Claude for Government"_s}};
 }
 
 QList<PageComponent> openaiComponents()

@@ -125,13 +125,13 @@ void GoogleIncidentFeedTest::oneCurrentIncident_data()
     QTest::newRow("locations empty") << with(incident, locations, QJsonArray{}) << outage;
     QTest::newRow("locations null") << with(incident, locations, QJsonValue::Null) << outage;
     QTest::newRow("locations false") << with(incident, locations, false) << outage;
-    QTest::newRow("locations listed")
-        << with(incident, locations, QJsonArray{QJsonObject{{u"title"_s, u"Global"_s}, {u"id"_s, u"global"_s}}})
-        << outage;
-    QTest::newRow("locations in another case") << with(incident, u"Currently_Affected_Locations"_s, QJsonArray{})
-                                               << disruption;
-    QTest::newRow("an outage by its impact only") << with(incident, u"status_impact"_s, u"SERVICE_OUTAGE"_s)
-                                                  << disruption;
+    QTest::newRow("locations listed") << with(
+        incident, locations, QJsonArray{QJsonObject{{u"title"_s, u"Global"_s}, {u"id"_s, u"global"_s}}})
+                                      << outage;
+    QTest::newRow("locations in another case")
+        << with(incident, u"Currently_Affected_Locations"_s, QJsonArray{}) << disruption;
+    QTest::newRow("an outage by its impact only")
+        << with(incident, u"status_impact"_s, u"SERVICE_OUTAGE"_s) << disruption;
     QTest::newRow("nothing but the products")
         << QJsonObject{{u"affected_products"_s, incident[u"affected_products"_s]}} << disruption;
 }
@@ -286,7 +286,8 @@ void GoogleIncidentFeedTest::bodiesThatAreAFeed_data()
     QTest::addColumn<StatusReading>("expected");
     QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF[]") << operational;
     QTest::newRow("blanks around") << QByteArray("\r\n [ ] \t") << operational;
-    QTest::newRow("text escaped") << QByteArray(R"([{"affected_products":[{"title":"\u0047emini"}],"severity":"\u0068igh"}])")
+    QTest::newRow("text escaped") << QByteArray(
+        R"([{"affected_products":[{"title":"\u0047emini"}],"severity":"\u0068igh"}])")
                                   << outage;
     QTest::newRow("key escaped") << QByteArray(R"([{"affected_products":[{"title":"Gemini"}],"\u0065nd":null}])")
                                  << operational;
@@ -310,8 +311,9 @@ void GoogleIncidentFeedTest::everyCutOffFeedIsUnreadable()
 
 void GoogleIncidentFeedTest::damagedTreesReadAsTheRulesSay()
 {
-    JsonMutator mutator(1604, {gemini, u"gemini"_s, u"Gmail"_s, u"high"_s, u"medium"_s, u"end"_s, u"title"_s,
-                               u"currently_affected_locations"_s, u"affected_products"_s, u"severity"_s});
+    JsonMutator mutator(1604,
+                        {gemini, u"gemini"_s, u"Gmail"_s, u"high"_s, u"medium"_s, u"end"_s, u"title"_s,
+                         u"currently_affected_locations"_s, u"affected_products"_s, u"severity"_s});
     const QJsonObject product{{u"title"_s, gemini}};
     const QJsonObject small{{u"affected_products"_s, QJsonArray{product}}, {u"severity"_s, u"low"_s}};
     const QJsonArray whole[] = {

@@ -187,9 +187,9 @@ void StatuspageSummaryTest::eachServiceSeesItsOwnComponents_data()
     using Ids = QList<ServiceID>;
     QTest::newRow("claude.ai") << claudeComponents() << u"claude.ai"_s << Ids{ServiceID::claude}
                                << Ids{ServiceID::anthropicAPI, ServiceID::claudeCode};
-    QTest::newRow("the API with a remark") << claudeComponents() << u"Claude API (api.anthropic.com)"_s
-                                           << Ids{ServiceID::anthropicAPI}
-                                           << Ids{ServiceID::claude, ServiceID::claudeCode};
+    QTest::newRow("the API with a remark")
+        << claudeComponents() << u"Claude API (api.anthropic.com)"_s << Ids{ServiceID::anthropicAPI}
+        << Ids{ServiceID::claude, ServiceID::claudeCode};
     QTest::newRow("Claude Code") << claudeComponents() << u"Claude Code"_s << Ids{ServiceID::claudeCode}
                                  << Ids{ServiceID::claude, ServiceID::anthropicAPI};
     QTest::newRow("Claude for Government") << claudeComponents() << u"Claude for Government"_s << Ids{}
@@ -199,13 +199,12 @@ void StatuspageSummaryTest::eachServiceSeesItsOwnComponents_data()
                                    << Ids{ServiceID::openaiAPI};
     QTest::newRow("Embeddings") << openaiComponents() << u"Embeddings"_s << Ids{ServiceID::openaiAPI}
                                 << Ids{ServiceID::chatgpt};
-    QTest::newRow("Sora") << openaiComponents() << u"Sora"_s << Ids{}
-                          << Ids{ServiceID::chatgpt, ServiceID::openaiAPI};
+    QTest::newRow("Sora") << openaiComponents() << u"Sora"_s << Ids{} << Ids{ServiceID::chatgpt, ServiceID::openaiAPI};
     QTest::newRow("cursor.com") << cursorComponents() << u"cursor.com"_s << Ids{ServiceID::cursor} << Ids{};
     QTest::newRow("CLI") << cursorComponents() << u"CLI"_s << Ids{} << Ids{ServiceID::cursor};
     QTest::newRow("Copilot") << githubComponents() << u"Copilot"_s << Ids{ServiceID::copilot} << Ids{};
-    QTest::newRow("Copilot AI Model Providers") << githubComponents() << u"Copilot AI Model Providers"_s << Ids{}
-                                                << Ids{ServiceID::copilot};
+    QTest::newRow("Copilot AI Model Providers")
+        << githubComponents() << u"Copilot AI Model Providers"_s << Ids{} << Ids{ServiceID::copilot};
 }
 
 void StatuspageSummaryTest::eachServiceSeesItsOwnComponents()
@@ -369,8 +368,8 @@ void StatuspageSummaryTest::wholeNameMatchesWhateverItsCase()
 {
     for (const auto &name : {u"claude code"_s, u"CLAUDE CODE"_s, u"Claude Code"_s, u"cLAUDE cODE"_s}) {
         // In the first pass: the entry with a remark is not looked at.
-        const auto document =
-            page({{u"Claude Code (terminal)"_s, u"major_outage"_s}, {name, u"degraded_performance"_s}});
+        const auto document = page(
+            {{u"Claude Code (terminal)"_s, u"major_outage"_s}, {name, u"degraded_performance"_s}});
         QCOMPARE(readingOf(document, {u"Claude Code"_s}), degraded);
     }
 }
@@ -401,8 +400,8 @@ void StatuspageSummaryTest::componentNamedTwiceIsTakenTwice()
 void StatuspageSummaryTest::componentThatMatchesTwoNamesKeepsItsPlace()
 {
     // "Login to IDE" holds both names. Page order rules, not the order of the names.
-    const auto document =
-        page({{u"Login to IDE"_s, u"under_maintenance"_s}, {u"IDE plugins"_s, u"degraded_performance"_s}});
+    const auto document = page(
+        {{u"Login to IDE"_s, u"under_maintenance"_s}, {u"IDE plugins"_s, u"degraded_performance"_s}});
     QCOMPARE(readingOf(document, {u"IDE"_s, u"Login"_s}), maintenance);
     QCOMPARE(readingOf(document, {u"Login"_s, u"IDE"_s}), maintenance);
 }
@@ -457,8 +456,10 @@ void StatuspageSummaryTest::documentsThatDecode_data()
     QTest::newRow("keys escaped") << QByteArray(R"({"st\u0061tus":{"indic\u0061tor":"n\u006fne","description":"d"}})");
     QTest::newRow("other keys of any type")
         << QByteArray(R"({"a":1,"b":[{}],"incidents":7,"status":{"x":null,"indicator":"none","description":"d"}})");
-    QTest::newRow("components null") << QByteArray(R"({"components":null,"status":{"indicator":"none","description":"d"}})");
-    QTest::newRow("components empty") << QByteArray(R"({"components":[],"status":{"indicator":"none","description":"d"}})");
+    QTest::newRow("components null") << QByteArray(
+        R"({"components":null,"status":{"indicator":"none","description":"d"}})");
+    QTest::newRow("components empty") << QByteArray(
+        R"({"components":[],"status":{"indicator":"none","description":"d"}})");
     QTest::newRow("text beyond the first plane")
         << QByteArray(R"({"page":"\ud83d\ude00","status":{"indicator":"none","description":"d"}})");
     QTest::newRow("components spelt otherwise")
@@ -486,9 +487,9 @@ void StatuspageSummaryTest::bodiesThatAreNoSummary_data()
     QTest::newRow("byte-order mark after") << smallest + "\xEF\xBB\xBF";
     QTest::newRow("error page") << QByteArray("<!DOCTYPE html><html><head><title>503</title></head><body>"
                                               "<h1>Service Unavailable</h1></body></html>");
-    QTest::newRow("captive portal")
-        << QByteArray("<html><head><meta http-equiv=\"refresh\" content=\"0;url=http://wifi.example/login\"></head>"
-                      "<body>{\"status\":{\"indicator\":\"none\",\"description\":\"d\"}}</body></html>");
+    QTest::newRow("captive portal") << QByteArray(
+        "<html><head><meta http-equiv=\"refresh\" content=\"0;url=http://wifi.example/login\"></head>"
+        "<body>{\"status\":{\"indicator\":\"none\",\"description\":\"d\"}}</body></html>");
     QTest::newRow("plain text") << QByteArray("upstream connect error");
     QTest::newRow("null") << QByteArray("null");
     QTest::newRow("number") << QByteArray("7");
@@ -496,7 +497,8 @@ void StatuspageSummaryTest::bodiesThatAreNoSummary_data()
     QTest::newRow("list") << "[" + smallest + "]";
     QTest::newRow("empty object") << QByteArray("{}");
     QTest::newRow("other object") << QByteArray(R"({"error":"not found"})");
-    QTest::newRow("status at the wrong level") << QByteArray(R"({"page":{"status":{"indicator":"none","description":"d"}}})");
+    QTest::newRow("status at the wrong level")
+        << QByteArray(R"({"page":{"status":{"indicator":"none","description":"d"}}})");
     QTest::newRow("keys in another case") << QByteArray(R"({"Status":{"indicator":"none","description":"d"}})");
     QTest::newRow("no indicator") << QByteArray(R"({"status":{"description":"d"}})");
     QTest::newRow("no description") << QByteArray(R"({"status":{"indicator":"none"}})");
@@ -507,7 +509,8 @@ void StatuspageSummaryTest::bodiesThatAreNoSummary_data()
     QTest::newRow("comment") << "/* */" + smallest;
     QTest::newRow("NaN") << QByteArray(R"({"x":NaN,"status":{"indicator":"none","description":"d"}})");
     QTest::newRow("leading zero") << QByteArray(R"({"x":01,"status":{"indicator":"none","description":"d"}})");
-    QTest::newRow("raw line break in a text") << QByteArray("{\"status\":{\"indicator\":\"none\",\"description\":\"d\n\"}}");
+    QTest::newRow("raw line break in a text")
+        << QByteArray("{\"status\":{\"indicator\":\"none\",\"description\":\"d\n\"}}");
     QTest::newRow("NUL after") << QByteArray(smallest).append('\0');
     QTest::newRow("not UTF-8") << QByteArray("{\"status\":{\"indicator\":\"none\",\"description\":\"\xE9\"}}");
     QTest::newRow("half a surrogate pair in UTF-8")
@@ -543,8 +546,8 @@ void StatuspageSummaryTest::wrongTypeAnywhereIsUnreadable_data()
                 continue;
             }
             const auto at = [&](const QByteArray &name) { return place == name ? value : QByteArray("\"none\""); };
-            QTest::addRow("%s is %s", place.constData(), value.constData())
-                << "{\"status\":{\"indicator\":" + at("status.indicator") + ",\"description\":" + at("status.description")
+            QTest::addRow("%s is %s", place.constData(), value.constData()) << "{\"status\":{\"indicator\":"
+                    + at("status.indicator") + ",\"description\":" + at("status.description")
                     + "},\"components\":[{\"name\":\"a\",\"status\":\"b\"},{\"name\":" + at("component.name")
                     + ",\"status\":" + at("component.status") + "}]}";
         }
@@ -596,11 +599,11 @@ void StatuspageSummaryTest::hugeDocument()
 
 void StatuspageSummaryTest::damagedTreesReadAsTheRulesSay()
 {
-    const QStringList texts{u"none"_s,         u"minor"_s,       u"major"_s,
-                            u"maintenance"_s,  u"operational"_s, u"degraded_performance"_s,
-                            u"major_outage"_s, u"IDE"_s,         u"partial_outage"_s,
+    const QStringList texts{u"none"_s,         u"minor"_s,         u"major"_s,
+                            u"maintenance"_s,  u"operational"_s,   u"degraded_performance"_s,
+                            u"major_outage"_s, u"IDE"_s,           u"partial_outage"_s,
                             u"cursor.com"_s,   u"My Cursor.com"_s, u"under_maintenance"_s,
-                            u"status"_s,       u"components"_s,  u"ide (new)"_s};
+                            u"status"_s,       u"components"_s,    u"ide (new)"_s};
     const QStringList names{u"IDE"_s, u"cursor.com"_s};
     JsonMutator mutator(20'260'105, texts);
     const QJsonObject whole[] = {

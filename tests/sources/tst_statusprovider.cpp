@@ -76,8 +76,8 @@ struct World
 
 QByteArray summary(const QString &componentStatus)
 {
-    return json(longSummary(u"minor"_s, u"Partial System Outage"_s,
-                            with(claudeComponents(), u"claude.ai"_s, componentStatus)));
+    return json(
+        longSummary(u"minor"_s, u"Partial System Outage"_s, with(claudeComponents(), u"claude.ai"_s, componentStatus)));
 }
 
 /// Answers that are transfers gone wrong.
@@ -447,8 +447,8 @@ void StatusProviderTest::anyAnswerBelow500IsUsable_data()
 {
     QTest::addColumn<int>("status");
     QTest::addColumn<bool>("usable");
-    for (const int status : {200, 201, 204, 299, 300, 304, 400, 401, 402, 403, 404, 405, 407, 409, 410, 418, 421, 429,
-                             451, 499}) {
+    for (const int status :
+         {200, 201, 204, 299, 300, 304, 400, 401, 402, 403, 404, 405, 407, 409, 410, 418, 421, 429, 451, 499}) {
         QTest::addRow("%d", status) << status << true;
     }
     for (const int status : {500, 501, 502, 503, 504, 520, 529, 599}) {

@@ -58,8 +58,8 @@ private:
 
 double pixelSize(QQuickItem *text)
 {
-    return text->property("font").value<QFont>().pointSizeF()
-           * QGuiApplication::primaryScreen()->logicalDotsPerInchY() / 72;
+    return text->property("font").value<QFont>().pointSizeF() * QGuiApplication::primaryScreen()->logicalDotsPerInchY()
+        / 72;
 }
 
 } // namespace

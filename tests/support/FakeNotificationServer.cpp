@@ -21,8 +21,7 @@ uint FakeNotificationServer::Notify(const QString &applicationName, uint replace
                                     const QString &summary, const QString &body, const QStringList &actions,
                                     const QVariantMap &hints, int expireTimeout)
 {
-    notifications_.append(
-        {applicationName, replacesId, applicationIcon, summary, body, actions, hints, expireTimeout});
+    notifications_.append({applicationName, replacesId, applicationIcon, summary, body, actions, hints, expireTimeout});
     return static_cast<uint>(notifications_.size());
 }
 

@@ -15,7 +15,8 @@ const auto path = u"/StatusNotifierWatcher"_s;
 
 FakeStatusNotifierWatcher::FakeStatusNotifierWatcher(const PrivateBus &bus, Host host)
     : hasHost_(host == Host::registered)
-    , service_(bus, name, path, this, QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportScriptableProperties)
+    , service_(bus, name, path, this,
+               QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportScriptableProperties)
 {
 }
 

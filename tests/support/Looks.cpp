@@ -28,14 +28,9 @@ const std::vector<PopoverLook> &popoverLooks()
 {
     static const std::vector<PopoverLook> looks{
         {u"all-well"_s, five, firstRound},
-        {u"promoted"_s, five,
-         [](Stores &stores) {
-             stores.round({{chatgpt, ServiceHealth::outage}});
-         }},
+        {u"promoted"_s, five, [](Stores &stores) { stores.round({{chatgpt, ServiceHealth::outage}}); }},
         {u"two-affected"_s, five,
-         [](Stores &stores) {
-             stores.round({{chatgpt, ServiceHealth::outage}, {copilot, ServiceHealth::degraded}});
-         }},
+         [](Stores &stores) { stores.round({{chatgpt, ServiceHealth::outage}, {copilot, ServiceHealth::degraded}}); }},
         {u"recovering"_s, five, [](Stores &stores) { claudeGoesAndItsPageRecovers(stores, false); }},
         {u"recovered"_s, five, [](Stores &stores) { claudeGoesAndItsPageRecovers(stores, true); }},
         {u"nothing-watched"_s, {}, firstRound},

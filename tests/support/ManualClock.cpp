@@ -25,7 +25,8 @@ ManualClock::ManualClock()
 {
 }
 
-std::unique_ptr<ContinuousClock::Timer> ManualClock::after(std::chrono::milliseconds wait, std::function<void()> callback)
+std::unique_ptr<ContinuousClock::Timer> ManualClock::after(std::chrono::milliseconds wait,
+                                                           std::function<void()> callback)
 {
     const Key key{elapsed_ + wait, ++serial_};
     pending_.emplace(key, std::move(callback));

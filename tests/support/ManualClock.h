@@ -22,7 +22,10 @@ public:
     void stepWallClock(std::chrono::milliseconds by) { wallOffset_ += by; }
 
     TimePoint now() const { return start_ + elapsed_ + wallOffset_; }
-    WallClock wallClock() const { return [this] { return now(); }; }
+    WallClock wallClock() const
+    {
+        return [this] { return now(); };
+    }
     /// How many calls are pending.
     std::size_t pendingCount() const { return pending_.size(); }
     /// How many calls this clock has made so far.

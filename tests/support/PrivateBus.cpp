@@ -37,7 +37,8 @@ void write(const QString &path, const QString &text)
 PrivateBus::PrivateBus()
 {
     QDir(directory_.path()).mkdir(u"services"_s);
-    write(directory_.filePath(u"bus.conf"_s), QString(configuration).arg(address(), directory_.filePath(u"services"_s)));
+    write(directory_.filePath(u"bus.conf"_s),
+          QString(configuration).arg(address(), directory_.filePath(u"services"_s)));
 }
 
 PrivateBus::~PrivateBus()

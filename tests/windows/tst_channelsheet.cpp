@@ -15,10 +15,7 @@ namespace {
 struct Scene : ViewScene
 {
     ~Scene() { view.setSource({}); }
-    void open()
-    {
-        show(u"SettingsView.qml"_s, {{u"settings"_s, QVariant::fromValue(&state)}}, {400, 560});
-    }
+    void open() { show(u"SettingsView.qml"_s, {{u"settings"_s, QVariant::fromValue(&state)}}, {400, 560}); }
     void open(RemoteChannel channel)
     {
         open();
@@ -339,8 +336,9 @@ void ChannelSheetTest::looksAsItShouldOverTheWindow()
     scene.open(channel);
     scene.item(u"done"_s)->forceActiveFocus();
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
-    QCOMPARE(golden.difference(picture(scene.view), dark ? u"sheet-over-settings-dark"_s : u"sheet-over-settings-light"_s),
-             QString());
+    QCOMPARE(
+        golden.difference(picture(scene.view), dark ? u"sheet-over-settings-dark"_s : u"sheet-over-settings-light"_s),
+        QString());
 }
 
 } // namespace kelvo

@@ -88,8 +88,9 @@ void OnboardingTest::claudeCodeIsNeverAmongTheChoices()
     Scene scene;
     scene.open();
     scene.turnTo(OnboardingState::PrimaryPicker);
-    QCOMPARE(scene.shownChoices(), (QStringList{u"Claude"_s, u"ChatGPT"_s, u"Cursor"_s, u"Gemini"_s,
-                                                u"GitHub Copilot"_s, u"Anthropic API"_s, u"OpenAI API"_s}));
+    QCOMPARE(scene.shownChoices(),
+             (QStringList{u"Claude"_s, u"ChatGPT"_s, u"Cursor"_s, u"Gemini"_s, u"GitHub Copilot"_s, u"Anthropic API"_s,
+                          u"OpenAI API"_s}));
 }
 
 void OnboardingTest::thePrimaryServiceIsSelectedAtFirst()

@@ -28,7 +28,10 @@ struct Scene : ViewScene
     /// The middle of a row's place, in the window.
     QPoint slot(int index) const { return frame(u"services"_s).topLeft().toPoint() + QPoint(16, 34 * index + 17); }
 
-    void press(ServiceID id) { QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, middle(part(id, u"handle"_s))); }
+    void press(ServiceID id)
+    {
+        QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, middle(part(id, u"handle"_s)));
+    }
     void moveTo(QPoint point)
     {
         QTest::mouseMove(&view, point);
@@ -481,11 +484,12 @@ void SettingsViewTest::everythingIsReachedByTabInOrder()
         scene.key(Qt::Key_Tab);
         reached.append(scene.view.activeFocusItem()->objectName());
     }
-    QCOMPARE(reached, (QStringList{u"service-claude"_s, u"service-chatgpt"_s, u"service-cursor"_s, u"service-gemini"_s,
-                                   u"service-copilot"_s, u"service-anthropicAPI"_s, u"service-openaiAPI"_s,
-                                   u"service-claudeCode"_s, u"segment-1"_s, u"watchOnThisMac"_s, u"channel-thisMac"_s,
-                                   u"channel-slack"_s, u"channel-telegram"_s, u"outageAlerts"_s, u"launchAtLogin"_s,
-                                   u"showOnboarding"_s}));
+    QCOMPARE(
+        reached,
+        (QStringList{u"service-claude"_s, u"service-chatgpt"_s, u"service-cursor"_s, u"service-gemini"_s,
+                     u"service-copilot"_s, u"service-anthropicAPI"_s, u"service-openaiAPI"_s, u"service-claudeCode"_s,
+                     u"segment-1"_s, u"watchOnThisMac"_s, u"channel-thisMac"_s, u"channel-slack"_s,
+                     u"channel-telegram"_s, u"outageAlerts"_s, u"launchAtLogin"_s, u"showOnboarding"_s}));
 }
 
 void SettingsViewTest::spaceAndEnterOperateTheRows()

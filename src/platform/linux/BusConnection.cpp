@@ -42,7 +42,8 @@ QString socketPath(const QString &address)
     constexpr auto prefix = "unix:path="_L1;
     for (const auto &server : address.split(u';')) {
         if (server.startsWith(prefix)) {
-            return QString::fromUtf8(QByteArray::fromPercentEncoding(server.section(u',', 0, 0).mid(prefix.size()).toUtf8()));
+            return QString::fromUtf8(
+                QByteArray::fromPercentEncoding(server.section(u',', 0, 0).mid(prefix.size()).toUtf8()));
         }
     }
     return {};

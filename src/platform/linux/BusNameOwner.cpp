@@ -35,7 +35,8 @@ BusNameOwner::BusNameOwner(std::shared_ptr<BusConnection> bus, const QString &na
 
 void BusNameOwner::follow()
 {
-    watcher_ = std::make_unique<QDBusServiceWatcher>(name_, bus_->connection(), QDBusServiceWatcher::WatchForOwnerChange);
+    watcher_ = std::make_unique<QDBusServiceWatcher>(name_, bus_->connection(),
+                                                     QDBusServiceWatcher::WatchForOwnerChange);
     connect(watcher_.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &owner) { set(owner); });
 

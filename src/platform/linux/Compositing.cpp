@@ -28,14 +28,15 @@ bool isCompositing()
     if (!connection) {
         return true; // Wayland always does
     }
-    const auto atomCookie = xcb_intern_atom(connection, false, static_cast<std::uint16_t>(compositorSelection.size()), compositorSelection.data());
+    const auto atomCookie = xcb_intern_atom(connection, false, static_cast<std::uint16_t>(compositorSelection.size()),
+                                            compositorSelection.data());
     const Owned<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(connection, atomCookie, nullptr), &std::free);
     if (!atom) {
         return false;
     }
     const auto ownerCookie = xcb_get_selection_owner(connection, atom->atom);
-    const Owned<xcb_get_selection_owner_reply_t> owner(
-        xcb_get_selection_owner_reply(connection, ownerCookie, nullptr), &std::free);
+    const Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(connection, ownerCookie, nullptr),
+                                                       &std::free);
     return owner && owner->owner != XCB_NONE;
 }
 

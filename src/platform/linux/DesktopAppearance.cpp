@@ -130,7 +130,8 @@ void DesktopAppearance::askXfconf()
     if (!xfconf_->isOwned()) {
         return;
     }
-    for (const auto &[channel, property] : {std::pair(panelChannel, panelDarkMode), std::pair(themeChannel, themeName)}) {
+    for (const auto &[channel, property] :
+         {std::pair(panelChannel, panelDarkMode), std::pair(themeChannel, themeName)}) {
         auto question = QDBusMessage::createMethodCall(xfconfName, xfconfPath, xfconfName, u"GetProperty"_s);
         question << channel << property;
         bus_->call(question, this, [this, channel, property](const QDBusMessage &answer) {
@@ -168,8 +169,7 @@ DesktopAppearance::Answers DesktopAppearance::answers() const
         // GNOME's bar is dark whatever the windows are. Xfce's panel asks for the dark variant of the theme when its
         // switch is on, as it is in a fresh account, and otherwise looks as the windows do.
         .panelIsDark = isDark || isGnome_ || settings_.value(xfcePanelDark).toBool(),
-        .reduceMotion = settings_.value(reducedMotion).toUInt() == 1
-            || !settings_.value(animations, true).toBool(),
+        .reduceMotion = settings_.value(reducedMotion).toUInt() == 1 || !settings_.value(animations, true).toBool(),
     };
 }
 

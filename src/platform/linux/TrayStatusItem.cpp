@@ -96,8 +96,8 @@ void TrayStatusItem::show()
         return;
     }
     // Asked once while waiting, so that a ring whose tray is there does not come behind all else that starts.
-    onHostKnown(saysRegistered(bus_->connection().call(hostQuestion(watcherName), QDBus::Block,
-                                                       static_cast<int>(firstAnswerAtMost.count()))));
+    onHostKnown(saysRegistered(
+        bus_->connection().call(hostQuestion(watcherName), QDBus::Block, static_cast<int>(firstAnswerAtMost.count()))));
     awaitHost();
 }
 

@@ -16,7 +16,7 @@ struct Free
     void operator()(void *reply) const { std::free(reply); }
 };
 
-template <typename T>
+template<typename T>
 using Reply = std::unique_ptr<T, Free>;
 
 } // namespace

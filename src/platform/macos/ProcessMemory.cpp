@@ -3,6 +3,6 @@
 namespace kelvo {
 
 // The system's allocator gives large blocks back by itself.
-void keepProcessMemorySmall() {}
+void keepProcessMemorySmall() { }
 
 } // namespace kelvo

@@ -20,11 +20,9 @@ bool ServiceLoginItem::unregisterItem()
     // So is to remove what is not there. One that waits for the user's approval is there.
     switch (SMAppService.mainAppService.status) {
     case SMAppServiceStatusNotRegistered:
-    case SMAppServiceStatusNotFound:
-        return true;
+    case SMAppServiceStatusNotFound: return true;
     case SMAppServiceStatusEnabled:
-    case SMAppServiceStatusRequiresApproval:
-        break;
+    case SMAppServiceStatusRequiresApproval: break;
     }
     return [SMAppService.mainAppService unregisterAndReturnError:nil];
 }

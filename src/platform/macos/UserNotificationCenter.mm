@@ -30,12 +30,9 @@ AuthorizationStatus fromSystem(UNAuthorizationStatus status)
 {
     switch (status) {
     case UNAuthorizationStatusAuthorized:
-    case UNAuthorizationStatusProvisional:
-        return AuthorizationStatus::authorized;
-    case UNAuthorizationStatusDenied:
-        return AuthorizationStatus::denied;
-    default:
-        return AuthorizationStatus::notDetermined;
+    case UNAuthorizationStatusProvisional: return AuthorizationStatus::authorized;
+    case UNAuthorizationStatusDenied: return AuthorizationStatus::denied;
+    default: return AuthorizationStatus::notDetermined;
     }
 }
 
