@@ -1,5 +1,7 @@
 #include "sources/JsonDocument.h"
 
+#include <QStringDecoder>
+
 namespace kelvo {
 
 std::optional<JsonDocument> JsonDocument::parse(QByteArrayView bytes)
@@ -25,7 +27,9 @@ std::optional<QString> textAt(simdjson::dom::object object, std::string_view key
     if (object.at_key(key).get(text) != simdjson::SUCCESS) {
         return std::nullopt;
     }
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    // QString::fromUtf8 drops a U+FEFF at the beginning, which is a part of the text here.
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return utf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
 }
 
 } // namespace kelvo

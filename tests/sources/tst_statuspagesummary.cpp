@@ -140,6 +140,8 @@ private Q_SLOTS:
     void anyOfTheNamesMatches();
     void turkishUserFindsWholeNamesAsAnyone();
     void turkishUserFindsNamesWithinNamesByTurkishCase();
+    void aByteOrderMarkIsAPartOfAText_data();
+    void aByteOrderMarkIsAPartOfAText();
     void documentsThatDecode_data();
     void documentsThatDecode();
     void bodiesThatAreNoSummary_data();
@@ -444,6 +446,29 @@ void StatuspageSummaryTest::turkishUserFindsNamesWithinNamesByTurkishCase()
     // What the vendors publish is spelt as they spell it, and so found by everyone.
     const auto api = page({{u"Claude API (api.anthropic.com)"_s, u"major_outage"_s}});
     QCOMPARE(readingOf(api, {u"Claude API"_s}, turkish), majorOutage);
+}
+
+void StatuspageSummaryTest::aByteOrderMarkIsAPartOfAText_data()
+{
+    QTest::addColumn<QByteArray>("mark");
+    QTest::newRow("in UTF-8") << QByteArray("\xEF\xBB\xBF");
+    QTest::newRow("escaped") << QByteArray(R"(\uFEFF)");
+}
+
+void StatuspageSummaryTest::aByteOrderMarkIsAPartOfAText()
+{
+    QFETCH(QByteArray, mark);
+    const auto indicator = StatuspageSummary::decode(R"({"status":{"indicator":")" + mark
+                                                     + R"(none","description":"d"}})");
+    QVERIFY(indicator);
+    QCOMPARE(indicator->status.indicator, u"\uFEFFnone"_s);
+    QVERIFY(indicator->reading({}) == (StatusReading{ServiceHealth::unknown, u"d"_s}));
+
+    const auto component = StatuspageSummary::decode(
+        R"({"status":{"indicator":"none","description":"d"},"components":[{"name":"A","status":")" + mark
+        + R"(major_outage"}]})");
+    QVERIFY(component);
+    QVERIFY(component->reading({u"A"_s}) == (StatusReading{ServiceHealth::operational, u"Operational"_s}));
 }
 
 void StatuspageSummaryTest::documentsThatDecode_data()
