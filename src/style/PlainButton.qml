@@ -1,16 +1,23 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A button without a look of its own. Enter works as Space does.
+/// A button without an appearance of its own. Return and Enter press it as Space does. A screen reader presses it like a
+/// key: a disabled button does nothing.
 T.Button {
     id: control
+
+    function press() {
+        if (enabled) {
+            clicked();
+        }
+    }
 
     Accessible.name: text
     Accessible.role: Accessible.Button
     implicitHeight: Math.max(implicitBackgroundHeight, implicitContentHeight + topPadding + bottomPadding)
     implicitWidth: Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding)
 
-    Accessible.onPressAction: control.clicked()
-    Keys.onEnterPressed: control.clicked()
-    Keys.onReturnPressed: control.clicked()
+    Accessible.onPressAction: control.press()
+    Keys.onEnterPressed: control.press()
+    Keys.onReturnPressed: control.press()
 }

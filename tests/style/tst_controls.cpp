@@ -78,6 +78,8 @@ private Q_SLOTS:
     void buttonsWorkByMouseAndKeys_data();
     void buttonsWorkByMouseAndKeys();
     void aButtonIsOneForAScreenReader();
+    void aDisabledButtonDoesNothing_data();
+    void aDisabledButtonDoesNothing();
 };
 
 void ControlsTest::filledButtonWithoutAWidthHas16PointsBesideItsTitle()
@@ -170,6 +172,28 @@ void ControlsTest::aButtonIsOneForAScreenReader()
     QCOMPARE(stage.accessible()->role(), QAccessible::Button);
     QCOMPARE(stage.accessible()->text(QAccessible::Name), u"Continue"_s);
     QCOMPARE(stage.accessible()->childCount(), 0);
+}
+
+void ControlsTest::aDisabledButtonDoesNothing_data()
+{
+    buttonsWorkByMouseAndKeys_data();
+}
+
+void ControlsTest::aDisabledButtonDoesNothing()
+{
+    QFETCH(QByteArray, control);
+    Stage stage(control);
+    const QSignalSpy clicked(stage.control(), SIGNAL(clicked()));
+    const auto press = [&] {
+        stage.accessible()->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    };
+    press();
+    QCOMPARE(clicked.count(), 1);
+    stage.control()->setEnabled(false);
+    press();
+    QTest::mouseClick(&stage.view, Qt::LeftButton, {}, {5, 5});
+    QTest::keyClick(&stage.view, Qt::Key_Return);
+    QCOMPARE(clicked.count(), 1);
 }
 
 } // namespace kelvo
