@@ -28,9 +28,8 @@ OnboardingState::OnboardingState(SettingsStore &settings, NotifierStore &notifie
     , notifier_(notifier)
     , choices_(offered())
 {
-    const auto found = std::find(choices_.begin(), choices_.end(), settings.primaryService());
-    if (found != choices_.end()) {
-        selected_ = static_cast<int>(found - choices_.begin());
+    if (const auto primary = settings.primaryService()) {
+        selected_ = primary->id;
     }
     connect(&settings, &SettingsStore::objectDidChange, this, &OnboardingState::watchingTextChanged);
 }
@@ -50,18 +49,25 @@ QString OnboardingState::watchingText() const
     return u"Watching %1 · checks every five minutes"_s.arg(primary ? primary->name : QString());
 }
 
+int OnboardingState::selected() const
+{
+    const auto found = std::find_if(choices_.begin(), choices_.end(),
+                                    [this](const Service &service) { return service.id == selected_; });
+    return found == choices_.end() ? -1 : static_cast<int>(found - choices_.begin());
+}
+
 void OnboardingState::select(int choice)
 {
-    selected_ = choice;
+    selected_ = choices_.at(static_cast<std::size_t>(choice)).id;
     Q_EMIT selectedChanged();
 }
 
 void OnboardingState::continueToPermission()
 {
-    if (selected_ < 0) {
+    if (!selected_) {
         return;
     }
-    settings_.setPrimary(choices_.at(static_cast<std::size_t>(selected_)).id);
+    settings_.setPrimary(*selected_);
     turnTo(Permission);
 }
 

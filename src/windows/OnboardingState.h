@@ -8,6 +8,7 @@
 #include <QQmlEngine>
 #include <QStringList>
 
+#include <optional>
 #include <vector>
 
 namespace kelvo {
@@ -22,20 +23,24 @@ class OnboardingState : public QObject
     Q_PROPERTY(Page page READ page NOTIFY pageChanged FINAL)
     Q_PROPERTY(QStringList choices READ choices CONSTANT FINAL)
     Q_PROPERTY(int selected READ selected WRITE select NOTIFY selectedChanged FINAL)
+    Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectedChanged FINAL)
     Q_PROPERTY(QString watchingText READ watchingText NOTIFY watchingTextChanged FINAL)
 
 public:
     enum Page { Promise, PrimaryPicker, Permission, Complete };
     Q_ENUM(Page)
 
-    /// Begins at the first page, with the primary service selected. The stores must outlive this.
+    /// Starts at the first page with the primary service selected; without one, nothing is selected. The stores must
+    /// outlive this.
     OnboardingState(SettingsStore &settings, NotifierStore &notifier, QObject *parent = nullptr);
 
     Page page() const { return page_; }
     /// The names of the services that are offered.
     QStringList choices() const;
-    /// The position of the selected service among the choices; -1 when it is none of them.
-    int selected() const { return selected_; }
+    /// The position of the selected service among the choices; -1 when it is not one of them, as with Claude Code.
+    int selected() const;
+    /// Whether a service is selected, among the choices or not.
+    bool hasSelection() const { return selected_.has_value(); }
     /// What is watched and how often, in words.
     QString watchingText() const;
 
@@ -66,7 +71,7 @@ private:
     NotifierStore &notifier_;
     std::vector<Service> choices_;
     Page page_ = Promise;
-    int selected_ = -1;
+    std::optional<ServiceID> selected_;
 };
 
 } // namespace kelvo

@@ -177,7 +177,7 @@ FocusScope {
                 }
             }
             MainButton {
-                enabled: root.onboarding.selected >= 0
+                enabled: root.onboarding.hasSelection
                 isCurrent: root.page === OnboardingState.PrimaryPicker
                 objectName: "continueToPermission"
                 showsFocus: pages.turnedByKey

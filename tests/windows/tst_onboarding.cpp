@@ -52,7 +52,8 @@ private Q_SLOTS:
     void beginsWithThePromise();
     void claudeCodeIsNeverAmongTheChoices();
     void thePrimaryServiceIsSelectedAtFirst();
-    void withClaudeCodeAsThePrimaryNothingIsSelectedAndContinueIsDisabled();
+    void withClaudeCodeAsThePrimaryNoRowIsMarkedAndContinueKeepsIt();
+    void withoutAPrimaryServiceContinueIsDisabledUntilOneIsSelected();
     void choosingTakesEffectWithContinue();
     void backLeadsToThePromiseAndKeepsTheSelection();
     void allChoicesFitWithoutScrolling();
@@ -102,19 +103,35 @@ void OnboardingTest::thePrimaryServiceIsSelectedAtFirst()
     QVERIFY(!findItem(scene.item(u"choice-0"_s), u"checkmark"_s)->isVisible());
 }
 
-void OnboardingTest::withClaudeCodeAsThePrimaryNothingIsSelectedAndContinueIsDisabled()
+void OnboardingTest::withClaudeCodeAsThePrimaryNoRowIsMarkedAndContinueKeepsIt()
 {
     Scene scene({ServiceID::claudeCode});
     scene.open();
     scene.turnTo(OnboardingState::PrimaryPicker);
     QCOMPARE(scene.state->selected(), -1);
+    for (int choice = 0; choice < 7; ++choice) {
+        QVERIFY(!findItem(scene.item(u"choice-%1"_s.arg(choice)), u"checkmark"_s)->isVisible());
+    }
+    QVERIFY(scene.item(u"continueToPermission"_s)->isEnabled());
+    scene.click(scene.item(u"continueToPermission"_s));
+    QCOMPARE(scene.state->page(), OnboardingState::Permission);
+    QCOMPARE(scene.stores.settings.primaryService()->id, ServiceID::claudeCode);
+}
+
+void OnboardingTest::withoutAPrimaryServiceContinueIsDisabledUntilOneIsSelected()
+{
+    Scene scene(std::vector<ServiceID>{});
+    scene.open();
+    scene.turnTo(OnboardingState::PrimaryPicker);
+    QCOMPARE(scene.state->selected(), -1);
     QVERIFY(!scene.item(u"continueToPermission"_s)->isEnabled());
     scene.click(scene.item(u"continueToPermission"_s));
-    QCOMPARE(scene.state->page(), OnboardingState::PrimaryPicker);
     scene.state->continueToPermission();
     QCOMPARE(scene.state->page(), OnboardingState::PrimaryPicker);
     scene.click(scene.item(u"choice-1"_s));
     QVERIFY(scene.item(u"continueToPermission"_s)->isEnabled());
+    scene.click(scene.item(u"continueToPermission"_s));
+    QCOMPARE(scene.stores.settings.primaryService()->id, ServiceID::chatgpt);
 }
 
 void OnboardingTest::choosingTakesEffectWithContinue()
