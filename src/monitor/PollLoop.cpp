@@ -38,9 +38,10 @@ void PollLoop::wait()
 
 void PollLoop::run(const Round &round)
 {
-    // The round may restart this loop before it even returns; its end belongs to the loop that began it.
+    // The round may restart the poll loop before it returns: its end continues only the loop that began it.
     auto next = whileAlive(loop_.get(), [this] { wait(); });
-    round().then(std::move(next));
+    // A round that was cancelled, or that carries an exception, is over too.
+    round().onFailed([] { }).onCanceled([] { }).then(std::move(next));
 }
 
 } // namespace kelvo

@@ -11,21 +11,21 @@
 
 namespace kelvo {
 
-/// Waits, runs a round, waits again. The wait is asked for afresh each time and begins when the round before it ended.
+/// Waits, runs a round, and waits again. Each wait begins when the round before it has ended, however it ended.
 class PollLoop
 {
 public:
-    /// The work; finishes when all of it is done.
+    /// Starts the work; the future finishes when all of it is done.
     using Round = std::function<QFuture<void>()>;
 
     /// `nextWait` gives the wait before each `round`.
     PollLoop(ContinuousClock &clock, std::function<std::chrono::seconds()> nextWait, Round round);
     ~PollLoop();
 
-    /// Ends the current loop and starts a new one, with a wait. A round under way goes on to its end, but what follows
-    /// it is the new loop's.
+    /// Ends the current loop and starts a new one with a wait. A round that is under way runs to its end, but no wait
+    /// follows it.
     void restart();
-    /// The same, but the new loop begins with `firstRound`.
+    /// Like `restart()`, but the new loop starts with `firstRound`.
     void restart(const Round &firstRound);
 
 private:
@@ -36,7 +36,7 @@ private:
     ContinuousClock &clock_;
     std::function<std::chrono::seconds()> nextWait_;
     Round round_;
-    std::unique_ptr<QObject> loop_; ///< the life of the current loop; what waits for a round of it ends with it
+    std::unique_ptr<QObject> loop_; ///< lives as long as the current loop, and guards its continuations
     std::unique_ptr<ContinuousClock::Timer> timer_;
 };
 
