@@ -198,9 +198,7 @@ void StatusStore::startClock()
 
 std::chrono::seconds StatusStore::pollInterval() const
 {
-    const auto interval = anyOutage() ? outageInterval : duration(settings_.checkInterval());
-    checks_.restFor(interval);
-    return interval;
+    return anyOutage() ? outageInterval : duration(settings_.checkInterval());
 }
 
 QFuture<void> StatusStore::pollRound()
@@ -210,36 +208,21 @@ QFuture<void> StatusStore::pollRound()
 
 QFuture<void> StatusStore::check(const Service &service)
 {
-    const auto number = ++checksBegun_;
-    const auto judge = [this, service, number](const StatusReading &reading) {
+    const auto judge = [this, service](const StatusReading &reading) {
         if (!isRecoveryCandidate(status(service.id), reading)) {
-            apply(service, number, reading, false);
+            record(service, reading, false);
             return QtFuture::makeReadyFuture();
         }
-        return checks_.probe(service).then(whileAlive(
-            this, [this, service, number, reading](bool isUsable) { apply(service, number, reading, isUsable); }));
+        return checks_.probe(service).then(
+            whileAlive(this, [this, service, reading](bool isUsable) { record(service, reading, isUsable); }));
     };
-    return read(service).then(whileAlive(this, judge)).unwrap();
+    return checks_.read(service).then(whileAlive(this, judge)).unwrap();
 }
 
-QFuture<StatusReading> StatusStore::read(const Service &service)
+/// Overlapping checks of a service are recorded in the order in which they end. Each is judged against the record that
+/// stands then, so that one outage has one beginning and one end.
+void StatusStore::record(const Service &service, const StatusReading &reading, bool isUsable)
 {
-    if (const auto *page = std::get_if<StatuspageSource>(&service.source)) {
-        return checks_.checkStatuspage(page->base, page->components);
-    }
-    return checks_.checkGoogleDashboard(std::get<GoogleDashboardSource>(service.source).product);
-}
-
-/// The step is judged against the record that stands now, which another check may have changed while this one waited.
-/// An answer that a later check has overtaken is history: it would begin or end an outage a second time.
-void StatusStore::apply(const Service &service, quint64 checkNumber, const StatusReading &reading, bool isUsable)
-{
-    if (checkNumber < newestVerdict_.value(service.id)) {
-        return;
-    }
-    if (reading.health != ServiceHealth::unknown) {
-        newestVerdict_.insert(service.id, checkNumber);
-    }
     const auto [step, next] = transition(status(service.id), reading, isUsable, wallClock_());
     auto statuses = statuses_;
     statuses.insert(service.id, next);

@@ -96,8 +96,7 @@ private:
     std::chrono::seconds pollInterval() const;
     QFuture<void> pollRound();
     QFuture<void> check(const Service &service);
-    QFuture<StatusReading> read(const Service &service);
-    void apply(const Service &service, quint64 checkNumber, const StatusReading &reading, bool isUsable);
+    void record(const Service &service, const StatusReading &reading, bool isUsable);
     void applyPromotion();
 
     SettingsStore &settings_;
@@ -113,8 +112,6 @@ private:
     TimePoint now_;
     bool isAsleep_ = false;
 
-    quint64 checksBegun_ = 0;
-    QHash<ServiceID, quint64> newestVerdict_; ///< number of the latest check whose answer told a health
     PollLoop pollLoop_;
     std::unique_ptr<ContinuousClock::Timer> clockTimer_;
     std::unique_ptr<ContinuousClock::Timer> settingsTimer_;

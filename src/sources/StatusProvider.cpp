@@ -18,14 +18,19 @@ StatusReading unreachable()
     return {ServiceHealth::unknown, u"Couldn’t reach status"_s};
 }
 
-/// How long the network layer keeps a connection for a next request. It then closes it, which costs a wake-up.
-constexpr auto keptConnectionLife = 120s;
-
 } // namespace
 
 StatusProvider::StatusProvider(HttpSession &session)
     : session_(session)
 {
+}
+
+QFuture<StatusReading> StatusProvider::read(const Service &service)
+{
+    if (const auto *page = std::get_if<StatuspageSource>(&service.source)) {
+        return checkStatuspage(page->base, page->components);
+    }
+    return checkGoogleDashboard(std::get<GoogleDashboardSource>(service.source).product);
 }
 
 // The HTTP status is not looked at: a page in trouble may well answer 503 with a document that says so, and an error
@@ -52,13 +57,6 @@ QFuture<bool> StatusProvider::probe(const Service &service)
     return session_.getDiscardingBody(service.probeURL).then([](const HttpResponse &response) {
         return response.status && *response.status < 500;
     });
-}
-
-void StatusProvider::restFor(std::chrono::milliseconds duration)
-{
-    if (duration >= keptConnectionLife) {
-        session_.closeIdleConnections();
-    }
 }
 
 } // namespace kelvo

@@ -5,7 +5,7 @@
 
 namespace kelvo {
 
-/// Asks the vendors over HTTP. Stateless but for the client, which all its requests share.
+/// Asks the vendors over HTTP. All requests share one client; there is no other state.
 class StatusProvider : public StatusChecks
 {
 public:
@@ -16,10 +16,13 @@ public:
 
     explicit StatusProvider(HttpSession &session);
 
-    QFuture<StatusReading> checkStatuspage(const QString &base, const QStringList &componentNames) override;
-    QFuture<StatusReading> checkGoogleDashboard(const QString &product) override;
+    QFuture<StatusReading> read(const Service &service) override;
     QFuture<bool> probe(const Service &service) override;
-    void restFor(std::chrono::milliseconds duration) override;
+
+    /// Reads the status page at the origin `base` for the components with these names.
+    QFuture<StatusReading> checkStatuspage(const QString &base, const QStringList &componentNames);
+    /// Reads Google's incident feed for the product with this title.
+    QFuture<StatusReading> checkGoogleDashboard(const QString &product);
 
 private:
     HttpSession &session_;

@@ -65,7 +65,6 @@ private Q_SLOTS:
     void aRoundAtOnceIgnoresSleep();
     void withoutWatchedServicesTheRoundsGoOn();
     void aQuestionThatIsDroppedDoesNotEndTheRounds();
-    void theRestOfEachWaitIsAnnounced();
 
     // Sleep.
     void asleepNothingIsCheckedAndOnWakingEverythingAtOnce();
@@ -91,10 +90,10 @@ private Q_SLOTS:
     void aServiceTwiceInTheOrderIsCheckedTwiceAndToldOnce();
     void aServiceNoLongerWatchedKeepsItsRecord();
     void aCheckThatNeverAnswersHoldsUpNoOther();
-    void anAnswerThatANewerOneOvertookIsDropped();
-    void aNewerUnreadableAnswerOvertakesNothing();
+    void answersApplyInTheOrderInWhichTheyArrive();
+    void anUnreadableAnswerHoldsUpNoOther();
     void twoChecksThatBothSeeTheRecoveryTellItOnce();
-    void aNewerOutageSilencesAnOlderRecovery();
+    void aRecoveryIsJudgedAgainstTheRecordThatStandsWhenTheServiceAnswers();
 
     // The hero and the popover.
     void theHeroStartsAsThePrimaryService();
@@ -109,6 +108,7 @@ private Q_SLOTS:
     void aHeroWhoseRecoveryIsUnconfirmed();
     void twoServicesInTrouble();
     void watchingOffMakesTheRingInactiveWhateverTheStatusesSay();
+    void withWatchingOffNoRoundPromotesTheHero();
     void beforeAnyAnswerEverythingReadsChecking();
     void backToNormalIsSaidForTenMinutes();
     void everyWriteIsPublishedBeforeAndToldAfter();
@@ -241,15 +241,12 @@ void StatusStoreTest::severalSettingsChangesInQuickSuccessionRestartOnce()
     world.startWith(operational);
     world.clock.advance(30s);
     const auto fired = world.clock.firedCount();
-    const auto rests = world.checks.rests.size();
     for (int change = 0; change < 5; ++change) {
         world.settings.setTelegramChatID(QString::number(change));
         world.clock.advance(299ms);
-        QCOMPARE(world.checks.rests.size(), rests);
+        QCOMPARE(world.clock.firedCount(), fired);
     }
-    QCOMPARE(world.clock.firedCount(), fired);
     world.clock.advance(1ms);
-    QCOMPARE(world.checks.rests.size(), rests + 1);
     QCOMPARE(world.clock.firedCount(), fired + 1);
     QCOMPARE(world.clock.pendingCount(), 1U);
     QVERIFY_NEXT_ROUND_AFTER(world, 60s);
@@ -366,25 +363,6 @@ void StatusStoreTest::aQuestionThatIsDroppedDoesNotEndTheRounds()
     world.checks.drop(world.checks.open(Kind::probe).front());
     QCOMPARE(world.health(chatgpt), outage);
     QVERIFY_NEXT_ROUND_AFTER(world, 20s);
-}
-
-void StatusStoreTest::theRestOfEachWaitIsAnnounced()
-{
-    using Rests = std::vector<std::chrono::milliseconds>;
-    MonitorWorld world;
-    world.start();
-    QVERIFY(world.checks.rests.empty());
-    world.checks.answerAll(operational);
-    QVERIFY(world.checks.rests == (Rests{60s}));
-    world.clock.advance(60s);
-    world.checks.answerAll(operational);
-    QVERIFY(world.checks.rests == (Rests{60s, 60s}));
-    world.settings.setCheckInterval(CheckInterval::fiveMinutes);
-    world.clock.advance(300ms);
-    QVERIFY(world.checks.rests.back() == 300s);
-    world.clock.advance(300s);
-    world.checks.answerAll(outage);
-    QVERIFY(world.checks.rests.back() == 20s);
 }
 
 void StatusStoreTest::asleepNothingIsCheckedAndOnWakingEverythingAtOnce()
@@ -684,7 +662,7 @@ void StatusStoreTest::aCheckThatNeverAnswersHoldsUpNoOther()
     QCOMPARE(world.alerts().back(), u"Cursor is down"_s);
 }
 
-void StatusStoreTest::anAnswerThatANewerOneOvertookIsDropped()
+void StatusStoreTest::answersApplyInTheOrderInWhichTheyArrive()
 {
     MonitorWorld world;
     world.settings.setOutageAlertsEnabled(true);
@@ -692,15 +670,16 @@ void StatusStoreTest::anAnswerThatANewerOneOvertookIsDropped()
     world.store->checkAll();
     world.store->checkAll();
     const auto open = world.checks.open(Kind::read);
-    world.checks.answerRead(open[1], {operational, u"newer"_s});
-    const auto record = world.store->status(claude);
+    world.checks.answerRead(open[1], {operational, u"began last"_s});
     world.clock.advance(1s);
-    world.checks.answerRead(open[0], {outage, u"older"_s});
-    QVERIFY(world.store->status(claude) == record);
-    QVERIFY(world.alerts().isEmpty());
+    world.checks.answerRead(open[0], {outage, u"arrived last"_s});
+    QCOMPARE(world.health(claude), outage);
+    QCOMPARE(world.label(claude), u"arrived last"_s);
+    QVERIFY(world.store->status(claude).lastChecked == world.clock.now());
+    QCOMPARE(world.alerts(), QStringList{u"Claude is down"_s});
 }
 
-void StatusStoreTest::aNewerUnreadableAnswerOvertakesNothing()
+void StatusStoreTest::anUnreadableAnswerHoldsUpNoOther()
 {
     MonitorWorld world;
     world.settings.setOutageAlertsEnabled(true);
@@ -728,17 +707,19 @@ void StatusStoreTest::twoChecksThatBothSeeTheRecoveryTellItOnce()
     QCOMPARE(world.health(claude), operational);
 }
 
-void StatusStoreTest::aNewerOutageSilencesAnOlderRecovery()
+void StatusStoreTest::aRecoveryIsJudgedAgainstTheRecordThatStandsWhenTheServiceAnswers()
 {
     MonitorWorld world;
-    world.startWith(outage);
+    world.settings.setOutageAlertsEnabled(true);
+    world.startWith(degraded);
     world.store->checkAll();
     world.checks.answer(claude, operational);
     world.store->checkAll();
     world.checks.answer(claude, outage);
-    world.checks.answerProbe(claude, true);
-    QVERIFY(world.alerts().isEmpty());
     QCOMPARE(world.health(claude), outage);
+    world.checks.answerProbe(claude, true);
+    QCOMPARE(world.health(claude), operational);
+    QCOMPARE(world.alerts(), (QStringList{u"Claude is down"_s, u"Claude is back"_s}));
 }
 
 void StatusStoreTest::theHeroStartsAsThePrimaryService()
@@ -908,13 +889,32 @@ void StatusStoreTest::watchingOffMakesTheRingInactiveWhateverTheStatusesSay()
     QCOMPARE(world.store->ringState(), RingState::outage);
     world.settings.setWatchOnThisMac(false);
     QCOMPARE(world.store->ringState(), RingState::inactive);
-    // Nothing changes while it is off, not even the hero.
-    world.watch({cursor, claude});
-    const auto finished = world.store->checkAll();
-    QVERIFY(finished.isFinished());
-    QVERIFY(world.store->heroID() == claude);
     world.settings.setWatchOnThisMac(true);
     QCOMPARE(world.store->ringState(), RingState::outage);
+}
+
+void StatusStoreTest::withWatchingOffNoRoundPromotesTheHero()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.checks.probeScript = [](ServiceID) { return std::optional(true); };
+    world.start();
+    world.checks.answer(claude, operational);
+    world.checks.answer(chatgpt, outage);
+    world.clock.advance(20s);
+    world.checks.answerAll(operational);
+    QVERIFY(world.store->heroID() == chatgpt);
+    world.settings.setWatchOnThisMac(false);
+
+    // Its recovery is no longer on show, so that a promotion would make the primary service the hero.
+    world.clock.advance(11min);
+    const auto finished = world.store->checkAll();
+    QVERIFY(finished.isFinished());
+    QVERIFY(world.store->heroID() == chatgpt);
+
+    world.settings.setWatchOnThisMac(true);
+    world.store->checkAll();
+    world.checks.answerAll(operational);
+    QVERIFY(world.store->heroID() == claude);
 }
 
 void StatusStoreTest::beforeAnyAnswerEverythingReadsChecking()

@@ -134,7 +134,6 @@ private Q_SLOTS:
     void brokenProbeIsNotUsable_data();
     void brokenProbeIsNotUsable();
     void probeWithoutNetworkIsNotUsable();
-    void longRestClosesConnections();
 };
 
 void StatusProviderTest::clientIsBoundAndNamed()
@@ -514,19 +513,6 @@ void StatusProviderTest::probeWithoutNetworkIsNotUsable()
     for (const auto id : allServiceIDs) {
         QCOMPARE(world.probe(id), false);
     }
-}
-
-void StatusProviderTest::longRestClosesConnections()
-{
-    World world;
-    QCOMPARE(world.page(), operational);
-    world.provider.restFor(20s);
-    QCOMPARE(world.page(), operational);
-    QCOMPARE(world.internet.connectionsAccepted(), 1);
-    world.provider.restFor(300s);
-    QTRY_COMPARE(world.internet.connectionsOpen(), 0);
-    QCOMPARE(world.page(), operational);
-    QCOMPARE(world.internet.connectionsAccepted(), 2);
 }
 
 QTEST_GUILESS_MAIN(StatusProviderTest)

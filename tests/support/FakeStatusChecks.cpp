@@ -6,16 +6,6 @@ namespace kelvo {
 
 namespace {
 
-ServiceID serviceWith(const StatusSource &source)
-{
-    for (const auto &service : Service::catalog()) {
-        if (service.source == source) {
-            return service.id;
-        }
-    }
-    qFatal("The question fits no service of the catalogue");
-}
-
 template<typename Answer>
 QFuture<Answer> leaveOpen(std::map<FakeStatusChecks::Number, QPromise<Answer>> &promises,
                           FakeStatusChecks::Number question)
@@ -42,23 +32,12 @@ void keepPromise(std::map<FakeStatusChecks::Number, QPromise<Answer>> &promises,
 
 } // namespace
 
-QFuture<StatusReading> FakeStatusChecks::checkStatuspage(const QString &base, const QStringList &componentNames)
+QFuture<StatusReading> FakeStatusChecks::read(const Service &service)
 {
-    return read(StatuspageSource{base, componentNames});
-}
-
-QFuture<StatusReading> FakeStatusChecks::checkGoogleDashboard(const QString &product)
-{
-    return read(GoogleDashboardSource{product});
-}
-
-QFuture<StatusReading> FakeStatusChecks::read(const StatusSource &source)
-{
-    const auto service = serviceWith(source);
     const auto question = asked_.size();
-    asked_.push_back({Kind::read, service});
+    asked_.push_back({Kind::read, service.id});
     if (readScript) {
-        if (const auto reading = readScript(service)) {
+        if (const auto reading = readScript(service.id)) {
             return QtFuture::makeReadyFuture(*reading);
         }
     }

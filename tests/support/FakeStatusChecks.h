@@ -26,10 +26,8 @@ public:
     /// A question's place among all that were asked, from 0.
     using Number = std::size_t;
 
-    QFuture<StatusReading> checkStatuspage(const QString &base, const QStringList &componentNames) override;
-    QFuture<StatusReading> checkGoogleDashboard(const QString &product) override;
+    QFuture<StatusReading> read(const Service &service) override;
     QFuture<bool> probe(const Service &service) override;
-    void restFor(std::chrono::milliseconds duration) override { rests.push_back(duration); }
 
     /// Every question so far, in the order asked.
     const std::vector<Question> &asked() const { return asked_; }
@@ -56,10 +54,7 @@ public:
     std::function<std::optional<StatusReading>(ServiceID)> readScript;
     std::function<std::optional<bool>(ServiceID)> probeScript;
 
-    std::vector<std::chrono::milliseconds> rests; ///< every `restFor`
-
 private:
-    QFuture<StatusReading> read(const StatusSource &source);
     Number oldestOpen(Question question) const;
 
     std::vector<Question> asked_;
