@@ -9,7 +9,7 @@
 #include "platform/linux/IniPreferences.h"
 #include "simulator/ReroutedNetwork.h"
 #include "simulator/SimulatedInternet.h"
-#include "windows/QuickWindows.h"
+#include "windows/QuickViews.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -99,7 +99,7 @@ int main(int argc, char *argv[])
     KelvoApp::showFirstRing(*boundaries.platform.statusItem, *boundaries.platform.appearance);
     Composition composition(std::move(boundaries));
     KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), NotifierStore::shared(), composition.platform(),
-                   &QuickWindows::make);
+                   &QuickViews::make);
 
     Story story(internet, StatusStore::shared(), watch, QDir(pictures.path()));
     QObject::connect(&story, &Story::ended, &application, [&](const QString &complaint) {

@@ -2,7 +2,7 @@
 #include "Version.h"
 #include "menubar/AppIcon.h"
 #include "menubar/KelvoApp.h"
-#include "menubar/LoadedWindows.h"
+#include "menubar/ViewsLoader.h"
 #include "platform/Platform.h"
 #include "platform/ProcessMemory.h"
 #include "platform/SingleInstance.h"
@@ -35,7 +35,7 @@ int main(int argc, char *argv[])
     KelvoApp::showFirstRing(*boundaries.platform.statusItem, *boundaries.platform.appearance);
     Composition composition(std::move(boundaries));
     KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), NotifierStore::shared(), composition.platform(),
-                   &loadWindows);
+                   &loadViews);
     QObject::connect(instance.get(), &SingleInstance::activationRequested, &kelvo, &KelvoApp::openPopover);
     return QApplication::exec();
 }

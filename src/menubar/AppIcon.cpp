@@ -1,7 +1,7 @@
 #include "menubar/AppIcon.h"
 
-#include "menubar/GappedRing.h"
-#include "menubar/PaintedIcon.h"
+#include "style/GappedRing.h"
+#include "style/PaintedIcon.h"
 
 #include <QLinearGradient>
 #include <QPainter>

@@ -9,14 +9,14 @@ namespace kelvo {
 using namespace Qt::StringLiterals;
 
 KelvoApp::KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform,
-                   WindowsFactory makeWindows)
+                   ViewsFactory makeViews)
     : store_(store)
     , settings_(settings)
     , notifier_(notifier)
     , platform_(platform)
     , appearance_(*platform.appearance)
     , statusItem_(*platform.statusItem)
-    , makeWindows_(makeWindows)
+    , makeViews_(makeViews)
 {
     makeMenu();
     connect(&statusItem_, &StatusItem::activated, this, &KelvoApp::togglePopover);
@@ -42,38 +42,38 @@ void KelvoApp::showFirstRing(StatusItem &statusItem, const Appearance &appearanc
     statusItem.show();
 }
 
-Windows *KelvoApp::windows()
+Views *KelvoApp::views()
 {
-    if (!windows_) {
-        windows_ = makeWindows_(store_, settings_, notifier_, platform_);
+    if (!views_) {
+        views_ = makeViews_(store_, settings_, notifier_, platform_);
     }
-    return windows_.get();
+    return views_.get();
 }
 
 void KelvoApp::togglePopover()
 {
-    if (auto *shown = windows()) {
+    if (auto *shown = views()) {
         shown->togglePopover(statusItem_.geometry());
     }
 }
 
 void KelvoApp::openPopover()
 {
-    if (auto *shown = windows()) {
+    if (auto *shown = views()) {
         shown->openPopover();
     }
 }
 
 void KelvoApp::openSettings()
 {
-    if (auto *shown = windows()) {
+    if (auto *shown = views()) {
         shown->openSettings();
     }
 }
 
 void KelvoApp::openOnboarding()
 {
-    if (auto *shown = windows()) {
+    if (auto *shown = views()) {
         shown->openOnboarding();
     }
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "menubar/Windows.h"
+#include "menubar/Views.h"
 #include "monitor/StatusStore.h"
 #include "platform/Platform.h"
 #include "settings/SettingsStore.h"
@@ -23,7 +23,7 @@ public:
     /// Shows the ring as soon as there is a place for it. The windows are made when the first of them is wanted, and
     /// again if that failed. Everything must outlive this.
     KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform,
-             WindowsFactory makeWindows);
+             ViewsFactory makeViews);
     ~KelvoApp() override;
 
     /// Shows the ring before anything is known. To be called before the stores are made: their first requests load the
@@ -36,7 +36,7 @@ public:
 
 private:
     /// Nothing when there are none to be had: then the ring and its menu are all there is, and the watching goes on.
-    Windows *windows();
+    Views *views();
     void togglePopover();
     void makeMenu();
     void updateStatusItem();
@@ -56,8 +56,8 @@ private:
     Platform &platform_;
     Appearance &appearance_;
     StatusItem &statusItem_;
-    WindowsFactory makeWindows_;
-    std::unique_ptr<Windows> windows_;
+    ViewsFactory makeViews_;
+    std::unique_ptr<Views> views_;
     QMenu menu_;
     std::optional<Shown> shown_;
     QString toolTip_;

@@ -1,7 +1,7 @@
 #include "menubar/MenuBarIcon.h"
 
-#include "menubar/GappedRing.h"
-#include "menubar/PaintedIcon.h"
+#include "style/GappedRing.h"
+#include "style/PaintedIcon.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -2,10 +2,10 @@
 #include "support/Looks.h"
 #include "support/ViewScene.h"
 
-#include "menubar/PopoverState.h"
-#include "windows/ChannelSheetState.h"
-#include "windows/OnboardingState.h"
-#include "windows/SettingsState.h"
+#include "menubar/popover/PopoverState.h"
+#include "windows/channel/ChannelSheetState.h"
+#include "windows/onboarding/OnboardingState.h"
+#include "windows/settings/SettingsState.h"
 
 #include <QDir>
 #include <QGuiApplication>
@@ -81,7 +81,7 @@ void Gallery::takePopover(const PopoverLook &look)
     view.setColor(desktop());
     view.setResizeMode(QQuickView::SizeViewToRootObject);
     view.setInitialProperties({{u"popover"_s, QVariant::fromValue(&state)}, {u"translucent"_s, true}});
-    view.setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/PopoverFrame.qml"_s));
+    view.setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/popover/PopoverFrame.qml"_s));
     state.open();
     settle();
     stores.clock.advance(4s);

@@ -1,6 +1,6 @@
 #include "menubar/KelvoApp.h"
 
-#include "menubar/LoadedWindows.h"
+#include "menubar/ViewsLoader.h"
 #include "support/FakeAppearance.h"
 #include "support/FakeStatusItem.h"
 #include "support/Stores.h"
@@ -24,7 +24,7 @@ struct Told
 };
 Told told;
 
-class FakeWindows : public Windows
+class FakeViews : public Views
 {
 public:
     void togglePopover(const QRect &ring) override
@@ -37,13 +37,13 @@ public:
     void openOnboarding() override { told.calls << u"onboarding"_s; }
 };
 
-std::unique_ptr<Windows> makeFake(StatusStore &, SettingsStore &, NotifierStore &, Platform &)
+std::unique_ptr<Views> makeFake(StatusStore &, SettingsStore &, NotifierStore &, Platform &)
 {
     ++told.made;
-    return std::make_unique<FakeWindows>();
+    return std::make_unique<FakeViews>();
 }
 
-std::unique_ptr<Windows> makeNone(StatusStore &, SettingsStore &, NotifierStore &, Platform &)
+std::unique_ptr<Views> makeNone(StatusStore &, SettingsStore &, NotifierStore &, Platform &)
 {
     ++told.made;
     return nullptr;
@@ -51,8 +51,8 @@ std::unique_ptr<Windows> makeNone(StatusStore &, SettingsStore &, NotifierStore 
 
 struct Program
 {
-    explicit Program(WindowsFactory factory = &makeFake, bool hasOnboarded = true)
-        : makeWindows(factory)
+    explicit Program(ViewsFactory factory = &makeFake, bool hasOnboarded = true)
+        : makeViews(factory)
     {
         told = {};
         stores.settings.setHasOnboarded(hasOnboarded);
@@ -60,7 +60,7 @@ struct Program
         item = fakeItem.get();
         platform.appearance = std::make_unique<FakeAppearance>();
         platform.statusItem = std::move(fakeItem);
-        app = std::make_unique<KelvoApp>(stores.store, stores.settings, stores.notifier, platform, makeWindows);
+        app = std::make_unique<KelvoApp>(stores.store, stores.settings, stores.notifier, platform, makeViews);
     }
 
     void choose(const QString &action)
@@ -74,7 +74,7 @@ struct Program
         QFAIL(qPrintable(u"No menu item %1"_s.arg(action)));
     }
 
-    WindowsFactory makeWindows;
+    ViewsFactory makeViews;
     Stores stores{{ServiceID::claude}};
     Platform platform;
     FakeStatusItem *item = nullptr;
@@ -155,8 +155,8 @@ private Q_SLOTS:
 
     void aMissingLibraryGivesNoWindowsAndSaysSo()
     {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^The windows cannot be opened: .*kelvo-windows"_s));
-        Program program(&loadWindows);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^The windows cannot be opened: .*kelvo-views"_s));
+        Program program(&loadViews);
         program.item->click();
         QVERIFY(program.item->isShown);
     }

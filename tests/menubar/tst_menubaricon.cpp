@@ -1,5 +1,5 @@
-#include "menubar/GappedRing.h"
 #include "menubar/MenuBarIcon.h"
+#include "style/GappedRing.h"
 #include "support/Golden.h"
 
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "menubar/PopoverPlacement.h"
+#include "menubar/popover/PopoverPlacement.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 #include "support/Stores.h"
 
-#include "menubar/PopoverState.h"
+#include "menubar/popover/PopoverState.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>

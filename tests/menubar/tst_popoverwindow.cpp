@@ -1,6 +1,6 @@
 #include "support/ViewScene.h"
 
-#include "menubar/PopoverWindow.h"
+#include "menubar/popover/PopoverWindow.h"
 
 #include <QGuiApplication>
 #include <QQuickItem>

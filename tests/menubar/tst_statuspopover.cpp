@@ -1,7 +1,7 @@
 #include "support/Looks.h"
 #include "support/ViewScene.h"
 
-#include "menubar/PopoverState.h"
+#include "menubar/popover/PopoverState.h"
 
 #include <QAbstractAnimation>
 #include <QGuiApplication>
@@ -32,7 +32,7 @@ struct Scene
     {
         view.setInitialProperties({{u"popover"_s, QVariant::fromValue(&state)}});
         view.setColor(tokens.popover());
-        view.setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/StatusPopover.qml"_s));
+        view.setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/popover/StatusPopover.qml"_s));
         QVERIFY2(view.status() == QQuickView::Ready, qPrintable(view.errors().value(0).toString()));
         state.open();
         settle();

@@ -1,6 +1,6 @@
 #include "support/ViewScene.h"
 
-#include "windows/SettingsState.h"
+#include "windows/settings/SettingsState.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>

@@ -1,6 +1,6 @@
 #include "support/ViewScene.h"
 
-#include "windows/OnboardingState.h"
+#include "windows/onboarding/OnboardingState.h"
 
 #include <QSignalSpy>
 

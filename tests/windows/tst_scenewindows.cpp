@@ -1,7 +1,7 @@
 #include "support/ViewScene.h"
 
-#include "windows/OnboardingSceneWindow.h"
-#include "windows/SettingsWindow.h"
+#include "windows/onboarding/OnboardingSceneWindow.h"
+#include "windows/settings/SettingsSceneWindow.h"
 
 #include <QPointer>
 #include <QScreen>
@@ -22,7 +22,7 @@ struct Desktop
     ViewEngine engine{appearance};
     Tokens tokens{&appearance};
     Stores stores{{ServiceID::claude}};
-    SettingsWindow settings{stores.settings, stores.notifier, engine, appearance};
+    SettingsSceneWindow settings{stores.settings, stores.notifier, engine, appearance};
     OnboardingSceneWindow onboarding{stores.settings, stores.notifier, engine, appearance};
 };
 
@@ -176,7 +176,7 @@ void SceneWindowsTest::theGroundFollowsTheAppearance()
 void SceneWindowsTest::showOnboardingAgainIsToldByTheWindow()
 {
     Desktop desktop;
-    QSignalSpy asked(&desktop.settings, &SettingsWindow::onboardingRequested);
+    QSignalSpy asked(&desktop.settings, &SettingsSceneWindow::onboardingRequested);
     desktop.settings.open();
     desktop.settings.view()->findChild<SettingsState *>()->showOnboarding();
     QCOMPARE(asked.count(), 1);

@@ -1,6 +1,6 @@
 #include "support/Stores.h"
 
-#include "windows/SettingsState.h"
+#include "windows/settings/SettingsState.h"
 
 #include <QSignalSpy>
 #include <QTest>

@@ -1,7 +1,7 @@
 #include "support/Looks.h"
 #include "support/ViewScene.h"
 
-#include "windows/SettingsState.h"
+#include "windows/settings/SettingsState.h"
 
 #include <QSignalSpy>
 

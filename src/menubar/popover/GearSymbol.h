@@ -1,0 +1,18 @@
+#pragma once
+
+#include "style/PaintedSymbol.h"
+
+namespace kelvo {
+
+/// The symbol of the settings: a gear in thin lines with round ends.
+class GearSymbol : public kelvo::PaintedSymbol
+{
+    Q_OBJECT
+    QML_ELEMENT
+
+public:
+    using PaintedSymbol::PaintedSymbol;
+    void paint(QPainter *painter) override;
+};
+
+} // namespace kelvo

@@ -1,0 +1,188 @@
+#include "menubar/popover/PopoverWindow.h"
+
+#include "menubar/popover/PopoverPlacement.h"
+#include "platform/Compositing.h"
+#include "style/WindowKey.h"
+
+#include <QCoreApplication>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QQuickItem>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QScreen *screenOf(const QRect &anchor)
+{
+    auto *screen = QGuiApplication::screenAt(anchor.center());
+    return screen ? screen : QGuiApplication::primaryScreen();
+}
+
+} // namespace
+
+PopoverWindow::PopoverWindow(StatusStore &store, SettingsStore &settings, ViewEngine &engine, ContinuousClock &clock)
+    : state_(store, settings)
+    , engine_(engine)
+    , clock_(clock)
+{
+    connect(&state_, &PopoverState::settingsRequested, this, [this] {
+        close();
+        Q_EMIT settingsRequested();
+    });
+}
+
+PopoverWindow::~PopoverWindow() = default;
+
+void PopoverWindow::toggle(const QRect &ring)
+{
+    if (isOpen()) {
+        close();
+        return;
+    }
+    // The click that took the focus has closed the popover already; it must not open it again.
+    if (justClosed_) {
+        justClosed_.reset();
+        return;
+    }
+    openBeside(ring.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : ring);
+}
+
+void PopoverWindow::open()
+{
+    if (isOpen()) {
+        view_->requestActivate();
+        return;
+    }
+    const auto *screen = QGuiApplication::primaryScreen();
+    openBeside(PopoverPlacement::panelCorner(screen->geometry(), screen->availableGeometry()));
+}
+
+void PopoverWindow::close()
+{
+    if (!isOpen()) {
+        return;
+    }
+    view_->hide();
+    state_.close();
+}
+
+bool PopoverWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        if (handleKey(*static_cast<QKeyEvent *>(event))) {
+            return true;
+        }
+        break;
+    case QEvent::MouseButtonPress:
+        // The shadow is not the popover.
+        if (!card().contains(static_cast<QMouseEvent *>(event)->position().toPoint())) {
+            close();
+            return true;
+        }
+        break;
+    case QEvent::Close: close(); break;
+    default: break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool PopoverWindow::handleKey(const QKeyEvent &event)
+{
+    if (event.key() == Qt::Key_Escape) {
+        close();
+        return true;
+    }
+    switch (windowKey(event)) {
+    case WindowKey::close: close(); return true;
+    case WindowKey::settings:
+        close();
+        Q_EMIT settingsRequested();
+        return true;
+    case WindowKey::quit: QCoreApplication::quit(); return true;
+    case WindowKey::none: return false;
+    }
+    Q_UNREACHABLE();
+}
+
+void PopoverWindow::load()
+{
+    view_ = std::make_unique<QQuickView>(&engine_.get(), nullptr);
+    view_->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint);
+    view_->setTitle(u"Kelvo"_s);
+    view_->setColor(Qt::transparent);
+    view_->setResizeMode(QQuickView::SizeViewToRootObject);
+    view_->setInitialProperties({
+        {u"popover"_s, QVariant::fromValue(&state_)},
+        {u"translucent"_s, isCompositing()},
+    });
+    view_->setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/popover/PopoverFrame.qml"_s));
+    view_->installEventFilter(this);
+
+    connect(view_->rootObject(), &QQuickItem::heightChanged, this, &PopoverWindow::fit);
+    connect(view_->rootObject(), SIGNAL(cardChanged()), this, SLOT(place()));
+    connect(view_.get(), &QWindow::activeChanged, this, &PopoverWindow::closeForLostFocus);
+}
+
+void PopoverWindow::openBeside(const QRect &anchor)
+{
+    if (!view_) {
+        load();
+    }
+    view_->rootObject()->setProperty("translucent", isCompositing());
+    anchor_ = anchor;
+    state_.open();
+    place();
+    view_->show();
+    view_->requestActivate();
+}
+
+/// The popover itself is placed; what surrounds it takes the room that is left.
+void PopoverWindow::place()
+{
+    const auto *screen = screenOf(anchor_);
+    const auto available = screen->availableGeometry();
+    const auto position = PopoverPlacement::beside(anchor_, card().size(), screen->geometry(), available);
+    giveRoom(QRect(position, card().size()), available);
+    fit();
+    view_->setPosition(position - card().topLeft());
+}
+
+/// The view would follow the size of what it shows only after the next event, and be seen in the wrong place.
+void PopoverWindow::fit()
+{
+    view_->resize(view_->rootObject()->size().toSize());
+}
+
+void PopoverWindow::giveRoom(const QRect &card, const QRect &available)
+{
+    auto *frame = view_->rootObject();
+    frame->setProperty("roomAbove", std::max(0, card.top() - available.top()));
+    frame->setProperty("roomBelow", std::max(0, available.bottom() - card.bottom()));
+    frame->setProperty("roomLeft", std::max(0, card.left() - available.left()));
+    frame->setProperty("roomRight", std::max(0, available.right() - card.right()));
+}
+
+void PopoverWindow::closeForLostFocus()
+{
+    if (view_->isActive() || !isOpen()) {
+        return;
+    }
+    close();
+    justClosed_ = clock_.after(clickTime, [this] { justClosed_.reset(); });
+}
+
+QRect PopoverWindow::card() const
+{
+    return view_->rootObject()->property("card").toRectF().toAlignedRect();
+}
+
+} // namespace kelvo

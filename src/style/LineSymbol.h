@@ -1,0 +1,37 @@
+#pragma once
+
+#include "style/PaintedSymbol.h"
+
+namespace kelvo {
+
+/// A symbol of thin lines with round ends, in the item's colour.
+class LineSymbol : public kelvo::PaintedSymbol
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(Shape shape READ shape WRITE setShape NOTIFY lookChanged FINAL)
+    /// Points, whatever the size of the symbol.
+    Q_PROPERTY(qreal lineWidth READ lineWidth WRITE setLineWidth NOTIFY lookChanged FINAL)
+
+public:
+    enum Shape { Bell, Check, CheckInCircle, Grip, Info };
+    Q_ENUM(Shape)
+
+    using PaintedSymbol::PaintedSymbol;
+
+    Shape shape() const { return shape_; }
+    qreal lineWidth() const { return lineWidth_; }
+    void setShape(Shape shape);
+    void setLineWidth(qreal width);
+
+    void paint(QPainter *painter) override;
+
+Q_SIGNALS:
+    void lookChanged();
+
+private:
+    Shape shape_ = Check;
+    qreal lineWidth_ = 1.5;
+};
+
+} // namespace kelvo

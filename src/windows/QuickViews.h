@@ -1,0 +1,40 @@
+#pragma once
+
+#include "menubar/Views.h"
+#include "menubar/WindowOpener.h"
+#include "menubar/popover/PopoverWindow.h"
+#include "style/ViewEngine.h"
+#include "windows/onboarding/OnboardingSceneWindow.h"
+#include "windows/settings/SettingsSceneWindow.h"
+
+#include <QObject>
+
+namespace kelvo {
+
+/// The windows, in Qt Quick. Each is loaded when it first opens.
+class QuickViews : public QObject, public Views
+{
+    Q_OBJECT
+
+public:
+    /// Everything must outlive this.
+    QuickViews(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform);
+    ~QuickViews() override;
+    /// A ViewsFactory.
+    static std::unique_ptr<Views> make(StatusStore &store, SettingsStore &settings, NotifierStore &notifier,
+                                       Platform &platform);
+
+    void togglePopover(const QRect &ring) override;
+    void openPopover() override;
+    void openSettings() override;
+    void openOnboarding() override;
+
+private:
+    ViewEngine engine_;
+    PopoverWindow popover_;
+    SettingsSceneWindow settingsWindow_;
+    OnboardingSceneWindow onboardingWindow_;
+    WindowOpener opener_;
+};
+
+} // namespace kelvo

@@ -1,0 +1,35 @@
+#include "windows/onboarding/OnboardingSceneWindow.h"
+
+#include "menubar/WindowOpener.h"
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
+OnboardingSceneWindow::OnboardingSceneWindow(SettingsStore &settings, NotifierStore &notifier, ViewEngine &engine,
+                                             const Appearance &appearance)
+    : SceneWindow(engine, appearance, WindowOpener::onboardingTitle(),
+                  QUrl(u"qrc:/qt/qml/Kelvo/windows/onboarding/OnboardingWindow.qml"_s))
+    , settings_(settings)
+    , notifier_(notifier)
+{
+}
+
+OnboardingSceneWindow::~OnboardingSceneWindow() = default;
+
+QVariantMap OnboardingSceneWindow::makeState(QObject *owner)
+{
+    auto *state = new OnboardingState(settings_, notifier_, owner);
+    connect(state, &OnboardingState::finished, this, &SceneWindow::close);
+    return {{u"onboarding"_s, QVariant::fromValue(state)}};
+}
+
+void OnboardingSceneWindow::setSizes(QQuickView &view) const
+{
+    constexpr QSize size(400, 300);
+    view.setMinimumSize(size);
+    view.setMaximumSize(size);
+    view.resize(size);
+}
+
+} // namespace kelvo

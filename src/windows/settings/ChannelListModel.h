@@ -1,0 +1,38 @@
+#pragma once
+
+#include "settings/SettingsStore.h"
+
+#include <QAbstractListModel>
+#include <QQmlEngine>
+
+namespace kelvo {
+
+/// The rows of the channel list: every channel, in the order in which they are declared.
+class ChannelListModel : public QAbstractListModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The settings window's state has one")
+
+public:
+    enum Role {
+        channelRole = Qt::UserRole, ///< "channel": its raw value
+        titleRole,                  ///< "title"
+        stateRole,                  ///< "stateText": the short text beside it, may be empty
+        isArmedRole,                ///< "isArmed"
+        isSelectableRole,           ///< "isSelectable": choosing it does something
+    };
+    Q_ENUM(Role)
+
+    /// Follows the store, which must outlive this.
+    explicit ChannelListModel(const SettingsStore &settings);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+private:
+    const SettingsStore &settings_;
+};
+
+} // namespace kelvo

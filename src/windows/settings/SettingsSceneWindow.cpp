@@ -1,0 +1,48 @@
+#include "windows/settings/SettingsSceneWindow.h"
+
+#include <QQuickItem>
+#include <QScreen>
+
+#include <cmath>
+
+namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int width = 400;
+constexpr int leastHeight = 560;
+/// What the desktop draws around a window, about: it is not known before the window is shown.
+constexpr int titleBarHeight = 40;
+
+} // namespace
+
+SettingsSceneWindow::SettingsSceneWindow(SettingsStore &settings, NotifierStore &notifier, ViewEngine &engine,
+                                         const Appearance &appearance)
+    : SceneWindow(engine, appearance, u"Kelvo Settings"_s,
+                  QUrl(u"qrc:/qt/qml/Kelvo/windows/settings/SettingsView.qml"_s))
+    , settings_(settings)
+    , notifier_(notifier)
+{
+}
+
+SettingsSceneWindow::~SettingsSceneWindow() = default;
+
+QVariantMap SettingsSceneWindow::makeState(QObject *owner)
+{
+    auto *state = new SettingsState(settings_, notifier_, owner);
+    connect(state, &SettingsState::onboardingRequested, this, &SettingsSceneWindow::onboardingRequested);
+    return {{u"settings"_s, QVariant::fromValue(state)}};
+}
+
+void SettingsSceneWindow::setSizes(QQuickView &view) const
+{
+    const int contentHeight = static_cast<int>(std::ceil(view.rootObject()->implicitHeight()));
+    const int room = view.screen()->availableGeometry().height() - titleBarHeight;
+    view.setMinimumSize({width, std::min(leastHeight, room)});
+    view.setMaximumSize({width, contentHeight});
+    view.resize(width, std::min(contentHeight, room));
+}
+
+} // namespace kelvo

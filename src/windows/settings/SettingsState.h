@@ -1,0 +1,78 @@
+#pragma once
+
+#include "alerts/NotifierStore.h"
+#include "settings/SettingsStore.h"
+#include "windows/channel/ChannelSheetState.h"
+#include "windows/settings/ChannelListModel.h"
+#include "windows/settings/ServiceListModel.h"
+
+#include <QObject>
+#include <QQmlEngine>
+
+#include <memory>
+
+namespace kelvo {
+
+/// What the settings window shows and does, for its views. Everything is written through to the store at once, and a
+/// change made anywhere else shows at once.
+class SettingsState : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the program, of its stores")
+
+    Q_PROPERTY(kelvo::ServiceListModel *services READ services CONSTANT FINAL)
+    Q_PROPERTY(kelvo::ChannelListModel *channels READ channels CONSTANT FINAL)
+    Q_PROPERTY(int checkInterval READ checkInterval WRITE setCheckInterval NOTIFY changed FINAL)
+    Q_PROPERTY(bool watchOnThisMac READ watchOnThisMac WRITE setWatchOnThisMac NOTIFY changed FINAL)
+    Q_PROPERTY(bool outageAlertsEnabled READ outageAlertsEnabled WRITE setOutageAlertsEnabled NOTIFY changed FINAL)
+    Q_PROPERTY(bool launchAtLogin READ launchAtLogin WRITE setLaunchAtLogin NOTIFY changed FINAL)
+    Q_PROPERTY(kelvo::ChannelSheetState *channelSheet READ channelSheet NOTIFY channelSheetChanged FINAL)
+
+public:
+    /// The stores must outlive this.
+    SettingsState(SettingsStore &settings, NotifierStore &notifier, QObject *parent = nullptr);
+    ~SettingsState() override;
+
+    ServiceListModel *services() { return &services_; }
+    ChannelListModel *channels() { return &channels_; }
+    /// The position of the interval among all.
+    int checkInterval() const { return static_cast<int>(settings_.checkInterval()); }
+    bool watchOnThisMac() const { return settings_.watchOnThisMac(); }
+    bool outageAlertsEnabled() const { return settings_.outageAlertsEnabled(); }
+    bool launchAtLogin() const { return settings_.launchAtLogin(); }
+    /// What the sheet over the window shows; null when there is none.
+    ChannelSheetState *channelSheet() const { return channelSheet_.get(); }
+
+    void setCheckInterval(int position);
+    void setWatchOnThisMac(bool value) { settings_.setWatchOnThisMac(value); }
+    void setOutageAlertsEnabled(bool value) { settings_.setOutageAlertsEnabled(value); }
+    void setLaunchAtLogin(bool value) { settings_.setLaunchAtLogin(value); }
+
+    /// Watches the service, or no longer, by its raw value. The last watched one stays.
+    Q_INVOKABLE void toggle(const QString &service);
+    /// Puts the service, by its raw value, at that position of the order; beyond the end is last.
+    Q_INVOKABLE void move(const QString &service, int to);
+    /// What choosing a channel, by its raw value, does: this computer is armed, the others that deliver have a sheet.
+    Q_INVOKABLE void tapChannel(const QString &channel);
+    Q_INVOKABLE void dismissSheet() { present(nullptr); }
+    Q_INVOKABLE void showOnboarding() { Q_EMIT onboardingRequested(); }
+
+Q_SIGNALS:
+    void changed();
+    void channelSheetChanged();
+    /// The user wants to see the first-run window again.
+    void onboardingRequested();
+
+private:
+    void refresh();
+    void present(std::unique_ptr<ChannelSheetState> sheet);
+
+    SettingsStore &settings_;
+    NotifierStore &notifier_;
+    ServiceListModel services_;
+    ChannelListModel channels_;
+    std::unique_ptr<ChannelSheetState> channelSheet_;
+};
+
+} // namespace kelvo

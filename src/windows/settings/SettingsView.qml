@@ -1,0 +1,80 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kelvo
+
+/// The settings window's view: the content, which scrolls where the window is lower, and the sheet of a channel over it.
+FocusScope {
+    id: root
+
+    required property SettingsState settings
+
+    Accessible.name: "Kelvo Settings"
+    Accessible.role: Accessible.Pane
+    LayoutMirroring.childrenInherit: true
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
+    focus: true
+    implicitHeight: Math.max(560, content.implicitHeight)
+    implicitWidth: 400
+
+    Keys.onEscapePressed: event => {
+        event.accepted = content.services.isDragging;
+        content.services.cancel();
+    }
+
+    ScrollArea {
+        id: area
+
+        anchors.fill: parent
+        contentHeight: content.implicitHeight
+        contentWidth: width
+        focus: true
+        objectName: "scrollArea"
+
+        SettingsContent {
+            id: content
+
+            objectName: "content"
+            settings: root.settings
+            width: area.width
+        }
+    }
+    Timer {
+        id: edgeScroll
+
+        readonly property real reach: 30
+        readonly property real speed: {
+            const y = content.services.pointerInWindow.y;
+            const beyondTop = Math.min(y - reach, 0);
+            const beyondBottom = Math.max(y - (area.height - reach), 0);
+            return Math.max(-reach, Math.min(beyondTop + beyondBottom, reach)) / 3;
+        }
+
+        interval: 16
+        repeat: true
+        running: content.services.isDragging && speed !== 0
+
+        onTriggered: {
+            area.scrollBy(speed);
+            content.services.followScrolling();
+        }
+    }
+    Loader {
+        id: sheetPlace
+    }
+    Connections {
+        function onChannelSheetChanged() {
+            const sheet = root.settings.channelSheet;
+            if (sheet) {
+                sheetPlace.setSource("../channel/SheetPopup.qml", {
+                    "settings": root.settings,
+                    "sheet": sheet
+                });
+            } else {
+                sheetPlace.source = "";
+            }
+        }
+
+        target: root.settings
+    }
+}
