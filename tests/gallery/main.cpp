@@ -98,7 +98,7 @@ void Gallery::takeSettings()
     ViewScene scene(settingsLookServices);
     bringAboutSettingsLook(scene.stores.settings);
     SettingsState state(scene.stores.settings, scene.stores.notifier);
-    takeFramed(scene, u"SettingsView.qml"_s, u"Kelvo Settings"_s, u"settings"_s, state, u"settings"_s);
+    takeFramed(scene, u"settings/SettingsView.qml"_s, u"Kelvo Settings"_s, u"settings"_s, state, u"settings"_s);
 }
 
 void Gallery::takeSheet(RemoteChannel channel, bool configured, const QString &name)
@@ -108,7 +108,7 @@ void Gallery::takeSheet(RemoteChannel channel, bool configured, const QString &n
         scene.stores.settings.setSlackWebhookURL(u"https://hooks.slack.com/services/T0/B0/x"_s);
     }
     ChannelSheetState state(channel, scene.stores.settings, scene.stores.notifier);
-    takeFramed(scene, u"ChannelSheet.qml"_s, {}, u"sheet"_s, state, name);
+    takeFramed(scene, u"channel/ChannelSheet.qml"_s, {}, u"sheet"_s, state, name);
 }
 
 void Gallery::takeOnboarding(OnboardingState::Page page, const QString &name)
@@ -124,7 +124,7 @@ void Gallery::takeOnboarding(OnboardingState::Page page, const QString &name)
     if (page >= OnboardingState::Complete) {
         state.skipPermission();
     }
-    takeFramed(scene, u"OnboardingWindow.qml"_s, u"Welcome to Kelvo"_s, u"onboarding"_s, state, name);
+    takeFramed(scene, u"onboarding/OnboardingWindow.qml"_s, u"Welcome to Kelvo"_s, u"onboarding"_s, state, name);
 }
 
 void Gallery::takeFramed(ViewScene &scene, const QString &file, const QString &title, const QString &stateName,

@@ -15,7 +15,7 @@ namespace {
 struct Scene : ViewScene
 {
     ~Scene() { view.setSource({}); }
-    void open() { show(u"SettingsView.qml"_s, {{u"settings"_s, QVariant::fromValue(&state)}}, {400, 560}); }
+    void open() { show(u"settings/SettingsView.qml"_s, {{u"settings"_s, QVariant::fromValue(&state)}}, {400, 560}); }
     void open(RemoteChannel channel)
     {
         open();
@@ -40,7 +40,7 @@ struct BareSheet : ViewScene
     {
     }
     ~BareSheet() { view.setSource({}); }
-    void open() { show(u"ChannelSheet.qml"_s, {{u"sheet"_s, QVariant::fromValue(&state)}}); }
+    void open() { show(u"channel/ChannelSheet.qml"_s, {{u"sheet"_s, QVariant::fromValue(&state)}}); }
 
     ChannelSheetState state;
 };

@@ -18,7 +18,7 @@ struct Scene : ViewScene
     void open()
     {
         state = std::make_unique<OnboardingState>(stores.settings, stores.notifier);
-        show(u"OnboardingWindow.qml"_s, {{u"onboarding"_s, QVariant::fromValue(state.get())}});
+        show(u"onboarding/OnboardingWindow.qml"_s, {{u"onboarding"_s, QVariant::fromValue(state.get())}});
     }
     /// With the buttons that a user presses.
     void turnTo(OnboardingState::Page page)
