@@ -38,4 +38,4 @@ void WithoutBusTest::theProgramWatchesAndTellsSlackAllTheSame()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::WithoutBusTest)
-#include "WithoutBusTest.moc"
+#include "tst_withoutbus.moc"

@@ -60,4 +60,4 @@ void WithoutCompositorTest::thePopoverIsAFramedRectangle()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::WithoutCompositorTest)
-#include "WithoutCompositorTest.moc"
+#include "tst_withoutcompositor.moc"

@@ -66,4 +66,4 @@ void LinuxPlatformTest::sharesOneConnectionToEachBus()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::LinuxPlatformTest)
-#include "LinuxPlatformTest.moc"
+#include "tst_linuxplatform.moc"

@@ -162,4 +162,4 @@ int main(int argc, char **argv)
     kelvo::TerminationSignalsTest test;
     return QTest::qExec(&test, argc, argv);
 }
-#include "TerminationSignalsTest.moc"
+#include "tst_terminationsignals.moc"

@@ -110,4 +110,4 @@ void BusConnectionTest::followsTheOwnerOfANameAcrossARestartOfTheBus()
 } // namespace kelvo
 
 QTEST_GUILESS_MAIN(kelvo::BusConnectionTest)
-#include "BusConnectionTest.moc"
+#include "tst_busconnection.moc"

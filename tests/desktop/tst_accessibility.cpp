@@ -90,4 +90,4 @@ void AccessibilityTest::aClosedPopoverIsNotTold()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::AccessibilityTest)
-#include "AccessibilityTest.moc"
+#include "tst_accessibility.moc"

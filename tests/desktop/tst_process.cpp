@@ -126,4 +126,4 @@ void ProcessTest::anUnreachableInternetIsSurvivedInSilence()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::ProcessTest)
-#include "ProcessTest.moc"
+#include "tst_process.moc"

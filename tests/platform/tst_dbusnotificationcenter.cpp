@@ -389,4 +389,4 @@ void DBusNotificationCenterTest::asksTheUserNothing()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::DBusNotificationCenterTest)
-#include "DBusNotificationCenterTest.moc"
+#include "tst_dbusnotificationcenter.moc"

@@ -161,4 +161,4 @@ void DBusSingleInstanceTest::takesTheNameAgainOnARestartedBus()
 } // namespace kelvo
 
 QTEST_GUILESS_MAIN(kelvo::DBusSingleInstanceTest)
-#include "DBusSingleInstanceTest.moc"
+#include "tst_dbussingleinstance.moc"

@@ -277,4 +277,4 @@ private Q_SLOTS:
 } // namespace kelvo
 
 QTEST_GUILESS_MAIN(kelvo::TimerfdClockTest)
-#include "TimerfdClockTest.moc"
+#include "tst_timerfdclock.moc"

@@ -48,4 +48,4 @@ void WithoutTrayTest::startingTheProgramAgainReachesEverything()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::WithoutTrayTest)
-#include "WithoutTrayTest.moc"
+#include "tst_withouttray.moc"

@@ -226,4 +226,4 @@ void PopoverTest::theTraysMenuDoesWhatItSays()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::PopoverTest)
-#include "PopoverTest.moc"
+#include "tst_popover.moc"

@@ -94,4 +94,4 @@ void FirstStartTest::whoeverClosesTheWindowIsAskedAgain()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::FirstStartTest)
-#include "FirstStartTest.moc"
+#include "tst_firststart.moc"

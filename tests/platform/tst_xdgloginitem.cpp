@@ -369,4 +369,4 @@ int main(int argc, char **argv)
     kelvo::XdgLoginItemTest test;
     return QTest::qExec(&test, argc, argv);
 }
-#include "XdgLoginItemTest.moc"
+#include "tst_xdgloginitem.moc"

@@ -282,4 +282,4 @@ void DesktopAppearanceTest::readsTheThemeOfXfce()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::DesktopAppearanceTest)
-#include "DesktopAppearanceTest.moc"
+#include "tst_desktopappearance.moc"

@@ -149,4 +149,4 @@ void LogindSleepWakeTest::wakesWhenTheBusGoesAwayAsleepAndListensToTheNextOne()
 } // namespace kelvo
 
 QTEST_GUILESS_MAIN(kelvo::LogindSleepWakeTest)
-#include "LogindSleepWakeTest.moc"
+#include "tst_logindsleepwake.moc"

@@ -176,4 +176,4 @@ void AlertStoryTest::asleepNothingIsCheckedAndWakingChecksAtOnce()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::AlertStoryTest)
-#include "AlertStoryTest.moc"
+#include "tst_alertstory.moc"

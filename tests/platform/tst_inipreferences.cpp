@@ -701,4 +701,4 @@ private Q_SLOTS:
 } // namespace kelvo
 
 QTEST_GUILESS_MAIN(kelvo::IniPreferencesTest)
-#include "IniPreferencesTest.moc"
+#include "tst_inipreferences.moc"

@@ -321,4 +321,4 @@ void TrayStatusItemTest::prefersTheTrayOnTheBusToOneOfX11()
 } // namespace kelvo
 
 QTEST_GUILESS_MAIN(kelvo::TrayStatusItemTest)
-#include "TrayStatusItemTest.moc"
+#include "tst_traystatusitem.moc"

@@ -128,4 +128,4 @@ void PanelTest::aRingWithNothingToSayIsHollowAndDim()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::PanelTest)
-#include "PanelTest.moc"
+#include "tst_panel.moc"

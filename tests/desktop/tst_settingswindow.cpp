@@ -159,4 +159,4 @@ void SettingsWindowTest::slackIsSetUpTestedArmedAndTold()
 } // namespace kelvo
 
 QTEST_MAIN(kelvo::SettingsWindowTest)
-#include "SettingsWindowTest.moc"
+#include "tst_settingswindow.moc"
