@@ -91,6 +91,8 @@ QNetworkRequest HttpSession::request(const QUrl &url) const
     request.setMaximumRedirectsAllowed(maximumRedirects);
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
     request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     // Below the cap a body may be compressed as well as it likes; beyond it the transfer is over anyway.
     request.setDecompressedSafetyCheckThreshold(limits_.maximumBodySize);
     if (!userAgent_.isEmpty()) {

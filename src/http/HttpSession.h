@@ -15,9 +15,9 @@ namespace kelvo {
 
 enum class HttpBody;
 
-/// An HTTP client that leaves nothing on disk and caches nothing. It follows redirects, but never from https to http,
-/// and only ever requests http and https addresses. The system's proxies are the application's business
-/// (QNetworkProxyFactory::setUseSystemConfiguration).
+/// An HTTP client that leaves nothing on disk, caches nothing, and neither keeps nor sends cookies. It follows redirects,
+/// but never from https to http, and only ever requests http and https addresses. The system's proxies are the
+/// application's business (QNetworkProxyFactory::setUseSystemConfiguration).
 class HttpSession : public QObject
 {
     Q_OBJECT

@@ -114,7 +114,7 @@ private Q_SLOTS:
     void anEmptyUserAgentLeavesTheNetworkLayersOwn();
     void aGetCarriesNoBodyAndNoConditions();
     void everyRequestGoesToTheNetwork();
-    void cookiesLiveAndDieWithTheSession();
+    void cookiesAreNeitherKeptNorSent();
     void nothingIsLeftOnDisk();
     void aPostCarriesItsJson();
     void aPostWithoutJsonHasNoBody();
@@ -550,16 +550,21 @@ void HttpSessionTest::everyRequestGoesToTheNetwork()
     QVERIFY(!internet_->requests().constLast().hasHeader("If-None-Match"_ba));
 }
 
-void HttpSessionTest::cookiesLiveAndDieWithTheSession()
+void HttpSessionTest::cookiesAreNeitherKeptNorSent()
 {
-    internet_->respond(host, {},
-                       SimulatedResponse::ofStatus(200).with("Set-Cookie"_ba, "a=b; Max-Age=86400; Path=/"_ba));
+    const auto cookie = "a=b; Max-Age=86400; Path=/"_ba;
+    internet_->respond(host, "/old"_ba, SimulatedResponse::redirect("/"_ba).with("Set-Cookie"_ba, cookie));
+    internet_->respond(host, "/"_ba, SimulatedResponse::ofStatus(200).with("Set-Cookie"_ba, cookie));
     const auto session = makeSession();
-    fetch(*session, page());
-    fetch(*session, page());
-    QCOMPARE(internet_->requests().constLast().header("Cookie"_ba), "a=b"_ba);
-    fetch();
-    QVERIFY(!internet_->requests().constLast().hasHeader("Cookie"_ba));
+    for (const auto &path : {u"/old"_s, u"/"_s, u"/old"_s}) {
+        QCOMPARE(fetch(*session, page(path)).status, 200);
+    }
+    QCOMPARE(fetch(*session, page(u"/old"_s)).status, 200);
+    const auto post = session->postJson(page(), "{}"_ba);
+    QVERIFY(settles(post));
+    for (const SimulatedRequest &request : internet_->requests()) {
+        QVERIFY(!request.hasHeader("Cookie"_ba));
+    }
 }
 
 void HttpSessionTest::nothingIsLeftOnDisk()
