@@ -69,7 +69,7 @@ HttpTransfer::HttpTransfer(QNetworkReply *reply, HttpBody body, const HttpLimits
     connect(reply_, &QNetworkReply::finished, this, &HttpTransfer::finish, Qt::QueuedConnection);
 
     deadline_.setSingleShot(true);
-    connect(&deadline_, &QTimer::timeout, reply_, &QNetworkReply::abort);
+    connect(&deadline_, &QTimer::timeout, this, &HttpTransfer::fail);
     deadline_.start(limits.totalDeadline);
 }
 
@@ -86,7 +86,8 @@ void HttpTransfer::readBody()
         }
         bodySize_ += size;
         if (bodySize_ > maximumBodySize_) {
-            reply_->abort();
+            reply_->disconnect(this);
+            QMetaObject::invokeMethod(this, &HttpTransfer::fail, Qt::QueuedConnection);
             return;
         }
         if (body_ == HttpBody::Keep) {
@@ -97,11 +98,27 @@ void HttpTransfer::readBody()
 
 void HttpTransfer::finish()
 {
-    deadline_.stop();
     HttpResponse response{.status = answeredStatus(*reply_), .body = {}};
     if (response.status) {
         response.body = std::move(kept_);
     }
+    settle(std::move(response));
+}
+
+void HttpTransfer::fail()
+{
+    settle({});
+}
+
+/// The reply's own end is not waited for: it goes with this, and is aborted by that.
+void HttpTransfer::settle(HttpResponse response)
+{
+    if (isSettled_) {
+        return;
+    }
+    isSettled_ = true;
+    reply_->disconnect(this);
+    deadline_.stop();
     deleteLater();
     Q_EMIT ended();
 

@@ -13,8 +13,9 @@ namespace kelvo {
 /// What becomes of an answer's body. Discarded or not, it must arrive whole and within the limits.
 enum class HttpBody { Keep, Discard };
 
-/// One request under way: counts and keeps (or drops) the body, holds the total deadline, and settles the future once.
-/// Destroyed before it ended, it aborts the request and cancels the future.
+/// One request under way: counts and keeps (or drops) the body, holds the total deadline, and settles the future once,
+/// whether or not the network layer ever ends the reply. Destroyed before it ended, it aborts the request and cancels the
+/// future.
 class HttpTransfer : public QObject
 {
     Q_OBJECT
@@ -32,6 +33,8 @@ Q_SIGNALS:
 private:
     void readBody();
     void finish();
+    void fail();
+    void settle(HttpResponse response);
 
     QNetworkReply *reply_;
     HttpBody body_;
@@ -39,6 +42,7 @@ private:
     qint64 bodySize_ = 0;
     QByteArray kept_;
     QTimer deadline_;
+    bool isSettled_ = false;
     QPromise<HttpResponse> promise_;
 };
 

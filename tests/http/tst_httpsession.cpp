@@ -6,6 +6,7 @@
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFutureWatcher>
+#include <QNetworkReply>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -26,6 +27,54 @@ QUrl page(const QString &path = u"/"_s)
 {
     return QUrl(u"https://"_s + host + path);
 }
+
+/// A reply that gives a body and then neither ends nor minds being aborted.
+class StubbornReply : public QNetworkReply
+{
+public:
+    StubbornReply(const QByteArray &body, QObject *parent)
+        : QNetworkReply(parent)
+        , body_(body)
+    {
+        open(QIODevice::ReadOnly);
+        if (!body.isEmpty()) {
+            QMetaObject::invokeMethod(this, &QNetworkReply::readyRead, Qt::QueuedConnection);
+        }
+    }
+
+    void abort() override { }
+    qint64 bytesAvailable() const override { return body_.size() + QNetworkReply::bytesAvailable(); }
+
+protected:
+    qint64 readData(char *data, qint64 maximumSize) override
+    {
+        const auto size = std::min<qint64>(maximumSize, body_.size());
+        std::copy_n(body_.constData(), size, data);
+        body_.remove(0, size);
+        return size;
+    }
+
+private:
+    QByteArray body_;
+};
+
+class StubbornNetwork : public QNetworkAccessManager
+{
+public:
+    explicit StubbornNetwork(QByteArray body = {})
+        : body_(std::move(body))
+    {
+    }
+
+protected:
+    QNetworkReply *createRequest(Operation, const QNetworkRequest &, QIODevice *) override
+    {
+        return new StubbornReply(body_, this);
+    }
+
+private:
+    QByteArray body_;
+};
 
 /// Turns events until the future is settled.
 bool settles(const QFuture<HttpResponse> &future)
@@ -101,6 +150,8 @@ private Q_SLOTS:
     void aDrippingBodyOutlivesTheIdleTimeoutAndEndsAtTheDeadline();
     void aSlowWholeAnswerWithinTheDeadlineIsKept();
     void theDeadlineSpansRedirects();
+    void theDeadlineHoldsForAReplyThatNeverFinishes();
+    void theCapHoldsForAReplyThatNeverFinishes();
 
     void anEndlessBodyEndsAtTheCap_data();
     void anEndlessBodyEndsAtTheCap();
@@ -446,6 +497,19 @@ void HttpSessionTest::theDeadlineSpansRedirects()
     QVERIFY(std::chrono::milliseconds(timer.elapsed()) < 10s);
     QVERIFY(internet_->requests().size() > 1);
     QVERIFY(internet_->requests().size() < 20);
+}
+
+void HttpSessionTest::theDeadlineHoldsForAReplyThatNeverFinishes()
+{
+    HttpSession session(std::make_unique<StubbornNetwork>(), {.idleTimeout = 50ms, .totalDeadline = 200ms});
+    QCOMPARE(fetch(session, page()).status, std::nullopt);
+}
+
+void HttpSessionTest::theCapHoldsForAReplyThatNeverFinishes()
+{
+    HttpSession session(std::make_unique<StubbornNetwork>(QByteArray(2000, ' ')),
+                        {.idleTimeout = 20s, .totalDeadline = 20s, .maximumBodySize = 1000});
+    QCOMPARE(fetch(session, page()).status, std::nullopt);
 }
 
 void HttpSessionTest::anEndlessBodyEndsAtTheCap_data()
