@@ -8,7 +8,12 @@
 #include <QPromise>
 #include <QTimer>
 
+#include <memory>
+#include <optional>
+
 namespace kelvo {
+
+class HttpRound;
 
 /// What becomes of an answer's body. Discarded or not, it must arrive whole and within the limits.
 enum class HttpBody { Keep, Discard };
@@ -21,22 +26,22 @@ class HttpTransfer : public QObject
     Q_OBJECT
 
 public:
-    HttpTransfer(QNetworkReply *reply, HttpBody body, const HttpLimits &limits, QObject *parent);
+    /// Sends `request` as a GET, or as a POST of `post`.
+    HttpTransfer(std::shared_ptr<HttpRound> round, const QNetworkRequest &request, HttpBody body,
+                 const std::optional<QByteArray> &post, const HttpLimits &limits, QObject *parent);
     ~HttpTransfer() override;
 
     QFuture<HttpResponse> future() { return promise_.future(); }
-
-Q_SIGNALS:
-    /// The request is over and its connection is free; the future is settled right after.
-    void ended();
+    /// Settles the future as a failed transfer, unless it is settled.
+    void fail();
 
 private:
     void readBody();
     void finish();
-    void fail();
     void settle(HttpResponse response);
 
-    QNetworkReply *reply_;
+    std::shared_ptr<HttpRound> round_;
+    std::unique_ptr<QNetworkReply> reply_; // gone before the round is
     HttpBody body_;
     qint64 maximumBodySize_;
     qint64 bodySize_ = 0;
