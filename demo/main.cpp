@@ -58,8 +58,9 @@ Boundaries simulatedBoundaries(const SimulatedInternet &internet)
     boundaries.platform.clock = std::make_unique<AcceleratedClock>(std::move(boundaries.platform.clock), acceleration);
     boundaries.platform.loginItem = std::make_unique<NoLoginItem>();
     boundaries.platform.preferences = demoProfile();
-    boundaries.statusNetwork = std::make_unique<ReroutedNetwork>(internet);
-    boundaries.alertNetwork = std::make_unique<ReroutedNetwork>(internet);
+    const auto makeManager = [&internet] { return std::make_unique<ReroutedNetwork>(internet); };
+    boundaries.statusNetwork = {makeManager};
+    boundaries.alertNetwork = {makeManager};
     return boundaries;
 }
 

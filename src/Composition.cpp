@@ -15,8 +15,8 @@ Boundaries makeBoundaries()
     QNetworkProxyFactory::setUseSystemConfiguration(true);
     return {
         .platform = makePlatform(),
-        .statusNetwork = std::make_unique<QNetworkAccessManager>(),
-        .alertNetwork = std::make_unique<QNetworkAccessManager>(),
+        .statusNetwork = {},
+        .alertNetwork = {},
         .wallClock = std::chrono::system_clock::now,
     };
 }

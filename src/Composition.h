@@ -7,18 +7,14 @@
 #include "settings/SettingsStore.h"
 #include "sources/StatusProvider.h"
 
-#include <QNetworkAccessManager>
-
-#include <memory>
-
 namespace kelvo {
 
 /// Everything that the stores are made of and that lies outside this program: the system, the network, the time.
 struct Boundaries
 {
     Platform platform;
-    std::unique_ptr<QNetworkAccessManager> statusNetwork; ///< to the vendors
-    std::unique_ptr<QNetworkAccessManager> alertNetwork;  ///< to the user's own channels
+    HttpNetwork statusNetwork; ///< to the vendors
+    HttpNetwork alertNetwork;  ///< to the user's own channels
     WallClock wallClock;
 };
 

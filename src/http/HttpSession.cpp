@@ -1,7 +1,9 @@
 #include "http/HttpSession.h"
 
+#include "http/HttpRound.h"
 #include "http/HttpTransfer.h"
-#include "http/OneTimeBody.h"
+
+#include <QPointer>
 
 using namespace Qt::StringLiterals;
 
@@ -15,14 +17,9 @@ bool isWebAddress(const QUrl &url)
     return url.isValid() && !url.host().isEmpty() && (url.scheme() == "http"_L1 || url.scheme() == "https"_L1);
 }
 
-QFuture<HttpResponse> failedAtOnce()
-{
-    return QtFuture::makeReadyFuture(HttpResponse{});
-}
-
 } // namespace
 
-HttpSession::HttpSession(std::unique_ptr<QNetworkAccessManager> network, HttpLimits limits, QByteArray userAgent)
+HttpSession::HttpSession(HttpNetwork network, HttpLimits limits, QByteArray userAgent)
     : network_(std::move(network))
     , limits_(limits)
     , userAgent_(std::move(userAgent))
@@ -31,56 +28,66 @@ HttpSession::HttpSession(std::unique_ptr<QNetworkAccessManager> network, HttpLim
 
 HttpSession::~HttpSession()
 {
-    // Before the network that carries them.
+    // Now, not with the other children: their continuations may still ask for this.
     qDeleteAll(findChildren<HttpTransfer *>(Qt::FindDirectChildrenOnly));
 }
 
 QFuture<HttpResponse> HttpSession::get(const QUrl &url)
 {
-    return isWebAddress(url) ? follow(network_->get(request(url)), HttpBody::Keep) : failedAtOnce();
+    return send(request(url), HttpBody::Keep);
 }
 
 QFuture<HttpResponse> HttpSession::getDiscardingBody(const QUrl &url)
 {
-    return isWebAddress(url) ? follow(network_->get(request(url)), HttpBody::Discard) : failedAtOnce();
+    return send(request(url), HttpBody::Discard);
 }
 
 QFuture<HttpResponse> HttpSession::postJson(const QUrl &url, const QByteArray &json)
 {
-    if (!isWebAddress(url)) {
-        return failedAtOnce();
-    }
     QNetworkRequest post = request(url);
     post.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
-    auto *body = new OneTimeBody(json);
-    QNetworkReply *reply = network_->post(post, body);
-    body->setParent(reply);
-    QFuture<HttpResponse> response = follow(reply, HttpBody::Discard);
-    // Posts are far between, and one that finds a kept connection stale would be lost.
-    closeIdleConnections();
-    return response;
+    return send(post, HttpBody::Discard, json);
 }
 
-void HttpSession::closeIdleConnections()
+void HttpSession::abortAll()
 {
-    // The network layer can only close them all, and a request that is under way would then never end.
-    closesConnections_ = underWay_ > 0;
-    if (!closesConnections_) {
-        network_->clearConnectionCache();
+    round_.reset();
+    // A continuation may destroy any of the others, and the session.
+    QList<QPointer<HttpTransfer>> transfers;
+    for (auto *transfer : findChildren<HttpTransfer *>(Qt::FindDirectChildrenOnly)) {
+        transfers.append(transfer);
+    }
+    for (const auto &transfer : std::as_const(transfers)) {
+        if (transfer) {
+            transfer->fail();
+        }
     }
 }
 
-QFuture<HttpResponse> HttpSession::follow(QNetworkReply *reply, HttpBody body)
+QFuture<HttpResponse> HttpSession::send(const QNetworkRequest &request, HttpBody body,
+                                        const std::optional<QByteArray> &post)
 {
-    auto *transfer = new HttpTransfer(reply, body, limits_, this);
-    ++underWay_;
-    connect(transfer, &HttpTransfer::ended, this, [this] {
-        --underWay_;
-        if (closesConnections_) {
-            closeIdleConnections();
-        }
-    });
+    if (!isWebAddress(request.url())) {
+        return QtFuture::makeReadyFuture(HttpResponse{});
+    }
+    auto *transfer = new HttpTransfer(currentRound(), request, body, post, limits_, this);
     return transfer->future();
+}
+
+std::shared_ptr<HttpRound> HttpSession::currentRound()
+{
+    if (!round_) {
+        round_ = std::make_shared<HttpRound>(network_.makeManager());
+        QMetaObject::invokeMethod(
+            this,
+            [this, round = std::weak_ptr(round_)] {
+                if (round.lock() == round_) {
+                    round_.reset();
+                }
+            },
+            Qt::QueuedConnection);
+    }
+    return round_;
 }
 
 QNetworkRequest HttpSession::request(const QUrl &url) const
@@ -89,8 +96,12 @@ QNetworkRequest HttpSession::request(const QUrl &url) const
     request.setTransferTimeout(static_cast<int>(limits_.idleTimeout.count()));
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
     request.setMaximumRedirectsAllowed(maximumRedirects);
+    // Over HTTP/2 the network layer neither races IPv6 against IPv4 nor repeats a GET that met a closing connection.
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
     request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     // Below the cap a body may be compressed as well as it likes; beyond it the transfer is over anyway.
     request.setDecompressedSafetyCheckThreshold(limits_.maximumBodySize);
     if (!userAgent_.isEmpty()) {

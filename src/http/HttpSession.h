@@ -1,31 +1,36 @@
 #pragma once
 
 #include "http/HttpLimits.h"
+#include "http/HttpNetwork.h"
 #include "http/HttpResponse.h"
 
 #include <QByteArray>
 #include <QFuture>
-#include <QNetworkAccessManager>
+#include <QNetworkRequest>
 #include <QObject>
 #include <QUrl>
 
 #include <memory>
+#include <optional>
 
 namespace kelvo {
 
 enum class HttpBody;
+class HttpRound;
 
-/// An HTTP client that leaves nothing on disk and caches nothing. It follows redirects, but never from https to http,
-/// and only ever requests http and https addresses. The system's proxies are the application's business
-/// (QNetworkProxyFactory::setUseSystemConfiguration).
+/// An HTTP/1.1 client that leaves nothing on disk, caches nothing, and neither keeps nor sends cookies. It follows
+/// redirects, but never from https to http, and only ever requests http and https addresses. The system's proxies are the
+/// application's business (QNetworkProxyFactory::setUseSystemConfiguration).
+///
+/// Requests that begin in one turn of the event loop form a round. A connection serves the round that opened it and no
+/// other, and is closed when the last request of that round has ended. No thread, timer or connection is left then.
 class HttpSession : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `network` carries the requests; whoever tests or demonstrates passes one that leads elsewhere.
     /// An empty `userAgent` leaves the network layer's own.
-    HttpSession(std::unique_ptr<QNetworkAccessManager> network, HttpLimits limits, QByteArray userAgent = {});
+    HttpSession(HttpNetwork network, HttpLimits limits, QByteArray userAgent = {});
     ~HttpSession() override;
 
     /// Never fails: see HttpResponse. Destroying the session cancels what is under way; those futures are cancelled.
@@ -36,18 +41,19 @@ public:
     /// a connection that breaks before the answer is a failed transfer, and a 307 or 308 is one as well.
     QFuture<HttpResponse> postJson(const QUrl &url, const QByteArray &json);
 
-    /// Closes connections that are kept open for a next request, as soon as no request is under way.
-    void closeIdleConnections();
+    /// Ends every request that is under way as a failed transfer, at once. What begins afterwards is a round of its own.
+    void abortAll();
 
 private:
-    QFuture<HttpResponse> follow(QNetworkReply *reply, HttpBody body);
+    QFuture<HttpResponse> send(const QNetworkRequest &request, HttpBody body,
+                               const std::optional<QByteArray> &post = std::nullopt);
     QNetworkRequest request(const QUrl &url) const;
+    std::shared_ptr<HttpRound> currentRound();
 
-    std::unique_ptr<QNetworkAccessManager> network_;
+    HttpNetwork network_;
     HttpLimits limits_;
     QByteArray userAgent_;
-    int underWay_ = 0;
-    bool closesConnections_ = false;
+    std::shared_ptr<HttpRound> round_; ///< that requests of this turn of the event loop belong to
 };
 
 } // namespace kelvo

@@ -1,5 +1,8 @@
 #include "http/HttpTransfer.h"
 
+#include "http/HttpRound.h"
+#include "http/OneTimeBody.h"
+
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -54,22 +57,31 @@ std::optional<int> answeredStatus(const QNetworkReply &reply)
     return answered ? std::optional(status) : std::nullopt;
 }
 
+QNetworkReply *postOnce(QNetworkAccessManager &manager, const QNetworkRequest &request, const QByteArray &content)
+{
+    auto *body = new OneTimeBody(content);
+    QNetworkReply *reply = manager.post(request, body);
+    body->setParent(reply);
+    return reply;
+}
+
 } // namespace
 
-HttpTransfer::HttpTransfer(QNetworkReply *reply, HttpBody body, const HttpLimits &limits, QObject *parent)
+HttpTransfer::HttpTransfer(std::shared_ptr<HttpRound> round, const QNetworkRequest &request, HttpBody body,
+                           const std::optional<QByteArray> &post, const HttpLimits &limits, QObject *parent)
     : QObject(parent)
-    , reply_(reply)
+    , round_(std::move(round))
+    , reply_(post ? postOnce(round_->manager(), request, *post) : round_->manager().get(request))
     , body_(body)
     , maximumBodySize_(limits.maximumBodySize)
 {
-    reply_->setParent(this);
     promise_.start();
-    connect(reply_, &QNetworkReply::readyRead, this, &HttpTransfer::readBody);
+    connect(reply_.get(), &QNetworkReply::readyRead, this, &HttpTransfer::readBody);
     // Queued, because whoever waits for the future may destroy the session, which must not happen inside the reply.
-    connect(reply_, &QNetworkReply::finished, this, &HttpTransfer::finish, Qt::QueuedConnection);
+    connect(reply_.get(), &QNetworkReply::finished, this, &HttpTransfer::finish, Qt::QueuedConnection);
 
     deadline_.setSingleShot(true);
-    connect(&deadline_, &QTimer::timeout, reply_, &QNetworkReply::abort);
+    connect(&deadline_, &QTimer::timeout, this, &HttpTransfer::fail);
     deadline_.start(limits.totalDeadline);
 }
 
@@ -86,7 +98,8 @@ void HttpTransfer::readBody()
         }
         bodySize_ += size;
         if (bodySize_ > maximumBodySize_) {
-            reply_->abort();
+            reply_->disconnect(this);
+            QMetaObject::invokeMethod(this, &HttpTransfer::fail, Qt::QueuedConnection);
             return;
         }
         if (body_ == HttpBody::Keep) {
@@ -97,13 +110,28 @@ void HttpTransfer::readBody()
 
 void HttpTransfer::finish()
 {
-    deadline_.stop();
     HttpResponse response{.status = answeredStatus(*reply_), .body = {}};
     if (response.status) {
         response.body = std::move(kept_);
     }
+    settle(std::move(response));
+}
+
+void HttpTransfer::fail()
+{
+    settle({});
+}
+
+/// The reply's own end is not waited for: it goes with this, and is aborted by that.
+void HttpTransfer::settle(HttpResponse response)
+{
+    if (isSettled_) {
+        return;
+    }
+    isSettled_ = true;
+    reply_->disconnect(this);
+    deadline_.stop();
     deleteLater();
-    Q_EMIT ended();
 
     // The last step, on the stack: a continuation may destroy the session and this with it.
     QPromise<HttpResponse> promise = std::move(promise_);

@@ -8,37 +8,46 @@
 #include <QPromise>
 #include <QTimer>
 
+#include <memory>
+#include <optional>
+
 namespace kelvo {
+
+class HttpRound;
 
 /// What becomes of an answer's body. Discarded or not, it must arrive whole and within the limits.
 enum class HttpBody { Keep, Discard };
 
-/// One request under way: counts and keeps (or drops) the body, holds the total deadline, and settles the future once.
-/// Destroyed before it ended, it aborts the request and cancels the future.
+/// One request under way: counts and keeps (or drops) the body, holds the total deadline, and settles the future once,
+/// whether or not the network layer ever ends the reply. Destroyed before it ended, it aborts the request and cancels the
+/// future.
 class HttpTransfer : public QObject
 {
     Q_OBJECT
 
 public:
-    HttpTransfer(QNetworkReply *reply, HttpBody body, const HttpLimits &limits, QObject *parent);
+    /// Sends `request` as a GET, or as a POST of `post`.
+    HttpTransfer(std::shared_ptr<HttpRound> round, const QNetworkRequest &request, HttpBody body,
+                 const std::optional<QByteArray> &post, const HttpLimits &limits, QObject *parent);
     ~HttpTransfer() override;
 
     QFuture<HttpResponse> future() { return promise_.future(); }
-
-Q_SIGNALS:
-    /// The request is over and its connection is free; the future is settled right after.
-    void ended();
+    /// Settles the future as a failed transfer, unless it is settled.
+    void fail();
 
 private:
     void readBody();
     void finish();
+    void settle(HttpResponse response);
 
-    QNetworkReply *reply_;
+    std::shared_ptr<HttpRound> round_;
+    std::unique_ptr<QNetworkReply> reply_; // gone before the round is
     HttpBody body_;
     qint64 maximumBodySize_;
     qint64 bodySize_ = 0;
     QByteArray kept_;
     QTimer deadline_;
+    bool isSettled_ = false;
     QPromise<HttpResponse> promise_;
 };
 

@@ -56,7 +56,7 @@ public:
 struct World
 {
     explicit World(HttpLimits limits = NotifierStore::limits)
-        : session(std::make_unique<CountingNetwork>(internet, requestsBegun), limits)
+        : session(CountingNetwork::network(internet, requestsBegun), limits)
     {
     }
 
@@ -155,7 +155,7 @@ void NotifierStoreTest::beginsByReadingThePermission()
     MemoryPreferences defaults;
     FakeLoginItem loginItem;
     SettingsStore settings(defaults, loginItem);
-    HttpSession session(std::make_unique<QNetworkAccessManager>(), NotifierStore::limits);
+    HttpSession session({}, NotifierStore::limits);
     HesitantNotificationCenter center;
     NotifierStore notifier(settings, center, session);
     QCOMPARE(notifier.authorizationStatus(), AuthorizationStatus::notDetermined);
@@ -200,7 +200,7 @@ void NotifierStoreTest::storeThatGoesBeforeTheAnswerMissesIt()
     MemoryPreferences defaults;
     FakeLoginItem loginItem;
     SettingsStore settings(defaults, loginItem);
-    HttpSession session(std::make_unique<QNetworkAccessManager>(), NotifierStore::limits);
+    HttpSession session({}, NotifierStore::limits);
     HesitantNotificationCenter center;
     auto notifier = std::make_unique<NotifierStore>(settings, center, session);
     notifier->requestAuthorization();
@@ -218,7 +218,7 @@ void NotifierStoreTest::requestAsksThenReadsWhateverTheAnswer()
     MemoryPreferences defaults;
     FakeLoginItem loginItem;
     SettingsStore settings(defaults, loginItem);
-    HttpSession session(std::make_unique<QNetworkAccessManager>(), NotifierStore::limits);
+    HttpSession session({}, NotifierStore::limits);
     HesitantNotificationCenter center;
     NotifierStore notifier(settings, center, session);
     notifier.requestAuthorization();

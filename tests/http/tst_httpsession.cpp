@@ -6,6 +6,7 @@
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFutureWatcher>
+#include <QNetworkReply>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -27,6 +28,55 @@ QUrl page(const QString &path = u"/"_s)
     return QUrl(u"https://"_s + host + path);
 }
 
+/// A reply that gives a body and then neither ends nor minds being aborted.
+class StubbornReply : public QNetworkReply
+{
+public:
+    StubbornReply(const QByteArray &body, QObject *parent)
+        : QNetworkReply(parent)
+        , body_(body)
+    {
+        open(QIODevice::ReadOnly);
+        if (!body.isEmpty()) {
+            QMetaObject::invokeMethod(this, &QNetworkReply::readyRead, Qt::QueuedConnection);
+        }
+    }
+
+    void abort() override { }
+    qint64 bytesAvailable() const override { return body_.size() + QNetworkReply::bytesAvailable(); }
+
+protected:
+    qint64 readData(char *data, qint64 maximumSize) override
+    {
+        const auto size = std::min<qint64>(maximumSize, body_.size());
+        std::copy_n(body_.constData(), size, data);
+        body_.remove(0, size);
+        return size;
+    }
+
+private:
+    QByteArray body_;
+};
+
+class StubbornNetwork : public QNetworkAccessManager
+{
+public:
+    StubbornNetwork() = default;
+    explicit StubbornNetwork(QByteArray body)
+        : body_(std::move(body))
+    {
+    }
+
+protected:
+    QNetworkReply *createRequest(Operation, const QNetworkRequest &, QIODevice *) override
+    {
+        return new StubbornReply(body_, this);
+    }
+
+private:
+    QByteArray body_;
+};
+
 /// Turns events until the future is settled.
 bool settles(const QFuture<HttpResponse> &future)
 {
@@ -45,12 +95,16 @@ class HttpSessionTest : public QObject
 private:
     std::unique_ptr<HttpSession> makeSession(HttpLimits limits = roomy, QByteArray agent = userAgent)
     {
-        return std::make_unique<HttpSession>(std::make_unique<ReroutedNetwork>(*internet_), limits, std::move(agent));
+        const auto makeManager = [this] { return std::make_unique<ReroutedNetwork>(*internet_); };
+        return std::make_unique<HttpSession>(HttpNetwork{makeManager}, limits, std::move(agent));
+    }
+    HttpNetwork tlsNetwork(const QSslConfiguration &configuration)
+    {
+        return {[this, configuration] { return std::make_unique<ReroutedNetwork>(*internet_, configuration); }};
     }
     std::unique_ptr<HttpSession> makeTlsSession(HttpLimits limits = roomy)
     {
-        return std::make_unique<HttpSession>(
-            std::make_unique<ReroutedNetwork>(*internet_, authority_->clientConfiguration()), limits, userAgent);
+        return std::make_unique<HttpSession>(tlsNetwork(authority_->clientConfiguration()), limits, userAgent);
     }
     /// What a request comes to; a transfer that never ends reads as the status -1.
     HttpResponse fetch(HttpSession &session, const QUrl &url)
@@ -101,6 +155,8 @@ private Q_SLOTS:
     void aDrippingBodyOutlivesTheIdleTimeoutAndEndsAtTheDeadline();
     void aSlowWholeAnswerWithinTheDeadlineIsKept();
     void theDeadlineSpansRedirects();
+    void theDeadlineHoldsForAReplyThatNeverFinishes();
+    void theCapHoldsForAReplyThatNeverFinishes();
 
     void anEndlessBodyEndsAtTheCap_data();
     void anEndlessBodyEndsAtTheCap();
@@ -114,7 +170,7 @@ private Q_SLOTS:
     void anEmptyUserAgentLeavesTheNetworkLayersOwn();
     void aGetCarriesNoBodyAndNoConditions();
     void everyRequestGoesToTheNetwork();
-    void cookiesLiveAndDieWithTheSession();
+    void cookiesAreNeitherKeptNorSent();
     void nothingIsLeftOnDisk();
     void aPostCarriesItsJson();
     void aPostWithoutJsonHasNoBody();
@@ -130,8 +186,13 @@ private Q_SLOTS:
     void aHangingRequestDoesNotHoldUpOthers();
     void destroyingTheSessionCancelsWhatIsUnderWay();
     void theSessionMayBeDestroyedByAContinuation();
-    void idleConnectionsAreClosedOnRequest();
-    void closingIdleConnectionsLeavesARequestUnderWayAlone();
+    void connectionsAreClosedWhenTheLastRequestOfTheirRoundHasEnded();
+    void aRoundNeverTakesAConnectionOfAnEarlierOne();
+    void nothingRunsBetweenRounds();
+    void http2IsNotOffered();
+    void abortedRequestsFailAtOnce();
+    void whatBeginsAfterAbortTakesNewConnections();
+    void aContinuationMayDestroyTheSessionWhileItAborts();
 
     void tlsThroughAProxyReachesTheHost();
     void anUntrustedCertificateIsAFailure();
@@ -377,7 +438,7 @@ void HttpSessionTest::aRefusedConnectionIsAFailure()
     const QString address = u"http://127.0.0.1:%1/"_s.arg(closed.serverPort());
     closed.close();
 
-    HttpSession session(std::make_unique<QNetworkAccessManager>(), roomy);
+    HttpSession session({}, roomy);
     QCOMPARE(fetch(session, QUrl(address)).status, std::nullopt);
 
     // The attribute reads 302 here although nobody answered.
@@ -389,7 +450,7 @@ void HttpSessionTest::aRefusedConnectionIsAFailure()
 
 void HttpSessionTest::anUnknownHostIsAFailure()
 {
-    HttpSession session(std::make_unique<QNetworkAccessManager>(), {.idleTimeout = 5s});
+    HttpSession session({}, {.idleTimeout = 5s});
     QCOMPARE(fetch(session, QUrl(u"http://no-such-host.invalid/"_s)).status, std::nullopt);
 }
 
@@ -413,7 +474,7 @@ void HttpSessionTest::aHandshakeThatIsNotAnsweredEndsAtTheIdleTimeout()
 {
     QTcpServer mute;
     QVERIFY(mute.listen(QHostAddress::LocalHost));
-    HttpSession session(std::make_unique<QNetworkAccessManager>(), {.idleTimeout = 100ms, .totalDeadline = 60s});
+    HttpSession session({}, {.idleTimeout = 100ms, .totalDeadline = 60s});
     QCOMPARE(fetch(session, QUrl(u"https://127.0.0.1:%1/"_s.arg(mute.serverPort()))).status, std::nullopt);
     QVERIFY(mute.hasPendingConnections());
 }
@@ -446,6 +507,19 @@ void HttpSessionTest::theDeadlineSpansRedirects()
     QVERIFY(std::chrono::milliseconds(timer.elapsed()) < 10s);
     QVERIFY(internet_->requests().size() > 1);
     QVERIFY(internet_->requests().size() < 20);
+}
+
+void HttpSessionTest::theDeadlineHoldsForAReplyThatNeverFinishes()
+{
+    HttpSession session({std::make_unique<StubbornNetwork>}, {.idleTimeout = 50ms, .totalDeadline = 200ms});
+    QCOMPARE(fetch(session, page()).status, std::nullopt);
+}
+
+void HttpSessionTest::theCapHoldsForAReplyThatNeverFinishes()
+{
+    HttpSession session({[] { return std::make_unique<StubbornNetwork>(QByteArray(2000, ' ')); }},
+                        {.idleTimeout = 20s, .totalDeadline = 20s, .maximumBodySize = 1000});
+    QCOMPARE(fetch(session, page()).status, std::nullopt);
 }
 
 void HttpSessionTest::anEndlessBodyEndsAtTheCap_data()
@@ -550,16 +624,21 @@ void HttpSessionTest::everyRequestGoesToTheNetwork()
     QVERIFY(!internet_->requests().constLast().hasHeader("If-None-Match"_ba));
 }
 
-void HttpSessionTest::cookiesLiveAndDieWithTheSession()
+void HttpSessionTest::cookiesAreNeitherKeptNorSent()
 {
-    internet_->respond(host, {},
-                       SimulatedResponse::ofStatus(200).with("Set-Cookie"_ba, "a=b; Max-Age=86400; Path=/"_ba));
+    const auto cookie = "a=b; Max-Age=86400; Path=/"_ba;
+    internet_->respond(host, "/old"_ba, SimulatedResponse::redirect("/"_ba).with("Set-Cookie"_ba, cookie));
+    internet_->respond(host, "/"_ba, SimulatedResponse::ofStatus(200).with("Set-Cookie"_ba, cookie));
     const auto session = makeSession();
-    fetch(*session, page());
-    fetch(*session, page());
-    QCOMPARE(internet_->requests().constLast().header("Cookie"_ba), "a=b"_ba);
-    fetch();
-    QVERIFY(!internet_->requests().constLast().hasHeader("Cookie"_ba));
+    for (const auto &path : {u"/old"_s, u"/"_s, u"/old"_s}) {
+        QCOMPARE(fetch(*session, page(path)).status, 200);
+    }
+    QCOMPARE(fetch(*session, page(u"/old"_s)).status, 200);
+    const auto post = session->postJson(page(), "{}"_ba);
+    QVERIFY(settles(post));
+    for (const SimulatedRequest &request : internet_->requests()) {
+        QVERIFY(!request.hasHeader("Cookie"_ba));
+    }
 }
 
 void HttpSessionTest::nothingIsLeftOnDisk()
@@ -570,7 +649,7 @@ void HttpSessionTest::nothingIsLeftOnDisk()
                            .with("Cache-Control"_ba, "public, max-age=86400"_ba)
                            .with("Strict-Transport-Security"_ba, "max-age=86400"_ba));
     {
-        HttpSession session(std::make_unique<QNetworkAccessManager>(), roomy);
+        HttpSession session({}, roomy);
         QCOMPARE(fetch(session, QUrl(u"http://127.0.0.1:%1/"_s.arg(internet_->port()))).status, 200);
     }
     QDirIterator files(home_.path(), QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
@@ -750,29 +829,110 @@ void HttpSessionTest::theSessionMayBeDestroyedByAContinuation()
     QTRY_COMPARE(internet_->connectionsOpen(), 0);
 }
 
-void HttpSessionTest::idleConnectionsAreClosedOnRequest()
+void HttpSessionTest::connectionsAreClosedWhenTheLastRequestOfTheirRoundHasEnded()
 {
+    internet_->respond(host, "/slow"_ba, SimulatedResponse::json("{}"_ba).after(100ms));
     const auto session = makeSession();
+    const auto slow = session->get(page(u"/slow"_s));
     QCOMPARE(fetch(*session, page()).status, 200);
-    QCOMPARE(fetch(*session, page()).status, 200);
-    QCOMPARE(internet_->connectionsAccepted(), 1);
-    QCOMPARE(internet_->connectionsOpen(), 1);
-
-    session->closeIdleConnections();
-    QTRY_COMPARE(internet_->connectionsOpen(), 0);
-    QCOMPARE(fetch(*session, page()).status, 200);
-}
-
-void HttpSessionTest::closingIdleConnectionsLeavesARequestUnderWayAlone()
-{
-    internet_->respond(host, {}, SimulatedResponse::json("{}"_ba).after(200ms));
-    const auto session = makeSession();
-    const auto slow = session->get(page());
-    QTRY_COMPARE(internet_->requests().size(), 1);
-    session->closeIdleConnections();
     QVERIFY(settles(slow));
     QCOMPARE(slow.result().status, 200);
     QTRY_COMPARE(internet_->connectionsOpen(), 0);
+}
+
+void HttpSessionTest::aRoundNeverTakesAConnectionOfAnEarlierOne()
+{
+    internet_->respond(host, "/hanging"_ba, SimulatedResponse::silence());
+    const auto session = makeSession();
+    const auto hanging = session->get(page(u"/hanging"_s));
+    for (int round = 1; round <= 3; ++round) {
+        QCOMPARE(fetch(*session, page()).status, 200);
+        QCOMPARE(fetch(*session, page()).status, 200);
+    }
+    QVERIFY(!hanging.isFinished());
+    QCOMPARE(internet_->connectionsAccepted(), 7);
+    // The first of them began in the same turn as the one that hangs.
+    QTRY_COMPARE(internet_->connectionsOpen(), 2);
+}
+
+void HttpSessionTest::nothingRunsBetweenRounds()
+{
+    QDir threads(u"/proc/self/task"_s);
+    if (!threads.exists()) {
+        QSKIP("This system does not list a process's threads.");
+    }
+    const auto session = makeTlsSession();
+    const auto count = [&threads] {
+        threads.refresh();
+        return threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    };
+    const auto before = count();
+    QCOMPARE(fetch(*session, page()).status, 200);
+    QTRY_COMPARE(count(), before);
+}
+
+void HttpSessionTest::http2IsNotOffered()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    HttpSession session({}, roomy);
+    session.get(QUrl(u"https://127.0.0.1:%1/"_s.arg(server.serverPort())));
+    QTRY_VERIFY(server.hasPendingConnections());
+    auto *connection = server.nextPendingConnection();
+    QTRY_VERIFY(connection->bytesAvailable() > 100);
+    const QByteArray hello = connection->readAll();
+    QCOMPARE(hello.front(), '\x16');
+    QVERIFY(!hello.contains("\x02h2"));
+}
+
+void HttpSessionTest::abortedRequestsFailAtOnce()
+{
+    internet_->respond(host, {}, SimulatedResponse::silence());
+    internet_->respond(u"claude.ai"_s, {}, SimulatedResponse::stall(QByteArray(1000, ' ')));
+    const auto session = makeSession();
+    const QList futures{session->get(page()), session->getDiscardingBody(QUrl(u"https://claude.ai/login"_s)),
+                        session->postJson(page(), "{}"_ba)};
+    QTRY_COMPARE(internet_->requests().size(), 3);
+
+    session->abortAll();
+
+    for (const auto &future : futures) {
+        QVERIFY(future.isFinished());
+        QVERIFY(!future.isCanceled());
+        QCOMPARE(future.result().status, std::nullopt);
+        QCOMPARE(future.result().body, QByteArray());
+    }
+    QTRY_COMPARE(internet_->connectionsOpen(), 0);
+}
+
+void HttpSessionTest::whatBeginsAfterAbortTakesNewConnections()
+{
+    const auto session = makeSession();
+    const auto before = session->get(page());
+    session->abortAll();
+    // In the same turn of the event loop.
+    const auto after = session->get(page());
+    QVERIFY(before.isFinished());
+    QCOMPARE(before.result().status, std::nullopt);
+    QVERIFY(settles(after));
+    QCOMPARE(after.result().status, 200);
+    QTRY_COMPARE(internet_->connectionsOpen(), 0);
+}
+
+void HttpSessionTest::aContinuationMayDestroyTheSessionWhileItAborts()
+{
+    internet_->respond(host, {}, SimulatedResponse::silence());
+    auto session = makeSession();
+    bool continued = false;
+    const auto first = session->get(page()).then([&](const HttpResponse &) {
+        session.reset();
+        continued = true;
+    });
+    const auto second = session->get(page());
+    session->abortAll();
+    QVERIFY(continued);
+    QVERIFY(second.isFinished());
+    QVERIFY(second.isCanceled());
 }
 
 void HttpSessionTest::tlsThroughAProxyReachesTheHost()
@@ -788,8 +948,7 @@ void HttpSessionTest::tlsThroughAProxyReachesTheHost()
 
 void HttpSessionTest::anUntrustedCertificateIsAFailure()
 {
-    HttpSession session(std::make_unique<ReroutedNetwork>(*internet_, QSslConfiguration::defaultConfiguration()),
-                        roomy);
+    HttpSession session(tlsNetwork(QSslConfiguration::defaultConfiguration()), roomy);
     QCOMPARE(fetch(session, page()).status, std::nullopt);
     QCOMPARE(internet_->requests().size(), 0);
 }

@@ -28,7 +28,7 @@ class SystemProxyTest : public QObject
 private:
     std::optional<int> statusOf(const QUrl &url)
     {
-        HttpSession session(std::make_unique<QNetworkAccessManager>(), {.idleTimeout = 5s});
+        HttpSession session({}, {.idleTimeout = 5s});
         QFutureWatcher<HttpResponse> watcher;
         QSignalSpy finished(&watcher, &QFutureWatcher<HttpResponse>::finished);
         const auto future = session.get(url);

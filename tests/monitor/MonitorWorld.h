@@ -59,7 +59,7 @@ struct MonitorWorld
     FakeLoginItem loginItem;
     SettingsStore settings{preferences, loginItem};
     FakeNotificationCenter center;
-    HttpSession session{std::make_unique<QNetworkAccessManager>(), NotifierStore::limits};
+    HttpSession session{{}, NotifierStore::limits};
     NotifierStore notifier{settings, center, session};
     ManualClock clock;
     FakeSleepWake sleepWake;

@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QNetworkReply>
 #include <QSignalSpy>
 #include <QTcpSocket>
 #include <QTest>
@@ -57,8 +58,9 @@ private Q_SLOTS:
     void init()
     {
         internet_ = std::make_unique<SimulatedInternet>();
-        session_ = std::make_unique<HttpSession>(std::make_unique<ReroutedNetwork>(*internet_),
-                                                 HttpLimits{.idleTimeout = 5s});
+        session_ = std::make_unique<HttpSession>(
+            HttpNetwork{[this] { return std::make_unique<ReroutedNetwork>(*internet_); }},
+            HttpLimits{.idleTimeout = 5s});
     }
     void cleanup()
     {
@@ -172,14 +174,21 @@ private Q_SLOTS:
 
     void connectionsAreKeptOrClosedAsTold()
     {
-        fetch(u"https://claude.ai/login"_s);
-        fetch(u"https://claude.ai/login"_s);
+        // A session closes its connections by itself; this client does not.
+        ReroutedNetwork client(*internet_);
+        const auto fetch = [&client] {
+            const std::unique_ptr<QNetworkReply> reply(client.get(QNetworkRequest(QUrl(u"https://claude.ai/login"_s))));
+            QSignalSpy finished(reply.get(), &QNetworkReply::finished);
+            return finished.wait(10'000) && reply->error() == QNetworkReply::NoError;
+        };
+        QVERIFY(fetch());
+        QVERIFY(fetch());
         QCOMPARE(internet_->connectionsAccepted(), 1);
         internet_->closeIdleConnections();
         QTRY_COMPARE(internet_->connectionsOpen(), 0);
         internet_->setKeepsConnections(false);
-        QCOMPARE(fetch(u"https://claude.ai/login"_s).status, 200);
-        QCOMPARE(fetch(u"https://claude.ai/login"_s).status, 200);
+        QVERIFY(fetch());
+        QVERIFY(fetch());
         QCOMPARE(internet_->connectionsAccepted(), 3);
         QTRY_COMPARE(internet_->connectionsOpen(), 0);
     }

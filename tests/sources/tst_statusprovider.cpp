@@ -35,7 +35,7 @@ constexpr HttpLimits impatient{.idleTimeout = 100ms, .totalDeadline = 300ms, .ma
 struct World
 {
     explicit World(HttpLimits limits = StatusProvider::limits)
-        : session(std::make_unique<CountingNetwork>(internet, requestsBegun), limits, StatusProvider::userAgent)
+        : session(CountingNetwork::network(internet, requestsBegun), limits, StatusProvider::userAgent)
     {
     }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "http/HttpNetwork.h"
 #include "simulator/ReroutedNetwork.h"
 
 namespace kelvo {
@@ -9,6 +10,12 @@ namespace kelvo {
 class CountingNetwork : public ReroutedNetwork
 {
 public:
+    /// What a session needs that is to use such networks.
+    static HttpNetwork network(const SimulatedInternet &internet, int &begun)
+    {
+        return {[&] { return std::make_unique<CountingNetwork>(internet, begun); }};
+    }
+
     CountingNetwork(const SimulatedInternet &internet, int &begun)
         : ReroutedNetwork(internet)
         , begun_(begun)

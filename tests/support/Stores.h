@@ -45,7 +45,7 @@ struct Stores
     FakeNotificationCenter center;
     MemoryPreferences preferences;
     FakeLoginItem loginItem;
-    HttpSession session{std::make_unique<QNetworkAccessManager>(), NotifierStore::limits};
+    HttpSession session{{}, NotifierStore::limits};
     SettingsStore settings;
     NotifierStore notifier{settings, center, session};
     StatusStore store{settings, notifier, checks, clock, sleepWake, clock.wallClock()};
