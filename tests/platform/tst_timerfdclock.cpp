@@ -19,6 +19,7 @@ namespace {
 
 // The kernel's side, as the clock under test sees it.
 bool noDescriptorLeft = false;
+bool refusesToArm = false;
 int lastClockId = -1;
 int lastFlags = -1;
 
@@ -34,6 +35,15 @@ extern "C" int timerfd_create(int clockId, int flags) noexcept
         return -1;
     }
     return static_cast<int>(::syscall(SYS_timerfd_create, clockId, flags));
+}
+
+extern "C" int timerfd_settime(int descriptor, int flags, const itimerspec *time, itimerspec *former) noexcept
+{
+    if (refusesToArm) {
+        errno = EINVAL;
+        return -1;
+    }
+    return static_cast<int>(::syscall(SYS_timerfd_settime, descriptor, flags, time, former));
 }
 
 namespace kelvo {
@@ -259,6 +269,17 @@ private Q_SLOTS:
         QTRY_COMPARE(calls, 2);
         QCOMPARE(cancelled, 0);
         QCOMPARE(farCalls, 0);
+    }
+
+    void callsEvenWhenTheKernelRefusesToArmTheTimer()
+    {
+        const auto before = openDescriptors();
+        int calls = 0;
+        refusesToArm = true;
+        const TimerPtr timer = clock_.after(1ms, [&] { ++calls; });
+        refusesToArm = false;
+        QCOMPARE(openDescriptors(), before);
+        QTRY_COMPARE(calls, 1);
     }
 
     void waitingDoesNotWakeTheProcess()

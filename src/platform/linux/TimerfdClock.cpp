@@ -90,12 +90,14 @@ private:
 std::unique_ptr<ContinuousClock::Timer> TimerfdClock::after(milliseconds wait, std::function<void()> callback)
 {
     const int descriptor = ::timerfd_create(CLOCK_BOOTTIME, TFD_CLOEXEC | TFD_NONBLOCK);
-    if (descriptor < 0)
-        return std::make_unique<TimerCall>(wait, std::move(callback));
-
     const itimerspec time = oneShot(wait);
-    ::timerfd_settime(descriptor, 0, &time, nullptr);
-    return std::make_unique<TimerfdCall>(descriptor, std::move(callback));
+    if (descriptor >= 0 && ::timerfd_settime(descriptor, 0, &time, nullptr) == 0) {
+        return std::make_unique<TimerfdCall>(descriptor, std::move(callback));
+    }
+    if (descriptor >= 0) {
+        ::close(descriptor);
+    }
+    return std::make_unique<TimerCall>(wait, std::move(callback));
 }
 
 } // namespace kelvo

@@ -5,7 +5,7 @@
 namespace kelvo {
 
 /// The kernel's clock that counts through suspend. A pending call costs one file descriptor, and no wake-up before it
-/// is due. Where no descriptor is left, a call waits on an ordinary timer instead, which stands still during suspend.
+/// is due. Where the kernel refuses one, a call waits on an ordinary timer instead, which stands still during suspend.
 class TimerfdClock : public ContinuousClock
 {
 public:
