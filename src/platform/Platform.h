@@ -3,6 +3,7 @@
 #include "platform/Appearance.h"
 #include "platform/ContinuousClock.h"
 #include "platform/LoginItem.h"
+#include "platform/NetworkWatch.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Preferences.h"
 #include "platform/SleepWake.h"
@@ -19,6 +20,7 @@ struct Platform
 {
     std::unique_ptr<ContinuousClock> clock;
     std::unique_ptr<SleepWake> sleepWake;
+    std::unique_ptr<NetworkWatch> networkWatch;
     std::unique_ptr<NotificationCenter> notificationCenter;
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<Preferences> preferences;

@@ -38,7 +38,8 @@ void LinuxPlatformTest::isCompleteAndQuietWithoutAnyBus()
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", absent.address().toUtf8());
     QVERIFY(makeSingleInstance()->acquire());
     const auto platform = makePlatform();
-    QVERIFY(platform.clock && platform.sleepWake && platform.loginItem && platform.preferences);
+    QVERIFY(platform.clock && platform.sleepWake && platform.networkWatch && platform.loginItem
+            && platform.preferences);
     QVERIFY(platform.appearance && platform.statusItem);
     QVERIFY(platform.notificationCenter && !platform.notificationCenter->canServeThisProcess());
 }

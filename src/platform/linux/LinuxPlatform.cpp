@@ -5,6 +5,7 @@
 #include "platform/linux/DesktopAppearance.h"
 #include "platform/linux/IniPreferences.h"
 #include "platform/linux/LogindSleepWake.h"
+#include "platform/linux/RtnetlinkNetworkWatch.h"
 #include "platform/linux/TimerfdClock.h"
 #include "platform/linux/TrayStatusItem.h"
 #include "platform/linux/XdgLoginItem.h"
@@ -18,6 +19,7 @@ Platform makePlatform()
     return {
         .clock = std::make_unique<TimerfdClock>(),
         .sleepWake = std::make_unique<LogindSleepWake>(BusConnection::system()),
+        .networkWatch = std::make_unique<RtnetlinkNetworkWatch>(),
         .notificationCenter = std::make_unique<DBusNotificationCenter>(session),
         .loginItem = std::make_unique<XdgLoginItem>(),
         .preferences = std::make_unique<IniPreferences>(),

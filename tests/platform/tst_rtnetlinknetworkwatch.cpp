@@ -1,0 +1,245 @@
+#include "platform/linux/RtnetlinkNetworkWatch.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QNetworkInterface>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+#include <sched.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+namespace {
+
+/// What CTest takes for "skipped".
+constexpr int skipped = 77;
+
+/// Moves this process into an empty network of its own, as root of which it may set up interfaces and routes.
+bool enterOwnNetwork()
+{
+    if (::geteuid() == 0 && ::unshare(CLONE_NEWNET) == 0) {
+        return true;
+    }
+    const auto user = std::to_string(::geteuid());
+    if (::unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) {
+        return false;
+    }
+    std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+    return true;
+}
+
+/// Whether the kernel counts the interface as running, which it may notice late.
+bool runs(const QString &interface)
+{
+    return QNetworkInterface::interfaceFromName(interface).flags().testFlag(QNetworkInterface::IsRunning);
+}
+
+qsizetype openDescriptors()
+{
+    return QDir(u"/proc/self/fd"_s).entryList(QDir::Files | QDir::System).size();
+}
+
+} // namespace
+
+class RtnetlinkNetworkWatchTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void aNetworkThatComesUpIsTold();
+    void aDefaultRouteOfIPv6IsTold();
+    void anotherAddressIsTold();
+    void aLostNetworkIsNotToldButItsReturnIs();
+    void anotherRouterIsTold();
+    void aVirtualPrivateNetworkIsTold_data();
+    void aVirtualPrivateNetworkIsTold();
+    void aCableThatIsPluggedInAgainIsTold();
+    void anInterfaceWithoutADefaultRouteIsNotTold();
+    void whatStandsAlreadyIsNotTold();
+    void leavesNoDescriptorBehind();
+
+private:
+    /// Runs `ip` with these arguments, and delivers what the kernel said meanwhile.
+    static bool ip(const QString &arguments);
+    /// An interface NAME0 that runs as soon as it is up: the other end of its cable, NAME1, is up already.
+    static bool addInterface(const QString &name);
+    static bool bringUp();
+};
+
+bool RtnetlinkNetworkWatchTest::ip(const QString &arguments)
+{
+    const int result = QProcess::execute(u"ip"_s, arguments.split(u' '));
+    QCoreApplication::processEvents();
+    return result == 0;
+}
+
+bool RtnetlinkNetworkWatchTest::addInterface(const QString &name)
+{
+    return ip(u"link add "_s + name + u"0 type veth peer name "_s + name + u'1')
+        && ip(u"link set "_s + name + u"1 up"_s);
+}
+
+bool RtnetlinkNetworkWatchTest::bringUp()
+{
+    return ip(u"address add 192.0.2.2/24 dev lan0"_s) && ip(u"link set lan0 up"_s)
+        && ip(u"route add default via 192.0.2.1"_s) && QTest::qWaitFor([] { return runs(u"lan0"_s); });
+}
+
+void RtnetlinkNetworkWatchTest::init()
+{
+    QVERIFY(addInterface(u"lan"_s));
+}
+
+void RtnetlinkNetworkWatchTest::cleanup()
+{
+    QVERIFY(ip(u"link delete lan0"_s));
+}
+
+void RtnetlinkNetworkWatchTest::aNetworkThatComesUpIsTold()
+{
+    RtnetlinkNetworkWatch watch;
+    const QSignalSpy changed(&watch, &NetworkWatch::changed);
+    QVERIFY(ip(u"address add 192.0.2.2/24 dev lan0"_s));
+    QVERIFY(ip(u"link set lan0 up"_s));
+    QCOMPARE(changed.count(), 0);
+    QVERIFY(ip(u"route add default via 192.0.2.1"_s));
+    QTRY_COMPARE(changed.count(), 1);
+}
+
+void RtnetlinkNetworkWatchTest::aDefaultRouteOfIPv6IsTold()
+{
+    RtnetlinkNetworkWatch watch;
+    const QSignalSpy changed(&watch, &NetworkWatch::changed);
+    QVERIFY(ip(u"link set lan0 up"_s));
+    QVERIFY(ip(u"-6 route add default via fe80::1 dev lan0"_s));
+    // Its link-local address leads nowhere.
+    QCOMPARE(changed.count(), 0);
+    QVERIFY(ip(u"address add 2001:db8::2/64 dev lan0 nodad"_s));
+    QTRY_COMPARE(changed.count(), 1);
+}
+
+void RtnetlinkNetworkWatchTest::anotherAddressIsTold()
+{
+    QVERIFY(bringUp());
+    RtnetlinkNetworkWatch watch;
+    const QSignalSpy changed(&watch, &NetworkWatch::changed);
+    QVERIFY(ip(u"address add 192.0.2.3/24 dev lan0"_s));
+    QTRY_COMPARE(changed.count(), 1);
+    QVERIFY(ip(u"address delete 192.0.2.3/24 dev lan0"_s));
+    QTRY_COMPARE(changed.count(), 1);
+}
+
+void RtnetlinkNetworkWatchTest::aLostNetworkIsNotToldButItsReturnIs()
+{
+    QVERIFY(bringUp());
+    RtnetlinkNetworkWatch watch;
+    const QSignalSpy changed(&watch, &NetworkWatch::changed);
+    QVERIFY(ip(u"link set lan0 down"_s));
+    QCOMPARE(changed.count(), 0);
+    QVERIFY(ip(u"link set lan0 up"_s));
+    QVERIFY(ip(u"route add default via 192.0.2.1"_s));
+    QTRY_COMPARE(changed.count(), 1);
+}
+
+void RtnetlinkNetworkWatchTest::anotherRouterIsTold()
+{
+    QVERIFY(bringUp());
+    RtnetlinkNetworkWatch watch;
+    const QSignalSpy changed(&watch, &NetworkWatch::changed);
+    QVERIFY(ip(u"route replace default via 192.0.2.254"_s));
+    QTRY_COMPARE(changed.count(), 1);
+}
+
+void RtnetlinkNetworkWatchTest::aVirtualPrivateNetworkIsTold_data()
+{
+    QTest::addColumn<QString>("route");
+    QTest::newRow("two halves of the addresses") << u"route add 0.0.0.0/1 dev vpn0"_s;
+    QTest::newRow("in a table of its own") << u"route add default dev vpn0 table 51820"_s;
+    QTest::newRow("preferred by its metric") << u"route add default dev vpn0 metric 5"_s;
+}
+
+void RtnetlinkNetworkWatchTest::aVirtualPrivateNetworkIsTold()
+{
+    QFETCH(QString, route);
+    QVERIFY(bringUp());
+    RtnetlinkNetworkWatch watch;
+    const QSignalSpy changed(&watch, &NetworkWatch::changed);
+    QVERIFY(addInterface(u"vpn"_s));
+    QVERIFY(ip(u"address add 198.51.100.2/32 dev vpn0"_s));
+    QVERIFY(ip(u"link set vpn0 up"_s));
+    QCOMPARE(changed.count(), 0);
+    QVERIFY(ip(route));
+    QTRY_COMPARE(changed.count(), 1);
+    QVERIFY(ip(u"link delete vpn0"_s));
+    QTRY_COMPARE(changed.count(), 1);
+}
+
+void RtnetlinkNetworkWatchTest::aCableThatIsPluggedInAgainIsTold()
+{
+    QVERIFY(bringUp());
+    RtnetlinkNetworkWatch watch;
+    const QSignalSpy changed(&watch, &NetworkWatch::changed);
+    QVERIFY(ip(u"link set lan1 down"_s));
+    QCOMPARE(changed.count(), 0);
+    QVERIFY(ip(u"link set lan1 up"_s));
+    QTRY_COMPARE(changed.count(), 1);
+}
+
+void RtnetlinkNetworkWatchTest::anInterfaceWithoutADefaultRouteIsNotTold()
+{
+    QVERIFY(bringUp());
+    RtnetlinkNetworkWatch watch;
+    const QSignalSpy changed(&watch, &NetworkWatch::changed);
+    QVERIFY(addInterface(u"other"_s));
+    QVERIFY(ip(u"address add 198.51.100.2/24 dev other0"_s));
+    QVERIFY(ip(u"link set other0 up"_s));
+    QVERIFY(ip(u"route add 203.0.113.0/24 via 198.51.100.1"_s));
+    QVERIFY(ip(u"link delete other0"_s));
+    QCOMPARE(changed.count(), 0);
+}
+
+void RtnetlinkNetworkWatchTest::whatStandsAlreadyIsNotTold()
+{
+    QVERIFY(bringUp());
+    RtnetlinkNetworkWatch watch;
+    const QSignalSpy changed(&watch, &NetworkWatch::changed);
+    QCoreApplication::processEvents();
+    QVERIFY(ip(u"address change 192.0.2.2/24 dev lan0 valid_lft 1000 preferred_lft 1000"_s));
+    QCOMPARE(changed.count(), 0);
+}
+
+void RtnetlinkNetworkWatchTest::leavesNoDescriptorBehind()
+{
+    const auto before = openDescriptors();
+    {
+        const RtnetlinkNetworkWatch watch;
+        QVERIFY(ip(u"link set lan0 up"_s));
+        QCOMPARE(openDescriptors(), before + 1);
+    }
+    QCOMPARE(openDescriptors(), before);
+}
+
+} // namespace kelvo
+
+int main(int argc, char *argv[])
+{
+    if (!kelvo::enterOwnNetwork()) {
+        std::puts("SKIPPED: tst_rtnetlinknetworkwatch needs a network namespace, which the system refuses");
+        return kelvo::skipped;
+    }
+    const QCoreApplication application(argc, argv);
+    kelvo::RtnetlinkNetworkWatchTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_rtnetlinknetworkwatch.moc"

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/NetworkWatch.h"
+
+namespace kelvo {
+
+/// A network that changes when a test says so.
+class FakeNetworkWatch : public NetworkWatch
+{
+public:
+    void change() { Q_EMIT changed(); }
+};
+
+} // namespace kelvo
