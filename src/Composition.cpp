@@ -29,7 +29,7 @@ Composition::Composition(Boundaries boundaries)
     , settings_(*boundaries_.platform.preferences, *boundaries_.platform.loginItem)
     , notifier_(settings_, *boundaries_.platform.notificationCenter, alertSession_)
     , status_(settings_, notifier_, provider_, *boundaries_.platform.clock, *boundaries_.platform.sleepWake,
-              boundaries_.wallClock)
+              *boundaries_.platform.networkWatch, boundaries_.wallClock)
 {
     Q_ASSERT(!instance);
     instance = this;

@@ -21,7 +21,7 @@ std::optional<ServiceID> idOf(const std::optional<Service> &service)
 } // namespace
 
 StatusStore::StatusStore(SettingsStore &settings, NotifierStore &notifier, StatusChecks &checks, ContinuousClock &clock,
-                         SleepWake &sleepWake, WallClock wallClock)
+                         SleepWake &sleepWake, NetworkWatch &networkWatch, WallClock wallClock)
     : settings_(settings)
     , notifier_(notifier)
     , checks_(checks)
@@ -33,6 +33,7 @@ StatusStore::StatusStore(SettingsStore &settings, NotifierStore &notifier, Statu
 {
     observeSettings();
     observeSleepWake(sleepWake);
+    observeNetwork(networkWatch);
     restartPolling(true);
 }
 
@@ -185,7 +186,27 @@ void StatusStore::observeSleepWake(SleepWake &sleepWake)
     connect(&sleepWake, &SleepWake::willSleep, this, [this] { isAsleep_ = true; });
     connect(&sleepWake, &SleepWake::didWake, this, [this] {
         isAsleep_ = false;
+        networkTimer_.reset();
+        checks_.abortAll();
         checkAll();
+    });
+}
+
+/// A change of the network leaves the poll loop alone too. The requests under way are on the old network; the round on
+/// the new one waits until the network has settled.
+void StatusStore::observeNetwork(NetworkWatch &networkWatch)
+{
+    connect(&networkWatch, &NetworkWatch::changed, this, [this] {
+        if (isAsleep_ || !settings_.watchOnThisMac()) {
+            return;
+        }
+        checks_.abortAll();
+        if (!networkTimer_) {
+            networkTimer_ = clock_.after(networkSettlingTime, [this] {
+                networkTimer_.reset();
+                pollRound();
+            });
+        }
     });
 }
 

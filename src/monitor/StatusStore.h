@@ -8,6 +8,7 @@
 #include "monitor/RingState.h"
 #include "monitor/Transition.h"
 #include "platform/ContinuousClock.h"
+#include "platform/NetworkWatch.h"
 #include "platform/SleepWake.h"
 #include "platform/WallClock.h"
 #include "settings/SettingsStore.h"
@@ -32,7 +33,7 @@ class StatusStore : public QObject
 public:
     /// Starts watching at once, with a round of checks.
     StatusStore(SettingsStore &settings, NotifierStore &notifier, StatusChecks &checks, ContinuousClock &clock,
-                SleepWake &sleepWake, WallClock wallClock);
+                SleepWake &sleepWake, NetworkWatch &networkWatch, WallClock wallClock);
     ~StatusStore() override;
     /// The monitor of this process. Available once the program is composed.
     static StatusStore &shared();
@@ -83,6 +84,8 @@ Q_SIGNALS:
 private:
     static constexpr std::chrono::seconds outageInterval{20};
     static constexpr std::chrono::milliseconds settingsQuietTime{300};
+    /// A network comes up in several steps: address, route, name servers.
+    static constexpr std::chrono::seconds networkSettlingTime{2};
 
     template<typename Value>
     void publish(Value &field, Value value, void (StatusStore::*notifier)());
@@ -92,6 +95,7 @@ private:
 
     void observeSettings();
     void observeSleepWake(SleepWake &sleepWake);
+    void observeNetwork(NetworkWatch &networkWatch);
     void startClock();
     std::chrono::seconds pollInterval() const;
     QFuture<void> pollRound();
@@ -115,6 +119,7 @@ private:
     PollLoop pollLoop_;
     std::unique_ptr<ContinuousClock::Timer> clockTimer_;
     std::unique_ptr<ContinuousClock::Timer> settingsTimer_;
+    std::unique_ptr<ContinuousClock::Timer> networkTimer_; ///< while a change of the network settles
 };
 
 } // namespace kelvo

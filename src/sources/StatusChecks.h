@@ -21,6 +21,9 @@ public:
     virtual QFuture<StatusReading> read(const Service &service) = 0;
     /// Whether the service itself answers, with any HTTP status below 500.
     virtual QFuture<bool> probe(const Service &service) = 0;
+    /// Ends every request that is under way as failed, at once. A request that begins afterwards opens a connection of its
+    /// own.
+    virtual void abortAll() = 0;
 };
 
 } // namespace kelvo

@@ -18,6 +18,7 @@ public:
 
     QFuture<StatusReading> read(const Service &service) override;
     QFuture<bool> probe(const Service &service) override;
+    void abortAll() override { session_.abortAll(); }
 
     /// Reads the status page at the origin `base` for the components with these names.
     QFuture<StatusReading> checkStatuspage(const QString &base, const QStringList &componentNames);

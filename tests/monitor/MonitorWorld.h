@@ -4,6 +4,7 @@
 #include "monitor/StatusStore.h"
 #include "settings/SettingsStore.h"
 #include "support/FakeLoginItem.h"
+#include "support/FakeNetworkWatch.h"
 #include "support/FakeNotificationCenter.h"
 #include "support/FakeSleepWake.h"
 #include "support/FakeStatusChecks.h"
@@ -38,7 +39,8 @@ struct MonitorWorld
 
     void start()
     {
-        store = std::make_unique<StatusStore>(settings, notifier, checks, clock, sleepWake, clock.wallClock());
+        store = std::make_unique<StatusStore>(settings, notifier, checks, clock, sleepWake, networkWatch,
+                                              clock.wallClock());
     }
 
     /// Starts, and has the first round answered by `health` throughout.
@@ -63,6 +65,7 @@ struct MonitorWorld
     NotifierStore notifier{settings, center, session};
     ManualClock clock;
     FakeSleepWake sleepWake;
+    FakeNetworkWatch networkWatch;
     FakeStatusChecks checks;
     std::unique_ptr<StatusStore> store;
 };

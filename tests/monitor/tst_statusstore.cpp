@@ -69,6 +69,13 @@ private Q_SLOTS:
     // Sleep.
     void asleepNothingIsCheckedAndOnWakingEverythingAtOnce();
     void wakingWithWatchingOffChecksNothing();
+    void wakingAbortsWhatIsUnderWay();
+    void aChangedNetworkIsCheckedOnceItHasSettled();
+    void aChangedNetworkAbortsWhatIsUnderWayAtOnce();
+    void severalChangesOfTheNetworkWithinTwoSecondsAreOneRound();
+    void whileAsleepAChangedNetworkIsNotChecked();
+    void withWatchingOffAChangedNetworkIsNotChecked();
+    void anAbortedConfirmationIsRepeatedAndToldOnce();
 
     // The clock.
     void theClockRestsWhileThePopoverIsClosed();
@@ -389,6 +396,114 @@ void StatusStoreTest::wakingWithWatchingOffChecksNothing()
     world.sleepWake.sleep();
     world.sleepWake.wake();
     QCOMPARE(world.readCount(), 0);
+}
+
+void StatusStoreTest::wakingAbortsWhatIsUnderWay()
+{
+    MonitorWorld world({claude, chatgpt});
+    world.start();
+    const auto stale = world.checks.open(Kind::read);
+    world.sleepWake.sleep();
+    world.sleepWake.wake();
+    QCOMPARE(world.checks.abortCount(), 1);
+    for (const auto question : stale) {
+        QVERIFY(!world.checks.isOpen(question));
+    }
+    QCOMPARE(world.checks.open(Kind::read).size(), 2U);
+}
+
+void StatusStoreTest::aChangedNetworkIsCheckedOnceItHasSettled()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.clock.advance(30s);
+    world.networkWatch.change();
+    world.clock.advance(1999ms);
+    QCOMPARE(world.readCount(), 1);
+    world.clock.advance(1ms);
+    QCOMPARE(world.readCount(), 2);
+    world.checks.answerAll(operational);
+    // The loop has kept its rhythm.
+    QVERIFY_NEXT_ROUND_AFTER(world, 28s);
+    world.checks.answerAll(operational);
+    world.clock.advance(10s);
+    world.networkWatch.change();
+    QVERIFY_NEXT_ROUND_AFTER(world, 2s);
+}
+
+void StatusStoreTest::aChangedNetworkAbortsWhatIsUnderWayAtOnce()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.clock.advance(60s);
+    QCOMPARE(world.checks.open(Kind::read).size(), 1U);
+    world.networkWatch.change();
+    QVERIFY(world.checks.open(Kind::read).empty());
+    QCOMPARE(world.health(claude), operational);
+    QVERIFY(world.alerts().isEmpty());
+}
+
+void StatusStoreTest::severalChangesOfTheNetworkWithinTwoSecondsAreOneRound()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    for (int change = 0; change < 4; ++change) {
+        world.networkWatch.change();
+        world.clock.advance(500ms);
+    }
+    QCOMPARE(world.readCount(), 2);
+    world.checks.answerAll(operational);
+    world.clock.advance(10s);
+    QCOMPARE(world.readCount(), 2);
+}
+
+void StatusStoreTest::whileAsleepAChangedNetworkIsNotChecked()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.networkWatch.change();
+    world.sleepWake.sleep();
+    world.clock.advance(2s);
+    world.networkWatch.change();
+    world.clock.advance(10s);
+    QCOMPARE(world.readCount(), 1);
+    world.networkWatch.change();
+    world.sleepWake.wake();
+    QCOMPARE(world.readCount(), 2);
+    world.clock.advance(10s);
+    QCOMPARE(world.readCount(), 2);
+    world.networkWatch.change();
+    world.clock.advance(2s);
+    QCOMPARE(world.readCount(), 3);
+}
+
+void StatusStoreTest::withWatchingOffAChangedNetworkIsNotChecked()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.settings.setWatchOnThisMac(false);
+    world.networkWatch.change();
+    world.clock.advance(10s);
+    QCOMPARE(world.readCount(), 1);
+    QCOMPARE(world.checks.abortCount(), 0);
+}
+
+void StatusStoreTest::anAbortedConfirmationIsRepeatedAndToldOnce()
+{
+    MonitorWorld world;
+    world.startWith(outage);
+    world.clock.advance(20s);
+    world.checks.answerAll(operational);
+    QCOMPARE(world.probeCount(), 1);
+    world.networkWatch.change();
+    QCOMPARE(world.health(claude), degraded);
+    QCOMPARE(world.label(claude), u"Recovering"_s);
+    world.clock.advance(2s);
+    world.checks.answerAll(operational);
+    QCOMPARE(world.probeCount(), 2);
+    QVERIFY(world.alerts().isEmpty());
+    world.checks.answerProbe(claude, true);
+    QCOMPARE(world.alerts(), QStringList{u"Claude is back"_s});
 }
 
 void StatusStoreTest::theClockRestsWhileThePopoverIsClosed()

@@ -56,6 +56,17 @@ QFuture<bool> FakeStatusChecks::probe(const Service &service)
     return leaveOpen(probes_, question);
 }
 
+void FakeStatusChecks::abortAll()
+{
+    ++aborts_;
+    for (const auto question : open(Kind::read)) {
+        answerRead(question, {ServiceHealth::unknown, QStringLiteral("aborted")});
+    }
+    for (const auto question : open(Kind::probe)) {
+        answerProbe(question, false);
+    }
+}
+
 std::vector<ServiceID> FakeStatusChecks::reads() const
 {
     std::vector<ServiceID> services;

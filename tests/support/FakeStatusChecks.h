@@ -28,6 +28,8 @@ public:
 
     QFuture<StatusReading> read(const Service &service) override;
     QFuture<bool> probe(const Service &service) override;
+    /// Answers everything that is open as failed.
+    void abortAll() override;
 
     /// Every question so far, in the order asked.
     const std::vector<Question> &asked() const { return asked_; }
@@ -37,6 +39,8 @@ public:
     int count(Kind kind) const;
     /// The open questions of that kind, oldest first.
     std::vector<Number> open(Kind kind) const;
+    /// How often `abortAll` was called.
+    int abortCount() const { return aborts_; }
     bool isOpen(Number question) const { return readings_.contains(question) || probes_.contains(question); }
 
     /// Answers that open question.
@@ -57,6 +61,7 @@ public:
 private:
     Number oldestOpen(Question question) const;
 
+    int aborts_ = 0;
     std::vector<Question> asked_;
     std::map<Number, QPromise<StatusReading>> readings_;
     std::map<Number, QPromise<bool>> probes_;

@@ -5,6 +5,7 @@
 #include "monitor/StatusStore.h"
 #include "settings/SettingsStore.h"
 #include "support/FakeLoginItem.h"
+#include "support/FakeNetworkWatch.h"
 #include "support/FakeNotificationCenter.h"
 #include "support/FakeSleepWake.h"
 #include "support/FakeStatusChecks.h"
@@ -42,13 +43,14 @@ struct Stores
     ManualClock clock;
     FakeStatusChecks checks;
     FakeSleepWake sleepWake;
+    FakeNetworkWatch networkWatch;
     FakeNotificationCenter center;
     MemoryPreferences preferences;
     FakeLoginItem loginItem;
     HttpSession session{{}, NotifierStore::limits};
     SettingsStore settings;
     NotifierStore notifier{settings, center, session};
-    StatusStore store{settings, notifier, checks, clock, sleepWake, clock.wallClock()};
+    StatusStore store{settings, notifier, checks, clock, sleepWake, networkWatch, clock.wallClock()};
 
 private:
     /// The choice is made in an earlier run.

@@ -18,7 +18,10 @@ struct Scene : ViewScene
     using ViewScene::ViewScene;
     ~Scene() { view.setSource({}); }
 
-    void open(QSize size = {}) { show(u"settings/SettingsView.qml"_s, {{u"settings"_s, QVariant::fromValue(&state)}}, size); }
+    void open(QSize size = {})
+    {
+        show(u"settings/SettingsView.qml"_s, {{u"settings"_s, QVariant::fromValue(&state)}}, size);
+    }
 
     QQuickItem *row(ServiceID id) const { return item(u"service-"_s + rawValue(id)); }
     QQuickItem *part(ServiceID id, const QString &name) const { return findItem(row(id), name); }
