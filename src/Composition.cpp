@@ -1,7 +1,5 @@
 #include "Composition.h"
 
-#include <QNetworkProxyFactory>
-
 namespace kelvo {
 
 namespace {
@@ -12,7 +10,6 @@ Composition *instance = nullptr;
 
 Boundaries makeBoundaries()
 {
-    QNetworkProxyFactory::setUseSystemConfiguration(true);
     return {
         .platform = makePlatform(),
         .statusNetwork = {},

@@ -1,5 +1,6 @@
 #include "Composition.h"
 #include "Version.h"
+#include "http/RouteFinder.h"
 #include "menubar/AppIcon.h"
 #include "menubar/KelvoApp.h"
 #include "menubar/ViewsLoader.h"
@@ -10,11 +11,15 @@
 
 #include <QApplication>
 
-int main(int argc, char *argv[])
-{
-    using namespace Qt::StringLiterals;
-    using namespace kelvo;
+#include <cstdlib>
 
+namespace kelvo {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+int run(int argc, char *argv[])
+{
     keepProcessMemorySmall();
     QApplication application(argc, argv);
     QApplication::setOrganizationName(u"Kelvo"_s);
@@ -38,4 +43,16 @@ int main(int argc, char *argv[])
                    &loadViews);
     QObject::connect(instance.get(), &SingleInstance::activationRequested, &kelvo, &KelvoApp::openPopover);
     return QApplication::exec();
+}
+
+} // namespace
+} // namespace kelvo
+
+int main(int argc, char *argv[])
+{
+    const int status = kelvo::run(argc, argv);
+    if (kelvo::RouteFinder::hasLeftThreadsBehind()) {
+        std::_Exit(status);
+    }
+    return status;
 }

@@ -16,8 +16,7 @@ class ReroutedNetwork : public QNetworkAccessManager
     Q_OBJECT
 
 public:
-    /// Leaves TLS out: https requests travel in plain text (and are recorded as https). A redirect from https to http is
-    /// therefore not refused here.
+    /// Leaves TLS out: https requests travel in plain text (and are recorded as https).
     explicit ReroutedNetwork(const SimulatedInternet &internet, QObject *parent = nullptr);
     /// Speaks TLS as the real network does, with the trust that `configuration` holds.
     ReroutedNetwork(const SimulatedInternet &internet, const QSslConfiguration &configuration,

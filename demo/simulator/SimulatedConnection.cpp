@@ -127,7 +127,6 @@ void SimulatedConnection::accept(SimulatedRequest request)
         authority = parseAuthority(request.path.first(authorityEnd).sliced(schemeEnd + 3));
         request.path = pathStart < 0 ? "/"_ba : request.path.sliced(pathStart);
     }
-    standsInForTls_ = tunnelHost_.isEmpty() && authority.isHttps;
     request.scheme = !tunnelHost_.isEmpty() || authority.isHttps ? u"https"_s : u"http"_s;
     request.host = tunnelHost_.isEmpty() ? authority.host : tunnelHost_;
 
@@ -177,8 +176,7 @@ void SimulatedConnection::sendHead(const QByteArray &framing)
         head += "Content-Type: "_ba + response_.contentType + "\r\n"_ba;
     }
     for (const HttpHeader &header : std::as_const(response_.headers)) {
-        const bool isLocation = header.name.compare("Location", Qt::CaseInsensitive) == 0;
-        head += header.name + ": "_ba + (isLocation ? locationFor(header.value) : header.value) + "\r\n"_ba;
+        head += header.name + ": "_ba + header.value + "\r\n"_ba;
     }
     if (!framing.isEmpty()) {
         head += framing + "\r\n"_ba;
@@ -251,18 +249,6 @@ QByteArray SimulatedConnection::bodyPart(qsizetype from, qsizetype length) const
         return part;
     }
     return QByteArray::number(part.size(), 16) + "\r\n"_ba + part + "\r\n"_ba;
-}
-
-/// A client that speaks plainly in place of TLS is sent on in the same way.
-QByteArray SimulatedConnection::locationFor(const QByteArray &location) const
-{
-    const auto secure = "https://"_ba;
-    if (!standsInForTls_ || !location.startsWith(secure)) {
-        return location;
-    }
-    const qsizetype pathStart = location.indexOf('/', secure.size());
-    const qsizetype hostEnd = pathStart < 0 ? location.size() : pathStart;
-    return "http://"_ba + location.first(hostEnd).sliced(secure.size()) + ":443"_ba + location.sliced(hostEnd);
 }
 
 } // namespace kelvo

@@ -35,7 +35,6 @@ private:
     void pourOn();
     void endAnswer();
     QByteArray bodyPart(qsizetype from, qsizetype length) const;
-    QByteArray locationFor(const QByteArray &location) const;
 
     SimulatedInternet &internet_;
     QSslSocket socket_;
@@ -46,7 +45,6 @@ private:
     SimulatedResponse response_;
     qsizetype sent_ = 0;
     bool answering_ = false;
-    bool standsInForTls_ = false;
 };
 
 } // namespace kelvo

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "http/HttpRoute.h"
+
 #include <QNetworkAccessManager>
 
 #include <functional>
@@ -12,6 +14,7 @@ struct HttpNetwork
 {
     /// Makes the network layer of one round.
     std::function<std::unique_ptr<QNetworkAccessManager>()> makeManager = std::make_unique<QNetworkAccessManager>;
+    RouteLookup lookUpRoute = lookUpSystemRoute;
 };
 
 } // namespace kelvo

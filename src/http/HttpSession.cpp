@@ -1,5 +1,6 @@
 #include "http/HttpSession.h"
 
+#include "http/HttpAddress.h"
 #include "http/HttpRound.h"
 #include "http/HttpTransfer.h"
 
@@ -8,19 +9,10 @@
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
-namespace {
-
-constexpr int maximumRedirects = 20;
-
-bool isWebAddress(const QUrl &url)
-{
-    return url.isValid() && !url.host().isEmpty() && (url.scheme() == "http"_L1 || url.scheme() == "https"_L1);
-}
-
-} // namespace
 
 HttpSession::HttpSession(HttpNetwork network, HttpLimits limits, QByteArray userAgent)
     : network_(std::move(network))
+    , finder_(network_.lookUpRoute)
     , limits_(limits)
     , userAgent_(std::move(userAgent))
 {
@@ -77,7 +69,7 @@ QFuture<HttpResponse> HttpSession::send(const QNetworkRequest &request, HttpBody
 std::shared_ptr<HttpRound> HttpSession::currentRound()
 {
     if (!round_) {
-        round_ = std::make_shared<HttpRound>(network_.makeManager());
+        round_ = std::make_shared<HttpRound>(network_.makeManager(), finder_);
         QMetaObject::invokeMethod(
             this,
             [this, round = std::weak_ptr(round_)] {
@@ -94,8 +86,7 @@ QNetworkRequest HttpSession::request(const QUrl &url) const
 {
     QNetworkRequest request(url);
     request.setTransferTimeout(static_cast<int>(limits_.idleTimeout.count()));
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
-    request.setMaximumRedirectsAllowed(maximumRedirects);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     // Over HTTP/2 the network layer neither races IPv6 against IPv4 nor repeats a GET that met a closing connection.
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);

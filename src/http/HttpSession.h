@@ -3,6 +3,7 @@
 #include "http/HttpLimits.h"
 #include "http/HttpNetwork.h"
 #include "http/HttpResponse.h"
+#include "http/RouteFinder.h"
 
 #include <QByteArray>
 #include <QFuture>
@@ -19,11 +20,13 @@ enum class HttpBody;
 class HttpRound;
 
 /// An HTTP/1.1 client that leaves nothing on disk, caches nothing, and neither keeps nor sends cookies. It follows
-/// redirects, but never from https to http, and only ever requests http and https addresses. The system's proxies are the
-/// application's business (QNetworkProxyFactory::setUseSystemConfiguration).
+/// redirects, but never from https to http, and only ever requests http and https addresses. It goes through the system's
+/// proxies.
 ///
-/// Requests that begin in one turn of the event loop form a round. A connection serves the round that opened it and no
-/// other, and is closed when the last request of that round has ended. No thread, timer or connection is left then.
+/// Requests that begin in one turn of the event loop form a round. Host names and proxies are looked up for each round, off
+/// this thread; where that takes longer than the idle timeout, the transfer has failed. A connection serves the round that
+/// opened it and no other, and is closed when the last request of that round has ended. No thread, timer or connection is
+/// left then, but for a lookup that hangs.
 class HttpSession : public QObject
 {
     Q_OBJECT
@@ -51,6 +54,7 @@ private:
     std::shared_ptr<HttpRound> currentRound();
 
     HttpNetwork network_;
+    RouteFinder finder_;
     HttpLimits limits_;
     QByteArray userAgent_;
     std::shared_ptr<HttpRound> round_; ///< that requests of this turn of the event loop belong to

@@ -1,5 +1,7 @@
 #include "http/HttpTransfer.h"
 
+#include "WhileAlive.h"
+#include "http/HttpAddress.h"
 #include "http/HttpRound.h"
 #include "http/OneTimeBody.h"
 
@@ -10,6 +12,7 @@ using namespace Qt::StringLiterals;
 namespace kelvo {
 namespace {
 
+constexpr int maximumRedirects = 20;
 constexpr qint64 chunkSize = 64 * 1024;
 
 /// Whether the network layer reports `error` for nothing but a status code of 400 or above, so that there is an answer.
@@ -35,16 +38,8 @@ constexpr bool standsForAStatus(QNetworkReply::NetworkError error)
     }
 }
 
-/// A redirect status that names no target ends in an error of its own, although the answer is complete. (After a redirect
-/// that was followed, the header is gone, and so are all the others.)
-bool isRedirectWithoutTarget(const QNetworkReply &reply, int status)
-{
-    return reply.error() == QNetworkReply::ProtocolUnknownError && status >= 300 && status < 400
-        && !reply.rawHeaderList().isEmpty() && !reply.hasRawHeader("Location"_ba);
-}
-
 /// The status of the answer, or nothing when the transfer failed. The status attribute alone does not tell: it still
-/// reads 302 after a redirect that led nowhere, and 200 after a body that broke off.
+/// reads 200 after a body that broke off.
 std::optional<int> answeredStatus(const QNetworkReply &reply)
 {
     const QVariant attribute = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
@@ -52,9 +47,20 @@ std::optional<int> answeredStatus(const QNetworkReply &reply)
         return std::nullopt;
     }
     const int status = attribute.toInt();
-    const bool answered = reply.error() == QNetworkReply::NoError || isRedirectWithoutTarget(reply, status)
-        || (status >= 400 && standsForAStatus(reply.error()));
+    const bool answered = reply.error() == QNetworkReply::NoError || (status >= 400 && standsForAStatus(reply.error()));
     return answered ? std::optional(status) : std::nullopt;
+}
+
+/// Whether an answer with that status leads elsewhere once it says where.
+constexpr bool isRedirect(int status)
+{
+    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
+}
+
+/// Whether what was posted would have to be posted to the target too; after the others a GET follows.
+constexpr bool repeatsThePost(int redirectStatus)
+{
+    return redirectStatus == 307 || redirectStatus == 308;
 }
 
 QNetworkReply *postOnce(QNetworkAccessManager &manager, const QNetworkRequest &request, const QByteArray &content)
@@ -71,21 +77,62 @@ HttpTransfer::HttpTransfer(std::shared_ptr<HttpRound> round, const QNetworkReque
                            const std::optional<QByteArray> &post, const HttpLimits &limits, QObject *parent)
     : QObject(parent)
     , round_(std::move(round))
-    , reply_(post ? postOnce(round_->manager(), request, *post) : round_->manager().get(request))
+    , request_(request)
+    , post_(post)
     , body_(body)
-    , maximumBodySize_(limits.maximumBodySize)
+    , limits_(limits)
 {
     promise_.start();
-    connect(reply_.get(), &QNetworkReply::readyRead, this, &HttpTransfer::readBody);
-    // Queued, because whoever waits for the future may destroy the session, which must not happen inside the reply.
-    connect(reply_.get(), &QNetworkReply::finished, this, &HttpTransfer::finish, Qt::QueuedConnection);
-
-    deadline_.setSingleShot(true);
-    connect(&deadline_, &QTimer::timeout, this, &HttpTransfer::fail);
-    deadline_.start(limits.totalDeadline);
+    for (auto *timer : {&lookupTimeout_, &deadline_}) {
+        timer->setSingleShot(true);
+        connect(timer, &QTimer::timeout, this, &HttpTransfer::fail);
+    }
+    deadline_.start(limits_.totalDeadline);
+    start();
 }
 
 HttpTransfer::~HttpTransfer() = default;
+
+void HttpTransfer::start()
+{
+    lookupTimeout_.start(limits_.idleTimeout);
+    round_->prepare(request_.url()).then(whileAlive(this, [this](bool hasRoute) { hasRoute ? send() : fail(); }));
+}
+
+void HttpTransfer::send()
+{
+    if (isSettled_) {
+        return;
+    }
+    lookupTimeout_.stop();
+    auto &manager = round_->manager();
+    reply_.reset(post_ ? postOnce(manager, request_, *post_) : manager.get(request_));
+    connect(reply_.get(), &QNetworkReply::readyRead, this, &HttpTransfer::readBody);
+    // Queued, because whoever waits for the future may destroy the session, which must not happen inside the reply.
+    connect(reply_.get(), &QNetworkReply::finished, this, &HttpTransfer::finish, Qt::QueuedConnection);
+}
+
+/// The network layer could follow by itself, but would look the target's proxy up on this thread.
+void HttpTransfer::follow(int status)
+{
+    const auto location = QUrl::fromEncoded(reply_->rawHeader("Location"_ba));
+    const QUrl target = request_.url().resolved(location);
+    const bool isLessSafe = request_.url().scheme() == "https"_L1 && target.scheme() == "http"_L1;
+    if (!location.isValid() || !isWebAddress(target) || isLessSafe || ++redirects_ > maximumRedirects
+        || (post_ && repeatsThePost(status))) {
+        fail();
+        return;
+    }
+    if (post_) {
+        post_.reset();
+        request_.setHeader(QNetworkRequest::ContentTypeHeader, {});
+    }
+    request_.setUrl(target);
+    reply_.reset();
+    bodySize_ = 0;
+    kept_.clear();
+    start();
+}
 
 /// Reads in small pieces: all that is available may be a thousand times what has arrived when it is compressed.
 void HttpTransfer::readBody()
@@ -97,7 +144,7 @@ void HttpTransfer::readBody()
             return;
         }
         bodySize_ += size;
-        if (bodySize_ > maximumBodySize_) {
+        if (bodySize_ > limits_.maximumBodySize) {
             reply_->disconnect(this);
             QMetaObject::invokeMethod(this, &HttpTransfer::fail, Qt::QueuedConnection);
             return;
@@ -110,7 +157,14 @@ void HttpTransfer::readBody()
 
 void HttpTransfer::finish()
 {
+    if (isSettled_) {
+        return;
+    }
     HttpResponse response{.status = answeredStatus(*reply_), .body = {}};
+    if (response.status && isRedirect(*response.status) && reply_->hasRawHeader("Location"_ba)) {
+        follow(*response.status);
+        return;
+    }
     if (response.status) {
         response.body = std::move(kept_);
     }
@@ -129,7 +183,10 @@ void HttpTransfer::settle(HttpResponse response)
         return;
     }
     isSettled_ = true;
-    reply_->disconnect(this);
+    if (reply_) {
+        reply_->disconnect(this);
+    }
+    lookupTimeout_.stop();
     deadline_.stop();
     deleteLater();
 

@@ -3,7 +3,6 @@
 #include "simulator/SimulatedInternet.h"
 
 #include <QFutureWatcher>
-#include <QNetworkProxyFactory>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTest>
@@ -19,8 +18,8 @@ constexpr std::array proxyVariables{"http_proxy", "https_proxy", "no_proxy", "al
 
 } // namespace
 
-/// Which way an unmodified session takes once the application uses the system's proxies. No name is ever resolved: hosts
-/// end in ".invalid", so that an answer can only have come through the proxy.
+/// Which way an unmodified session takes. No name is ever resolved: hosts end in ".invalid", so that an answer can only
+/// have come through the proxy.
 class SystemProxyTest : public QObject
 {
     Q_OBJECT
@@ -46,13 +45,8 @@ private Q_SLOTS:
         }
         internet_ = std::make_unique<SimulatedInternet>();
         internet_->respond(u"page.invalid"_s, {}, SimulatedResponse::ofStatus(200));
-        QNetworkProxyFactory::setUseSystemConfiguration(true);
     }
-    void cleanup()
-    {
-        QNetworkProxyFactory::setUseSystemConfiguration(false);
-        internet_.reset();
-    }
+    void cleanup() { internet_.reset(); }
 
     void withoutAProxyTheNetworkIsAskedDirectly()
     {

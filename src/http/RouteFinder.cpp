@@ -1,0 +1,104 @@
+#include "http/RouteFinder.h"
+
+#include <atomic>
+#include <mutex>
+#include <system_error>
+
+namespace kelvo {
+namespace {
+
+std::atomic_bool threadsAreLeftBehind = false;
+
+template<typename Promises, typename Result>
+void answer(Promises promises, const Result &result)
+{
+    for (auto &promise : promises) {
+        promise.addResult(result);
+        promise.finish();
+    }
+}
+
+} // namespace
+
+/// Where a lookup leaves its answer; it may outlive the finder.
+struct RouteFinder::Mailbox
+{
+    std::mutex mutex;
+    RouteFinder *finder;
+
+    void put(const QUrl &origin, const std::optional<HttpRoute> &route)
+    {
+        const std::lock_guard lock(mutex);
+        if (finder) {
+            QMetaObject::invokeMethod(
+                finder, [finder = finder, origin, route] { finder->end(origin, route); }, Qt::QueuedConnection);
+        }
+    }
+};
+
+RouteFinder::RouteFinder(RouteLookup lookup)
+    : lookUp_(std::move(lookup))
+    , mailbox_(std::make_shared<Mailbox>())
+{
+    mailbox_->finder = this;
+}
+
+RouteFinder::~RouteFinder()
+{
+    {
+        const std::lock_guard lock(mailbox_->mutex);
+        mailbox_->finder = nullptr;
+    }
+    for (auto &[origin, lookup] : lookups_) {
+        lookup.thread.detach();
+        threadsAreLeftBehind = true;
+    }
+}
+
+bool RouteFinder::hasLeftThreadsBehind()
+{
+    return threadsAreLeftBehind;
+}
+
+QFuture<std::optional<HttpRoute>> RouteFinder::find(const QUrl &origin)
+{
+    Question question;
+    question.start();
+    auto future = question.future();
+    auto &lookup = lookups_[origin];
+    lookup.waiting.push_back(std::move(question));
+    if (!lookup.thread.joinable()) {
+        begin(origin, lookup);
+    }
+    return future;
+}
+
+void RouteFinder::begin(const QUrl &origin, Lookup &lookup)
+{
+    lookup.asking = std::exchange(lookup.waiting, {});
+    try {
+        lookup.thread = std::thread(
+            [mailbox = mailbox_, lookUp = lookUp_, origin] { mailbox->put(origin, lookUp(origin)); });
+    } catch (const std::system_error &) {
+        auto asking = std::move(lookup.asking);
+        lookups_.erase(origin);
+        answer(std::move(asking), std::optional<HttpRoute>());
+    }
+}
+
+void RouteFinder::end(const QUrl &origin, const std::optional<HttpRoute> &route)
+{
+    auto &lookup = lookups_.at(origin);
+    lookup.thread.join(); // which has nothing left to do
+    auto asking = std::move(lookup.asking);
+    std::erase_if(lookup.waiting, [](const Question &question) { return question.isCanceled(); });
+    if (lookup.waiting.empty()) {
+        lookups_.erase(origin);
+    } else {
+        begin(origin, lookup);
+    }
+    // The last step, on the stack: a continuation may destroy this.
+    answer(std::move(asking), route);
+}
+
+} // namespace kelvo
