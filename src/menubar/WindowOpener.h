@@ -12,8 +12,8 @@ class QWindow;
 
 namespace kelvo {
 
-/// Brings a window of this program to the front that was asked to open and is about to appear. Looks for it 20 times,
-/// 50 milliseconds apart, the first time after 50 milliseconds, and then gives up.
+/// Brings a window of this program to the front that is about to appear. Looks for the window every 50 milliseconds and
+/// gives up after 20 attempts.
 class WindowOpener
 {
 public:
@@ -26,11 +26,12 @@ public:
     explicit WindowOpener(ContinuousClock &clock);
     ~WindowOpener();
 
-    /// The first visible window that satisfies `matching`.
+    /// Brings the first visible window for which `matching` returns true to the front.
     void bringForward(Predicate matching);
-    /// The window with that title.
+    /// Brings the window with this title to the front.
     void bringForward(const QString &title);
-    /// The one that has a title bar and is no panel, and is not the first-run window.
+    /// Brings the first visible window to the front that has a title bar and is neither a panel nor the onboarding
+    /// window.
     void bringSettingsForward();
 
 private:
