@@ -19,10 +19,10 @@ class WindowOpener
 public:
     using Predicate = std::function<bool(const QWindow &)>;
 
-    /// The title of the first-run window, by which it is told from the settings.
+    /// The title of the onboarding window. It distinguishes this window from the settings window.
     static QString onboardingTitle();
 
-    /// The clock must outlive this.
+    /// The clock must outlive this object.
     explicit WindowOpener(ContinuousClock &clock);
     ~WindowOpener();
 
