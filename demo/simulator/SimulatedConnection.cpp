@@ -59,7 +59,7 @@ void SimulatedConnection::readRequests()
     while (!answering_ && takeRequest()) { }
 }
 
-/// Takes one whole request from what was received, if there is one.
+/// Removes one complete request from the received bytes and handles it. Returns false when there is none.
 bool SimulatedConnection::takeRequest()
 {
     const qsizetype headEnd = received_.indexOf("\r\n\r\n");
@@ -253,7 +253,7 @@ QByteArray SimulatedConnection::bodyPart(qsizetype from, qsizetype length) const
     return QByteArray::number(part.size(), 16) + "\r\n"_ba + part + "\r\n"_ba;
 }
 
-/// A client that speaks plainly in place of TLS is sent on in the same way.
+/// A redirect to https, for a client that uses plain text in place of TLS, leads to plain text on port 443.
 QByteArray SimulatedConnection::locationFor(const QByteArray &location) const
 {
     const auto secure = "https://"_ba;
