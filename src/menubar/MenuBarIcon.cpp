@@ -31,8 +31,8 @@ struct CoreColor
     QRgb onDarkBar;
 };
 
-// Indexed by RingState. The color for a light bar is the darker one of each pair, for contrast. A state without colors
-// has a hollow dot.
+// Indexed by RingState. The colour for a light bar is the darker one of each pair, for contrast. A state without
+// colours has a hollow dot.
 constexpr std::array<std::optional<CoreColor>, 4> coreColors{
     CoreColor{0xff248a3d, 0xff32d74b}, // available
     CoreColor{0xffd70015, 0xffff453a}, // outage

@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// The desktop's color scheme and motion settings.
+/// The desktop's colour scheme and motion settings.
 class Appearance : public QObject
 {
     Q_OBJECT
