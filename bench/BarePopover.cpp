@@ -1,5 +1,5 @@
-// The least that a Qt Quick program with an icon in the tray comes to: a click on the icon shows or hides one window,
-// which is made at the first click, on the software scene graph.
+// A minimal Qt Quick program with a tray icon, as a baseline: a click on the icon shows or hides one window, which is
+// made at the first click. It uses the software scene graph.
 
 #include <QApplication>
 #include <QCursor>

@@ -1,5 +1,5 @@
-// The least that a Qt program with an icon in the tray comes to that fetches the addresses it is given: once at the start
-// and once for every line on standard input. It reads every answer and does nothing with it.
+// A minimal Qt program with a tray icon that fetches the addresses given as arguments, as a baseline: once at the start
+// and once for every line on standard input. It reads every response and discards it.
 
 #include <QApplication>
 #include <QNetworkAccessManager>

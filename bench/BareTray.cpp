@@ -1,4 +1,4 @@
-// The least that a Qt program with an icon in the tray comes to.
+// A minimal Qt program with a tray icon, as a baseline.
 
 #include <QApplication>
 #include <QPixmap>

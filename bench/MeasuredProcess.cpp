@@ -20,7 +20,7 @@ QString folderOf(qint64 processId)
     return u"/proc/%1"_s.arg(processId);
 }
 
-/// The number after `label` in lines of the form "label: number unit".
+/// Returns the number after `label` in lines of the form "label: number unit"; 0 when no line starts with it.
 long long numberAfter(const QByteArray &content, QByteArrayView label)
 {
     for (const auto &line : content.split('\n')) {

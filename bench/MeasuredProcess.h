@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-/// What the kernel says of a process (proc(5)).
+/// The memory of a process as reported in /proc/PID/smaps_rollup (see proc(5)).
 struct Memory
 {
     double residentMegabytes;
@@ -14,11 +14,11 @@ struct Memory
     double privateMegabytes;
 };
 
-/// Of this moment. Zeros when there is no such process.
+/// The current memory of a process. All zero when there is no such process.
 Memory memoryOf(qint64 processId);
-/// The time that all threads of the process have run so far.
+/// The time that all threads of the process have spent on a processor so far.
 std::chrono::nanoseconds cpuTimeOf(qint64 processId);
-/// How often threads of the process have been put to run so far, by whatever.
+/// The number of context switches of all threads of the process so far. A process that never wakes up adds none.
 long long wakeupsOf(qint64 processId);
 int descriptorsOf(qint64 processId);
 

@@ -5,7 +5,7 @@
 
 namespace kelvo {
 
-/// One column of the screen's pixels, asked for directly at the X server: quick enough to time a window by.
+/// One column of pixels of the screen. It is read directly from the X server, fast enough to time a window.
 class ScreenColumn
 {
 public:
@@ -16,7 +16,7 @@ public:
     {
     }
 
-    /// How many pixels have one of these colours at this moment.
+    /// The number of pixels that currently have one of these colours.
     int count(const QList<QRgb> &colours) const;
 
 private:

@@ -7,18 +7,18 @@
 
 namespace kelvo {
 
-/// One figure of Kelvo's, beside the same of a bare program where there is one.
+/// A measurement of Kelvo and, if there is one, the same measurement of a bare program.
 struct Figure
 {
     QString what;
     QString unit;
     double kelvo;
-    QString bareProgram; ///< what it is compared with; empty where with nothing
+    QString bareProgram; ///< the program that Kelvo is compared with; empty when there is none
     double bare = 0;
-    QString target; ///< as words; empty where there is none
+    QString target; ///< the target in words; empty when there is none
 };
 
-/// Prints the figures as a table with their ratios.
+/// Prints the figures and their ratios as a table.
 void printTable(const QList<Figure> &figures);
 
 } // namespace kelvo

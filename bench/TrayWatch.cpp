@@ -24,7 +24,7 @@ QDBusMessage TrayWatch::callOfItem(qint64 processId, const QString &method)
     const auto bus = QDBusConnection::sessionBus();
     const QDBusInterface watcher(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
                                  u"org.kde.StatusNotifierWatcher"_s, bus);
-    // Each is a name on the bus with the object's path after it.
+    // Each entry is a bus name followed by the path of the object.
     for (const auto &item : watcher.property("RegisteredStatusNotifierItems").toStringList()) {
         const auto name = item.section(u'/', 0, 0);
         if (bus.interface()->servicePid(name) == processId) {

@@ -5,7 +5,7 @@
 
 namespace kelvo {
 
-/// Tells when an icon is registered in the tray of the session.
+/// Reports when an icon is registered in the tray of the session.
 class TrayWatch : public QObject
 {
     Q_OBJECT
@@ -13,7 +13,7 @@ class TrayWatch : public QObject
 public:
     explicit TrayWatch(QObject *parent = nullptr);
 
-    /// A call of a method of the icon that this process has in the tray. Fails where it has none.
+    /// Returns a call of a method of the tray icon of a process. Ends the program when the process has no icon.
     static QDBusMessage callOfItem(qint64 processId, const QString &method);
 
 Q_SIGNALS:

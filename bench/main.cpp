@@ -45,8 +45,8 @@ double median(std::vector<double> values)
     return values.at(values.size() / 2);
 }
 
-/// Lets events happen until `condition` holds, which is looked at after each. Qt Test's waiting sleeps in between,
-/// and with it the simulated internet would.
+/// Processes events until `condition` holds, and checks it after each. Returns false after `atMost`. (QTest::qWaitFor
+/// sleeps between checks, and the simulated internet in this process would sleep with it.)
 bool letHappen(std::chrono::milliseconds atMost, const std::function<bool()> &condition)
 {
     QTimer alarm;
@@ -73,15 +73,15 @@ void waitUntil(const char *what, const std::function<bool()> &condition)
     }
 }
 
-/// All that a measured program lives in: an internet, and a login manager that can put it to sleep and wake it, which
-/// makes Kelvo check at once.
+/// The environment of a measured program: a simulated internet, and a login manager that announces sleep and wake-up.
+/// After a wake-up Kelvo checks at once.
 struct World
 {
     World()
     {
         systemBus.start();
         logind = std::make_unique<FakeLogind>(systemBus);
-        // As large as the real feed, which dominates a round.
+        // As large as the real feed, which dominates the cost of a round.
         internet.setEndedIncidents(600);
     }
 
@@ -91,7 +91,7 @@ struct World
         logind->prepareForSleep(false);
     }
 
-    /// Starts a round by `start`, and waits until all of it was asked for and answered.
+    /// Starts a round by calling `start`, and waits until all its requests were received and answered.
     void round(const std::function<void()> &start)
     {
         internet.clearRequests();
@@ -138,7 +138,7 @@ std::unique_ptr<ProxiedProcess> startBareRequests(World &world)
 
 // ---- Start to ring ----
 
-/// The introduction of a fresh account is no part of the start.
+/// Marks the onboarding as completed, so that its window is not part of the measured start.
 void writeOnboarded(const QTemporaryDir &configuration)
 {
     QDir(configuration.path()).mkdir(u"Kelvo"_s);
@@ -222,25 +222,25 @@ QList<Figure> measureRest()
 
 // ---- The popover ----
 
-/// A program with an icon in the tray and a window that a click on it shows or hides, right under the pointer.
+/// A program with a tray icon and a window under the pointer that a click on the icon shows or hides.
 class Clicked
 {
 public:
-    /// `ground` are the colours that most of the window has, one of them at a time.
+    /// `ground` lists the possible background colours of the window.
     Clicked(qint64 processId, QList<QRgb> ground)
         : click_(TrayWatch::callOfItem(processId, u"Activate"_s) << pointer.x() << pointer.y())
         , ground_(std::move(ground))
     {
     }
 
-    /// Clicks as a tray does. Gives the milliseconds until the window is on the screen.
+    /// Clicks the icon as a tray does. Returns the milliseconds until the window is on the screen.
     double open()
     {
         QCursor::setPos(pointer);
         return click([this] { return column_.count(ground_) >= seen; });
     }
 
-    /// The milliseconds until it is off the screen.
+    /// Clicks the icon. Returns the milliseconds until the window is off the screen.
     double close()
     {
         return click([this] { return column_.count(ground_) == 0; });
@@ -259,7 +259,7 @@ private:
             if (elapsed.hasExpired(std::chrono::milliseconds(aRoundAtMost).count())) {
                 qFatal("Waited in vain for a window to come or go");
             }
-            // Without a rest this would take the processor from whoever draws.
+            // Sleep, so that this loop does not take processor time from the program that draws.
             std::this_thread::sleep_for(200us);
         }
         const auto result = static_cast<double>(elapsed.nsecsElapsed()) / 1e6;
@@ -401,7 +401,7 @@ QList<Figure> measureAlert()
         kelvo.setEnvironment(u"DBUS_SYSTEM_BUS_ADDRESS"_s, world.systemBus.address());
         kelvo.setEnvironment(u"DBUS_SESSION_BUS_ADDRESS"_s, sessionBus.address());
         kelvo.writeSettings("[General]\nhasOnboarded=true\n");
-        // Claude alone, as in a fresh account: what else a round fetches at the same time is not the alert's road.
+        // Watch only Claude, so that the other requests of a round do not delay the alert.
         kelvo.start();
         waitUntil("the first answer", [&] { return !world.internet.requests().isEmpty(); });
         letPass(500ms);
@@ -491,13 +491,13 @@ int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     QCommandLineParser parser;
-    parser.setApplicationDescription(u"Measures Kelvo beside bare Qt programs on the same desktop."_s);
+    parser.setApplicationDescription(u"Measures Kelvo and minimal Qt programs on the same desktop."_s);
     parser.addHelpOption();
-    const QCommandLineOption growthRounds(u"growth-rounds"_s, u"Rounds to look for growth in (1000)."_s, u"count"_s,
+    const QCommandLineOption growthRounds(u"growth-rounds"_s, u"Rounds of the growth measurement (1000)."_s, u"count"_s,
                                           u"1000"_s);
     parser.addOption(growthRounds);
     const QCommandLineOption growthOpenings(
-        u"growth-openings"_s, u"Openings of the popover to look for growth in (200)."_s, u"count"_s, u"200"_s);
+        u"growth-openings"_s, u"Popover openings of the growth measurement (200)."_s, u"count"_s, u"200"_s);
     parser.addOption(growthOpenings);
     const QList<Measurement> measurements{
         {u"start"_s, measureStart},
@@ -512,7 +512,7 @@ int main(int argc, char *argv[])
     for (const auto &measurement : measurements) {
         names.append(measurement.name);
     }
-    parser.addPositionalArgument(u"what"_s, u"What to measure: %1; all of it by default."_s.arg(names.join(", "_L1)),
+    parser.addPositionalArgument(u"what"_s, u"What to measure: %1. Default: everything."_s.arg(names.join(", "_L1)),
                                  u"[what...]"_s);
     parser.process(application);
 

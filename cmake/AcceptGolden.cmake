@@ -1,4 +1,4 @@
-# Makes the pictures that a test run rejected the golden ones: moves FROM/<name>.png to TO.
+# Accepts the pictures that a test run rejected as golden pictures: moves FROM/<name>.png to TO.
 file(GLOB rejected ${FROM}/*.png)
 list(FILTER rejected EXCLUDE REGEX "\\.diff\\.png$")
 foreach(picture IN LISTS rejected)

@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// A clock that runs faster than the one that it is made from, so that minutes can be shown in seconds.
+/// Divides every wait by `factor`, so that the demo shows minutes in seconds.
 class AcceleratedClock : public ContinuousClock
 {
 public:

@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The text arguments of org.freedesktop.Notifications.Notify before its list of actions, in their order.
+/// The string arguments of org.freedesktop.Notifications.Notify that precede its list of actions, in order.
 enum NotifyText { appName, appIcon, summary, body, notifyTextCount };
 
 } // namespace
@@ -26,7 +26,7 @@ NotificationWatch::~NotificationWatch()
 
 bool NotificationWatch::start()
 {
-    // The monitor announces itself with the signals of its own connection: from then on it misses nothing.
+    // dbus-monitor first prints the signals of its own connection. From then on it sees every call.
     monitor_.start(u"dbus-monitor"_s,
                    {u"--session"_s, u"type='method_call',interface='org.freedesktop.Notifications',member='Notify'"_s});
     if (!monitor_.waitForStarted() || !monitor_.waitForReadyRead()) {

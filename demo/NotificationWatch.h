@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-/// Watches what Kelvo asks the desktop's notification service to show, from outside: on the session bus.
+/// Observes the notifications that Kelvo sends to the desktop, from outside, by monitoring the session bus.
 class NotificationWatch : public QObject
 {
     Q_OBJECT
@@ -15,15 +15,15 @@ public:
     explicit NotificationWatch(QObject *parent = nullptr);
     ~NotificationWatch() override;
 
-    /// Begins to watch. False, with the reason in `errorString`, when the bus cannot be watched.
+    /// Starts dbus-monitor. Returns false, with the reason in `errorString`, when the bus cannot be monitored.
     bool start();
     QString errorString() const { return errorString_; }
 
-    /// Every notification so far, as "title: body".
+    /// All notifications so far, each as "title: body".
     const QStringList &seen() const { return seen_; }
 
 Q_SIGNALS:
-    /// One more was seen.
+    /// A notification was seen.
     void notified();
 
 private:
@@ -32,7 +32,7 @@ private:
 
     QProcess monitor_;
     QString errorString_;
-    QStringList texts_; ///< the text arguments read so far of the call at hand
+    QStringList texts_; ///< the string arguments of the current call that were read so far
     bool inCall_ = false;
     QStringList seen_;
 };

@@ -15,7 +15,7 @@ namespace {
 const auto claudeHost = u"claude.ai"_s;
 const auto theAlert = u"Claude is back: You can continue working."_s;
 
-/// Longer than any chapter can take.
+/// The time after which a chapter has failed.
 constexpr auto patience = 45s;
 
 } // namespace

@@ -15,31 +15,32 @@
 
 namespace kelvo {
 
-/// Tells the one story that the program exists for: Claude goes down, its page calls it well too early, it answers
-/// again. Each chapter sets the scene in the simulated internet, waits until the program shows it, and takes a picture.
+/// Plays an outage in chapters: Claude goes down, its status page reports it operational too early, and then it answers
+/// again. Each chapter changes the simulated internet, waits until the program shows the change, and saves a picture of
+/// the screen.
 class Story : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Pictures go to `pictures`, which exists.
+    /// Pictures are saved to `pictures`, which must exist.
     Story(SimulatedInternet &internet, const StatusStore &store, const NotificationWatch &watch, QDir pictures);
 
     void begin();
 
 Q_SIGNALS:
-    /// The story is told. `complaint` says what went wrong; it is empty when exactly the one alert arrived.
+    /// The story has ended. `complaint` says what went wrong; it is empty when exactly one alert arrived, the right one.
     void ended(const QString &complaint);
 
 private:
     struct Chapter
     {
-        QString name;                   ///< of the picture
-        QString line;                   ///< told when it begins
-        std::function<void()> setScene; ///< may be empty
-        std::function<bool()> isShown;  ///< whether the program has caught up
-        QString shown;                  ///< told then
-        std::chrono::milliseconds rest; ///< for the eyes, before the picture
+        QString name;                   ///< the name of the picture
+        QString line;                   ///< printed when the chapter begins
+        std::function<void()> setScene; ///< changes the simulated internet; may be empty
+        std::function<bool()> isShown;  ///< whether the program shows the change
+        QString shown;                  ///< printed when it does
+        std::chrono::milliseconds rest; ///< how long the result stays on the screen before the picture is taken
     };
 
     std::vector<Chapter> chapters();

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 namespace kelvo {
 namespace {
 
-/// Complete, so that the machine's own openssl.cnf adds nothing.
+/// The configuration is complete, so the machine's own openssl.cnf has no effect.
 QByteArray configurationFor(const QStringList &hosts)
 {
     QStringList names;

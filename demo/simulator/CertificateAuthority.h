@@ -10,12 +10,12 @@
 
 namespace kelvo {
 
-/// A certificate authority for one run, with one certificate for all hosts, made by the `openssl` command line tool in a
-/// directory that goes with it.
+/// A temporary certificate authority and one certificate for all hosts. The `openssl` command line tool makes them in a
+/// directory that is removed with this object.
 class CertificateAuthority
 {
 public:
-    /// Null, with a warning that says why, when the tool is missing or fails.
+    /// Returns null, and prints a warning with the reason, when the tool is missing or fails.
     static std::unique_ptr<CertificateAuthority> make(const QStringList &hosts);
 
     /// PEM files: the authority's certificate (what a client trusts), and the hosts' certificate and key.
@@ -25,7 +25,7 @@ public:
 
     QSslCertificate certificate() const;
     QSslKey privateKey() const;
-    /// For a client that trusts this authority and nobody else.
+    /// The TLS configuration of a client that trusts only this authority.
     QSslConfiguration clientConfiguration() const;
 
 private:

@@ -8,7 +8,7 @@ namespace kelvo {
 
 struct SimulatedIncident;
 
-/// Google's incident feed: the incident that goes on first, if there is one, then `endedCount` past ones of all products.
+/// Returns Google's incident feed as JSON: the current incident, if any, then `endedCount` ended ones of all products.
 QByteArray incidentFeed(const std::optional<SimulatedIncident> &current, int endedCount);
 
 } // namespace kelvo

@@ -28,7 +28,7 @@ QNetworkReply *ReroutedNetwork::createRequest(Operation operation, const QNetwor
     if (tls_) {
         rerouted.setSslConfiguration(*tls_);
     } else if (url.scheme() == "https"_L1) {
-        // The port keeps the meaning: the simulated internet takes plain requests to it for https.
+        // The port keeps the scheme: the simulated internet treats plain requests to port 443 as https.
         url.setScheme(u"http"_s);
         url.setPort(url.port(443));
         rerouted.setUrl(url);

@@ -9,16 +9,16 @@ namespace kelvo {
 
 class SimulatedInternet;
 
-/// A network layer whose every request, redirects included, reaches the simulated internet, whatever its host. Nothing
-/// leaves the machine, and no name is resolved. (Only requests to this machine itself go straight to it.)
+/// A network layer that sends every request and redirect to the simulated internet, whatever its host. No request leaves
+/// the machine and no name is resolved. (Requests to the loopback address are sent directly.)
 class ReroutedNetwork : public QNetworkAccessManager
 {
     Q_OBJECT
 
 public:
-    /// Leaves TLS out: https requests travel in plain text (and are recorded as https).
+    /// Does not use TLS: https requests are sent in plain text and recorded as https.
     explicit ReroutedNetwork(const SimulatedInternet &internet, QObject *parent = nullptr);
-    /// Speaks TLS as the real network does, with the trust that `configuration` holds.
+    /// Uses TLS like the real network, with the trusted certificates of `configuration`.
     ReroutedNetwork(const SimulatedInternet &internet, const QSslConfiguration &configuration,
                     QObject *parent = nullptr);
 

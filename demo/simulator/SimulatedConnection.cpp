@@ -59,7 +59,7 @@ void SimulatedConnection::readRequests()
     while (!answering_ && takeRequest()) { }
 }
 
-/// Takes one whole request from what was received, if there is one.
+/// Removes one complete request from the received bytes and handles it. Returns false when there is none.
 bool SimulatedConnection::takeRequest()
 {
     const qsizetype headEnd = received_.indexOf("\r\n\r\n");

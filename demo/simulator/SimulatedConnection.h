@@ -10,8 +10,8 @@ namespace kelvo {
 
 class SimulatedInternet;
 
-/// One client's connection: an HTTP/1.1 server that is also a proxy, so that it plays any host. Answers one request
-/// after the other and goes when the client goes.
+/// The server side of one connection: an HTTP/1.1 server and proxy that stands in for any host. It answers one request
+/// after the other and deletes itself when the client disconnects.
 class SimulatedConnection : public QObject
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ class SimulatedConnection : public QObject
 public:
     SimulatedConnection(qintptr descriptor, SimulatedInternet &internet);
 
-    /// Drops the connection if nothing is being answered on it.
+    /// Closes the connection unless it is answering a request.
     void closeIfIdle();
 
 private:
@@ -38,7 +38,7 @@ private:
 
     SimulatedInternet &internet_;
     QSslSocket socket_;
-    QTimer timer_; // the one thing that an answer waits for: its delay, or the next drop
+    QTimer timer_; // the delay before the answer, or the wait before its next byte
     QByteArray received_;
     QString tunnelHost_;
     SimulatedRequest request_;

@@ -16,7 +16,7 @@ const auto feedPath = "/appsstatus/dashboard/incidents.json"_ba;
 
 constexpr std::array pages{StatusPage::Claude, StatusPage::OpenAI, StatusPage::Cursor, StatusPage::GitHub};
 
-/// What the services answer to a stranger on a good day.
+/// The status codes with which the services answer a request without credentials while they work.
 struct ServiceHost
 {
     QLatin1StringView host;

@@ -18,7 +18,7 @@ namespace kelvo {
 /// The status pages that Kelvo reads.
 enum class StatusPage { Claude, OpenAI, Cursor, GitHub };
 
-/// An incident of Google's feed as far as it differs from one simulation to the next.
+/// The parts of an incident in Google's feed that a test can choose.
 struct SimulatedIncident
 {
     QString product = QStringLiteral("Gemini");
@@ -26,83 +26,84 @@ struct SimulatedIncident
     bool hasAffectedLocations = false;
 };
 
-/// The internet as Kelvo sees it, on one port of 127.0.0.1: the vendors' status pages, Google's incident feed, the
-/// services themselves, and the hosts that alerts are posted to. In the beginning every service is operational and
-/// usable. Hosts that are neither known nor given a response do not exist: their connections break.
+/// Simulates the hosts that Kelvo contacts on one port of 127.0.0.1: the vendors' status pages, Google's incident feed,
+/// the services themselves, and the hosts that receive alerts. Initially every service is operational and usable. A host
+/// that is not known and has no response set does not exist: connections to it break.
 ///
-/// Three ways lead to it: `ReroutedNetwork`, an HTTP proxy address (plain requests, and CONNECT with TLS once there is a
-/// certificate), and plain requests straight to the port.
+/// Clients reach it through a `ReroutedNetwork`, by using its port as an HTTP proxy (plain requests, and CONNECT with
+/// TLS after `setCertificate`), or with plain requests to the port.
 class SimulatedInternet : public QTcpServer
 {
     Q_OBJECT
 
 public:
-    /// Listens on a port that is free.
+    /// Listens on a free port.
     explicit SimulatedInternet(QObject *parent = nullptr);
     ~SimulatedInternet() override;
 
     quint16 port() const { return serverPort(); }
-    /// What `https_proxy` and `http_proxy` are set to, for a program that is to live in this internet.
+    /// The value of `https_proxy` and `http_proxy` for a program that is to use this internet.
     QUrl proxyUrl() const;
-    /// All hosts that exist from the beginning.
+    /// All hosts that exist initially.
     static QStringList hosts();
     static QString host(StatusPage page);
 
-    // What the vendors publish.
+    // The documents that the vendors publish.
 
-    /// Sets every component of that name, compared exactly; one that the page does not have yet is added.
+    /// Sets the status of every component with this exact name. Adds a component when the page has none.
     void setComponent(StatusPage page, const QString &component, const QString &status);
-    /// The description follows the indicator unless it is given.
+    /// Sets the indicator of the page. Without a description, uses the usual one for the indicator.
     void setIndicator(StatusPage page, const QString &indicator, const QString &description = {});
-    /// All components operational, the indicator "none".
+    /// Sets all components to operational and the indicator to "none".
     void setAllOperational(StatusPage page);
     const StatusPageDocument &document(StatusPage page) const { return documents_[index(page)]; }
-    /// The one incident of Google's feed that goes on, or none.
+    /// Sets or removes the current incident in Google's feed.
     void setGeminiIncident(std::optional<SimulatedIncident> incident);
-    /// How many ended incidents of all Google products the feed carries besides. 500 make more than a megabyte.
+    /// Sets how many ended incidents the feed also contains. 500 make it larger than a megabyte.
     void setEndedIncidents(int count);
-    /// What a service itself answers, at any path but those with a response of their own.
+    /// Sets the status with which a service answers at every path that has no response of its own.
     void setProbe(const QString &host, int status);
 
     // Any other behaviour.
 
-    /// The response to `path` (with the query) on `host`; an empty path stands for every path of that host.
+    /// Sets the response to `path` (including the query) on `host`. An empty path means every path of the host.
     void respond(const QString &host, const QByteArray &path, const SimulatedResponse &response);
-    /// One response after the other; the last one stays.
+    /// Sets responses that are given one after the other. The last one is repeated.
     void respondInTurn(const QString &host, const QByteArray &path, const QList<SimulatedResponse> &responses);
-    /// Takes the responses to `path` back.
+    /// Removes the responses to `path`.
     void forget(const QString &host, const QByteArray &path);
-    /// The host's connections break.
+    /// Makes connections to the host break.
     void setUnreachable(const QString &host, bool unreachable = true);
-    /// Every host's connections break.
+    /// Makes connections to every host break.
     void setOffline(bool offline) { offline_ = offline; }
-    /// Whether a connection stays open for a next request, which it does from the beginning.
+    /// Sets whether a connection stays open for another request. True initially.
     void setKeepsConnections(bool keeps) { keepsConnections_ = keeps; }
     bool keepsConnections() const { return keepsConnections_; }
-    /// Drops the connections on which nothing is being answered.
+    /// Closes the connections that are not answering a request.
     void closeIdleConnections();
 
     // As a proxy.
 
-    /// The identity of all hosts together, for TLS.
+    /// Sets the certificate that all hosts use for TLS.
     void setCertificate(const QSslCertificate &certificate, const QSslKey &privateKey);
     const QSslCertificate &certificate() const { return certificate_; }
     const QSslKey &privateKey() const { return privateKey_; }
-    /// What the proxy answers to CONNECT for `host`. 200 lets it through.
+    /// The status with which the proxy answers CONNECT to `host`. 200 opens the tunnel.
     int tunnelStatus(const QString &host) const;
-    /// Makes the proxy itself refuse every CONNECT with that status; 200 ends it.
+    /// Makes the proxy refuse every CONNECT with this status; 200 makes it accept again.
     void setProxyStatus(int status) { proxyStatus_ = status; }
 
-    // What was heard.
+    // The requests that were received.
 
     const QList<SimulatedRequest> &requests() const { return requests_; }
     QList<SimulatedRequest> requestsTo(const QString &host) const;
     void clearRequests() { requests_.clear(); }
-    /// How many connections clients have opened so far, and how many are open.
+    /// The number of connections that clients have opened so far.
     int connectionsAccepted() const { return connectionsAccepted_; }
+    /// The number of connections that are open.
     int connectionsOpen() const;
 
-    /// For connections: records `request` and gives what its host answers.
+    /// Called by connections: records `request` and returns the response of its host.
     SimulatedResponse receive(const SimulatedRequest &request);
 
 Q_SIGNALS:

@@ -6,17 +6,17 @@
 
 namespace kelvo {
 
-/// What a simulated host says to one request, and how it behaves while it says it.
+/// The response of a simulated host to one request, and how it is sent.
 struct SimulatedResponse
 {
     enum class Behaviour {
         Answer,         ///< a whole, well-formed response
-        CloseAtOnce,    ///< closes the connection without a byte
+        CloseAtOnce,    ///< closes the connection without sending a byte
         CloseInMidBody, ///< announces the whole body, sends half of it and closes
         Drip,           ///< sends the body one byte per `pace`
         Silence,        ///< never sends a byte and keeps the connection open
         Stall,          ///< sends head and half of the body, then nothing, and keeps the connection open
-        Endless,        ///< repeats the body for ever
+        Endless,        ///< repeats the body without end
     };
 
     int status = 200;
@@ -26,7 +26,7 @@ struct SimulatedResponse
     std::chrono::milliseconds delay{0}; ///< before the first byte
     Behaviour behaviour = Behaviour::Answer;
     std::chrono::milliseconds pace{0}; ///< of `Drip`
-    int provisional = 0;               ///< a 1xx status that is sent ahead, if not 0
+    int provisional = 0;               ///< a 1xx status that is sent first, unless 0
     bool chunked = false;              ///< sends the body in chunks instead of announcing its length
 
     static SimulatedResponse json(const QByteArray &body, int status = 200);
@@ -41,7 +41,7 @@ struct SimulatedResponse
     static SimulatedResponse stall(const QByteArray &body);
     static SimulatedResponse endless(const QByteArray &piece);
 
-    /// The same with a compressed body, and the header that says so.
+    /// The same response with a compressed body and a Content-Encoding header.
     SimulatedResponse gzipped() const;
     SimulatedResponse with(const QByteArray &headerName, const QByteArray &value) const;
     SimulatedResponse after(std::chrono::milliseconds wait) const;
@@ -49,9 +49,9 @@ struct SimulatedResponse
     SimulatedResponse inChunks() const;
 };
 
-/// `data` in the gzip format.
+/// Compresses `data` in the gzip format.
 QByteArray gzip(const QByteArray &data);
-/// The phrase of a status line.
+/// The reason phrase of a status line.
 QByteArray reasonPhrase(int status);
 
 } // namespace kelvo

@@ -6,13 +6,13 @@
 
 namespace kelvo {
 
-/// A status page's summary document, in one of the two shapes that are published.
+/// The summary document of a status page, in one of the two shapes that vendors publish.
 class StatusPageDocument
 {
 public:
     enum class Shape {
-        Long,  ///< all that a hosted status page tells, groups included
-        Short, ///< few fields per component, and no list of incidents while there are none
+        Long,  ///< all fields of a hosted status page, including groups
+        Short, ///< few fields per component; no "incidents" key while there are none
     };
 
     struct Component
@@ -20,7 +20,7 @@ public:
         QString name;
         QString status = QStringLiteral("operational");
         bool isGroup = false;
-        QString group; ///< the name of the group it belongs to, if any
+        QString group; ///< the name of the group that the component belongs to; may be empty
     };
 
     static StatusPageDocument claude();
@@ -28,9 +28,9 @@ public:
     static StatusPageDocument cursor();
     static StatusPageDocument gitHub();
 
-    /// Sets every component of that name, compared exactly; adds one when there is none.
+    /// Sets the status of every component with this exact name. Adds a component when there is none.
     void setComponent(const QString &name, const QString &status);
-    /// An empty description takes the vendors' usual one.
+    /// Sets the indicator. An empty description means the usual one for the indicator.
     void setIndicator(const QString &indicator, const QString &description = {});
     void setAllOperational();
 

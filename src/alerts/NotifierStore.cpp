@@ -41,14 +41,14 @@ QFuture<void> NotifierStore::requestAuthorization()
     return center_.requestAuthorization().then(whileAlive(this, [this] { refreshAuthorization(); }));
 }
 
-// The permission is not asked here: the system drops what it does not permit, and knows better than a stored answer.
+// The stored permission is not consulted: it may be out of date, and the system drops what it does not permit.
 void NotifierStore::send(const QString &title, const QString &body)
 {
     if (center_.canServeThisProcess()) {
         center_.add({QUuid::createUuid().toString(QUuid::WithoutBraces), title, body});
     }
-    // On the next turn, so that the post takes the address or token that then holds: whoever sends may be about to
-    // change it.
+    // The post starts on the next turn of the event loop and reads the address or token then, because the caller may
+    // change it before it returns.
     QMetaObject::invokeMethod(
         this, [this, text = title + ". "_L1 + body, channel = settings_.armedChannel()] { post(text, channel); },
         Qt::QueuedConnection);

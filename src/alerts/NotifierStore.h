@@ -11,40 +11,41 @@
 
 namespace kelvo {
 
-/// The one way out for every alert: to this computer, and to the channel that the user armed.
+/// Sends alerts to this computer and to the remote channel that the user armed.
 class NotifierStore : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The bounds of every post to a remote channel.
+    /// The limits of every post to a remote channel.
     static const HttpLimits limits;
 
-    /// Reads the permission once. `session` carries the posts to remote channels.
+    /// Reads the permission once. `session` sends the posts to remote channels.
     NotifierStore(SettingsStore &settings, NotificationCenter &center, HttpSession &session);
-    /// The notifier of this process. Available once the program is composed.
+    /// The notifier of this process. Requires a living Composition.
     static NotifierStore &shared();
 
-    /// The system's permission as last read.
+    /// The permission to post notifications, as last read from the system.
     AuthorizationStatus authorizationStatus() const { return authorizationStatus_; }
-    /// How the last test went, in words for the user; nothing before the first.
+    /// The result of the last test message, as a text for the user; nullopt before the first test.
     std::optional<QString> lastTestResult() const { return lastTestResult_; }
 
-    /// Reads the permission again. Returns at once.
+    /// Starts to read the permission again and returns at once.
     void refreshAuthorization();
-    /// Asks the user for the permission, where the system has such a question, and reads it again.
+    /// Asks the user for the permission, if the system has such a dialog, and then reads it again. The future finishes
+    /// when the user has answered.
     QFuture<void> requestAuthorization();
-    /// Delivers one alert and returns at once. A failed delivery is dropped. The post to the channel that is armed now
-    /// begins on the next turn of the event loop, with that channel's details as they are then.
+    /// Sends one alert and returns at once. A failed delivery is not reported or repeated. The post goes to the channel
+    /// that is armed now; it starts on the next turn of the event loop and reads that channel's settings then.
     void send(const QString &title, const QString &body);
-    /// Sends the test message over one remote channel, armed or not, and sets `lastTestResult`.
+    /// Sends the test message to a remote channel, armed or not. Sets `lastTestResult` when the post has ended.
     QFuture<void> sendTest(RemoteChannel channel);
 
-    /// Posts to a Slack incoming webhook (https://api.slack.com/messaging/webhooks). True when it was accepted; false
-    /// on any failure, and without a request when `webhook` is no web address.
+    /// Posts to a Slack incoming webhook (https://api.slack.com/messaging/webhooks). Gives true when the server answers
+    /// with a 2xx status and false on any failure. Sends no request when `webhook` is not a web address.
     QFuture<bool> postSlack(const QString &text, const QString &webhook);
-    /// Posts as a Telegram bot (https://core.telegram.org/bots/api#sendmessage). Results as for Slack; no request when
-    /// `token` or `chatID` is empty.
+    /// Posts as a Telegram bot (https://core.telegram.org/bots/api#sendmessage). Gives the same results as `postSlack`.
+    /// Sends no request when `token` or `chatID` is empty.
     QFuture<bool> postTelegram(const QString &text, const QString &token, const QString &chatID);
 
 Q_SIGNALS:
@@ -53,7 +54,7 @@ Q_SIGNALS:
     void lastTestResultChanged();
 
 private:
-    /// What the armed channel, or the tested one, makes of a text. False at once for channels that deliver nothing.
+    /// Posts `text` to `channel`. Gives false at once for channels that deliver nothing.
     QFuture<bool> post(const QString &text, RemoteChannel channel);
     QFuture<bool> postJson(const QString &address, const QJsonObject &message);
     void setLastTestResult(const QString &result);

@@ -13,7 +13,7 @@ namespace kelvo::AppIcon {
 
 namespace {
 
-// Lengths in a grid of 128 × 128 units, the installed picture's.
+// Lengths in a grid of 128 × 128 units, as in the installed SVG.
 constexpr double grid = 128.0;
 constexpr QRectF ground(8, 8, 112, 112);
 constexpr double groundRadius = 26.0;

@@ -4,7 +4,7 @@
 
 namespace kelvo::AppIcon {
 
-/// The program’s own icon, as the installed one looks, for where nothing is installed.
+/// The application icon. It looks like the installed one and works without an installation.
 QIcon image();
 
 } // namespace kelvo::AppIcon

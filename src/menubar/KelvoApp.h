@@ -13,21 +13,21 @@
 
 namespace kelvo {
 
-/// The root of the user interface. Three scenes: the ring in the tray or menu bar with its popover, the settings window,
-/// and the first-run window, which opens by itself until the user has been through it once.
+/// The root of the user interface: the ring in the tray or menu bar with its popover, the settings window, and the
+/// onboarding window. The onboarding window opens at each start until the user has completed it.
 class KelvoApp : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Shows the ring as soon as there is a place for it. The windows are made when the first of them is wanted, and
-    /// again if that failed. Everything must outlive this.
+    /// Shows the ring as soon as there is a tray. `makeViews` is called when the first view is needed, and again at the
+    /// next need if it failed. All arguments must outlive this object.
     KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform,
              ViewsFactory makeViews);
     ~KelvoApp() override;
 
-    /// Shows the ring before anything is known. To be called before the stores are made: their first requests load the
-    /// libraries for TLS, which takes longer than all the rest of the start.
+    /// Shows the inactive ring. Call this before the stores are made: their first requests load the TLS libraries, which
+    /// takes longer than the rest of the start.
     static void showFirstRing(StatusItem &statusItem, const Appearance &appearance);
 
     void openPopover();
@@ -35,7 +35,7 @@ public:
     void openOnboarding();
 
 private:
-    /// Nothing when there are none to be had: then the ring and its menu are all there is, and the watching goes on.
+    /// The views, made at the first call. Null when they cannot be made; the ring, its menu and the monitor still work.
     Views *views();
     void togglePopover();
     void makeMenu();

@@ -31,8 +31,8 @@ struct CoreColor
     QRgb onDarkBar;
 };
 
-// By state, in the order of the states. The darker of each pair stands on the light bar, so that the dot keeps its
-// contrast; a state without a colour has a hollow dot.
+// Indexed by RingState. The colour for a light bar is the darker one of each pair, for contrast. A state without
+// colours has a hollow dot.
 constexpr std::array<std::optional<CoreColor>, 4> coreColors{
     CoreColor{0xff248a3d, 0xff32d74b}, // available
     CoreColor{0xffd70015, 0xffff453a}, // outage
@@ -63,8 +63,8 @@ QRectF square(double halfSide)
     return {-halfSide, -halfSide, 2 * halfSide, 2 * halfSide};
 }
 
-// The painter flattens curves to within a fraction of a device pixel, and always to the inner side, which at these
-// sizes costs the glyph three per cent of its weight. So it is given finely flattened outlines to fill.
+// QPainter flattens curves with a tolerance of a fraction of a device pixel, always towards the inside. At these sizes
+// the glyph would lose three per cent of its area, so the curves are flattened here, more finely.
 constexpr double fineness = 64.0;
 
 QPainterPath flattened(const QPainterPath &path)
@@ -110,8 +110,8 @@ void draw(QPainter &painter, const QRectF &rect, RingState state, bool onDarkBar
     }
 }
 
-// A tray that takes pictures over D-Bus is sent just these, and scales what lies between. So they are what bars ask
-// for, plain and doubled: 16, 22, 24 and 32 pixels, and 18 points on macOS. Nothing above 64 would be sent.
+// Qt sends these sizes to a tray on D-Bus, which scales them for other sizes. They are the usual sizes of bars at scale
+// 1 and 2: 16, 22, 24 and 32 pixels, and 18 points on macOS. Qt does not send sizes above 64.
 const QList<int> sizes{16, 18, 22, 24, 32, 36, 44, 48, 64};
 
 } // namespace

@@ -6,11 +6,11 @@
 
 namespace kelvo::MenuBarIcon {
 
-/// The design size, in points.
+/// The side of the ring's image as designed, in points.
 inline constexpr double designSize = 18.0;
 
-/// The ring for a state on a bar that is light or dark. Drawn when it is asked for, so it is sharp at every size and
-/// scale; never tinted.
+/// Returns the ring for a state on a light or dark bar. The icon is painted at each requested size, so it is sharp at
+/// every scale. It is not tinted.
 QIcon image(RingState state, bool onDarkBar);
 
 } // namespace kelvo::MenuBarIcon

@@ -12,8 +12,8 @@ class SettingsStore;
 class StatusStore;
 struct Platform;
 
-/// The views that open and close: the popover, the settings window and the first-run window. Their implementation needs
-/// Qt Quick, which takes more memory than the rest of the program, so it is loaded when the first of them opens.
+/// The popover, the settings window and the onboarding window. Their implementation needs Qt Quick, which takes more
+/// memory than the rest of the program, so it is in a library that is loaded when the first of them opens.
 class Views
 {
 public:
@@ -22,17 +22,18 @@ public:
     Views(const Views &) = delete;
     Views &operator=(const Views &) = delete;
 
-    /// The ring was clicked. `ring` is its rectangle on the screen; empty when it is not known.
+    /// Opens or closes the popover after a click on the ring. `ring` is the rectangle of the ring on the screen, empty
+    /// when it is not known.
     virtual void togglePopover(const QRect &ring) = 0;
     virtual void openPopover() = 0;
     virtual void openSettings() = 0;
     virtual void openOnboarding() = 0;
 };
 
-/// Makes the views; null when that fails. The arguments must outlive them.
+/// Makes the views. Returns null on failure. The arguments must outlive the views.
 using ViewsFactory = std::unique_ptr<Views> (*)(StatusStore &, SettingsStore &, NotifierStore &, Platform &);
 
-/// A ViewsFactory that a loaded library provides.
+/// The interface of the library that contains the views; `make` is its ViewsFactory.
 class ViewsPlugin
 {
 public:

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 std::unique_ptr<Views> loadViews(StatusStore &store, SettingsStore &settings, NotifierStore &notifier,
                                  Platform &platform)
 {
-    // With its whole path: Qt would search in places that others may write to.
+    // An absolute path, because Qt would otherwise search directories that other users may be able to write to.
     const auto library = QCoreApplication::applicationDirPath() + u'/' + libraryFolder() + u"/kelvo-views.so"_s;
     QPluginLoader loader(library);
     auto *plugin = qobject_cast<ViewsPlugin *>(loader.instance());

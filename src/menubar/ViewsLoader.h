@@ -4,8 +4,8 @@
 
 namespace kelvo {
 
-/// A ViewsFactory: makes the views of the library that is installed with the program. The library is loaded at the first
-/// call and stays loaded. Where it is missing or does not fit, prints one warning and returns null.
+/// The ViewsFactory of the installed program. Loads the views library at the first call; the library stays loaded.
+/// Prints a warning and returns null when the library is missing or cannot be loaded.
 std::unique_ptr<Views> loadViews(StatusStore &store, SettingsStore &settings, NotifierStore &notifier,
                                  Platform &platform);
 

@@ -12,25 +12,26 @@ class QWindow;
 
 namespace kelvo {
 
-/// Brings a window of this program to the front that was asked to open and is about to appear. Looks for it 20 times,
-/// 50 milliseconds apart, the first time after 50 milliseconds, and then gives up.
+/// Brings a window of this program to the front that is about to appear. Looks for the window every 50 milliseconds and
+/// gives up after 20 attempts.
 class WindowOpener
 {
 public:
     using Predicate = std::function<bool(const QWindow &)>;
 
-    /// The title of the first-run window, by which it is told from the settings.
+    /// The title of the onboarding window. It distinguishes this window from the settings window.
     static QString onboardingTitle();
 
-    /// The clock must outlive this.
+    /// The clock must outlive this object.
     explicit WindowOpener(ContinuousClock &clock);
     ~WindowOpener();
 
-    /// The first visible window that satisfies `matching`.
+    /// Brings the first visible window for which `matching` returns true to the front.
     void bringForward(Predicate matching);
-    /// The window with that title.
+    /// Brings the window with this title to the front.
     void bringForward(const QString &title);
-    /// The one that has a title bar and is no panel, and is not the first-run window.
+    /// Brings the first visible window to the front that has a title bar and is neither a panel nor the onboarding
+    /// window.
     void bringSettingsForward();
 
 private:

@@ -21,7 +21,7 @@ QString checked(std::optional<TimePoint> lastChecked, TimePoint now)
     if (!lastChecked) {
         return u"Not checked yet"_s;
     }
-    // A clock that was set back would make the check lie ahead.
+    // The wall clock may have been set back since the check.
     const auto elapsed = std::max(duration_cast<seconds>(now - *lastChecked), 0s);
     if (elapsed < 1min) {
         return ago(elapsed.count(), "second"_L1);

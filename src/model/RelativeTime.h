@@ -8,7 +8,8 @@
 
 namespace kelvo::RelativeTime {
 
-/// How long ago the last check was, in one sentence for the user.
+/// Formats the age of the last check for the user: "Checked 5 seconds ago", "Not checked yet".
+/// An instant after `now` counts as 0 seconds ago.
 QString checked(std::optional<TimePoint> lastChecked, TimePoint now);
 
 } // namespace kelvo::RelativeTime

@@ -6,8 +6,8 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
-// The spelling of component names is the pages' own. Services that share a page differ in the components alone.
-// The API endpoints are asked without credentials: a refusal is an answer too.
+// Component names are spelled as on the status pages. Services that share a page differ only in their components.
+// The API endpoints are probed without credentials: a 401 response still shows that the service answers.
 const std::vector<Service> &Service::catalog()
 {
     static const QString anthropicPage = u"https://status.claude.com"_s;

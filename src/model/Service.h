@@ -9,19 +9,19 @@
 
 namespace kelvo {
 
-/// What there is to know about a service that can be watched.
+/// A service that can be watched: its name, its status source and its probe.
 struct Service
 {
     ServiceID id;
-    QString name; ///< as shown to the user
+    QString name; ///< shown to the user
     StatusSource source;
-    QUrl probeURL; ///< answers when the service itself is usable
+    QUrl probeURL; ///< an address of the service itself; it responds with a status below 500 when the service is usable
 
     bool operator==(const Service &) const = default;
 
     /// The eight services, in the order of ServiceID.
     static const std::vector<Service> &catalog();
-    /// The service of that id; every id has one.
+    /// Returns the service with this id. Every id has one.
     static const Service &by(ServiceID id);
 };
 

@@ -9,13 +9,13 @@
 
 namespace kelvo {
 
-/// What is known of one service. Held in memory only. The default is a service that was never checked.
+/// The record of one service. It is kept in memory only. A default-constructed record means "never checked".
 struct ServiceStatus
 {
-    ServiceHealth health = ServiceHealth::unknown; ///< the last known health; a failed check leaves it as it was
+    ServiceHealth health = ServiceHealth::unknown; ///< the last known health; a failed check does not change it
     std::optional<TimePoint> lastChecked;          ///< when the last check finished, whatever its result
-    QString label;                                 ///< of the last check, even where `health` is an earlier one's
-    std::optional<TimePoint> recoveredUntil;       ///< until when a recovery is shown; kept after it has passed
+    QString label;                                 ///< from the last check, even when `health` is from an earlier one
+    std::optional<TimePoint> recoveredUntil;       ///< when a recovery stops being shown; not cleared after that
 
     bool operator==(const ServiceStatus &) const = default;
 };

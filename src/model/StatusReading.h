@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-/// What one look at a status source gave.
+/// The result of reading a status source once.
 struct StatusReading
 {
     ServiceHealth health;

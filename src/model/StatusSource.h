@@ -12,12 +12,12 @@ namespace kelvo {
 struct StatuspageSource
 {
     QString base;           ///< the page's origin: scheme and host, no trailing slash
-    QStringList components; ///< names of the page's components that stand for the service
+    QStringList components; ///< names of the page's components that make up the service
 
     bool operator==(const StatuspageSource &) const = default;
 };
 
-/// Google's dashboard of incidents.
+/// Google's incident dashboard.
 struct GoogleDashboardSource
 {
     QString product; ///< the product's title in the incidents
@@ -25,7 +25,7 @@ struct GoogleDashboardSource
     bool operator==(const GoogleDashboardSource &) const = default;
 };
 
-/// Where a service's public status is read.
+/// Where the public status of a service is published.
 using StatusSource = std::variant<StatuspageSource, GoogleDashboardSource>;
 
 inline size_t qHash(const StatuspageSource &source, size_t seed = 0)

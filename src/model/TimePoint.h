@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// An instant of civil time. It can step backwards when the user or NTP sets the clock.
+/// A wall clock time. The wall clock can step backwards when the user or NTP sets it.
 using TimePoint = std::chrono::system_clock::time_point;
 
 } // namespace kelvo

@@ -100,7 +100,7 @@ RingState ringState(bool watching, const std::vector<WatchedStatus> &watched)
     if (any(ServiceHealth::degraded)) {
         return RingState::recovering;
     }
-    // Nothing watched, or nothing that has answered yet.
+    // Without an operational service, nothing is watched or every health is unknown.
     return any(ServiceHealth::operational) ? RingState::available : RingState::inactive;
 }
 

@@ -11,32 +11,33 @@
 
 namespace kelvo {
 
-/// A watched service with what is known of it.
+/// A watched service and its record.
 struct WatchedStatus
 {
     Service service;
     ServiceStatus status;
 };
 
-// What the ring and the popover say of a set of records. All of it follows from the arguments alone; the lists are in
-// the user's order, and "other" services are those whose id is not the hero's.
+// The rules that derive the ring and the texts of the popover from the records. All functions are pure. Lists are in
+// the user's order. The hero is the service that the popover shows large; nullopt when there is none.
 
-/// The service to show large: the first in trouble, else the first whose recovery is still on show at `now`, else
+/// Chooses the hero: the first affected service, else the first service whose recovery is still shown at `now`, else
 /// `primary`.
 std::optional<ServiceID> promotedHero(const std::vector<WatchedStatus> &watched, std::optional<ServiceID> primary,
                                       TimePoint now);
 
-/// The first service in trouble other than the hero.
+/// Returns the first affected service other than the hero.
 std::optional<Service> firstOtherAffected(const std::vector<WatchedStatus> &watched, std::optional<ServiceID> hero);
 
-/// The hero's status in a word or two.
+/// The status of the hero in a word or two.
 QString heroStatusLabel(const std::optional<ServiceStatus> &hero);
-/// The sentence under it.
+/// The sentence under the status of the hero.
 QString heroBodyLine(const std::optional<ServiceStatus> &hero, const std::optional<Service> &otherAffected,
                      TimePoint now);
-/// The heading over the other services.
+/// The heading above the other services.
 QString groupHeading(const std::optional<ServiceStatus> &hero, bool anotherIsAffected);
 
+/// The state of the ring: the worst health of the watched services, or `inactive` when `watching` is false.
 RingState ringState(bool watching, const std::vector<WatchedStatus> &watched);
 
 } // namespace kelvo

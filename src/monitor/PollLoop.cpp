@@ -38,9 +38,10 @@ void PollLoop::wait()
 
 void PollLoop::run(const Round &round)
 {
-    // The round may restart the poll loop before it returns: its end continues only the loop that began it.
+    // The round may restart the poll loop before it returns. `next` is therefore bound to the loop that started the
+    // round, and does nothing when that loop is gone.
     auto next = whileAlive(loop_.get(), [this] { wait(); });
-    // A round that was cancelled, or that carries an exception, is over too.
+    // A round whose future is cancelled or holds an exception has ended as well.
     round().onFailed([] { }).onCanceled([] { }).then(std::move(next));
 }
 

@@ -11,19 +11,20 @@
 
 namespace kelvo {
 
-/// Waits, runs a round, and waits again. Each wait begins when the round before it has ended, however it ended.
+/// Waits, runs a round, and waits again. Each wait starts when the previous round has ended, even if the future of the
+/// round is cancelled or holds an exception.
 class PollLoop
 {
 public:
-    /// Starts the work; the future finishes when all of it is done.
+    /// Starts one round of work. The future finishes when the round has ended.
     using Round = std::function<QFuture<void>()>;
 
-    /// `nextWait` gives the wait before each `round`.
+    /// The loop calls `nextWait` before each wait for its length. Nothing runs until `restart` is called.
     PollLoop(ContinuousClock &clock, std::function<std::chrono::seconds()> nextWait, Round round);
     ~PollLoop();
 
-    /// Ends the current loop and starts a new one with a wait. A round that is under way runs to its end, but no wait
-    /// follows it.
+    /// Stops the current loop and starts a new one with a wait. A running round is not interrupted; its end does not
+    /// start another wait.
     void restart();
     /// Like `restart()`, but the new loop starts with `firstRound`.
     void restart(const Round &firstRound);
@@ -36,7 +37,7 @@ private:
     ContinuousClock &clock_;
     std::function<std::chrono::seconds()> nextWait_;
     Round round_;
-    std::unique_ptr<QObject> loop_; ///< lives as long as the current loop, and guards its continuations
+    std::unique_ptr<QObject> loop_; ///< the context of the current loop's continuations; replaced at each restart
     std::unique_ptr<ContinuousClock::Timer> timer_;
 };
 

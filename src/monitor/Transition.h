@@ -7,20 +7,20 @@
 
 namespace kelvo {
 
-/// How long a confirmed recovery stays on show.
+/// How long a confirmed recovery is shown.
 inline constexpr std::chrono::seconds recoveryDisplayWindow{600};
 
-/// What a reading means for a service whose record is known.
+/// What a reading changes about a service. "Affected" means degraded or outage.
 enum class Step {
-    inconclusive,        ///< nothing was learned: the health stays
-    recovered,           ///< out of trouble, and the service itself answers
-    recoveryUnconfirmed, ///< the source says so, the service does not answer
-    stillAffected,       ///< in trouble as before, of whatever kind
-    outageBegan,         ///< from no trouble into trouble
-    stillFine,           ///< in no trouble, as before
+    inconclusive,        ///< the status could not be read; the health does not change
+    recovered,           ///< the service was affected; the source reports it operational and the probe succeeded
+    recoveryUnconfirmed, ///< the source reports it operational, but the probe failed
+    stillAffected,       ///< affected before and now, not necessarily with the same health
+    outageBegan,         ///< affected now, but not before
+    stillFine,           ///< not affected before or now
 };
 
-/// A step of a service's story, and its record after it.
+/// A step, and the record that results from it.
 struct Transition
 {
     Step step;
@@ -29,11 +29,12 @@ struct Transition
     bool operator==(const Transition &) const = default;
 };
 
-/// Whether `reading` would end the trouble in `previous`, so that the service itself must be asked before it is believed.
+/// Whether `previous` is affected and `reading` is operational. The service must then be probed before the reading is
+/// trusted.
 bool isRecoveryCandidate(const ServiceStatus &previous, const StatusReading &reading);
 
-/// The step from `previous` with a reading that came at `now`. `isUsable` is the service's own answer; it matters only
-/// for a recovery candidate.
+/// Computes the step from `previous` for a reading that arrived at `now`. `isUsable` is the result of the probe; it is
+/// used only for a recovery candidate.
 Transition transition(const ServiceStatus &previous, const StatusReading &reading, bool isUsable, TimePoint now);
 
 } // namespace kelvo

@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// How the desktop looks: light or dark, moving or still.
+/// The desktop's colour scheme and motion settings.
 class Appearance : public QObject
 {
     Q_OBJECT
@@ -12,15 +12,15 @@ class Appearance : public QObject
 public:
     using QObject::QObject;
 
-    /// Whether windows are dark. False where the desktop does not say.
+    /// Whether windows are dark. False when the desktop does not say.
     virtual bool isDark() const = 0;
-    /// Whether the bar that holds the ring is dark, which need not agree with the windows.
+    /// Whether the panel or menu bar that holds the ring is dark. It can differ from the windows.
     virtual bool panelIsDark() const = 0;
-    /// Whether the user asked for less motion.
+    /// Whether the user asked for reduced motion.
     virtual bool reduceMotion() const = 0;
 
 Q_SIGNALS:
-    /// One of the answers above changed.
+    /// At least one of the values above changed.
     void changed();
 };
 

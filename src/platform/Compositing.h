@@ -2,8 +2,8 @@
 
 namespace kelvo {
 
-/// Whether the desktop blends translucent windows with what is behind them, at this moment. True where it cannot be
-/// asked.
+/// Whether the desktop currently blends translucent windows with what is behind them. True on platforms where this
+/// cannot be queried.
 bool isCompositing();
 
 } // namespace kelvo

@@ -6,11 +6,11 @@
 
 namespace kelvo {
 
-/// A monotonic clock that keeps counting while the machine sleeps, and makes one-shot calls.
+/// A monotonic clock that keeps counting while the machine sleeps. It calls functions after a wait.
 class ContinuousClock
 {
 public:
-    /// A pending call. Destroying it cancels the call; destroying it from inside the call is allowed.
+    /// A pending call. Destroying the timer cancels the call. The callback may destroy its own timer.
     class Timer
     {
     public:
@@ -25,9 +25,9 @@ public:
     ContinuousClock &operator=(const ContinuousClock &) = delete;
     virtual ~ContinuousClock() = default;
 
-    /// Calls `callback` once on the calling thread's event loop, `wait` from now, without tolerance and never from
-    /// inside this function. A wait that ends while the machine sleeps fires promptly after it wakes.
-    /// The clock must outlive the returned timer.
+    /// Calls `callback` once, `wait` from now, from the event loop of the calling thread; never from inside this
+    /// function. The wait is not coalesced with other timers. When it ends while the machine sleeps, the call is made
+    /// as soon as the machine is awake. The clock must outlive the returned timer.
     [[nodiscard]] virtual std::unique_ptr<Timer> after(std::chrono::milliseconds wait,
                                                        std::function<void()> callback) = 0;
 };

@@ -2,7 +2,7 @@
 
 namespace kelvo {
 
-/// The registration of this application as one that starts at login. The system owns the state.
+/// The registration of this application to start at login. The system owns the state.
 class LoginItem
 {
 public:
@@ -11,11 +11,11 @@ public:
     LoginItem &operator=(const LoginItem &) = delete;
     virtual ~LoginItem() = default;
 
-    /// Whether the application is registered now, read afresh from the system.
+    /// Whether the application is registered. Each call reads the state from the system.
     virtual bool isEnabled() const = 0;
-    /// Registers the application. False when the system refused; nothing has changed then.
+    /// Registers the application. Returns false, and changes nothing, when the system refuses.
     [[nodiscard]] virtual bool registerItem() = 0;
-    /// Removes the registration; removing an absent one succeeds. False when the system refused.
+    /// Removes the registration. Returns true when there is none, false when the system refuses.
     [[nodiscard]] virtual bool unregisterItem() = 0;
 };
 

@@ -5,15 +5,15 @@
 
 namespace kelvo {
 
-/// The system's permission to post notifications. Raw values as in UNAuthorizationStatus.
+/// The system's permission to post notifications. The values equal those of UNAuthorizationStatus.
 enum class AuthorizationStatus { notDetermined = 0, denied = 1, authorized = 2 };
 
-/// One local notification, shown at once and without a sound.
+/// A local notification. It is shown at once and without a sound.
 struct LocalNotification
 {
     QString identifier; ///< unique text
     QString title;      ///< plain text
-    QString body;       ///< plain text; the center escapes it where the system reads markup
+    QString body;       ///< plain text; the center escapes it when the system interprets markup
 
     bool operator==(const LocalNotification &) const = default;
 };
@@ -27,18 +27,19 @@ public:
     NotificationCenter &operator=(const NotificationCenter &) = delete;
     virtual ~NotificationCenter() = default;
 
-    /// Whether the platform's notification service can serve this process at all (on macOS: it runs from a bundle
-    /// with an identifier; on Linux: there is a session bus). When false nothing else here may be called.
+    /// Whether the system's notification service can be used by this process at all (on macOS: the process runs from a
+    /// bundle with an identifier; on Linux: the session bus is connected). The other functions may be called only when
+    /// this is true.
     virtual bool canServeThisProcess() const = 0;
 
-    /// Reads the permission. Never fails: what cannot be found out is `notDetermined`.
+    /// Reads the permission. Never fails: the result is `notDetermined` when the permission cannot be read.
     virtual QFuture<AuthorizationStatus> authorizationStatus() = 0;
 
-    /// Asks the user for the permission to alert and to sound, where the system has such a question.
-    /// Finishes when it is answered, whatever the answer; never fails.
+    /// Asks the user for the permission to show alerts and play sounds, if the system has such a dialog. The future
+    /// finishes when the user has answered, whatever the answer. Never fails.
     virtual QFuture<void> requestAuthorization() = 0;
 
-    /// Posts the notification silently and returns at once. Errors are dropped.
+    /// Posts the notification without a sound and returns at once. Errors are ignored.
     virtual void add(const LocalNotification &notification) = 0;
 };
 

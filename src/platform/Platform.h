@@ -15,7 +15,8 @@
 
 namespace kelvo {
 
-/// The services of the operating system that the application uses, one seam each.
+/// The services of the operating system that the application uses. Each is an interface with one implementation per
+/// system and a fake for tests.
 struct Platform
 {
     std::unique_ptr<ContinuousClock> clock;
@@ -28,15 +29,15 @@ struct Platform
     std::unique_ptr<StatusItem> statusItem;
 };
 
-/// The services of the system that this is built for. Needs the QApplication; every one of them works, as far as it
-/// can, whatever is missing on the machine.
+/// Makes the implementations for the system that the program is built for. Requires a QApplication. Nothing fails when
+/// a system service is missing (no bus, no tray, a read-only home): each implementation does what it still can.
 Platform makePlatform();
 
 class SingleInstance;
-/// Apart from the others: it is asked before anything else is made.
+/// Separate from Platform, because it is needed before anything else is made.
 std::unique_ptr<SingleInstance> makeSingleInstance();
 
-/// Where libraries that belong to the program alone are, seen from the folder of the executable.
+/// The folder of the program's private libraries, relative to the folder of the executable.
 QString libraryFolder();
 
 } // namespace kelvo

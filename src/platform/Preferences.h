@@ -7,12 +7,12 @@
 
 namespace kelvo {
 
-/// The user's preferences on disk: one value a key, private to the user.
+/// The user's preferences: one value per key, stored on disk, readable by the user only.
 ///
-/// Reads give nothing when the key is missing or its value does not have the type asked for; they never fail.
-/// Writes go through to disk before they return, and atomically: killed at any moment, the file is the old one or the
-/// new one. Where the place cannot be read or written, values live in memory for this run, and whatever is on disk is
-/// left as it is.
+/// Reads return nullopt when the key is missing or its value does not have the requested type. They never fail.
+/// Writes are on disk when they return, and they are atomic: if the process is killed, the file has either its old or
+/// its new content. When the file cannot be read or written, values are kept in memory for this run and the file is not
+/// changed.
 class Preferences
 {
 public:
@@ -24,7 +24,7 @@ public:
     virtual std::optional<bool> boolean(const QString &key) const = 0;
     virtual std::optional<int> integer(const QString &key) const = 0;
     virtual std::optional<QString> text(const QString &key) const = 0;
-    /// A stored empty list is an empty list, not a missing one.
+    /// A stored empty list is returned as an empty list, not as nullopt.
     virtual std::optional<QStringList> texts(const QString &key) const = 0;
 
     virtual void setBoolean(const QString &key, bool value) = 0;

@@ -2,8 +2,8 @@
 
 namespace kelvo {
 
-/// Has memory that this process frees go back to the system rather than be kept for later: for a program that works for
-/// an instant and then rests for minutes. Call it first of all, before there are threads.
+/// Configures the allocator to return freed memory to the system instead of keeping it for reuse. This suits a program
+/// that works for a moment and then sleeps for minutes. Call it before the first thread is started.
 void keepProcessMemorySmall();
 
 } // namespace kelvo

@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// Keeps the application to one running instance in a login session.
+/// Allows one running instance of the application per login session.
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -12,12 +12,13 @@ class SingleInstance : public QObject
 public:
     using QObject::QObject;
 
-    /// Becomes the instance, or hands over to the one that is running already, which emits `activationRequested`.
-    /// False when it handed over: this process should end. True also where the session has no means to find out.
+    /// Makes this process the instance and returns true. If another instance is running, makes that one emit
+    /// `activationRequested` and returns false; this process should then exit. Returns true as well when the session
+    /// has no way to find other instances.
     [[nodiscard]] virtual bool acquire() = 0;
 
 Q_SIGNALS:
-    /// Another start of the application handed over to this one.
+    /// The application was started again, and the new process handed over to this one.
     void activationRequested();
 };
 

@@ -4,8 +4,8 @@
 
 namespace kelvo {
 
-/// Tells when the machine goes to sleep and when it wakes.
-/// Where the system cannot tell (no bus, no session manager) it stays silent, and the machine counts as awake.
+/// Reports when the machine goes to sleep and when it wakes.
+/// When the system cannot report this (no bus, no login manager), no signal is emitted and the machine counts as awake.
 class SleepWake : public QObject
 {
     Q_OBJECT
@@ -16,8 +16,8 @@ public:
 Q_SIGNALS:
     /// The machine is about to sleep.
     void willSleep();
-    /// The machine woke. Also emitted when, after a `willSleep`, the source of these messages went away, so that
-    /// nobody waits for a wake that is never told.
+    /// The machine woke up. Also emitted when the service that reports sleep disappears after a `willSleep`, because
+    /// the wake-up would then never be reported.
     void didWake();
 };
 

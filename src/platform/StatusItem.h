@@ -9,8 +9,8 @@ class QMenu;
 
 namespace kelvo {
 
-/// The application's item in the tray or menu bar. It appears as soon as there is a place for it, whichever started
-/// first, and again when that place was restarted.
+/// The application's item in the tray or menu bar. It appears as soon as there is a tray, even if the tray starts after
+/// the application, and appears again after the tray restarts.
 class StatusItem : public QObject
 {
     Q_OBJECT
@@ -18,14 +18,15 @@ class StatusItem : public QObject
 public:
     using QObject::QObject;
 
-    /// The image, shown untinted at whatever size the bar asks for.
+    /// Sets the image. The bar chooses the size; the image is not tinted.
     virtual void setIcon(const QIcon &icon) = 0;
     virtual void setToolTip(const QString &text) = 0;
-    /// The menu of the item's right click (on some desktops of any click). Not owned; must outlive the item.
+    /// Sets the menu that a right click opens (on some desktops any click). The menu is not owned and must outlive the
+    /// item.
     virtual void setMenu(QMenu *menu) = 0;
-    /// Where the item is on the screen; empty where the bar does not tell.
+    /// The rectangle of the item on the screen; empty when the bar does not report it.
     virtual QRect geometry() const = 0;
-    /// Shows the item from now on.
+    /// Shows the item. It stays until the object is destroyed.
     virtual void show() = 0;
 
 Q_SIGNALS:

@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-/// Gives the current civil time. Passed in wherever "now" is needed, so that time is a parameter.
+/// Returns the current wall clock time. It is passed to every class that needs "now", so that tests can set the time.
 using WallClock = std::function<TimePoint()>;
 
 } // namespace kelvo

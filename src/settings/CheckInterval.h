@@ -6,12 +6,12 @@
 
 namespace kelvo {
 
-/// How often services are checked while none of them is in trouble.
+/// How often services are checked while none of them is affected.
 enum class CheckInterval { oneMinute, fiveMinutes };
 
 inline constexpr std::array allCheckIntervals{CheckInterval::oneMinute, CheckInterval::fiveMinutes};
 
-/// The interval as time.
+/// Returns the length of the interval.
 std::chrono::seconds duration(CheckInterval interval);
 /// The number by which an interval is stored: its seconds.
 int rawValue(CheckInterval interval);

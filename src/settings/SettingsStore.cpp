@@ -34,7 +34,7 @@ QStringList rawValues(const Services &services)
     return raw;
 }
 
-/// The services among those texts; others are dropped, duplicates are kept.
+/// Returns the services that `raw` names. Unknown names are dropped; duplicates are kept.
 std::vector<ServiceID> knownServices(const QStringList &raw)
 {
     std::vector<ServiceID> ids;
@@ -46,7 +46,7 @@ std::vector<ServiceID> knownServices(const QStringList &raw)
     return ids;
 }
 
-/// The stored order, with services that it does not name yet at its end.
+/// Returns the stored order. Services that it does not name are appended in catalogue order.
 std::vector<ServiceID> loadServiceOrder(const Preferences &defaults)
 {
     auto order = knownServices(defaults.texts(key::serviceOrder).value_or(QStringList{}));
@@ -247,6 +247,8 @@ void SettingsStore::setLaunchAtLogin(bool value)
 
 void SettingsStore::setPrimary(ServiceID id)
 {
+    // A move is a removal followed by an insertion, and each of them is a write of its own: observers and the stored
+    // preferences see the order without `id` first, then the order that starts with `id`.
     auto order = serviceOrder_;
     std::erase(order, id);
     setServiceOrder(order);

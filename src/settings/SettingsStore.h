@@ -14,46 +14,51 @@
 
 namespace kelvo {
 
-/// Every choice of the user, kept in the preferences. A write is published (`objectWillChange`), made, written through
-/// at once under the field's own key, and told (the field's notifier, `objectDidChange`). Nothing typed is validated.
+/// The user's settings, stored in the preferences.
+///
+/// Each setter emits `objectWillChange`, assigns the field, stores it under the field's own key, and then emits the
+/// field's change signal and `objectDidChange`. It does so even when the value is the same as before. Texts that the
+/// user typed are not validated.
 class SettingsStore : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Reads what is stored; missing or malformed values take their defaults. Nothing is written.
+    /// Reads the stored values. A missing or malformed value gets its default. Writes nothing.
     SettingsStore(Preferences &defaults, LoginItem &loginItem);
-    /// The store of this process. Available once the program is composed.
+    /// The store of this process. Requires a living Composition.
     static SettingsStore &shared();
 
-    /// The first-run window was completed.
+    /// Whether the user completed the onboarding window.
     bool hasOnboarded() const { return hasOnboarded_; }
-    /// The user's order. Every service of the catalogue is in it at least once.
+    /// The user's order of services. After construction it names every service of the catalogue at least once. A setter
+    /// may drop one: `setPrimary` publishes an order without the chosen service before it publishes the final one.
     const std::vector<ServiceID> &serviceOrder() const { return serviceOrder_; }
     const std::set<ServiceID> &enabledServices() const { return enabledServices_; }
     CheckInterval checkInterval() const { return checkInterval_; }
-    /// The master switch of all watching.
+    /// Whether services are checked at all.
     bool watchOnThisMac() const { return watchOnThisMac_; }
-    /// Whether the beginning of an outage is told too. A recovery always is.
+    /// Whether the start of an outage raises an alert too. A recovery always does.
     bool outageAlertsEnabled() const { return outageAlertsEnabled_; }
-    /// The one channel that gets alerts besides this computer.
+    /// The channel that receives alerts in addition to this computer; `thisMac` means no additional channel.
     RemoteChannel armedChannel() const { return armedChannel_; }
     QString slackWebhookURL() const { return slackWebhookURL_; }
     QString slackChannelLabel() const { return slackChannelLabel_; }
     QString telegramBotToken() const { return telegramBotToken_; }
     QString telegramChatID() const { return telegramChatID_; }
-    /// Mirrors the system's registration of this application.
+    /// Whether the application starts at login, as last read from or written to the system.
     bool launchAtLogin() const { return launchAtLogin_; }
 
     /// The enabled services in the user's order.
     std::vector<Service> watchedServices() const;
-    /// The first enabled service in the user's order; nothing when none is enabled.
+    /// The first enabled service in the user's order; nullopt when none is enabled.
     std::optional<Service> primaryService() const;
-    /// Where alerts go, in words.
+    /// Describes where alerts go, for the user: "Notifying Slack".
     QString armedChannelLabel() const;
-    /// Whether the channel has all it needs to deliver. Blanks count as set.
+    /// Whether all the texts that the channel needs are set. A text of blanks counts as set. False for channels that
+    /// need no setup or deliver nothing.
     bool isConfigured(RemoteChannel channel) const;
-    /// The short text beside a channel; empty where there is nothing to say.
+    /// The short status text shown beside a channel: "Armed", "Connected", "Not set up". May be empty.
     QString stateText(RemoteChannel channel) const;
 
     void setHasOnboarded(bool value);
@@ -67,16 +72,18 @@ public:
     void setSlackChannelLabel(const QString &value);
     void setTelegramBotToken(const QString &value);
     void setTelegramChatID(const QString &value);
-    /// Registers or unregisters with the system; when that fails the field springs back to the system's real state.
+    /// Registers or unregisters the application as a login item. When the system refuses, the field is set once more,
+    /// to the state that the system reports.
     void setLaunchAtLogin(bool value);
 
-    /// Makes the service the first in the order, and enables it.
+    /// Moves the service to the front of the order and enables it. The move publishes the order twice: without the
+    /// service, then with the service in front.
     void setPrimary(ServiceID id);
 
 Q_SIGNALS:
-    /// Some field is about to change.
+    /// A field is about to be assigned.
     void objectWillChange();
-    /// Some field changed and is written.
+    /// A field was assigned and stored.
     void objectDidChange();
     void hasOnboardedChanged();
     void serviceOrderChanged();
@@ -93,7 +100,7 @@ Q_SIGNALS:
 
 private:
     using Notifier = void (SettingsStore::*)();
-    /// The way of every write: publish, change, `persist`, notify.
+    /// Every setter goes through here: emit `objectWillChange`, assign, call `persist`, notify.
     template<typename Value, typename Persist>
     void write(Value &field, const Value &value, Persist persist, Notifier notifier);
     void writeBoolean(bool &field, bool value, QLatin1StringView key, Notifier notifier);

@@ -13,7 +13,7 @@ namespace {
 
 using Objects = std::vector<simdjson::dom::object>;
 
-/// Nothing when `element` is no array, or something else than an object is in it.
+/// Returns nullopt when `element` is not an array or when one of its items is not an object.
 std::optional<Objects> arrayOfObjects(simdjson::dom::element element)
 {
     simdjson::dom::array array;
@@ -31,7 +31,7 @@ std::optional<Objects> arrayOfObjects(simdjson::dom::element element)
     return objects;
 }
 
-/// Whether the key is there, whatever its value: an "end" of null ends an incident too.
+/// Whether the object has the key, whatever its value: an incident whose "end" is null has ended too.
 bool has(simdjson::dom::object object, std::string_view key)
 {
     return object.at_key(key).error() == simdjson::SUCCESS;

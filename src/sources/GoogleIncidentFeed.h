@@ -9,9 +9,10 @@
 
 namespace kelvo::GoogleIncidentFeed {
 
-/// The reading for `product` from the body of the incident feed of Google's apps status dashboard: the first current
-/// incident that names the product decides. An incident that is malformed is passed over.
-/// Nothing when the body is no JSON or no array of objects.
+/// Returns the reading for `product` from the body of the incident feed of Google's apps status dashboard. The first
+/// incident in the feed that names the product and has no "end" decides; without one, the product is operational.
+/// An incident whose product list is missing or malformed is skipped.
+/// Returns nullopt when `body` is not a JSON array of objects.
 std::optional<StatusReading> reading(QByteArrayView body, const QString &product);
 
 } // namespace kelvo::GoogleIncidentFeed

@@ -11,7 +11,7 @@ std::optional<JsonDocument> JsonDocument::parse(QByteArrayView bytes)
         bytes = bytes.sliced(byteOrderMark.size());
     }
     if (bytes.isEmpty()) {
-        return std::nullopt; // which may have no memory at all, and the parser copies from it
+        return std::nullopt; // the data pointer may be null, and the parser copies from it
     }
     JsonDocument document;
     if (document.parser_->parse(bytes.data(), static_cast<size_t>(bytes.size())).get(document.root_)
@@ -27,7 +27,7 @@ std::optional<QString> textAt(simdjson::dom::object object, std::string_view key
     if (object.at_key(key).get(text) != simdjson::SUCCESS) {
         return std::nullopt;
     }
-    // QString::fromUtf8 drops a U+FEFF at the beginning, which is a part of the text here.
+    // QString::fromUtf8 drops a leading U+FEFF, which is part of the text here.
     QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
     return utf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
 }

@@ -10,12 +10,12 @@
 
 namespace kelvo {
 
-/// A parsed JSON document and the memory that its elements live in.
+/// A parsed JSON document. It owns the memory of its elements.
 class JsonDocument
 {
 public:
-    /// Nothing when `bytes` are not one well-formed JSON text in UTF-8 (RFC 8259); a byte-order mark before it is
-    /// passed over.
+    /// Parses one JSON text in UTF-8 (RFC 8259). A leading byte-order mark is skipped. Returns nullopt when the text is
+    /// not well formed.
     static std::optional<JsonDocument> parse(QByteArrayView bytes);
 
     simdjson::dom::element root() const { return root_; }
@@ -28,7 +28,7 @@ private:
     simdjson::dom::element root_;
 };
 
-/// The text that `object` has under `key`; nothing when it is missing or no text.
+/// Returns the string that `object` has under `key`; nullopt when the key is missing or its value is not a string.
 std::optional<QString> textAt(simdjson::dom::object object, std::string_view key);
 
 } // namespace kelvo

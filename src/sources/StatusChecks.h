@@ -7,8 +7,8 @@
 
 namespace kelvo {
 
-/// The two requests that the monitor makes about a service. Neither fails: a status that cannot be read has the health
-/// `unknown`, and a service that does not answer is not usable.
+/// The two requests that the monitor makes for a service. Their futures never hold an exception: a status that cannot
+/// be read gives the health `unknown`, and a probe without a response gives false.
 class StatusChecks
 {
 public:
@@ -17,9 +17,9 @@ public:
     StatusChecks &operator=(const StatusChecks &) = delete;
     virtual ~StatusChecks() = default;
 
-    /// Reads the service's status from its source.
+    /// Reads the status of the service from its source.
     virtual QFuture<StatusReading> read(const Service &service) = 0;
-    /// Whether the service itself answers, with any HTTP status below 500.
+    /// Requests the probe address of the service. Gives true when it responds with an HTTP status below 500.
     virtual QFuture<bool> probe(const Service &service) = 0;
     /// Ends every request that is under way as failed, at once. A request that begins afterwards opens a connection of its
     /// own.

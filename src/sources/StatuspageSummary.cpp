@@ -71,7 +71,8 @@ std::vector<Component> take(const std::vector<Component> &components, const QStr
     return taken;
 }
 
-/// The components of those names. Only where there is none, those whose names contain one of them.
+/// Returns the components whose names equal one of `names`, ignoring case. If there are none, returns the components
+/// whose names contain one of `names`.
 std::vector<Component> select(const std::vector<Component> &components, const QStringList &names, const QLocale &locale)
 {
     auto taken = take(components, names, [](const QString &component, const QString &name) {
@@ -109,8 +110,8 @@ StatusReading judgePage(const StatuspageSummary::Status &status)
     return {ServiceHealth::unknown, status.description};
 }
 
-/// A major outage wins outright and a partial outage over the rest; between the other two the first in page order
-/// gives the label.
+/// A major outage decides at once. A partial outage outranks degraded performance and maintenance. Of these two, the
+/// first in page order gives the label.
 StatusReading judgeComponents(const std::vector<Component> &components)
 {
     StatusReading running{ServiceHealth::operational, u"Operational"_s};

@@ -11,7 +11,7 @@
 
 namespace kelvo {
 
-/// The part that is read of a Statuspage summary document (the API's /api/v2/summary.json).
+/// The part of a Statuspage summary document (/api/v2/summary.json) that this program reads.
 struct StatuspageSummary
 {
     struct Status
@@ -30,15 +30,17 @@ struct StatuspageSummary
     };
 
     Status status;
-    std::vector<Component> components; ///< in the page's order; empty where the page gives none
+    std::vector<Component> components; ///< in page order; empty when the key is missing or null
 
     bool operator==(const StatuspageSummary &) const = default;
 
-    /// Nothing when `body` is no JSON, lacks a required key, or has a value of the wrong type anywhere in this part.
+    /// Returns nullopt when `body` is not JSON, lacks a required key, or has a value of the wrong type in this part.
     static std::optional<StatuspageSummary> decode(QByteArrayView body);
 
-    /// The reading for the service that `componentNames` stand for: the worst of the components of those names; where
-    /// the page has none of them, the page's own indicator. `locale` rules the search for names within longer names.
+    /// Returns the reading for the service that consists of the components with these names: the worst status among
+    /// them, or the indicator of the whole page when the page has none of them. Names are compared ignoring case; if no
+    /// name is equal, a component also matches when its name contains one of `componentNames`. `locale` lower-cases
+    /// both for that second comparison.
     StatusReading reading(const QStringList &componentNames, const QLocale &locale = QLocale()) const;
 };
 

@@ -5,12 +5,12 @@
 
 namespace kelvo {
 
-/// The simulated internet, with a count of the requests that were begun, whether or not they ever arrive. Lets a test
-/// say at once that nothing was sent.
+/// A network to the simulated internet that counts the requests when they are started, before they arrive. A test can
+/// check at once that no request was sent.
 class CountingNetwork : public ReroutedNetwork
 {
 public:
-    /// What a session needs that is to use such networks.
+    /// Makes the HttpNetwork for a session. `begun` counts the requests and must outlive the session.
     static HttpNetwork network(const SimulatedInternet &internet, int &begun)
     {
         return {[&] { return std::make_unique<CountingNetwork>(internet, begun); }};

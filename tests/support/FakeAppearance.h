@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// A desktop whose looks a test chooses.
+/// An appearance that a test sets.
 class FakeAppearance : public Appearance
 {
 public:

@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// A login item whose state a test sees and sets, and which refuses on demand.
+/// A login item whose state a test reads and sets, and that can refuse changes.
 class FakeLoginItem : public LoginItem
 {
 public:
@@ -32,12 +32,12 @@ public:
         return true;
     }
 
-    bool enabled = false; ///< what the system holds; the user may change it behind the application's back
-    bool refuses = false; ///< the system turns every change down
+    bool enabled = false; ///< the state in the system; the user can change it outside of the application
+    bool refuses = false; ///< whether the system refuses every change
 
     mutable int reads = 0; ///< calls of `isEnabled`
-    int registrations = 0; ///< calls of `registerItem`, refused ones too
-    int removals = 0;      ///< calls of `unregisterItem`, refused ones too
+    int registrations = 0; ///< calls of `registerItem`, including refused ones
+    int removals = 0;      ///< calls of `unregisterItem`, including refused ones
 };
 
 } // namespace kelvo

@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-/// The login manager on a bus of the test's.
+/// A fake login manager on a private bus.
 class FakeLogind : public QObject
 {
     Q_OBJECT

@@ -9,7 +9,7 @@
 
 namespace kelvo {
 
-/// A notification center that keeps what is posted and what it was asked.
+/// A notification center that records the posted notifications and counts the calls.
 class FakeNotificationCenter : public NotificationCenter
 {
 public:
@@ -35,7 +35,7 @@ public:
         }
     }
 
-    /// The titles of what was posted, in order.
+    /// The titles of the posted notifications, in order.
     QStringList titles() const
     {
         QStringList all;
@@ -47,7 +47,7 @@ public:
 
     bool serves = true;
     AuthorizationStatus status = AuthorizationStatus::notDetermined;
-    std::function<void(const LocalNotification &)> onAdd; ///< called within `add`, to look at the world as it is then
+    std::function<void(const LocalNotification &)> onAdd; ///< called within `add`, to inspect the state at that moment
 
     std::vector<LocalNotification> notifications;
     int reads = 0;    ///< calls of `authorizationStatus`

@@ -9,7 +9,7 @@
 
 namespace kelvo {
 
-/// A notification server on a bus of the test's that keeps what it was asked to show.
+/// A fake notification server on a private bus. It records the notifications.
 class FakeNotificationServer : public QObject
 {
     Q_OBJECT
@@ -31,7 +31,7 @@ public:
     FakeNotificationServer(const PrivateBus &bus, const QStringList &capabilities);
 
     const QList<Notification> &notifications() const { return notifications_; }
-    /// How often somebody asked for the capabilities.
+    /// The number of calls of GetCapabilities.
     int questions() const { return questions_; }
 
 public Q_SLOTS:

@@ -11,7 +11,7 @@ namespace kelvo {
 
 using PortalSettings = QMap<QString, QVariantMap>;
 
-/// The settings of a desktop portal on a bus of the test's.
+/// A fake of the settings portal on a private bus.
 class FakePortal : public QObject
 {
     Q_OBJECT
@@ -20,9 +20,9 @@ class FakePortal : public QObject
 public:
     FakePortal(const PrivateBus &bus, const PortalSettings &settings);
 
-    /// Changes a setting and tells so.
+    /// Changes a setting and emits SettingChanged.
     void set(const QString &group, const QString &name, const QVariant &value);
-    /// How often somebody read the settings.
+    /// The number of calls of ReadAll.
     int reads() const { return reads_; }
 
 public Q_SLOTS:

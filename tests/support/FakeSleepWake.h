@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// A machine that a test puts to sleep and wakes.
+/// Emits the sleep and wake signals when a test says so.
 class FakeSleepWake : public SleepWake
 {
 public:

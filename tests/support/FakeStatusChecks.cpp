@@ -17,7 +17,7 @@ QFuture<Answer> leaveOpen(std::map<FakeStatusChecks::Number, QPromise<Answer>> &
     return future;
 }
 
-/// Takes the promise out before it is kept, because what follows may ask the next question.
+/// Removes the promise from the map before it is finished, because a continuation may add the next one.
 template<typename Answer>
 void keepPromise(std::map<FakeStatusChecks::Number, QPromise<Answer>> &promises, FakeStatusChecks::Number question,
                  Answer answer)

@@ -11,7 +11,8 @@
 
 namespace kelvo {
 
-/// Keeps every question, and leaves it open until the test answers it by hand, unless a script answers it at once.
+/// Records every request as a question. A question stays open until the test answers it, unless a script answers it at
+/// once.
 class FakeStatusChecks : public StatusChecks
 {
 public:
@@ -23,7 +24,7 @@ public:
 
         bool operator==(const Question &) const = default;
     };
-    /// A question's place among all that were asked, from 0.
+    /// The index of a question in `asked`.
     using Number = std::size_t;
 
     QFuture<StatusReading> read(const Service &service) override;
@@ -31,30 +32,30 @@ public:
     /// Answers everything that is open as failed.
     void abortAll() override;
 
-    /// Every question so far, in the order asked.
+    /// All questions so far, in order.
     const std::vector<Question> &asked() const { return asked_; }
-    /// The services whose status was read, in the order asked.
+    /// The services whose status was requested, in order.
     std::vector<ServiceID> reads() const;
-    /// How often that was asked.
+    /// The number of questions of this kind so far.
     int count(Kind kind) const;
-    /// The open questions of that kind, oldest first.
+    /// The open questions of this kind, oldest first.
     std::vector<Number> open(Kind kind) const;
     /// How often `abortAll` was called.
     int abortCount() const { return aborts_; }
     bool isOpen(Number question) const { return readings_.contains(question) || probes_.contains(question); }
 
-    /// Answers that open question.
+    /// Answers an open question by its number.
     void answerRead(Number question, StatusReading reading);
     void answerProbe(Number question, bool isUsable);
-    /// Answers the oldest open question about that service.
+    /// Answers the oldest open question about a service.
     void answer(ServiceID service, ServiceHealth health, const QString &label = {});
     void answerProbe(ServiceID service, bool isUsable);
-    /// Answers every open read alike.
+    /// Answers every open read with this health.
     void answerAll(ServiceHealth health);
-    /// Lets go of that open question without an answer: its future is cancelled.
+    /// Drops an open question without an answer; its future is cancelled.
     void drop(Number question);
 
-    /// Answer at once where set; nothing leaves the question open.
+    /// If set, answer a question at once. A result of nullopt leaves the question open.
     std::function<std::optional<StatusReading>(ServiceID)> readScript;
     std::function<std::optional<bool>(ServiceID)> probeScript;
 

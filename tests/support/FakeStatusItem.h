@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// A tray that keeps what it is given, for tests to look at and to click.
+/// A tray item that records what it is given. A test can inspect it and click it.
 class FakeStatusItem : public StatusItem
 {
 public:

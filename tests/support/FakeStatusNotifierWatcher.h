@@ -8,7 +8,7 @@
 
 namespace kelvo {
 
-/// The bus's kind of tray on a bus of the test's: keeps who asked for a place.
+/// A fake StatusNotifierItem tray on a private bus. It records the items that register.
 class FakeStatusNotifierWatcher : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -20,13 +20,13 @@ public:
 
     FakeStatusNotifierWatcher(const PrivateBus &bus, Host host);
 
-    /// Tells that somebody shows the items from now on.
+    /// Announces that a host shows the items from now on.
     void registerHost();
-    /// The unique names of the items' owners, in the order of their coming.
+    /// The unique bus names of the registered items, in order.
     const QStringList &items() const { return items_; }
-    /// How often somebody asked for a host.
+    /// The number of times that the host property was read.
     int questions() const { return questions_; }
-    /// A connection to the bus to talk to the items with.
+    /// The connection of the tray, for calls to the items.
     QDBusConnection connection() { return service_.connection(); }
 
 public Q_SLOTS:

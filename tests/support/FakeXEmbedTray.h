@@ -11,7 +11,7 @@ struct xcb_connection_t;
 
 namespace kelvo {
 
-/// The older kind of tray on a display of the test's: counts the windows that asked for a place.
+/// A fake XEmbed tray on a given display. It counts the windows that ask to be docked.
 class FakeXEmbedTray : public QObject
 {
     Q_OBJECT

@@ -11,7 +11,7 @@
 
 namespace kelvo {
 
-/// The configuration service of Xfce on a bus of the test's.
+/// A fake of Xfce's configuration service on a private bus.
 class FakeXfconf : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -20,11 +20,11 @@ class FakeXfconf : public QObject, protected QDBusContext
 public:
     explicit FakeXfconf(const PrivateBus &bus);
 
-    /// Changes a property and tells so.
+    /// Changes a property and emits PropertyChanged.
     void set(const QString &channel, const QString &property, const QVariant &value);
-    /// Removes a property and tells so.
+    /// Removes a property and emits PropertyRemoved.
     void remove(const QString &channel, const QString &property);
-    /// How many properties somebody asked for.
+    /// The number of calls of GetProperty.
     int reads() const { return reads_; }
 
 public Q_SLOTS:

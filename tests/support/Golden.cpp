@@ -13,7 +13,7 @@ namespace kelvo {
 
 namespace {
 
-// Premultiplied, so that the colour of a fully transparent pixel does not count.
+// Premultiplied, so that the colour of a fully transparent pixel is ignored.
 QImage comparable(const QImage &image)
 {
     return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
@@ -69,7 +69,7 @@ QString Golden::difference(const QImage &actual, const QString &plainName, Golde
 {
     const auto scale = actual.devicePixelRatio();
     const auto name = scale > 1 ? u"%1@%2x"_s.arg(plainName).arg(scale) : plainName;
-    // What an earlier run left must not be accepted later by mistake.
+    // Remove the pictures of an earlier run, so that they are not accepted by mistake.
     QFile::remove(picture(failures_, name));
     QFile::remove(diffPicture(failures_, name));
 

@@ -5,24 +5,24 @@
 
 namespace kelvo {
 
-/// How far a picture may be from its golden one: antialiasing and fonts differ a little between versions.
+/// How much a picture may differ from its golden picture. Antialiasing and fonts differ slightly between versions.
 struct GoldenTolerance
 {
-    int channel = 16;         ///< largest difference of a colour channel, of 255, that still counts as equal
-    double differing = 0.002; ///< share of the pixels that may be further apart than that
+    int channel = 16;         ///< pixels whose channels differ by at most this, out of 255, count as equal
+    double differing = 0.002; ///< the fraction of pixels that may differ by more
 };
 
-/// Pictures that were looked at and found right. Nothing here ever writes into their folder: a new look is accepted by
-/// building the target `accept_golden`, which copies what the last failing run left.
+/// Compares pictures with golden pictures, which a person has reviewed. This class never writes a golden picture: the
+/// target `accept_golden` moves the pictures that the last run rejected to the folder of the golden pictures.
 class Golden
 {
 public:
-    /// `pictures` holds the golden ones, `<name>.png`; what fails to match is left in `failures`.
+    /// `pictures` is the folder of the golden pictures; rejected pictures are written to the folder `failures`.
     Golden(QString pictures, QString failures);
 
-    /// Empty when `actual` looks like the golden picture `name` (`<name>@2x` when it has two pixels a point); otherwise
-    /// what is wrong, with `<name>.png` (the actual picture) and, when the sizes agree, `<name>.diff.png` (differences,
-    /// white on black) written to `failures`.
+    /// Compares `actual` with the golden picture `<name>.png` (`<name>@2x.png` when its device pixel ratio is 2).
+    /// Returns an empty text when they match. Otherwise returns the reason, and writes the actual picture and, if the
+    /// sizes are equal, the differences (`<name>.diff.png`, white on black) to `failures`.
     [[nodiscard]] QString difference(const QImage &actual, const QString &name, GoldenTolerance tolerance = {}) const;
 
 private:

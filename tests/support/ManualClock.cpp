@@ -51,7 +51,7 @@ void ManualClock::advance(std::chrono::milliseconds duration)
 
 void settle()
 {
-    // A continuation may finish the next future; a handful of passes covers the longest chain here.
+    // The longest chain of continuations in the program needs fewer passes.
     for (int pass = 0; pass < 8; ++pass) {
         QCoreApplication::sendPostedEvents();
         QCoreApplication::processEvents();

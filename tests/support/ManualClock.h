@@ -7,7 +7,7 @@
 
 namespace kelvo {
 
-/// A clock that stands still until a test moves it. It is the wall clock too: both tell the same time.
+/// A clock that moves only when a test advances it. It also provides the wall clock, which advances with it.
 class ManualClock : public ContinuousClock
 {
 public:
@@ -15,10 +15,10 @@ public:
 
     std::unique_ptr<Timer> after(std::chrono::milliseconds wait, std::function<void()> callback) override;
 
-    /// Moves on by `duration` and makes the calls that fall due, in the order of their times, delivering pending events
-    /// of the event loop before the first and after each.
+    /// Advances the time by `duration` and makes the calls that become due, in order of their times. Calls `settle`
+    /// before the first and after each of them.
     void advance(std::chrono::milliseconds duration);
-    /// Steps the wall clock alone, as a user who sets the time does.
+    /// Steps only the wall clock, as when the user sets the time.
     void stepWallClock(std::chrono::milliseconds by) { wallOffset_ += by; }
 
     TimePoint now() const { return start_ + elapsed_ + wallOffset_; }
@@ -26,9 +26,9 @@ public:
     {
         return [this] { return now(); };
     }
-    /// How many calls are pending.
+    /// The number of pending calls.
     std::size_t pendingCount() const { return pending_.size(); }
-    /// How many calls this clock has made so far.
+    /// The number of calls made so far.
     std::size_t firedCount() const { return fired_; }
 
 private:
@@ -48,7 +48,8 @@ private:
     std::map<Key, std::function<void()>> pending_;
 };
 
-/// Delivers events until none is pending: the continuations of finished futures run.
+/// Processes pending events and deferred deletions eight times, so that chains of continuations run: each continuation
+/// may finish the next future. Does not wait for events that arrive later.
 void settle();
 
 } // namespace kelvo

@@ -9,8 +9,8 @@
 
 namespace kelvo {
 
-/// Preferences in memory, which count what is written. They outlive the store under test, so that a second store made
-/// from them is the next start of the program.
+/// Preferences in memory that count writes. They outlive the store under test, so a test can make a second store from
+/// them to simulate the next start of the program.
 class MemoryPreferences : public Preferences
 {
 public:
@@ -26,7 +26,7 @@ public:
     void setText(const QString &key, const QString &value) override { write(key, value); }
     void setTexts(const QString &key, const QStringList &value) override { write(key, value); }
 
-    /// Puts a value there as an earlier run or a hand would have, of any type and without counting it.
+    /// Stores a value of any type without counting a write, as if an earlier run or the user had stored it.
     void place(const QString &key, Value value) { values_.insert(key, std::move(value)); }
     void remove(const QString &key) { values_.remove(key); }
 
@@ -38,9 +38,9 @@ public:
         return names;
     }
 
-    /// How often the program wrote `key`.
+    /// The number of writes to `key`.
     int writeCount(const QString &key) const { return writes_.value(key); }
-    /// How often the program wrote anything.
+    /// The number of writes to all keys.
     int writeCount() const
     {
         int sum = 0;

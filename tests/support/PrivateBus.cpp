@@ -50,7 +50,7 @@ void PrivateBus::start()
 {
     QDir(directory_.path()).mkdir(u"run"_s);
     QFile::remove(socketPath());
-    // It complains of limits that it may not raise where the tests do not run as an ordinary user.
+    // When the tests run as root, the daemon warns about limits that it may not raise.
     daemon_.setStandardErrorFile(QProcess::nullDevice());
     daemon_.start(u"dbus-daemon"_s,
                   {u"--config-file"_s, directory_.filePath(u"bus.conf"_s), u"--nofork"_s, u"--nopidfile"_s,

@@ -7,23 +7,23 @@
 
 namespace kelvo {
 
-/// A message bus of a test's own at an address that does not change while it is stopped and started. Nothing but the
-/// services named to it can be started by it.
+/// A message bus for one test. Its address stays the same when it is stopped and started again. It can start only the
+/// services that are added to it.
 class PrivateBus
 {
 public:
-    /// The socket lies in a directory of its own that appears with the first `start`.
+    /// Does not start the bus. The directory of its socket is made by the first `start`.
     PrivateBus();
     ~PrivateBus();
 
     void start();
-    /// Ends the bus as a crash does: its socket stays behind.
+    /// Kills the bus, as in a crash: its socket file is not removed.
     void kill();
 
     QString address() const;
-    /// A further connection to the running bus.
+    /// Returns a new connection to the running bus.
     QDBusConnection connect() const;
-    /// Lets the running bus start `command` when somebody calls `name`.
+    /// Makes the running bus start `command` when a client calls `name`.
     void addActivatable(const QString &name, const QString &command);
 
 private:
@@ -33,7 +33,7 @@ private:
     QProcess daemon_;
 };
 
-/// Lends a connection of its own to an object that stands on a bus under a well-known name.
+/// Registers an object on a bus under a well-known name, on a connection of its own.
 class BusService
 {
 public:

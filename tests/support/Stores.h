@@ -16,16 +16,16 @@
 
 namespace kelvo {
 
-/// The real stores, over boundaries that a test holds.
+/// The real stores with fakes at all boundaries.
 struct Stores
 {
-    /// Watches these services, in this order.
+    /// Watches these services, in this order. Starts the monitor.
     explicit Stores(const std::vector<ServiceID> &watchedServices)
         : settings(choosing(watchedServices), loginItem)
     {
     }
 
-    /// A round in which the services of `healths` have those, and all others are operational.
+    /// Runs a round of checks in which each service has its health in `healths`; other services are operational.
     void round(const std::map<ServiceID, ServiceHealth> &healths = {}, const QString &label = {})
     {
         checks.readScript = [healths, label](ServiceID id) {
@@ -53,7 +53,7 @@ struct Stores
     StatusStore store{settings, notifier, checks, clock, sleepWake, networkWatch, clock.wallClock()};
 
 private:
-    /// The choice is made in an earlier run.
+    /// Stores the selection as if it had been made in an earlier run.
     Preferences &choosing(const std::vector<ServiceID> &services)
     {
         QStringList raw;

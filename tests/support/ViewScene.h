@@ -15,7 +15,7 @@
 
 namespace kelvo {
 
-/// The item of that name on the screen; an item's parent there need not be its owner.
+/// Finds an item by object name among the visual children, which can differ from the QObject children.
 inline QQuickItem *findItem(QQuickItem *in, const QString &name)
 {
     if (in->objectName() == name) {
@@ -29,7 +29,7 @@ inline QQuickItem *findItem(QQuickItem *in, const QString &name)
     return nullptr;
 }
 
-/// Columns and rows know their sizes only at the first frame.
+/// Lays out the item and its children now. Positioners would otherwise compute their sizes at the first frame.
 inline void layOut(QQuickItem *item)
 {
     for (auto *child : item->childItems()) {
@@ -38,7 +38,7 @@ inline void layOut(QQuickItem *item)
     item->ensurePolished();
 }
 
-/// What the view shows, which knows how many pixels it has a point.
+/// Returns the contents of the view, with its device pixel ratio set.
 inline QImage picture(QQuickView &view)
 {
     auto image = view.grabWindow();
@@ -46,7 +46,7 @@ inline QImage picture(QQuickView &view)
     return image;
 }
 
-/// What a screen reader is told of an item.
+/// Returns what a screen reader sees of an item.
 inline QAccessibleInterface *accessible(QQuickItem *item)
 {
     QAccessible::setActive(true);
@@ -58,14 +58,14 @@ inline QString accessibleName(QQuickItem *item)
     return accessible(item)->text(QAccessible::Name);
 }
 
-/// A view in a window of its own, over real stores and with the boundaries held.
+/// A view in a window, with real stores and fakes at all boundaries.
 struct ViewScene
 {
-    /// A first start; watched are `watched`, in that order.
+    /// Watches the services `watched`, in this order. The others follow in the order of services, as in a new store.
     explicit ViewScene(const std::vector<ServiceID> &watched = {ServiceID::claude})
         : stores({watched})
     {
-        // What a fresh store has: everything after the watched ones.
+        // The services that are not watched follow in catalogue order.
         auto order = watched;
         for (const auto id : allServiceIDs) {
             if (std::find(watched.begin(), watched.end(), id) == watched.end()) {
@@ -93,10 +93,10 @@ struct ViewScene
     }
 
     QQuickItem *root() const { return view.rootObject(); }
-    /// By name, anywhere in the window.
+    /// Finds an item by name in the whole window.
     QQuickItem *item(const QString &name) const { return findItem(view.contentItem(), name); }
     QQuickItem *item(const QString &in, const QString &name) const { return findItem(item(in), name); }
-    /// In the window.
+    /// The rectangle of an item in window coordinates.
     QRectF frame(QQuickItem *of) const
     {
         layOut(view.contentItem());
@@ -123,7 +123,7 @@ struct ViewScene
         }
         settle();
     }
-    /// The tab key, until the item has the focus; fails after a round.
+    /// Presses Tab until the item has the focus. Returns false when it has not after 40 presses.
     bool tabTo(QQuickItem *target)
     {
         for (int i = 0; i < 40 && view.activeFocusItem() != target; ++i) {

@@ -5,14 +5,14 @@
 
 namespace kelvo {
 
-/// An X11 display of a test's own that nobody sees.
+/// A private X11 display without a screen (Xvfb).
 class VirtualDisplay
 {
 public:
     VirtualDisplay();
     ~VirtualDisplay();
 
-    /// As in DISPLAY.
+    /// The name of the display, as in the environment variable DISPLAY.
     const QString &name() const { return name_; }
 
 private:

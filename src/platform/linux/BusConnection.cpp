@@ -16,7 +16,8 @@ namespace {
 
 Q_LOGGING_CATEGORY(logBus, "kelvo.bus")
 
-// A socket exists a moment before its server listens, and a server can be busy; six doublings cover six seconds.
+// The socket file appears shortly before its server listens, and a server can be busy. Six attempts with doubled waits
+// cover about six seconds.
 constexpr auto firstRetry = 100ms;
 constexpr int maximumAttempts = 6;
 
@@ -24,7 +25,7 @@ QString sessionBusAddress()
 {
     const auto address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
     const auto runtimeDirectory = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    // The library's own last resort would start a bus just for us.
+    // Without an address, libdbus would launch a bus of its own for this process.
     if (address.isEmpty() && !runtimeDirectory.isEmpty()) {
         return u"unix:path=%1/bus"_s.arg(runtimeDirectory);
     }
@@ -36,7 +37,7 @@ QString systemBusAddress()
     return qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS", u"unix:path=/run/dbus/system_bus_socket"_s);
 }
 
-/// The socket file that an address names, if any.
+/// Returns the path of the first socket file in a bus address; empty when it names none.
 QString socketPath(const QString &address)
 {
     constexpr auto prefix = "unix:path="_L1;
@@ -93,7 +94,7 @@ std::shared_ptr<BusConnection> BusConnection::system()
 void BusConnection::subscribe(const QString &sender, const QString &path, const QString &interface,
                               const QString &member, QObject *receiver, const char *slot)
 {
-    // A false answer on a living connection means that the slot does not fit, which nothing else would tell.
+    // On a live connection, false means that the signature of the slot does not match. Qt does not report this.
     if (!connection_.connect(sender, path, interface, member, receiver, slot) && connection_.isConnected()) {
         qCWarning(logBus) << "cannot listen to" << interface << member;
     }
@@ -192,7 +193,8 @@ void BusConnection::watchDirectory(const QString &path)
 
 void BusConnection::onDirectoryChanged()
 {
-    // Only a new socket is worth an attempt: the directory may be a busy one, and the old socket may be a leftover.
+    // Connect only when the socket file is new: the directory may change often, and an old socket file may be left over
+    // from a dead server.
     const auto before = socketChanged_;
     watchForSocket();
     if (!isConnected_ && socketChanged_.isValid() && socketChanged_ != before) {

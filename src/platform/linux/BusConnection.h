@@ -13,33 +13,33 @@
 
 namespace kelvo {
 
-/// A connection to one message bus that outlives the bus: lost, it is made again as soon as the bus is back. While
-/// the bus is missing nothing wakes the process but a change in the directory of the bus's socket.
+/// A connection to a message bus. When the connection is lost, it is made again as soon as the bus is back. While there
+/// is no bus, the process wakes up only when the directory of the bus's socket changes.
 class BusConnection : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Connects at once where the bus answers. An empty address is a bus that never comes.
+    /// Connects immediately if the bus is running. With an empty address the object never connects.
     explicit BusConnection(const QString &address, QObject *parent = nullptr);
     ~BusConnection() override;
 
-    /// The connections that all services of this process share.
+    /// The connections that the process shares. They are closed when the last user releases them.
     static std::shared_ptr<BusConnection> session();
     static std::shared_ptr<BusConnection> system();
 
     bool isConnected() const { return isConnected_; }
-    /// The connection as it stands. It is another one after each `connected`.
+    /// The current connection. It is a different one after each `connected`.
     const QDBusConnection &connection() const { return connection_; }
 
-    /// Calls a string-based slot of `receiver` for each such signal of the peer with the unique name `sender`. The
-    /// well-known name would do as well, but makes Qt wait for the bus to resolve it.
+    /// Calls `slot` of `receiver` for each matching signal of the peer with the unique name `sender`. `slot` is a
+    /// string made by SLOT(). A well-known name would work too, but Qt would block until the bus has resolved it.
     void subscribe(const QString &sender, const QString &path, const QString &interface, const QString &member,
                    QObject *receiver, const char *slot);
     void unsubscribe(const QString &sender, const QString &path, const QString &interface, const QString &member,
                      QObject *receiver, const char *slot);
 
-    /// Sends a method call and hands over its answer, a reply or an error, unless `context` is destroyed first.
+    /// Sends a method call. Passes the reply or the error to `answered`, unless `context` is destroyed before.
     void call(const QDBusMessage &message, QObject *context, std::function<void(const QDBusMessage &)> answered) const;
 
 Q_SIGNALS:

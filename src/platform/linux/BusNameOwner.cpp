@@ -43,7 +43,7 @@ void BusNameOwner::follow()
     auto question = busCall(u"GetNameOwner"_s);
     question << name_;
     bus_->call(question, watcher_.get(), [this](const QDBusMessage &answer) {
-        // The watcher speaks of every change since the question: what it said is never older than this answer.
+        // The watcher reports every change since the call was sent, so an owner that it set is newer than this answer.
         if (answer.type() == QDBusMessage::ReplyMessage && owner_.isEmpty()) {
             set(answer.arguments().value(0).toString());
         }

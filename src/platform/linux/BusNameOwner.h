@@ -9,29 +9,30 @@
 
 namespace kelvo {
 
-/// Follows who owns a well-known name, across restarts of the owner and of the bus.
+/// Tracks the owner of a well-known bus name, across restarts of the owner and of the bus.
 class BusNameOwner : public QObject
 {
     Q_OBJECT
 
 public:
     enum class Start {
-        byOthers, ///< wait for somebody to start the service
-        onDemand, ///< have the bus start it, where the bus knows how
+        byOthers, ///< wait until another process starts the service
+        onDemand, ///< ask the bus to start the service, if it is activatable
     };
 
     BusNameOwner(std::shared_ptr<BusConnection> bus, const QString &name, Start start = Start::byOthers);
 
-    /// The unique name of the owner; empty while there is none or it is not known yet.
+    /// The unique name of the owner; empty while there is no owner or the bus has not answered yet.
     const QString &owner() const { return owner_; }
     bool isOwned() const { return !owner_.isEmpty(); }
 
-    /// Calls a string-based slot of `receiver`, which must outlive this, for each such signal of whoever owns the name.
+    /// Calls `slot` of `receiver` for each matching signal of the current owner. `slot` is a string made by SLOT().
+    /// `receiver` must outlive this object.
     void listen(const QString &path, const QString &interface, const QString &member, QObject *receiver,
                 const char *slot);
 
 Q_SIGNALS:
-    /// Another owner, or none any more. Never from inside the constructor.
+    /// The owner changed or is gone. Never emitted from inside the constructor.
     void changed();
 
 private:

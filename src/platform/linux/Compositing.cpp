@@ -16,7 +16,7 @@ namespace {
 template<typename Reply>
 using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
 
-// The compositor of an X screen owns this selection. Qt works on the first screen of a display.
+// The compositor of an X screen owns this selection. Qt uses the first screen of a display.
 constexpr std::string_view compositorSelection = "_NET_WM_CM_S0";
 
 } // namespace
@@ -26,7 +26,7 @@ bool isCompositing()
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     auto *connection = x11 ? x11->connection() : nullptr;
     if (!connection) {
-        return true; // Wayland always does
+        return true; // Wayland always composites
     }
     const auto atomCookie = xcb_intern_atom(connection, false, static_cast<std::uint16_t>(compositorSelection.size()),
                                             compositorSelection.data());

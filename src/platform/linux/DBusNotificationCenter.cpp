@@ -21,7 +21,7 @@ const auto serverName = u"org.freedesktop.Notifications"_s;
 const auto applicationId = u"app.kelvo.Kelvo"_s;
 constexpr int iconSide = 64;
 
-/// A picture as notifications carry it.
+/// The value of the "image-data" hint of a notification.
 struct ImageData
 {
     QImage image; ///< Format_RGBA8888
@@ -37,7 +37,7 @@ QDBusArgument &operator<<(QDBusArgument &argument, const ImageData &data)
     return argument;
 }
 
-// Only sent, but the registration asks for both ways.
+// The type is only sent, but qDBusRegisterMetaType requires both operators.
 const QDBusArgument &operator>>(const QDBusArgument &argument, ImageData &)
 {
     return argument;
@@ -53,7 +53,7 @@ QString escaped(QString text)
     return text.replace(u'&', "&amp;"_L1).replace(u'<', "&lt;"_L1).replace(u'>', "&gt;"_L1);
 }
 
-/// The program’s icon as the hint of a notification; invalid while there is none.
+/// The application icon as an "image-data" hint; invalid when no icon is set.
 QVariant iconPicture()
 {
     const auto image = QGuiApplication::windowIcon().pixmap(QSize(iconSide, iconSide), 1.0).toImage();
@@ -151,7 +151,7 @@ void DBusNotificationCenter::askCapabilities()
         if (answer.type() == QDBusMessage::ReplyMessage) {
             capabilities_ = answer.arguments().value(0).toStringList();
         }
-        // A server that keeps its abilities to itself still gets the alert, as plain text.
+        // If the server answered with an error, the notifications are posted as plain text.
         for (const auto &notification : std::exchange(waiting_, {})) {
             post(notification);
         }
@@ -166,7 +166,7 @@ void DBusNotificationCenter::post(const LocalNotification &notification)
         {u"suppress-sound"_s, true},
         {u"urgency"_s, QVariant::fromValue<uchar>(1)},
     };
-    // A server shows the name of an icon that it cannot find as a broken picture.
+    // A server shows a broken image for an icon name that it cannot find.
     const bool isInstalled = QIcon::hasThemeIcon(applicationId);
     if (const auto picture = iconPicture(); !isInstalled && picture.isValid()) {
         hints.insert(u"image-data"_s, picture);

@@ -10,14 +10,15 @@
 
 namespace kelvo {
 
-/// Desktop notifications over the session bus, by whichever server runs or can be started when one is posted.
+/// Posts desktop notifications over the session bus. The server may start, restart or be replaced at any time.
 class DBusNotificationCenter : public NotificationCenter
 {
 public:
     explicit DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus);
 
     bool canServeThisProcess() const override;
-    /// A desktop asks no permission: authorized where there is, or can be started, a server.
+    /// Desktops have no permission to ask for: the status is `authorized` when a notification server runs or can be
+    /// started by the bus, else `notDetermined`.
     QFuture<AuthorizationStatus> authorizationStatus() override;
     QFuture<void> requestAuthorization() override;
     void add(const LocalNotification &notification) override;

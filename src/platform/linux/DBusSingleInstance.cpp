@@ -33,12 +33,12 @@ DBusSingleInstance::~DBusSingleInstance()
 bool DBusSingleInstance::acquire()
 {
     if (bus_->isConnected() && !claim()) {
-        // The owner may end between the two steps: then the name is free.
+        // The owner may exit between the two calls. Then the name is free, and the second claim succeeds.
         if (handOver() || !claim()) {
             return false;
         }
     }
-    // A bus that comes, or comes back, does not know of this instance yet.
+    // A bus that starts or restarts later does not know this instance yet.
     connect(bus_.get(), &BusConnection::connected, this, &DBusSingleInstance::claim, Qt::UniqueConnection);
     return true;
 }
@@ -61,7 +61,7 @@ void DBusSingleInstance::ActivateAction(const QString &, const QVariantList &, c
 bool DBusSingleInstance::claim()
 {
     auto connection = bus_->connection();
-    // The object first: whoever sees the name may call at once.
+    // Register the object before the name: a caller that sees the name may call at once.
     connection.registerObject(path, this, QDBusConnection::ExportScriptableSlots);
     return connection.registerService(name);
 }

@@ -9,8 +9,8 @@
 
 namespace kelvo {
 
-/// One instance on the session bus: whoever owns the application's name there. It answers as a desktop expects of an
-/// application that is started over the bus.
+/// The process that owns the application's name on the session bus is the instance. It implements
+/// org.freedesktop.Application, through which a desktop starts D-Bus activatable applications.
 class DBusSingleInstance : public SingleInstance
 {
     Q_OBJECT

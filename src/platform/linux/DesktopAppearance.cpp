@@ -29,7 +29,7 @@ const auto panelDarkMode = u"/panels/dark-mode"_s;
 const auto themeChannel = u"xsettings"_s;
 const auto themeName = u"/Net/ThemeName"_s;
 
-/// As org.freedesktop.appearance counts; 0 is no preference.
+/// The values of org.freedesktop.appearance color-scheme; 0 means no preference.
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
 
@@ -45,7 +45,7 @@ const auto gtkTheme = key(gnome, u"gtk-theme"_s);
 const auto xfcePanelDark = key(panelChannel, panelDarkMode);
 const auto xfceTheme = key(themeChannel, themeName);
 
-/// The value inside however many variants a portal wraps it in.
+/// Removes nested variants: portals wrap a value in one or two of them.
 QVariant unwrapped(QVariant value)
 {
     while (value.metaType() == QMetaType::fromType<QDBusVariant>()) {
@@ -115,7 +115,7 @@ void DesktopAppearance::onPortalChanged(const QDBusMessage &signal)
 
 void DesktopAppearance::followXfce()
 {
-    // Begun at the first sign of Xfce: its panel may start after this, and be restarted.
+    // Called at the first sign of Xfce. Its panel may start after this program and may restart.
     if (xfconf_) {
         return;
     }
@@ -144,7 +144,7 @@ void DesktopAppearance::askXfconf()
 
 void DesktopAppearance::onXfconfChanged(const QDBusMessage &signal)
 {
-    // A removed property comes without a value.
+    // PropertyRemoved has no value argument; the setting becomes invalid.
     const auto arguments = signal.arguments();
     if (arguments.size() >= 2) {
         learn(arguments[0].toString(), arguments[1].toString(), arguments.value(2));
@@ -166,8 +166,8 @@ DesktopAppearance::Answers DesktopAppearance::answers() const
     const bool isDark = windowsAreDark();
     return {
         .isDark = isDark,
-        // GNOME's bar is dark whatever the windows are. Xfce's panel asks for the dark variant of the theme when its
-        // switch is on, as it is in a fresh account, and otherwise looks as the windows do.
+        // GNOME's top bar is always dark. Xfce's panel uses the dark variant of the theme when its "dark mode" option
+        // is on (the default for a new account), and the theme of the windows otherwise.
         .panelIsDark = isDark || isGnome_ || settings_.value(xfcePanelDark).toBool(),
         .reduceMotion = settings_.value(reducedMotion).toUInt() == 1 || !settings_.value(animations, true).toBool(),
     };
@@ -179,7 +179,7 @@ bool DesktopAppearance::windowsAreDark() const
     if (scheme == preferDark || scheme == preferLight) {
         return scheme == preferDark;
     }
-    // Themes from before there was a preference say it in their names.
+    // Without a color-scheme preference, the name of the theme is the only hint.
     for (const auto &theme : {settings_.value(xfceTheme).toString(), settings_.value(gtkTheme).toString()}) {
         if (!theme.isEmpty()) {
             return theme.contains("dark"_L1, Qt::CaseInsensitive);

@@ -12,13 +12,13 @@
 
 namespace kelvo {
 
-/// The looks as the desktop portal tells them, else as the desktop keeps them itself, else as the palette shows them.
+/// Reads the appearance from the desktop portal, else from the desktop's own settings, else from the palette.
 class DesktopAppearance : public Appearance
 {
     Q_OBJECT
 
 public:
-    /// `desktops` are the names in XDG_CURRENT_DESKTOP. Needs the QGuiApplication.
+    /// `desktops` are the names in XDG_CURRENT_DESKTOP. Requires a QGuiApplication.
     DesktopAppearance(std::shared_ptr<BusConnection> sessionBus, const QStringList &desktops);
 
     bool isDark() const override { return answers_.isDark; }
@@ -54,7 +54,7 @@ private:
     BusNameOwner portal_;
     BusNameOwner xfcePanel_;
     std::unique_ptr<BusNameOwner> xfconf_;
-    /// What the desktop said last, by the names of the setting and of its group.
+    /// The last known values, by group and name of the setting.
     QHash<QString, QVariant> settings_;
     Answers answers_;
 };

@@ -16,14 +16,14 @@
 
 using namespace Qt::StringLiterals;
 
-// QSettings reads the file. It does not write it: its writer replaces the file by a cut one when the disk is full
-// (seen with Qt 6.4), waits for a lock that a killed process left behind, and drops comments.
+// QSettings reads the file but does not write it. Its writer truncates the file when the disk is full (seen with
+// Qt 6.4), waits for a lock that a killed process left behind, and removes comments.
 
 namespace kelvo {
 
 namespace {
 
-/// Whatever is created while this lives is private to the user.
+/// While this object lives, new files and directories are accessible to the user only.
 class PrivateFiles
 {
 public:
@@ -36,7 +36,8 @@ private:
     mode_t before_ = ::umask(S_IRWXG | S_IRWXO);
 };
 
-/// Empty where there is no file yet; nothing where it cannot be read, or is no file at all.
+/// Reads the file. Returns an empty array when it does not exist, and nullopt when it cannot be read or is not a
+/// regular file.
 std::optional<QByteArray> read(const QString &path)
 {
     struct stat info = {};
@@ -49,21 +50,21 @@ std::optional<QByteArray> read(const QString &path)
     return file.error() == QFileDevice::NoError ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
-/// Puts the bytes in place of the file at once, or leaves it untouched.
+/// Replaces the content of the file atomically. Returns false, and leaves the file as it was, on failure.
 bool replace(const QString &path, const QByteArray &bytes)
 {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;
-    // It takes over the mode of the file that it replaces, before it has any content.
+    // QSaveFile copies the mode of the file that it replaces. Restrict it before any content is written.
     file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    // A commit alone does not notice that the last buffer found no room (seen with Qt 6.4).
+    // commit() alone does not notice when the last buffer does not fit on the disk (seen with Qt 6.4).
     if (file.write(bytes) != bytes.size() || !file.flush() || ::fsync(file.handle()) != 0)
         return false;
     return file.commit();
 }
 
-/// Whether each line stands for itself: no quote is open at its end, and none is continued.
+/// Whether no setting extends over more than one line: no line ends within quotes or with a backslash.
 bool haveSoundEnds(const QByteArrayList &lines)
 {
     static const QRegularExpression sound(uR"re(^(?:[^;"\\]++|\\.|"(?:[^"\\]++|\\.)*+")*+(?:;.*)?$)re"_s,
@@ -78,14 +79,14 @@ bool isHexDigit(QChar character)
     return character.isDigit() || (character.toLower() >= u'a' && character.toLower() <= u'f');
 }
 
-/// The text as a quoted word, in QSettings' way of escaping.
+/// Quotes the text and escapes it as QSettings does.
 QString quoted(const QString &text)
 {
-    // What starts with an @ is a typed value, unless the @ is doubled.
+    // QSettings reads a leading @ as the start of a typed value, unless it is doubled.
     QString word = text.startsWith(u'@') ? u"\"@"_s : u"\""_s;
     bool followsNumber = false;
     for (const QChar character : text) {
-        // A digit behind an escaped number would be read as part of it.
+        // A hexadecimal digit after an escape sequence would be read as part of it.
         const bool asNumber = character.category() == QChar::Other_Control || character == QChar::ByteOrderMark
             || (followsNumber && isHexDigit(character));
         if (asNumber) {
@@ -116,7 +117,7 @@ QByteArray settingLine(const QString &key, const QVariant &value)
     return (key + u'=' + (words.isEmpty() ? u"@Invalid()"_s : words.join(u", "_s))).toUtf8();
 }
 
-/// Gives the setting its line: that of its key, else one at the end of the top-level settings.
+/// Replaces the line of the key, or adds a line after the last top-level setting.
 void put(QByteArrayList &lines, const QByteArray &key, const QByteArray &setting)
 {
     bool isTopLevel = true;
@@ -175,7 +176,7 @@ IniPreferences::IniPreferences()
 IniPreferences::IniPreferences(const QString &path)
     : path_(path)
 {
-    // QSettings would wait for what a pipe or a device in this place has to say.
+    // Read the file only if it is a regular one: QSettings would block on a pipe or a device.
     if (!read(path))
         return;
     const QSettings file(path, QSettings::IniFormat);

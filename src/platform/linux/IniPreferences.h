@@ -8,16 +8,16 @@
 
 namespace kelvo {
 
-/// Preferences in an INI file that a person can read and edit by hand; private to the user (mode 0600).
+/// Preferences in an INI file with mode 0600 that a person can read and edit.
 ///
-/// Values are stored as texts: true, false, a decimal number, a text, or texts with commas between. A text is given for
-/// texts that a hand left unquoted, joined by commas again; a single text is given as a list of one, an empty one as
-/// the empty list. A write changes its own line and leaves every other one as it is; a file whose lines run into each
-/// other (an open quote) is written anew, and the old one kept as "<file>.bak".
+/// Values are stored as text: true, false, a decimal number, a text, or texts separated by commas. Reads allow for
+/// edits by hand: `text` joins an unquoted list with commas again; `texts` returns a single text as a list of one and an
+/// empty text as an empty list. A write replaces the line of its key and keeps all other lines. A file in which a
+/// setting runs over several lines (an unclosed quote) is copied to "<file>.bak" and written anew.
 class IniPreferences : public Preferences
 {
 public:
-    /// Kelvo/Kelvo.conf in the user's configuration directory.
+    /// Uses Kelvo/Kelvo.conf in the user's configuration directory.
     IniPreferences();
     explicit IniPreferences(const QString &path);
 
@@ -36,8 +36,8 @@ private:
     bool save() const;
 
     QString path_;
-    QHash<QString, QVariant> values_; ///< a text, texts, or invalid: the file's word for no texts
-    QSet<QString> unsaved_;           ///< written in this run, but not to disk
+    QHash<QString, QVariant> values_; ///< QString, QStringList, or invalid for an empty list read from the file
+    QSet<QString> unsaved_;           ///< keys that were set but are not on disk yet
 };
 
 } // namespace kelvo

@@ -9,7 +9,7 @@ LogindSleepWake::LogindSleepWake(std::shared_ptr<BusConnection> systemBus)
 {
     manager_.listen(u"/org/freedesktop/login1"_s, u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s, this,
                     SLOT(prepareForSleep(bool)));
-    // Another owner, or none: whoever promised to tell of the wake is gone.
+    // The login manager that announced the sleep is gone or was replaced, so it cannot announce the wake-up.
     connect(&manager_, &BusNameOwner::changed, this, [this] { prepareForSleep(false); });
 }
 

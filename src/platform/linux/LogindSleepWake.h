@@ -5,7 +5,7 @@
 
 namespace kelvo {
 
-/// Sleep and wake as the login manager announces them on the system bus.
+/// Sleep and wake as announced by the login manager on the system bus (PrepareForSleep of org.freedesktop.login1).
 class LogindSleepWake : public SleepWake
 {
     Q_OBJECT

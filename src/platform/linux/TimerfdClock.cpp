@@ -23,7 +23,7 @@ itimerspec oneShot(milliseconds wait)
     itimerspec time{};
     time.it_value.tv_sec = seconds.count();
     time.it_value.tv_nsec = std::chrono::nanoseconds(wait - seconds).count();
-    // All zero would disarm the timer: a wait that is over already becomes the shortest one.
+    // A value of zero would disarm the timer, so a wait of zero or less becomes one nanosecond.
     if (wait <= milliseconds::zero())
         time.it_value = {.tv_sec = 0, .tv_nsec = 1};
     return time;
@@ -49,12 +49,12 @@ public:
 private:
     void fire()
     {
-        // The number of a descriptor is reused at once, so a notification can be meant for the call before this one.
+        // The kernel reuses descriptor numbers, so this notification can belong to an earlier call.
         std::uint64_t expirations = 0;
         if (::read(descriptor_, &expirations, sizeof expirations) != sizeof expirations)
             return;
         notifier_.setEnabled(false);
-        // The callback may destroy this object, so it must not live in it while it runs.
+        // The callback may destroy this object, so it is moved out of it first.
         const auto call = std::move(callback_);
         call();
     }

@@ -4,8 +4,9 @@
 
 namespace kelvo {
 
-/// The kernel's clock that counts through suspend. A pending call costs one file descriptor, and no wake-up before it
-/// is due. Where the kernel refuses one, a call waits on an ordinary timer instead, which stands still during suspend.
+/// A clock on CLOCK_BOOTTIME, which counts through suspend. A pending call uses one file descriptor and does not wake
+/// the process before it is due. When the kernel refuses the descriptor, a QTimer is used instead; it does not count
+/// suspend.
 class TimerfdClock : public ContinuousClock
 {
 public:

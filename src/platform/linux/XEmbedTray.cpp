@@ -31,7 +31,7 @@ XEmbedTray::XEmbedTray(QObject *parent)
     }
     manager_ = atom("MANAGER");
     selection_ = atom("_NET_SYSTEM_TRAY_S0");
-    // A tray announces itself to the root window, whose events Qt has asked for.
+    // A tray announces itself with a MANAGER client message to the root window. Qt receives the events of that window.
     qGuiApp->installNativeEventFilter(this);
 }
 

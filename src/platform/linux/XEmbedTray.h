@@ -9,13 +9,13 @@ struct xcb_connection_t;
 
 namespace kelvo {
 
-/// Finds the system tray of the older kind, which embeds X11 windows, on the first screen.
+/// Detects an XEmbed system tray, the older kind that embeds X11 windows, on the first screen.
 class XEmbedTray : public QObject, private QAbstractNativeEventFilter
 {
     Q_OBJECT
 
 public:
-    /// Nothing is ever found where the program does not run on X11. Needs the QGuiApplication.
+    /// Finds nothing when the program does not run on X11. Requires a QGuiApplication.
     explicit XEmbedTray(QObject *parent = nullptr);
     ~XEmbedTray() override;
 

@@ -26,7 +26,7 @@ QString autostartFile(const QString &configDir)
     return configDir + u"/autostart/app.kelvo.Kelvo.desktop"_s;
 }
 
-/// The settings of the file's [Desktop Entry] group. Nothing when there is no such file to read.
+/// Reads the [Desktop Entry] group of the file. Returns nullopt when the file cannot be read.
 std::optional<Entry> readEntry(const QString &path)
 {
     QFile file(path);
@@ -53,7 +53,7 @@ bool startsAtLogin(const Entry &entry)
         && entry.value("X-GNOME-Autostart-enabled") != "false";
 }
 
-/// The program as the first word of an Exec line: quoted, then escaped once more as any text of a desktop file is.
+/// Returns the program as the first word of an Exec line: quoted, and then escaped like any string of a desktop file.
 QByteArray execWord(const QString &program)
 {
     QByteArray quoted;
@@ -61,7 +61,7 @@ QByteArray execWord(const QString &program)
         if (QByteArrayView("\"`$\\").contains(byte))
             quoted += '\\';
         quoted += byte;
-        // A lone percent sign begins a field code.
+        // A single percent sign would start a field code.
         if (byte == '%')
             quoted += '%';
     }
@@ -71,7 +71,7 @@ QByteArray execWord(const QString &program)
 
 QString runningProgram()
 {
-    // Within an AppImage the program lies in a directory that is mounted for this run alone.
+    // An AppImage mounts the program in a directory that exists only during this run, so register the image itself.
     const QString image = qEnvironmentVariable("APPIMAGE");
     return QDir::isAbsolutePath(image) ? image : QCoreApplication::applicationFilePath();
 }
@@ -123,7 +123,7 @@ bool XdgLoginItem::unregisterItem()
     return QFile::remove(userFile_);
 }
 
-/// Whether one of the system's files would start it if the user had none. The first that is there decides.
+/// Whether the system's files start the program for a user without a file. The first existing file decides.
 bool XdgLoginItem::systemStartsIt() const
 {
     for (const QString &file : systemFiles_) {
@@ -133,13 +133,13 @@ bool XdgLoginItem::systemStartsIt() const
     return false;
 }
 
-/// Puts the user's file there at once, or leaves all as it was. A symbolic link is replaced, not followed: it leads to
-/// a file of somebody else's.
+/// Writes the user's file atomically. Returns false, and changes nothing, on failure. A symbolic link is replaced and
+/// not followed, because its target may belong to another program.
 bool XdgLoginItem::write(const QByteArray &content) const
 {
     const QString directory = QFileInfo(userFile_).absolutePath();
     QDir().mkpath(directory);
-    // No desktop file by its name, so that one left behind by a crash starts nothing.
+    // The temporary name does not end in .desktop, so that a file left behind by a crash is not started at login.
     QTemporaryFile file(directory + u"/.app.kelvo.Kelvo.XXXXXX"_s);
     if (!file.open() || file.write(content) != content.size() || !file.flush() || ::fsync(file.handle()) != 0)
         return false;

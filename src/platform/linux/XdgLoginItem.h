@@ -7,14 +7,14 @@
 
 namespace kelvo {
 
-/// The freedesktop way of starting at login: a desktop file in an autostart directory. The user's own comes before
-/// those of the system.
+/// Start at login by the freedesktop autostart specification: a desktop file in an autostart directory. The user's file
+/// overrides those of the system.
 class XdgLoginItem : public LoginItem
 {
 public:
-    /// The running program (of an AppImage the image itself), and the directories of this session.
+    /// Uses the running program (for an AppImage, the image file) and the configuration directories of the session.
     XdgLoginItem();
-    /// `configDirs` are the user's configuration directory and then the system's, the more important first.
+    /// `configDirs` is the user's configuration directory followed by the system's, most important first.
     XdgLoginItem(const QString &program, const QStringList &configDirs);
 
     bool isEnabled() const override;
@@ -25,7 +25,7 @@ private:
     bool systemStartsIt() const;
     bool write(const QByteArray &content) const;
 
-    QByteArray exec_; ///< the command line that starts the program, as a desktop file writes it
+    QByteArray exec_; ///< the value of the Exec key
     QString userFile_;
     QStringList systemFiles_;
 };

@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-/// The application's effective appearance, and apart from it the menu bar's, which follows the desktop picture.
+/// The effective appearance of the application, and that of the menu bar, which depends on the desktop picture.
 class AquaAppearance : public Appearance
 {
     Q_OBJECT
@@ -16,11 +16,11 @@ public:
     ~AquaAppearance() override;
 
     bool isDark() const override;
-    /// The windows' answer until `followMenuBar` found the application's own item there.
+    /// Equals `isDark` until `followMenuBar` has found the application's item in the menu bar.
     bool panelIsDark() const override;
     bool reduceMotion() const override;
 
-    /// Looks for the application's item in the menu bar. Call it whenever that was shown.
+    /// Starts to follow the appearance of the application's item in the menu bar. Call it after the item was shown.
     void followMenuBar();
 
 private:

@@ -4,7 +4,7 @@
 
 #import <AppKit/AppKit.h>
 
-// Tells when the effective appearance of the application or of a view changes.
+// Calls a block when the effective appearance of the application or of a view changes.
 @interface KelvoAppearanceObserver : NSObject
 - (instancetype)initWithObject:(NSObject<NSAppearanceCustomization> *)object changed:(void (^)(void))changed;
 @property (readonly) NSAppearance *appearance;
@@ -53,7 +53,7 @@ namespace kelvo {
 
 namespace {
 
-// Light, too, when it matches neither.
+// False, that is light, when the appearance matches neither name.
 bool isDarkAqua(NSAppearance *appearance)
 {
     NSArray<NSAppearanceName> *names = @[ NSAppearanceNameDarkAqua, NSAppearanceNameAqua ];
@@ -74,7 +74,7 @@ NSStatusBarButton *statusBarButtonIn(NSView *view)
     return nil;
 }
 
-// The item belongs to Qt, which does not give it away; its button stands in a window of this application.
+// Qt owns the status item and does not expose it, but its button is in a window of this application.
 NSStatusBarButton *statusBarButton()
 {
     for (NSWindow *window in NSApp.windows) {

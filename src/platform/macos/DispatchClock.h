@@ -8,7 +8,7 @@ namespace kelvo {
 
 class NotificationObserver;
 
-/// Deadlines on the clock that counts through sleep, waited for with dispatch timers on the main queue.
+/// Deadlines on a clock that counts through sleep. Dispatch timers on the main queue wait for them.
 class DispatchClock : public ContinuousClock
 {
 public:

@@ -14,7 +14,7 @@ namespace {
 
 using std::chrono::nanoseconds;
 
-// What mach_continuous_time counts, in nanoseconds: it goes on through sleep and never steps.
+// The value of mach_continuous_time in nanoseconds. It counts through sleep and never steps.
 nanoseconds continuousNow()
 {
     return nanoseconds(static_cast<nanoseconds::rep>(::clock_gettime_nsec_np(CLOCK_MONOTONIC_RAW)));
@@ -22,12 +22,12 @@ nanoseconds continuousNow()
 
 } // namespace
 
-// A dispatch timer counts either the time that the machine is up, and so comes too late by every sleep, or civil time,
-// and so moves when somebody sets the clock. This takes the first, and arms it afresh after each sleep with what is left.
+// A dispatch timer counts either uptime, which stops during sleep, or wall clock time, which steps when the clock is
+// set. This class uses uptime and sets the timer again after each sleep, with the remaining time.
 class DispatchClock::Pending : public ContinuousClock::Timer
 {
 public:
-    // Strict, because the system otherwise puts off the timers of an application without windows.
+    // DISPATCH_TIMER_STRICT, because the system otherwise delays the timers of an application without windows.
     Pending(DispatchClock &clock, nanoseconds wait, std::function<void()> callback)
         : clock_(clock)
         , deadline_(continuousNow() + std::max(wait, nanoseconds::zero()))
@@ -42,7 +42,7 @@ public:
         dispatch_activate(source_);
     }
 
-    // On the queue that it fires on, a cancelled source fires no more.
+    // The destructor runs on the queue of the source, so the source does not fire after this cancellation.
     ~Pending() override
     {
         dispatch_source_cancel(source_);
@@ -63,7 +63,7 @@ private:
             return;
         }
         dispatch_source_cancel(source_);
-        // The call may destroy this.
+        // The callback may destroy this object, so it is moved out of it first.
         const auto callback = std::exchange(callback_, nullptr);
         if (callback) {
             callback();

@@ -16,7 +16,8 @@ namespace kelvo {
 
 Platform makePlatform()
 {
-    // The bundle says the same; this is for the executable started by itself, which would stand in the Dock otherwise.
+    // LSUIElement in the bundle does the same. This is for an executable that is started without its bundle; it would
+    // otherwise appear in the Dock.
     [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
 
     auto appearance = std::make_unique<AquaAppearance>();

@@ -21,7 +21,7 @@ public:
     void show() override;
 
 Q_SIGNALS:
-    /// The item stands in the menu bar now.
+    /// The item is in the menu bar now.
     void shown();
 
 private:

@@ -22,7 +22,7 @@ void MenuBarStatusItem::setToolTip(const QString &text)
 
 void MenuBarStatusItem::setMenu(QMenu *menu)
 {
-    // Not given to the icon: it would open at every click, the left one as well.
+    // The menu is not given to the icon, which would open it at left clicks as well.
     menu_ = menu;
 }
 
@@ -34,7 +34,7 @@ void MenuBarStatusItem::show()
 
 void MenuBarStatusItem::handle(QSystemTrayIcon::ActivationReason reason)
 {
-    // Qt calls the Control key Meta here; a click with it is a right click.
+    // On macOS Qt calls the Control key Meta. A click with the Control key counts as a right click.
     const bool controlClick = QGuiApplication::queryKeyboardModifiers().testFlag(Qt::MetaModifier);
     if (reason != QSystemTrayIcon::Context && !controlClick) {
         Q_EMIT activated();

@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-/// Calls a function on the main thread at each notification of a name, for as long as this lives.
+/// Calls a function on the main thread for each notification with a given name, until this object is destroyed.
 class NotificationObserver
 {
 public:

@@ -2,7 +2,7 @@
 
 namespace kelvo {
 
-// The system's allocator gives large blocks back by itself.
+// The allocator of the system returns large blocks by itself.
 void keepProcessMemorySmall() { }
 
 } // namespace kelvo

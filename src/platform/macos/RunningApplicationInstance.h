@@ -6,8 +6,8 @@
 
 namespace kelvo {
 
-/// One instance of the bundle in a login session. Starting the bundle again reopens the running one by the system's own
-/// doing; this adds the starts that go round it, such as the executable's own.
+/// One instance of the bundle per login session. When the bundle is opened again, the system sends a reopen event to the
+/// running instance. This class also handles starts that bypass the system, such as running the executable directly.
 class RunningApplicationInstance : public SingleInstance
 {
     Q_OBJECT

@@ -7,7 +7,7 @@
 
 #include <unistd.h>
 
-// Takes the event that the system sends when the bundle is opened while it runs.
+// Handles the event that the system sends when the bundle is opened while it runs.
 @interface KelvoReopenHandler : NSObject
 - (instancetype)initWithReopened:(void (^)(void))reopened;
 @end
@@ -49,7 +49,7 @@ namespace {
 
 NSNotificationName const handOver = @"app.kelvo.Kelvo.Activate";
 
-// Of two that start at the same moment, the one that started first stays.
+// When two processes start at the same time, the one with the lower process id stays.
 bool precedesThisProcess(NSRunningApplication *application)
 {
     return application.finishedLaunching || application.processIdentifier < ::getpid();
@@ -85,7 +85,7 @@ public:
     }
 
 private:
-    // Not before the launch is done, which installs the application's own handler over ours.
+    // Called after the launch has finished, because the launch installs the application's own handler over this one.
     void handleReopening() { reopen_ = [[KelvoReopenHandler alloc] initWithReopened:requested_]; }
 
     void (^requested_)(void);

@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// The application itself as a login item, registered with the system's service management.
+/// Registers the application as a login item with SMAppService.
 class ServiceLoginItem : public LoginItem
 {
 public:

@@ -11,13 +11,14 @@ bool ServiceLoginItem::isEnabled() const
 
 bool ServiceLoginItem::registerItem()
 {
-    // To register once more is an error to the system.
+    // The system reports an error when an application that is already registered is registered again.
     return isEnabled() || [SMAppService.mainAppService registerAndReturnError:nil];
 }
 
 bool ServiceLoginItem::unregisterItem()
 {
-    // So is to remove what is not there. One that waits for the user's approval is there.
+    // The system also reports an error when there is no registration to remove. A registration that waits for the
+    // user's approval exists and can be removed.
     switch (SMAppService.mainAppService.status) {
     case SMAppServiceStatusNotRegistered:
     case SMAppServiceStatusNotFound: return true;

@@ -4,8 +4,8 @@
 
 namespace kelvo {
 
-/// The standard user defaults of the application's bundle. A number or a truth value that was stored as text, as the
-/// `defaults` command does it, is read as the system reads it.
+/// The standard user defaults of the application's bundle. A number or boolean that is stored as text, as the `defaults`
+/// command can do, is converted as the system does it.
 class UserDefaultsPreferences : public Preferences
 {
 public:

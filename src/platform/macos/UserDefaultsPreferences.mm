@@ -22,7 +22,7 @@ bool holdsScalar(const QString &key)
 void store(id value, const QString &key)
 {
     [defaults() setObject:value forKey:key.toNSString()];
-    // Otherwise it is on its way for a moment, and lost if the process is killed then.
+    // Without this the value is stored asynchronously, and lost if the process is killed before.
     CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication);
 }
 
@@ -59,7 +59,7 @@ std::optional<QString> UserDefaultsPreferences::text(const QString &key) const
 
 std::optional<QStringList> UserDefaultsPreferences::texts(const QString &key) const
 {
-    // Nothing unless every element is a text.
+    // Returns nil unless every element is a string.
     NSArray<NSString *> *values = [defaults() stringArrayForKey:key.toNSString()];
     if (!values) {
         return std::nullopt;

@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-/// The user notification center of the system.
+/// Posts notifications to the user notification center of the system.
 class UserNotificationCenter : public NotificationCenter
 {
 public:

@@ -5,7 +5,8 @@
 #import <Foundation/Foundation.h>
 #import <UserNotifications/UserNotifications.h>
 
-// While one of our windows has the focus, the system shows nothing of ours unless it is told to.
+// While a window of this application has the focus, the system shows the application's notifications only if its
+// delegate asks for it.
 @interface KelvoNotificationPresenter : NSObject <UNUserNotificationCenterDelegate>
 @end
 
@@ -38,7 +39,7 @@ AuthorizationStatus fromSystem(UNAuthorizationStatus status)
 
 } // namespace
 
-// The center holds its delegate weakly.
+// Owns the delegate, to which the center keeps only a weak reference.
 class UserNotificationCenter::Presentation
 {
 public:
@@ -62,11 +63,11 @@ UserNotificationCenter::~UserNotificationCenter() = default;
 
 bool UserNotificationCenter::canServeThisProcess() const
 {
-    // Without an identifier the system's center ends the process at the first touch.
+    // Without a bundle identifier, the first use of the system's center terminates the process.
     return NSBundle.mainBundle.bundleIdentifier != nil;
 }
 
-// Both answers arrive on a queue of the system's; the futures finish on the main thread.
+// The system calls both completion handlers on its own queue. The futures finish on the main thread.
 
 QFuture<AuthorizationStatus> UserNotificationCenter::authorizationStatus()
 {

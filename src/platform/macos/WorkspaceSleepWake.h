@@ -8,7 +8,7 @@ namespace kelvo {
 
 class NotificationObserver;
 
-/// Sleep and wake as the workspace tells them.
+/// Sleep and wake as reported by NSWorkspace.
 class WorkspaceSleepWake : public SleepWake
 {
     Q_OBJECT

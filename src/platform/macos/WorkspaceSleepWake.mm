@@ -8,7 +8,7 @@ namespace kelvo {
 
 WorkspaceSleepWake::WorkspaceSleepWake()
 {
-    // The workspace's own center: these are posted nowhere else.
+    // The workspace posts these notifications to its own center only.
     NSNotificationCenter *center = NSWorkspace.sharedWorkspace.notificationCenter;
     willSleep_ = std::make_unique<NotificationObserver>(center, NSWorkspaceWillSleepNotification,
                                                         [this] { Q_EMIT willSleep(); });

@@ -14,7 +14,8 @@ namespace kelvo {
 
 namespace {
 
-// A signal handler may do next to nothing, but it may write to a pipe: the event loop reads the other end.
+// A signal handler may call only async-signal-safe functions. write() is one: the handler writes to this pipe, and the
+// event loop reads the other end.
 int pipeToEventLoop = -1;
 
 extern "C" void tellEventLoop(int)
@@ -29,13 +30,13 @@ void handle(int signal)
 {
     struct sigaction current = {};
     ::sigaction(signal, nullptr, &current);
-    // Whoever started us (nohup, a shell's background job) may have asked to ignore it.
+    // The parent process (nohup, a shell that starts a background job) may have set the signal to be ignored.
     if (current.sa_handler == SIG_IGN)
         return;
 
     struct sigaction action = {};
     action.sa_handler = tellEventLoop;
-    // The second of a kind ends the process the hard way, should the event loop no longer turn.
+    // SA_RESETHAND: a second signal kills the process even if the event loop is blocked.
     action.sa_flags = SA_RESTART | SA_RESETHAND;
     sigemptyset(&action.sa_mask);
     ::sigaction(signal, &action, nullptr);
@@ -46,7 +47,7 @@ void handle(int signal)
 void quitOnTerminationSignals(QCoreApplication &application)
 {
     std::array<int, 2> ends{};
-    // Without a pipe the signals keep their own way of ending the process.
+    // Without a pipe the signals keep their default action, which ends the process.
     if (::pipe(ends.data()) != 0)
         return;
     for (const int end : ends) {
@@ -58,7 +59,7 @@ void quitOnTerminationSignals(QCoreApplication &application)
     auto *notifier = new QSocketNotifier(ends[0], QSocketNotifier::Read, &application);
     QObject::connect(notifier, &QSocketNotifier::activated, &application, [notifier] {
         notifier->setEnabled(false);
-        // Not quit(), which asks the windows first, and any of them may say no.
+        // Not quit(): it asks the windows first, and any of them can refuse.
         QCoreApplication::exit();
     });
 
