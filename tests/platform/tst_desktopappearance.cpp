@@ -57,6 +57,8 @@ private Q_SLOTS:
     void holdsThatGnomesBarIsDark();
     void holdsThatOtherPanelsAreAsTheWindows();
     void readsTheDarknessOfXfcesPanelLive();
+    void aPanelThatIsNeitherDarkNorLightCountsAsLight_data();
+    void aPanelThatIsNeitherDarkNorLightCountsAsLight();
     void findsXfceByItsPanel();
     void asksNothingOfXfceElsewhere();
     void readsTheThemeOfXfce();
@@ -245,6 +247,24 @@ void DesktopAppearanceTest::readsTheDarknessOfXfcesPanelLive()
     QTRY_VERIFY(appearance->panelIsDark());
     // Without the property the panel looks as the theme does.
     xfconf.remove(panelChannel, panelDarkMode);
+    QTRY_VERIFY(!appearance->panelIsDark());
+}
+
+void DesktopAppearanceTest::aPanelThatIsNeitherDarkNorLightCountsAsLight_data()
+{
+    QTest::addColumn<QVariant>("darkMode");
+    QTest::newRow("a text") << QVariant(u"maybe"_s);
+    QTest::newRow("a number") << QVariant(7);
+}
+
+void DesktopAppearanceTest::aPanelThatIsNeitherDarkNorLightCountsAsLight()
+{
+    QFETCH(const QVariant, darkMode);
+    FakeXfconf xfconf(*daemon_);
+    xfconf.set(panelChannel, panelDarkMode, true);
+    const auto appearance = this->appearance({u"XFCE"_s});
+    QTRY_VERIFY(appearance->panelIsDark());
+    xfconf.set(panelChannel, panelDarkMode, darkMode);
     QTRY_VERIFY(!appearance->panelIsDark());
 }
 

@@ -54,6 +54,12 @@ QVariant unwrapped(QVariant value)
     return value;
 }
 
+/// Whether the value is the Boolean `true`; QVariant would take most texts for it too.
+bool isTrue(const QVariant &value)
+{
+    return value.metaType() == QMetaType::fromType<bool>() && value.toBool();
+}
+
 bool paletteIsDark()
 {
     return QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
@@ -168,7 +174,7 @@ DesktopAppearance::Answers DesktopAppearance::answers() const
         .isDark = isDark,
         // GNOME's top bar is always dark. Xfce's panel uses the dark variant of the theme when its "dark mode" option
         // is on (the default for a new account), and the theme of the windows otherwise.
-        .panelIsDark = isDark || isGnome_ || settings_.value(xfcePanelDark).toBool(),
+        .panelIsDark = isDark || isGnome_ || isTrue(settings_.value(xfcePanelDark)),
         .reduceMotion = settings_.value(reducedMotion).toUInt() == 1 || !settings_.value(animations, true).toBool(),
     };
 }
