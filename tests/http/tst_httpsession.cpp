@@ -2,10 +2,10 @@
 #include "simulator/CertificateAuthority.h"
 #include "simulator/ReroutedNetwork.h"
 #include "simulator/SimulatedInternet.h"
+#include "support/Settles.h"
 
 #include <QDirIterator>
 #include <QElapsedTimer>
-#include <QFutureWatcher>
 #include <QNetworkReply>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -122,15 +122,6 @@ struct Lookups
     int hanging = 0;
     bool wasOffThread = true;
 };
-
-/// Turns events until the future is settled.
-bool settles(const QFuture<HttpResponse> &future)
-{
-    QFutureWatcher<HttpResponse> watcher;
-    QSignalSpy finished(&watcher, &QFutureWatcher<HttpResponse>::finished);
-    watcher.setFuture(future);
-    return future.isFinished() || finished.wait(10'000);
-}
 
 } // namespace
 

@@ -1,8 +1,8 @@
 #include "http/HttpSession.h"
 #include "simulator/CertificateAuthority.h"
 #include "simulator/SimulatedInternet.h"
+#include "support/Settles.h"
 
-#include <QFutureWatcher>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTest>
@@ -28,11 +28,8 @@ private:
     std::optional<int> statusOf(const QUrl &url)
     {
         HttpSession session({}, {.idleTimeout = 5s});
-        QFutureWatcher<HttpResponse> watcher;
-        QSignalSpy finished(&watcher, &QFutureWatcher<HttpResponse>::finished);
         const auto future = session.get(url);
-        watcher.setFuture(future);
-        return finished.wait(10'000) ? future.result().status : std::optional(-1);
+        return settles(future) ? future.result().status : std::optional(-1);
     }
 
     std::unique_ptr<SimulatedInternet> internet_;

@@ -1,8 +1,8 @@
 #include "http/HttpSession.h"
 #include "simulator/ReroutedNetwork.h"
 #include "simulator/SimulatedInternet.h"
+#include "support/Settles.h"
 
-#include <QFutureWatcher>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -23,11 +23,8 @@ class SimulatedInternetTest : public QObject
 private:
     HttpResponse fetch(const QString &url)
     {
-        QFutureWatcher<HttpResponse> watcher;
-        QSignalSpy finished(&watcher, &QFutureWatcher<HttpResponse>::finished);
         const auto future = session_->get(QUrl(url));
-        watcher.setFuture(future);
-        return finished.wait(10'000) ? future.result() : HttpResponse{.status = -1, .body = {}};
+        return settles(future) ? future.result() : HttpResponse{.status = -1, .body = {}};
     }
     QJsonObject summary(StatusPage page)
     {

@@ -4,8 +4,8 @@
 #include "simulator/SimulatedInternet.h"
 #include "sources/StatusProvider.h"
 #include "support/CountingNetwork.h"
+#include "support/Settles.h"
 
-#include <QFutureWatcher>
 #include <QJsonArray>
 #include <QSignalSpy>
 #include <QTest>
@@ -43,10 +43,7 @@ struct World
     template<typename T>
     T wait(const QFuture<T> &future, T otherwise)
     {
-        QFutureWatcher<T> watcher;
-        QSignalSpy finished(&watcher, &QFutureWatcherBase::finished);
-        watcher.setFuture(future);
-        return future.isFinished() || finished.wait(10'000) ? future.result() : otherwise;
+        return settles(future) ? future.result() : otherwise;
     }
     StatusReading page(const QStringList &names = {u"claude.ai"_s}, const QString &base = pageBase)
     {

@@ -1,14 +1,8 @@
-#include "support/FakeAppearance.h"
-
-#include "style/Tokens.h"
-#include "style/ViewEngine.h"
+#include "support/QmlStage.h"
 
 #include <QAccessible>
 #include <QFontMetricsF>
 #include <QGuiApplication>
-#include <QQmlComponent>
-#include <QQuickItem>
-#include <QQuickView>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
@@ -20,18 +14,12 @@ namespace kelvo {
 namespace {
 
 /// One control in a window.
-class Stage
+class Stage : public QmlStage
 {
 public:
     explicit Stage(const QByteArray &control)
+        : QmlStage(control, {300, 100})
     {
-        QQmlComponent component(&engine.get());
-        component.setData("import QtQuick\nimport Kelvo\nItem { width: 300; height: 100; " + control + " }", QUrl());
-        root_ = qobject_cast<QQuickItem *>(component.create());
-        if (!root_) {
-            qFatal("%s", qPrintable(component.errorString()));
-        }
-        view.setContent(QUrl(), nullptr, root_);
         view.show();
         view.requestActivate();
         if (!QTest::qWaitForWindowActive(&view)) {
@@ -39,21 +27,13 @@ public:
         }
     }
 
-    QQuickItem *control() const { return root_->childItems().constFirst(); }
+    QQuickItem *control() const { return item(); }
     QQuickItem *content() const { return control()->property("contentItem").value<QQuickItem *>(); }
     QAccessibleInterface *accessible() const
     {
         QAccessible::setActive(true); // as a screen reader does
         return QAccessible::queryAccessibleInterface(control());
     }
-
-    FakeAppearance appearance;
-    ViewEngine engine{appearance};
-    Tokens tokens{&appearance};
-    QQuickView view{&engine.get(), nullptr};
-
-private:
-    QQuickItem *root_;
 };
 
 double pixelSize(QQuickItem *text)

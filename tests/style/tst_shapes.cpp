@@ -1,12 +1,6 @@
-#include "support/FakeAppearance.h"
-
-#include "style/Tokens.h"
-#include "style/ViewEngine.h"
+#include "support/QmlStage.h"
 
 #include <QAccessible>
-#include <QQmlComponent>
-#include <QQuickItem>
-#include <QQuickView>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -16,35 +10,20 @@ namespace kelvo {
 namespace {
 
 /// One shape on white.
-class Stage
+class Stage : public QmlStage
 {
 public:
     explicit Stage(const QByteArray &shape, bool reduceMotion = false)
+        : QmlStage(shape, {64, 64}, reduceMotion)
     {
-        appearance.still = reduceMotion;
-        QQmlComponent component(&engine.get());
-        component.setData("import QtQuick\nimport Kelvo\nItem { width: 64; height: 64; " + shape + " }", QUrl());
-        root_ = qobject_cast<QQuickItem *>(component.create());
-        if (!root_) {
-            qFatal("%s", qPrintable(component.errorString()));
-        }
-        view.setContent(QUrl(), nullptr, root_);
     }
 
-    QQuickItem *shape() const { return root_->childItems().constFirst(); }
+    QQuickItem *shape() const { return item(); }
     void show()
     {
         view.show();
         QVERIFY(QTest::qWaitForWindowExposed(&view));
     }
-
-    FakeAppearance appearance;
-    ViewEngine engine{appearance};
-    Tokens tokens{&appearance};
-    QQuickView view{&engine.get(), nullptr};
-
-private:
-    QQuickItem *root_;
 };
 
 } // namespace

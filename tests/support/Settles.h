@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QFuture>
+#include <QFutureWatcher>
+#include <QSignalSpy>
+
+namespace kelvo {
+
+/// Runs the event loop until `future` is finished. False when it is not within ten seconds.
+template<typename T>
+bool settles(const QFuture<T> &future)
+{
+    QFutureWatcher<T> watcher;
+    QSignalSpy finished(&watcher, &QFutureWatcherBase::finished);
+    watcher.setFuture(future);
+    return future.isFinished() || finished.wait(10'000);
+}
+
+} // namespace kelvo
