@@ -93,8 +93,6 @@ QNetworkRequest HttpSession::request(const QUrl &url) const
     request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    // Below the cap a body may be compressed as well as it likes; beyond it the transfer is over anyway.
-    request.setDecompressedSafetyCheckThreshold(limits_.maximumBodySize);
     if (!userAgent_.isEmpty()) {
         request.setRawHeader("User-Agent"_ba, userAgent_);
     }

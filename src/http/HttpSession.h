@@ -37,8 +37,9 @@ public:
     ~HttpSession() override;
 
     /// Never fails: see HttpResponse. Destroying the session cancels what is under way; those futures are cancelled.
+    /// A body that is more than 2 MiB and more than 40 times the size of its compressed form is a failed transfer.
     QFuture<HttpResponse> get(const QUrl &url);
-    /// Like `get`, and discards the body while it arrives.
+    /// Like `get`, and discards the body while it arrives, compressed or not.
     QFuture<HttpResponse> getDiscardingBody(const QUrl &url);
     /// Posts `json` as "application/json" (no body at all when it is empty), and discards the answer's body. It is sent once:
     /// a connection that breaks before the answer is a failed transfer, and a 307 or 308 is one as well.

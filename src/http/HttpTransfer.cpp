@@ -14,6 +14,10 @@ namespace {
 
 constexpr int maximumRedirects = 20;
 constexpr qint64 chunkSize = 64 * 1024;
+/// How much the network layer reads ahead, as it arrives. It decompresses that on this thread, to at most 40 times the size
+/// beyond the threshold below.
+constexpr qint64 readAhead = 16 * 1024;
+constexpr qint64 decompressionThreshold = 2 * 1024 * 1024;
 
 /// Whether the network layer reports `error` for nothing but a status code of 400 or above, so that there is an answer.
 /// Every error that is not listed means that the transfer itself broke.
@@ -88,6 +92,11 @@ HttpTransfer::HttpTransfer(std::shared_ptr<HttpRound> round, const QNetworkReque
         connect(timer, &QTimer::timeout, this, &HttpTransfer::fail);
     }
     deadline_.start(limits_.totalDeadline);
+    request_.setDecompressedSafetyCheckThreshold(decompressionThreshold);
+    if (body_ == HttpBody::Discard) {
+        // Who names the encodings gets the body as it arrives.
+        request_.setRawHeader("Accept-Encoding"_ba, "gzip, deflate"_ba);
+    }
     start();
 }
 
@@ -107,7 +116,14 @@ void HttpTransfer::send()
     lookupTimeout_.stop();
     auto &manager = round_->manager();
     reply_.reset(post_ ? postOnce(manager, request_, *post_) : manager.get(request_));
+    reply_->setReadBufferSize(readAhead);
     connect(reply_.get(), &QNetworkReply::readyRead, this, &HttpTransfer::readBody);
+    // A body that cannot be decompressed may leave the reply without an end.
+    connect(reply_.get(), &QNetworkReply::errorOccurred, this, [this] {
+        if (!answeredStatus(*reply_)) {
+            giveUp();
+        }
+    });
     // Queued, because whoever waits for the future may destroy the session, which must not happen inside the reply.
     connect(reply_.get(), &QNetworkReply::finished, this, &HttpTransfer::finish, Qt::QueuedConnection);
 }
@@ -137,6 +153,7 @@ void HttpTransfer::follow(int status)
 /// Reads in small pieces: all that is available may be a thousand times what has arrived when it is compressed.
 void HttpTransfer::readBody()
 {
+    const qint64 maximumSize = body_ == HttpBody::Keep ? limits_.maximumKeptSize : limits_.maximumDiscardedSize;
     std::array<char, chunkSize> chunk;
     while (true) {
         const qint64 size = reply_->read(chunk.data(), chunkSize);
@@ -144,9 +161,8 @@ void HttpTransfer::readBody()
             return;
         }
         bodySize_ += size;
-        if (bodySize_ > limits_.maximumBodySize) {
-            reply_->disconnect(this);
-            QMetaObject::invokeMethod(this, &HttpTransfer::fail, Qt::QueuedConnection);
+        if (bodySize_ > maximumSize) {
+            giveUp();
             return;
         }
         if (body_ == HttpBody::Keep) {
@@ -169,6 +185,13 @@ void HttpTransfer::finish()
         response.body = std::move(kept_);
     }
     settle(std::move(response));
+}
+
+/// Fails as soon as the reply has returned.
+void HttpTransfer::giveUp()
+{
+    reply_->disconnect(this);
+    QMetaObject::invokeMethod(this, &HttpTransfer::fail, Qt::QueuedConnection);
 }
 
 void HttpTransfer::fail()

@@ -41,6 +41,7 @@ private:
     void follow(int status);
     void readBody();
     void finish();
+    void giveUp();
     void settle(HttpResponse response);
 
     std::shared_ptr<HttpRound> round_;

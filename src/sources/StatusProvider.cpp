@@ -1,5 +1,6 @@
 #include "sources/StatusProvider.h"
 
+#include "WhileAlive.h"
 #include "sources/GoogleIncidentFeed.h"
 #include "sources/StatuspageSummary.h"
 
@@ -33,23 +34,31 @@ QFuture<StatusReading> StatusProvider::read(const Service &service)
     return checkGoogleDashboard(std::get<GoogleDashboardSource>(service.source).product);
 }
 
-// The HTTP status is not looked at: a page in trouble may well answer 503 with a document that says so, and an error
-// page does not decode.
 QFuture<StatusReading> StatusProvider::checkStatuspage(const QString &base, const QStringList &componentNames)
 {
     const QUrl url(base + "/api/v2/summary.json"_L1, QUrl::StrictMode);
-    return session_.get(url).then([componentNames](const HttpResponse &response) {
-        const auto summary = StatuspageSummary::decode(response.body);
-        return summary ? summary->reading(componentNames) : unreachable();
+    return readDocument(url, [componentNames](QByteArrayView document) -> std::optional<StatusReading> {
+        const auto summary = StatuspageSummary::decode(document);
+        return summary ? std::optional(summary->reading(componentNames)) : std::nullopt;
     });
 }
 
 QFuture<StatusReading> StatusProvider::checkGoogleDashboard(const QString &product)
 {
     const QUrl url(u"https://www.google.com/appsstatus/dashboard/incidents.json"_s);
-    return session_.get(url).then([product](const HttpResponse &response) {
-        return GoogleIncidentFeed::reading(response.body, product).value_or(unreachable());
-    });
+    return readDocument(url,
+                        [product](QByteArrayView document) { return GoogleIncidentFeed::reading(document, product); });
+}
+
+// The HTTP status is not looked at: a page in trouble may well answer 503 with a document that says so, and an error
+// page does not decode.
+QFuture<StatusReading> StatusProvider::readDocument(const QUrl &url, DocumentDecoder::Decode decode)
+{
+    const auto decodeBody = [this, decode = std::move(decode)](const HttpResponse &response) {
+        return decoder_.run(response.body, decode);
+    };
+    const auto judge = [](const std::optional<StatusReading> &reading) { return reading.value_or(unreachable()); };
+    return session_.get(url).then(whileAlive(&context_, decodeBody)).unwrap().then(judge);
 }
 
 QFuture<bool> StatusProvider::probe(const Service &service)

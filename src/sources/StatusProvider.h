@@ -1,11 +1,12 @@
 #pragma once
 
 #include "http/HttpSession.h"
+#include "sources/DocumentDecoder.h"
 #include "sources/StatusChecks.h"
 
 namespace kelvo {
 
-/// Asks the vendors over HTTP. All requests share one client; there is no other state.
+/// Asks the vendors over HTTP. All requests share one client; there is no other state. Destroying it cancels the futures.
 class StatusProvider : public StatusChecks
 {
 public:
@@ -26,7 +27,11 @@ public:
     QFuture<StatusReading> checkGoogleDashboard(const QString &product);
 
 private:
+    QFuture<StatusReading> readDocument(const QUrl &url, DocumentDecoder::Decode decode);
+
     HttpSession &session_;
+    DocumentDecoder decoder_;
+    QObject context_; ///< of the requests that decoder_ waits for
 };
 
 } // namespace kelvo

@@ -29,7 +29,8 @@ const QByteArray feedPath = "/appsstatus/dashboard/incidents.json";
 const QByteArray errorPage = "<!DOCTYPE html><html><body><h1>Service Unavailable</h1></body></html>";
 
 /// Short bounds, for what is to run into one; everything else is answered long before them.
-constexpr HttpLimits impatient{.idleTimeout = 100ms, .totalDeadline = 300ms, .maximumBodySize = 100'000};
+constexpr HttpLimits impatient{
+    .idleTimeout = 100ms, .totalDeadline = 300ms, .maximumKeptSize = 100'000, .maximumDiscardedSize = 100'000};
 
 /// A provider in an internet of its own.
 struct World

@@ -1,0 +1,107 @@
+#include "sources/DocumentDecoder.h"
+
+#include <QSemaphore>
+#include <QTest>
+#include <QThread>
+
+using namespace kelvo;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const StatusReading fine{ServiceHealth::operational, u"Operational"_s};
+const QByteArray small(DocumentDecoder::largeSize - 1, ' ');
+const QByteArray large(DocumentDecoder::largeSize, ' ');
+
+} // namespace
+
+class DocumentDecoderTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aSmallDocumentIsDecodedAtOnce()
+    {
+        DocumentDecoder decoder;
+        const QThread *thread = nullptr;
+        const auto reading = decoder.run(small, [&](QByteArrayView document) {
+            thread = QThread::currentThread();
+            return document.size() == small.size() ? std::optional(fine) : std::nullopt;
+        });
+        QVERIFY(reading.isFinished());
+        QCOMPARE(reading.result(), fine);
+        QCOMPARE(thread, QThread::currentThread());
+    }
+
+    void aLargeDocumentIsDecodedElsewhereAndHandedOverHere()
+    {
+        DocumentDecoder decoder;
+        const QThread *decodedOn = nullptr;
+        const QThread *handedOverOn = nullptr;
+        decoder
+            .run(large,
+                 [&](QByteArrayView) {
+                     decodedOn = QThread::currentThread();
+                     return std::optional(fine);
+                 })
+            .then([&](const std::optional<StatusReading> &reading) {
+                QCOMPARE(reading, fine);
+                handedOverOn = QThread::currentThread();
+            });
+        QTRY_COMPARE(handedOverOn, QThread::currentThread());
+        QVERIFY(decodedOn);
+        QVERIFY(decodedOn != handedOverOn);
+    }
+
+    void whatCannotBeReadGivesNothing()
+    {
+        DocumentDecoder decoder;
+        for (const auto &document : {small, large}) {
+            const auto reading = decoder.run(document, [](QByteArrayView) { return std::nullopt; });
+            QTRY_VERIFY(reading.isFinished());
+            QCOMPARE(reading.result(), std::nullopt);
+        }
+    }
+
+    void largeDocumentsAreDecodedOneAfterTheOther()
+    {
+        DocumentDecoder decoder;
+        std::atomic_int running = 0;
+        std::atomic_int most = 0;
+        QList<QFuture<std::optional<StatusReading>>> readings;
+        for (int i = 0; i < 8; ++i) {
+            readings.append(decoder.run(large, [&](QByteArrayView) {
+                most = std::max(most.load(), ++running);
+                QThread::yieldCurrentThread();
+                --running;
+                return std::optional(fine);
+            }));
+        }
+        QTRY_VERIFY(std::all_of(readings.cbegin(), readings.cend(), [](const auto &f) { return f.isFinished(); }));
+        QCOMPARE(most, 1);
+    }
+
+    void aDecoderMayBeDestroyedMeanwhile()
+    {
+        auto decoder = std::make_unique<DocumentDecoder>();
+        QSemaphore begun;
+        bool handedOver = false;
+        const auto decode = [&](QByteArrayView) {
+            begun.release();
+            return std::optional(fine);
+        };
+        const QList readings{decoder->run(large, decode), decoder->run(large, decode)};
+        auto first = readings.constFirst();
+        first.then([&](const std::optional<StatusReading> &) { handedOver = true; });
+        begun.acquire();
+        decoder.reset();
+        for (const auto &reading : readings) {
+            QVERIFY(reading.isCanceled());
+        }
+        QCoreApplication::processEvents();
+        QVERIFY(!handedOver);
+    }
+};
+
+QTEST_GUILESS_MAIN(DocumentDecoderTest)
+#include "tst_documentdecoder.moc"
