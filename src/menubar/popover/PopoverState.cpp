@@ -51,7 +51,7 @@ void PopoverState::close()
 
 void PopoverState::peek(const QString &service)
 {
-    if (const auto id = serviceIDFromRawValue(service)) {
+    if (const auto id = fromRawValue<ServiceID>(service)) {
         store_.peek(*id);
     }
 }

@@ -23,7 +23,7 @@ void SettingsState::setCheckInterval(int position)
 
 void SettingsState::toggle(const QString &service)
 {
-    const auto id = serviceIDFromRawValue(service);
+    const auto id = fromRawValue<ServiceID>(service);
     if (!id) {
         return;
     }
@@ -41,7 +41,7 @@ void SettingsState::toggle(const QString &service)
 
 void SettingsState::move(const QString &service, int to)
 {
-    const auto id = serviceIDFromRawValue(service);
+    const auto id = fromRawValue<ServiceID>(service);
     if (!id) {
         return;
     }
@@ -57,7 +57,7 @@ void SettingsState::move(const QString &service, int to)
 
 void SettingsState::tapChannel(const QString &channel)
 {
-    const auto tapped = remoteChannelFromRawValue(channel);
+    const auto tapped = fromRawValue<RemoteChannel>(channel);
     if (!tapped) {
         return;
     }
