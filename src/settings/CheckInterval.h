@@ -24,4 +24,7 @@ inline std::chrono::seconds duration(CheckInterval interval)
     return std::chrono::seconds(rawValue(interval));
 }
 
+/// The interval for the user.
+QString displayTitle(CheckInterval interval);
+
 } // namespace kelvo

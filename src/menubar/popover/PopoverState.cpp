@@ -23,11 +23,6 @@ QString PopoverState::heroName() const
     return hero ? hero->name : u"No service"_s;
 }
 
-PopoverState::Health PopoverState::heroHealth() const
-{
-    return static_cast<Health>(heroStatus().health);
-}
-
 QString PopoverState::checkedText() const
 {
     return RelativeTime::checked(heroStatus().lastChecked, store_.now());

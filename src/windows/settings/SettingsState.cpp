@@ -16,6 +16,15 @@ SettingsState::SettingsState(SettingsStore &settings, NotifierStore &notifier, Q
 
 SettingsState::~SettingsState() = default;
 
+QStringList SettingsState::checkIntervals() const
+{
+    QStringList titles;
+    for (const auto interval : allCheckIntervals) {
+        titles.append(displayTitle(interval));
+    }
+    return titles;
+}
+
 void SettingsState::setCheckInterval(int position)
 {
     settings_.setCheckInterval(allCheckIntervals.at(static_cast<std::size_t>(position)));
