@@ -2,10 +2,7 @@
 #include "NotificationWatch.h"
 #include "Story.h"
 
-#include "Composition.h"
-#include "menubar/AppIcon.h"
-#include "menubar/KelvoApp.h"
-#include "platform/TerminationSignals.h"
+#include "Program.h"
 #include "platform/linux/IniPreferences.h"
 #include "simulator/ReroutedNetwork.h"
 #include "simulator/SimulatedInternet.h"
@@ -69,12 +66,7 @@ Boundaries simulatedBoundaries(const SimulatedInternet &internet)
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
-    QApplication::setOrganizationName(u"Kelvo"_s);
-    QApplication::setApplicationName(u"Kelvo"_s);
-    QApplication::setDesktopFileName(u"app.kelvo.Kelvo"_s);
-    QApplication::setWindowIcon(AppIcon::image());
-    QApplication::setQuitOnLastWindowClosed(false);
-    quitOnTerminationSignals(application);
+    prepareApplication(application);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -96,11 +88,7 @@ int main(int argc, char *argv[])
 
     SimulatedInternet internet;
     internet.setEndedIncidents(500);
-    auto boundaries = simulatedBoundaries(internet);
-    KelvoApp::showFirstRing(*boundaries.platform.statusItem, *boundaries.platform.appearance);
-    Composition composition(std::move(boundaries));
-    KelvoApp kelvo(StatusStore::shared(), SettingsStore::shared(), NotifierStore::shared(), composition.platform(),
-                   &QuickViews::make);
+    Program program(simulatedBoundaries(internet), &QuickViews::make);
 
     Story story(internet, StatusStore::shared(), watch, QDir(pictures.path()));
     QObject::connect(&story, &Story::ended, &application, [&](const QString &complaint) {

@@ -1,10 +1,6 @@
 #pragma once
 
-#include <QString>
-#include <QStringView>
-
-#include <array>
-#include <optional>
+#include "model/RawValues.h"
 
 namespace kelvo {
 
@@ -16,13 +12,14 @@ enum class ServiceHealth {
     unknown,     ///< the status could not be read or interpreted
 };
 
-inline constexpr std::array allServiceHealths{ServiceHealth::operational, ServiceHealth::degraded,
-                                              ServiceHealth::outage, ServiceHealth::unknown};
-
-/// The text that stands for a health: the case's name.
-QString rawValue(ServiceHealth health);
-/// The health that `raw` stands for, compared exactly; nothing for any other text.
-std::optional<ServiceHealth> serviceHealthFromRawValue(QStringView raw);
+/// A health is written as the name of its case.
+template<>
+inline constexpr auto rawValueTable<ServiceHealth> = std::to_array<RawValue<ServiceHealth, QStringView>>({
+    {ServiceHealth::operational, u"operational"},
+    {ServiceHealth::degraded, u"degraded"},
+    {ServiceHealth::outage, u"outage"},
+    {ServiceHealth::unknown, u"unknown"},
+});
 
 /// Whether the service is in trouble. `unknown` is not: a page that cannot be read says nothing about the service.
 constexpr bool isAffected(ServiceHealth health)

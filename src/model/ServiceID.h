@@ -1,27 +1,29 @@
 #pragma once
 
-#include <QHashFunctions>
-#include <QString>
-#include <QStringView>
+#include "model/RawValues.h"
 
-#include <array>
-#include <optional>
+#include <QHashFunctions>
 
 namespace kelvo {
 
 /// The services that can be watched. The order is the catalogue's and the default order of the watch list.
 enum class ServiceID { claude, chatgpt, cursor, gemini, copilot, anthropicAPI, openaiAPI, claudeCode };
 
-/// Every ServiceID, in the order of its declaration.
-inline constexpr std::array allServiceIDs{
-    ServiceID::claude,  ServiceID::chatgpt,      ServiceID::cursor,    ServiceID::gemini,
-    ServiceID::copilot, ServiceID::anthropicAPI, ServiceID::openaiAPI, ServiceID::claudeCode,
-};
+/// A service is stored by the name of its case.
+template<>
+inline constexpr auto rawValueTable<ServiceID> = std::to_array<RawValue<ServiceID, QStringView>>({
+    {ServiceID::claude, u"claude"},
+    {ServiceID::chatgpt, u"chatgpt"},
+    {ServiceID::cursor, u"cursor"},
+    {ServiceID::gemini, u"gemini"},
+    {ServiceID::copilot, u"copilot"},
+    {ServiceID::anthropicAPI, u"anthropicAPI"},
+    {ServiceID::openaiAPI, u"openaiAPI"},
+    {ServiceID::claudeCode, u"claudeCode"},
+});
 
-/// The text by which a service is stored: the case's name.
-QString rawValue(ServiceID id);
-/// The service stored as `raw`, compared exactly; nothing for any other text.
-std::optional<ServiceID> serviceIDFromRawValue(QStringView raw);
+/// Every ServiceID, in the order of its declaration.
+inline constexpr auto allServiceIDs = allCases<ServiceID>();
 
 inline size_t qHash(ServiceID id, size_t seed = 0)
 {

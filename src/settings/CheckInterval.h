@@ -1,21 +1,30 @@
 #pragma once
 
-#include <array>
+#include "model/RawValues.h"
+
 #include <chrono>
-#include <optional>
 
 namespace kelvo {
 
 /// How often services are checked while none of them is affected.
 enum class CheckInterval { oneMinute, fiveMinutes };
 
-inline constexpr std::array allCheckIntervals{CheckInterval::oneMinute, CheckInterval::fiveMinutes};
+/// An interval is stored as its seconds.
+template<>
+inline constexpr auto rawValueTable<CheckInterval> = std::to_array<RawValue<CheckInterval, int>>({
+    {CheckInterval::oneMinute, 60},
+    {CheckInterval::fiveMinutes, 300},
+});
+
+inline constexpr auto allCheckIntervals = allCases<CheckInterval>();
 
 /// Returns the length of the interval.
-std::chrono::seconds duration(CheckInterval interval);
-/// The number by which an interval is stored: its seconds.
-int rawValue(CheckInterval interval);
-/// The interval stored as `raw`; nothing for any number but those.
-std::optional<CheckInterval> checkIntervalFromRawValue(int raw);
+inline std::chrono::seconds duration(CheckInterval interval)
+{
+    return std::chrono::seconds(rawValue(interval));
+}
+
+/// Returns the name that the user sees.
+QString displayTitle(CheckInterval interval);
 
 } // namespace kelvo

@@ -1,23 +1,24 @@
 #pragma once
 
-#include <QString>
-#include <QStringView>
-
-#include <array>
-#include <optional>
+#include "model/RawValues.h"
 
 namespace kelvo {
 
 /// Where alerts go. `thisMac` is this computer, whatever it is; `email` and `whatsapp` deliver nothing yet.
 enum class RemoteChannel { thisMac, slack, telegram, email, whatsapp };
 
-inline constexpr std::array allRemoteChannels{RemoteChannel::thisMac, RemoteChannel::slack, RemoteChannel::telegram,
-                                              RemoteChannel::email, RemoteChannel::whatsapp};
+/// A channel is stored by the name of its case.
+template<>
+inline constexpr auto rawValueTable<RemoteChannel> = std::to_array<RawValue<RemoteChannel, QStringView>>({
+    {RemoteChannel::thisMac, u"thisMac"},
+    {RemoteChannel::slack, u"slack"},
+    {RemoteChannel::telegram, u"telegram"},
+    {RemoteChannel::email, u"email"},
+    {RemoteChannel::whatsapp, u"whatsapp"},
+});
 
-/// The text by which a channel is stored: the case's name.
-QString rawValue(RemoteChannel channel);
-/// The channel stored as `raw`, compared exactly; nothing for any other text.
-std::optional<RemoteChannel> remoteChannelFromRawValue(QStringView raw);
+inline constexpr auto allRemoteChannels = allCases<RemoteChannel>();
+
 /// The channel's name for the user.
 QString displayTitle(RemoteChannel channel);
 

@@ -39,7 +39,7 @@ std::vector<ServiceID> knownServices(const QStringList &raw)
 {
     std::vector<ServiceID> ids;
     for (const auto &text : raw) {
-        if (const auto id = serviceIDFromRawValue(text)) {
+        if (const auto id = fromRawValue<ServiceID>(text)) {
             ids.push_back(*id);
         }
     }
@@ -71,12 +71,12 @@ std::set<ServiceID> loadEnabledServices(const Preferences &defaults)
 CheckInterval loadCheckInterval(const Preferences &defaults)
 {
     const auto seconds = defaults.integer(key::checkInterval).value_or(0);
-    return checkIntervalFromRawValue(seconds).value_or(CheckInterval::fiveMinutes);
+    return fromRawValue<CheckInterval>(seconds).value_or(CheckInterval::fiveMinutes);
 }
 
 RemoteChannel loadArmedChannel(const Preferences &defaults)
 {
-    return remoteChannelFromRawValue(defaults.text(key::armedChannel).value_or(QString{}))
+    return fromRawValue<RemoteChannel>(defaults.text(key::armedChannel).value_or(QString{}))
         .value_or(RemoteChannel::thisMac);
 }
 

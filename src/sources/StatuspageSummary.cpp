@@ -110,21 +110,58 @@ StatusReading judgePage(const StatuspageSummary::Status &status)
     return {ServiceHealth::unknown, status.description};
 }
 
-/// A major outage decides at once. A partial outage outranks degraded performance and maintenance. Of these two, the
-/// first in page order gives the label.
+/// When the status of a component becomes the verdict on the service.
+enum class Precedence {
+    final,            ///< at once, and no later component is looked at
+    unlessOutage,     ///< over every verdict but an outage
+    whileOperational, ///< only when no earlier component is in trouble
+};
+
+struct ComponentVerdict
+{
+    QLatin1StringView status;
+    Precedence precedence;
+    ServiceHealth health;
+    QLatin1StringView label;
+};
+
+// Any other status changes nothing.
+constexpr ComponentVerdict componentVerdicts[] = {
+    {"major_outage"_L1, Precedence::final, ServiceHealth::outage, "Major outage"_L1},
+    {"partial_outage"_L1, Precedence::unlessOutage, ServiceHealth::degraded, "Partial outage"_L1},
+    {"degraded_performance"_L1, Precedence::whileOperational, ServiceHealth::degraded, "Degraded"_L1},
+    {"under_maintenance"_L1, Precedence::whileOperational, ServiceHealth::degraded, "Maintenance"_L1},
+};
+
+const ComponentVerdict *verdictOn(const Component &component)
+{
+    const auto found = std::find_if(std::begin(componentVerdicts), std::end(componentVerdicts),
+                                    [&](const auto &verdict) { return component.status == verdict.status; });
+    return found == std::end(componentVerdicts) ? nullptr : found;
+}
+
+bool overrides(Precedence precedence, ServiceHealth running)
+{
+    switch (precedence) {
+    case Precedence::final: return true;
+    case Precedence::unlessOutage: return running != ServiceHealth::outage;
+    case Precedence::whileOperational: return running == ServiceHealth::operational;
+    }
+    Q_UNREACHABLE();
+}
+
+/// In the order of the page.
 StatusReading judgeComponents(const std::vector<Component> &components)
 {
     StatusReading running{ServiceHealth::operational, u"Operational"_s};
     for (const auto &component : components) {
-        if (component.status == "major_outage"_L1) {
-            return {ServiceHealth::outage, u"Major outage"_s};
+        const auto *verdict = verdictOn(component);
+        if (!verdict || !overrides(verdict->precedence, running.health)) {
+            continue;
         }
-        if (component.status == "partial_outage"_L1) {
-            running = {ServiceHealth::degraded, u"Partial outage"_s};
-        } else if (component.status == "degraded_performance"_L1 && running.health == ServiceHealth::operational) {
-            running = {ServiceHealth::degraded, u"Degraded"_s};
-        } else if (component.status == "under_maintenance"_L1 && running.health == ServiceHealth::operational) {
-            running = {ServiceHealth::degraded, u"Maintenance"_s};
+        running = {verdict->health, verdict->label};
+        if (verdict->precedence == Precedence::final) {
+            break;
         }
     }
     return running;

@@ -20,18 +20,17 @@ QEasingCurve softLanding()
 
 } // namespace
 
-Tokens::Tokens(const Appearance *appearance, QObject *parent)
-    : QObject(parent)
-    , appearance_(appearance)
+Tokens::Tokens()
+    : Tokens(processAppearance)
+{
+}
+
+Tokens::Tokens(const Appearance *appearance)
+    : appearance_(appearance)
 {
     if (appearance) {
         connect(appearance, &Appearance::changed, this, &Tokens::changed);
     }
-}
-
-Tokens *Tokens::create(QQmlEngine *qmlEngine, QJSEngine *)
-{
-    return new Tokens(processAppearance, qmlEngine);
 }
 
 void Tokens::setAppearance(const Appearance &appearance)

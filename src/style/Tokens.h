@@ -73,10 +73,10 @@ class Tokens : public QObject
     Q_PROPERTY(bool reduceMotion READ reduceMotion NOTIFY changed FINAL)
 
 public:
+    /// Follows the appearance last given to `setAppearance`.
+    Tokens();
     /// Colours follow `appearance`, which must outlive this; without one they are light.
-    explicit Tokens(const Appearance *appearance, QObject *parent = nullptr);
-    /// Makes the instance of an engine, with the appearance last given to `setAppearance`.
-    static Tokens *create(QQmlEngine *qmlEngine, QJSEngine *scriptEngine);
+    explicit Tokens(const Appearance *appearance);
     /// The appearance of this process. Must be set before the first view is loaded, and outlive the last one.
     static void setAppearance(const Appearance &appearance);
 

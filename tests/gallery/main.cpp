@@ -2,6 +2,7 @@
 #include "support/Looks.h"
 #include "support/ViewScene.h"
 
+#include "menubar/popover/PopoverFrameItem.h"
 #include "menubar/popover/PopoverState.h"
 #include "windows/channel/ChannelSheetState.h"
 #include "windows/onboarding/OnboardingState.h"
@@ -80,8 +81,9 @@ void Gallery::takePopover(const PopoverLook &look)
     QQuickView view(&engine.get(), nullptr);
     view.setColor(desktop());
     view.setResizeMode(QQuickView::SizeViewToRootObject);
-    view.setInitialProperties({{u"popover"_s, QVariant::fromValue(&state)}, {u"translucent"_s, true}});
+    view.setInitialProperties({{u"popover"_s, QVariant::fromValue(&state)}});
     view.setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/popover/PopoverFrame.qml"_s));
+    qobject_cast<PopoverFrameItem *>(view.rootObject())->setTranslucent(true);
     state.open();
     settle();
     stores.clock.advance(4s);

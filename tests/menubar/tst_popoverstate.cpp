@@ -97,7 +97,7 @@ void PopoverStateTest::withoutAHeroItSaysSo()
     PopoverState state(stores.store, stores.settings);
     state.open();
     QCOMPARE(state.heroName(), u"No service"_s);
-    QCOMPARE(state.heroHealth(), PopoverState::Unknown);
+    QCOMPARE(state.heroHealth(), ServiceHealth::unknown);
     QCOMPARE(state.heroStatusLabel(), u"No service selected"_s);
     QCOMPARE(state.heroBodyLine(), u"Choose a service in Settings."_s);
     QCOMPARE(state.checkedText(), u"Not checked yet"_s);
@@ -112,11 +112,12 @@ void PopoverStateTest::showsTheHeroAndTheRowsOfTheOthers()
     state.open();
     QCOMPARE(state.heroName(), u"Cursor"_s);
     QVERIFY(state.heroIsPromoted());
-    QCOMPARE(state.heroHealth(), PopoverState::Outage);
+    QCOMPARE(state.heroHealth(), ServiceHealth::outage);
     QCOMPARE(state.heroStatusLabel(), u"Major outage"_s);
     QCOMPARE(state.groupHeading(), u"Still working"_s);
     QCOMPARE(names(state.rows()), QStringList({u"Claude"_s, u"ChatGPT"_s}));
-    QCOMPARE(state.rows()->index(0).data(WatchListModel::healthRole).toInt(), int(PopoverState::Operational));
+    QCOMPARE(state.rows()->index(0).data(WatchListModel::healthRole).value<ServiceHealth>(),
+             ServiceHealth::operational);
     QCOMPARE(state.rows()->index(0).data(WatchListModel::serviceRole).toString(), u"claude"_s);
     QCOMPARE(state.rows()->index(0).data(WatchListModel::labelRole).toString(), u"Operational"_s);
 }
@@ -176,7 +177,7 @@ void PopoverStateTest::aChangedStatusTouchesItsRowAlone()
     stores.round({{ServiceID::cursor, ServiceHealth::degraded}}, u"Slow"_s);
     QCOMPARE(data.count(), 1);
     QCOMPARE(data.first().at(0).toModelIndex().row(), 1);
-    QCOMPARE(state.rows()->index(1).data(WatchListModel::healthRole).toInt(), int(PopoverState::Degraded));
+    QCOMPARE(state.rows()->index(1).data(WatchListModel::healthRole).value<ServiceHealth>(), ServiceHealth::degraded);
     QCOMPARE(state.rows()->index(1).data(WatchListModel::labelRole).toString(), u"Slow"_s);
 }
 

@@ -18,11 +18,7 @@ namespace {
 struct Desktop
 {
     /// The popover's own rectangle on the screen.
-    QRect card() const
-    {
-        const auto *view = popover.view();
-        return view->rootObject()->property("card").toRectF().toAlignedRect().translated(view->position());
-    }
+    QRect card() const { return popover.card().translated(popover.view()->position()); }
 
     FakeAppearance appearance;
     ViewEngine engine{appearance};

@@ -478,7 +478,7 @@ void StatusPopoverTest::aChangedStatusLineFadesFromOneToTheOther()
     scene.stores.round({{ServiceID::claude, ServiceHealth::outage}});
     QCOMPARE(scene.text(u"statusLabel"_s), u"Major outage"_s);
     QCOMPARE(scene.item(u"formerStatusLine"_s)->property("label").toString(), u"Operational"_s);
-    QCOMPARE(scene.item(u"formerStatusLine"_s)->property("health").toInt(), int(PopoverState::Operational));
+    QCOMPARE(scene.item(u"formerStatusLine"_s)->property("health").value<ServiceHealth>(), ServiceHealth::operational);
     QVERIFY(scene.item(u"statusLine"_s)->opacity() < 0.9);
     QTRY_COMPARE(scene.item(u"statusLine"_s)->opacity(), 1.0);
     QVERIFY(!scene.item(u"formerStatusLine"_s)->isVisible());

@@ -160,7 +160,7 @@ void ModelTest::everyAddressIsSecureAndPagesHaveNoTrailingSlash()
 void ModelTest::rawValueGivesTheServiceBack()
 {
     for (const auto id : allServiceIDs) {
-        QCOMPARE(serviceIDFromRawValue(rawValue(id)), std::optional(id));
+        QCOMPARE(fromRawValue<ServiceID>(rawValue(id)), std::optional(id));
     }
 }
 
@@ -189,7 +189,7 @@ void ModelTest::rawValuesAreComparedExactly_data()
 void ModelTest::rawValuesAreComparedExactly()
 {
     QFETCH(QString, raw);
-    QCOMPARE(serviceIDFromRawValue(raw), std::nullopt);
+    QCOMPARE(fromRawValue<ServiceID>(raw), std::nullopt);
 }
 
 void ModelTest::sourcesAreEqualByCaseAndPayload_data()
@@ -276,13 +276,13 @@ void ModelTest::healthRawValues()
     QFETCH(ServiceHealth, health);
     QFETCH(QString, raw);
     QCOMPARE(rawValue(health), raw);
-    QCOMPARE(serviceHealthFromRawValue(raw), std::optional(health));
+    QCOMPARE(fromRawValue<ServiceHealth>(raw), std::optional(health));
 }
 
 void ModelTest::unknownHealthTextIsNoHealth()
 {
     for (const auto &text : {u""_s, u"Outage"_s, u"operational "_s, u"major_outage"_s}) {
-        QCOMPARE(serviceHealthFromRawValue(text), std::nullopt);
+        QCOMPARE(fromRawValue<ServiceHealth>(text), std::nullopt);
     }
 }
 

@@ -737,10 +737,10 @@ void SettingsStoreTest::intervalRawValues()
     QCOMPARE(allCheckIntervals.front(), CheckInterval::oneMinute);
     QCOMPARE(allCheckIntervals.back(), CheckInterval::fiveMinutes);
     for (int raw = -400; raw <= 400; ++raw) {
-        QCOMPARE(checkIntervalFromRawValue(raw).has_value(), raw == 60 || raw == 300);
+        QCOMPARE(fromRawValue<CheckInterval>(raw).has_value(), raw == 60 || raw == 300);
     }
-    QCOMPARE(checkIntervalFromRawValue(60), std::optional(CheckInterval::oneMinute));
-    QCOMPARE(checkIntervalFromRawValue(300), std::optional(CheckInterval::fiveMinutes));
+    QCOMPARE(fromRawValue<CheckInterval>(60), std::optional(CheckInterval::oneMinute));
+    QCOMPARE(fromRawValue<CheckInterval>(300), std::optional(CheckInterval::fiveMinutes));
 }
 
 void SettingsStoreTest::channelRawValuesAndTitles_data()
@@ -764,8 +764,8 @@ void SettingsStoreTest::channelRawValuesAndTitles()
     const auto channel = allRemoteChannels[std::size_t(position)];
     QCOMPARE(rawValue(channel), raw);
     QCOMPARE(displayTitle(channel), title);
-    QCOMPARE(remoteChannelFromRawValue(raw), std::optional(channel));
-    QCOMPARE(remoteChannelFromRawValue(title.toLower() + u'_'), std::nullopt);
+    QCOMPARE(fromRawValue<RemoteChannel>(raw), std::optional(channel));
+    QCOMPARE(fromRawValue<RemoteChannel>(title.toLower() + u'_'), std::nullopt);
 }
 
 QTEST_GUILESS_MAIN(SettingsStoreTest)

@@ -59,6 +59,7 @@ private Q_SLOTS:
     void channelsTellTheirStates();
     void aRefusedLoginItemSpringsBack();
     void theIntervalIsWrittenOnlyWhenChosen();
+    void theIntervalsHaveTitles();
 };
 
 void SettingsStateTest::theLastWatchedServiceStaysOn()
@@ -234,6 +235,14 @@ void SettingsStateTest::theIntervalIsWrittenOnlyWhenChosen()
     world.state.setCheckInterval(0);
     QCOMPARE(world.settings.checkInterval(), CheckInterval::oneMinute);
     QCOMPARE(world.preferences.integer(u"checkInterval"_s), 60);
+}
+
+void SettingsStateTest::theIntervalsHaveTitles()
+{
+    World world;
+    QCOMPARE(world.state.checkIntervals(), (QStringList{u"1 minute"_s, u"5 minutes"_s}));
+    world.settings.setCheckInterval(CheckInterval::oneMinute);
+    QCOMPARE(world.state.checkIntervals().at(world.state.checkInterval()), u"1 minute"_s);
 }
 
 } // namespace kelvo

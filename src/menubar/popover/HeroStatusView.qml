@@ -9,10 +9,6 @@ Item {
     /// Whether a change of the status is shown as one.
     property bool animated: false
 
-    readonly property HealthColors colors: HealthColors {
-        health: hero.popover.heroHealth
-    }
-
     Accessible.name: popover.heroName + ", " + popover.heroStatusLabel + ", " + popover.checkedText.toLowerCase()
     Accessible.role: Accessible.StaticText
     implicitHeight: checkedLine.y + checkedLine.height
@@ -57,7 +53,7 @@ Item {
         // With a new label comes a new health, in either order: the old one is still needed then.
         onHealthChanged: {
             if (label === hero.popover.heroStatusLabel) {
-                swap.shownHealth = health;
+                shown.health = health;
             }
         }
         onLabelChanged: swap.begin()
@@ -66,7 +62,6 @@ Item {
         id: formerStatusLine
 
         anchors.fill: statusLine
-        health: PopoverState.Unknown
         label: ""
         objectName: "formerStatusLine"
         opacity: 0
@@ -111,7 +106,7 @@ Item {
             id: breathingDot
 
             anchors.verticalCenter: parent.verticalCenter
-            color: hero.colors.dot
+            color: statusLine.dotColor
             objectName: "breathingDot"
         }
         Text {
@@ -128,14 +123,17 @@ Item {
         id: swap
 
         property string shownLabel: ""
-        property int shownHealth: PopoverState.Unknown
+
+        readonly property HealthColors shownColors: HealthColors {
+            id: shown
+        }
 
         /// The status that was shown goes as the new one comes.
         function begin() {
             formerStatusLine.label = shownLabel;
-            formerStatusLine.health = shownHealth;
+            formerStatusLine.health = shown.health;
             shownLabel = hero.popover.heroStatusLabel;
-            shownHealth = hero.popover.heroHealth;
+            shown.health = hero.popover.heroHealth;
             if (hero.animated) {
                 restart();
             }

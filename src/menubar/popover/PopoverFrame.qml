@@ -2,24 +2,18 @@ import QtQuick
 import Kelvo
 
 /// The popover with what surrounds it: round corners in a shadow where windows can be translucent, else a plain frame.
-Item {
+///
+/// The shadow ends where there is no more room: window managers move a window that reaches beyond the screen or under a
+/// panel, and the popover with it.
+PopoverFrameItem {
     id: frame
 
     required property PopoverState popover
-    /// Whether windows can be translucent.
-    required property bool translucent
-    /// How far the window may reach beyond the popover on each side: window managers move one that reaches beyond the
-    /// screen or under a panel, and the popover with it. The shadow ends there.
-    property real roomAbove: Infinity
-    property real roomBelow: Infinity
-    property real roomLeft: Infinity
-    property real roomRight: Infinity
 
-    /// Where in the frame the popover itself is.
-    readonly property rect card: Qt.rect(content.x, content.y, content.width, content.height)
     readonly property real hairline: 1
     readonly property real radius: translucent ? 12 : 0
 
+    card: Qt.rect(content.x, content.y, content.width, content.height)
     height: content.y + content.height + (translucent ? Math.min(shadow.below, roomBelow) : hairline)
     width: content.x + content.width + (translucent ? Math.min(shadow.blur, roomRight) : hairline)
 

@@ -23,11 +23,6 @@ QString PopoverState::heroName() const
     return hero ? hero->name : u"No service"_s;
 }
 
-PopoverState::Health PopoverState::heroHealth() const
-{
-    return static_cast<Health>(heroStatus().health);
-}
-
 QString PopoverState::checkedText() const
 {
     return RelativeTime::checked(heroStatus().lastChecked, store_.now());
@@ -51,7 +46,7 @@ void PopoverState::close()
 
 void PopoverState::peek(const QString &service)
 {
-    if (const auto id = serviceIDFromRawValue(service)) {
+    if (const auto id = fromRawValue<ServiceID>(service)) {
         store_.peek(*id);
     }
 }

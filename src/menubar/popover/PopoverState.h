@@ -20,7 +20,7 @@ class PopoverState : public QObject
     Q_PROPERTY(bool isOpen READ isOpen NOTIFY isOpenChanged FINAL)
     Q_PROPERTY(QString heroName READ heroName NOTIFY changed FINAL)
     Q_PROPERTY(bool heroIsPromoted READ heroIsPromoted NOTIFY changed FINAL)
-    Q_PROPERTY(Health heroHealth READ heroHealth NOTIFY changed FINAL)
+    Q_PROPERTY(kelvo::ServiceHealth heroHealth READ heroHealth NOTIFY changed FINAL)
     Q_PROPERTY(QString heroStatusLabel READ heroStatusLabel NOTIFY changed FINAL)
     Q_PROPERTY(QString heroBodyLine READ heroBodyLine NOTIFY changed FINAL)
     Q_PROPERTY(QString checkedText READ checkedText NOTIFY changed FINAL)
@@ -29,15 +29,6 @@ class PopoverState : public QObject
     Q_PROPERTY(QString armedChannelLabel READ armedChannelLabel NOTIFY changed FINAL)
 
 public:
-    /// ServiceHealth, for the views.
-    enum Health {
-        Operational = static_cast<int>(ServiceHealth::operational),
-        Degraded = static_cast<int>(ServiceHealth::degraded),
-        Outage = static_cast<int>(ServiceHealth::outage),
-        Unknown = static_cast<int>(ServiceHealth::unknown),
-    };
-    Q_ENUM(Health)
-
     /// The stores must outlive this.
     PopoverState(StatusStore &store, SettingsStore &settings);
 
@@ -45,7 +36,7 @@ public:
     /// "No service" without a hero.
     QString heroName() const;
     bool heroIsPromoted() const { return store_.heroIsPromoted(); }
-    Health heroHealth() const;
+    ServiceHealth heroHealth() const { return heroStatus().health; }
     QString heroStatusLabel() const { return store_.heroStatusLabel(); }
     QString heroBodyLine() const { return store_.heroBodyLine(); }
     QString checkedText() const;

@@ -120,15 +120,13 @@ void PopoverWindow::load()
     view_->setTitle(u"Kelvo"_s);
     view_->setColor(Qt::transparent);
     view_->setResizeMode(QQuickView::SizeViewToRootObject);
-    view_->setInitialProperties({
-        {u"popover"_s, QVariant::fromValue(&state_)},
-        {u"translucent"_s, isCompositing()},
-    });
+    view_->setInitialProperties({{u"popover"_s, QVariant::fromValue(&state_)}});
     view_->setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/popover/PopoverFrame.qml"_s));
     view_->installEventFilter(this);
 
-    connect(view_->rootObject(), &QQuickItem::heightChanged, this, &PopoverWindow::fit);
-    connect(view_->rootObject(), SIGNAL(cardChanged()), this, SLOT(place()));
+    frame_ = qobject_cast<PopoverFrameItem *>(view_->rootObject());
+    connect(frame_, &QQuickItem::heightChanged, this, &PopoverWindow::fit);
+    connect(frame_, &PopoverFrameItem::cardChanged, this, &PopoverWindow::place);
     connect(view_.get(), &QWindow::activeChanged, this, &PopoverWindow::closeForLostFocus);
 }
 
@@ -137,7 +135,7 @@ void PopoverWindow::openBeside(const QRect &anchor)
     if (!view_) {
         load();
     }
-    view_->rootObject()->setProperty("translucent", isCompositing());
+    frame_->setTranslucent(isCompositing());
     anchor_ = anchor;
     state_.open();
     place();
@@ -159,16 +157,17 @@ void PopoverWindow::place()
 /// The view would follow the size of what it shows only after the next event, and be seen in the wrong place.
 void PopoverWindow::fit()
 {
-    view_->resize(view_->rootObject()->size().toSize());
+    view_->resize(frame_->size().toSize());
 }
 
 void PopoverWindow::giveRoom(const QRect &card, const QRect &available)
 {
-    auto *frame = view_->rootObject();
-    frame->setProperty("roomAbove", std::max(0, card.top() - available.top()));
-    frame->setProperty("roomBelow", std::max(0, available.bottom() - card.bottom()));
-    frame->setProperty("roomLeft", std::max(0, card.left() - available.left()));
-    frame->setProperty("roomRight", std::max(0, available.right() - card.right()));
+    frame_->setRoom({
+        std::max(0, card.left() - available.left()),
+        std::max(0, card.top() - available.top()),
+        std::max(0, available.right() - card.right()),
+        std::max(0, available.bottom() - card.bottom()),
+    });
 }
 
 void PopoverWindow::closeForLostFocus()
@@ -182,7 +181,7 @@ void PopoverWindow::closeForLostFocus()
 
 QRect PopoverWindow::card() const
 {
-    return view_->rootObject()->property("card").toRectF().toAlignedRect();
+    return frame_->card().toAlignedRect();
 }
 
 } // namespace kelvo

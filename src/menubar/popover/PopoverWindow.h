@@ -1,5 +1,6 @@
 #pragma once
 
+#include "menubar/popover/PopoverFrameItem.h"
 #include "menubar/popover/PopoverState.h"
 #include "platform/ContinuousClock.h"
 #include "style/ViewEngine.h"
@@ -35,13 +36,12 @@ public:
 
     /// The window; nothing before the first opening.
     QQuickView *view() const { return view_.get(); }
+    /// The popover itself in the window.
+    QRect card() const;
 
 Q_SIGNALS:
     /// The user wants to see the settings.
     void settingsRequested();
-
-private Q_SLOTS:
-    void place();
 
 private:
     /// A click takes the focus a moment before it is told.
@@ -51,16 +51,17 @@ private:
     bool handleKey(const QKeyEvent &event);
     void load();
     void openBeside(const QRect &anchor);
+    void place();
     void fit();
     void giveRoom(const QRect &card, const QRect &available);
     void closeForLostFocus();
-    QRect card() const;
 
     PopoverState state_;
     ViewEngine &engine_;
     ContinuousClock &clock_;
     QRect anchor_;
     std::unique_ptr<QQuickView> view_;
+    PopoverFrameItem *frame_ = nullptr;                  ///< what the window shows
     std::unique_ptr<ContinuousClock::Timer> justClosed_; ///< while the click that closed the popover may still come
 };
 

@@ -6,26 +6,25 @@ Row {
     id: line
 
     required property string label
-    /// A PopoverState.Health.
-    required property int health
-
-    readonly property HealthColors colors: HealthColors {
-        health: line.health
-    }
+    property alias health: colors.health
+    readonly property alias dotColor: colors.dot
 
     spacing: 7
 
+    HealthColors {
+        id: colors
+    }
     StatusDot {
         id: dot
 
         anchors.verticalCenter: parent.verticalCenter
-        color: line.colors.dot
+        color: colors.dot
         height: 8
         objectName: "statusDot"
         width: 8
     }
     Text {
-        color: line.colors.text
+        color: colors.text
         font: Tokens.tracked(Tokens.status, -0.065)
         objectName: "statusLabel"
         text: line.label

@@ -72,7 +72,7 @@ QVariant WatchListModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case serviceRole: return rawValue(row.service.id);
     case nameRole: return row.service.name;
-    case healthRole: return static_cast<int>(row.status.health);
+    case healthRole: return QVariant::fromValue(row.status.health);
     case labelRole: return row.status.label;
     default: return {};
     }

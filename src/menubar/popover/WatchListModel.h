@@ -22,7 +22,7 @@ public:
     enum Role {
         serviceRole = Qt::UserRole, ///< "service": the raw value of its id
         nameRole,                   ///< "name"
-        healthRole,                 ///< "health": a PopoverState.Health
+        healthRole,                 ///< "health": a ServiceHealth
         labelRole,                  ///< "label": of its last check, empty before the first
     };
     Q_ENUM(Role)

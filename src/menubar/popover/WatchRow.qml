@@ -6,13 +6,9 @@ PlainButton {
     id: row
 
     required property string name
-    /// A PopoverState.Health.
-    required property int health
+    required property serviceHealth health
     required property string label
 
-    readonly property HealthColors colors: HealthColors {
-        health: row.health
-    }
     readonly property real sideReach: 6
     readonly property real reach: 2
 
@@ -66,10 +62,15 @@ PlainButton {
         radius: 5
     }
     contentItem: Content {
-        dotColor: row.colors.dot
+        dotColor: colors.dot
         name: row.name
     }
 
+    HealthColors {
+        id: colors
+
+        health: row.health
+    }
     Loader {
         active: row.hovered
 

@@ -90,7 +90,7 @@ Column {
             anchors.left: parent.left
             current: content.settings.checkInterval
             objectName: "interval"
-            titles: ["1 minute", "5 minutes"]
+            titles: content.settings.checkIntervals
 
             onChosen: index => content.settings.checkInterval = index
         }

@@ -16,6 +16,15 @@ SettingsState::SettingsState(SettingsStore &settings, NotifierStore &notifier, Q
 
 SettingsState::~SettingsState() = default;
 
+QStringList SettingsState::checkIntervals() const
+{
+    QStringList titles;
+    for (const auto interval : allCheckIntervals) {
+        titles.append(displayTitle(interval));
+    }
+    return titles;
+}
+
 void SettingsState::setCheckInterval(int position)
 {
     settings_.setCheckInterval(allCheckIntervals.at(static_cast<std::size_t>(position)));
@@ -23,7 +32,7 @@ void SettingsState::setCheckInterval(int position)
 
 void SettingsState::toggle(const QString &service)
 {
-    const auto id = serviceIDFromRawValue(service);
+    const auto id = fromRawValue<ServiceID>(service);
     if (!id) {
         return;
     }
@@ -41,7 +50,7 @@ void SettingsState::toggle(const QString &service)
 
 void SettingsState::move(const QString &service, int to)
 {
-    const auto id = serviceIDFromRawValue(service);
+    const auto id = fromRawValue<ServiceID>(service);
     if (!id) {
         return;
     }
@@ -57,7 +66,7 @@ void SettingsState::move(const QString &service, int to)
 
 void SettingsState::tapChannel(const QString &channel)
 {
-    const auto tapped = remoteChannelFromRawValue(channel);
+    const auto tapped = fromRawValue<RemoteChannel>(channel);
     if (!tapped) {
         return;
     }

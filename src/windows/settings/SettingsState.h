@@ -8,6 +8,7 @@
 
 #include <QObject>
 #include <QQmlEngine>
+#include <QStringList>
 
 #include <memory>
 
@@ -23,6 +24,7 @@ class SettingsState : public QObject
 
     Q_PROPERTY(kelvo::ServiceListModel *services READ services CONSTANT FINAL)
     Q_PROPERTY(kelvo::ChannelListModel *channels READ channels CONSTANT FINAL)
+    Q_PROPERTY(QList<QString> checkIntervals READ checkIntervals CONSTANT FINAL)
     Q_PROPERTY(int checkInterval READ checkInterval WRITE setCheckInterval NOTIFY changed FINAL)
     Q_PROPERTY(bool watchOnThisMac READ watchOnThisMac WRITE setWatchOnThisMac NOTIFY changed FINAL)
     Q_PROPERTY(bool outageAlertsEnabled READ outageAlertsEnabled WRITE setOutageAlertsEnabled NOTIFY changed FINAL)
@@ -36,7 +38,9 @@ public:
 
     ServiceListModel *services() { return &services_; }
     ChannelListModel *channels() { return &channels_; }
-    /// The position of the interval among all.
+    /// The titles of all intervals.
+    QStringList checkIntervals() const;
+    /// The position of the chosen interval among all.
     int checkInterval() const { return static_cast<int>(settings_.checkInterval()); }
     bool watchOnThisMac() const { return settings_.watchOnThisMac(); }
     bool outageAlertsEnabled() const { return settings_.outageAlertsEnabled(); }

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QMargins>
+#include <QQuickItem>
+#include <QRectF>
+
+#include <limits>
+
+namespace kelvo {
+
+/// What the popover's window and its frame tell each other: the window says what there is to draw on, the frame says
+/// where it drew the popover.
+class PopoverFrameItem : public QQuickItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    /// Whether the window is translucent.
+    Q_PROPERTY(bool translucent READ isTranslucent WRITE setTranslucent NOTIFY translucentChanged FINAL)
+    /// How far the window may reach beyond the popover on each side.
+    Q_PROPERTY(int roomAbove READ roomAbove NOTIFY roomChanged FINAL)
+    Q_PROPERTY(int roomBelow READ roomBelow NOTIFY roomChanged FINAL)
+    Q_PROPERTY(int roomLeft READ roomLeft NOTIFY roomChanged FINAL)
+    Q_PROPERTY(int roomRight READ roomRight NOTIFY roomChanged FINAL)
+    /// Where in the frame the popover itself is. The frame sets it.
+    Q_PROPERTY(QRectF card READ card WRITE setCard NOTIFY cardChanged FINAL)
+
+public:
+    using QQuickItem::QQuickItem;
+
+    bool isTranslucent() const { return translucent_; }
+    int roomAbove() const { return room_.top(); }
+    int roomBelow() const { return room_.bottom(); }
+    int roomLeft() const { return room_.left(); }
+    int roomRight() const { return room_.right(); }
+    QRectF card() const { return card_; }
+
+    void setTranslucent(bool translucent);
+    /// Without it there is room for everything.
+    void setRoom(const QMargins &room);
+    void setCard(const QRectF &card);
+
+Q_SIGNALS:
+    void translucentChanged();
+    void roomChanged();
+    void cardChanged();
+
+private:
+    static constexpr int unlimited = std::numeric_limits<int>::max();
+
+    bool translucent_ = false;
+    QMargins room_{unlimited, unlimited, unlimited, unlimited};
+    QRectF card_;
+};
+
+} // namespace kelvo
