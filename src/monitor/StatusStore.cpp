@@ -130,7 +130,7 @@ QFuture<void> StatusStore::checkAll()
         checks.append(check(service));
     }
     const auto end = [this](const QList<QFuture<void>> &) {
-        // Under the user's eyes the hero stays where it is; closing the popover promotes.
+        // While the popover is open the hero does not change; closing the popover promotes.
         if (!popoverIsOpen_) {
             applyPromotion();
         }
@@ -167,12 +167,13 @@ std::optional<Service> StatusStore::otherAffected() const
     return firstOtherAffected(watched(), idOf(hero()));
 }
 
-/// Any change begins the wait anew, once the changes have come to rest.
+/// Restarts the wait of the poll loop after a settings change, once no further change has followed for
+/// `settingsQuietTime`.
 void StatusStore::observeSettings()
 {
     connect(&settings_, &SettingsStore::objectWillChange, this,
             [this] { settingsTimer_ = clock_.after(settingsQuietTime, [this] { restartPolling(false); }); });
-    // Who puts another service first wants to see it first, not after the next round.
+    // A new order or selection changes the hero at once, not only after the next round.
     connect(&settings_, &SettingsStore::objectDidChange, this, [this] {
         if (!popoverIsOpen_) {
             applyPromotion();
@@ -180,7 +181,8 @@ void StatusStore::observeSettings()
     });
 }
 
-/// Sleep leaves the poll loop alone: its rounds pass without checks, and a wait that ended meanwhile ends on waking.
+/// The poll loop keeps running during sleep. Its rounds check nothing until the machine has woken up, and a wait that
+/// ends during sleep ends at wake-up.
 void StatusStore::observeSleepWake(SleepWake &sleepWake)
 {
     connect(&sleepWake, &SleepWake::willSleep, this, [this] { isAsleep_ = true; });
@@ -192,8 +194,8 @@ void StatusStore::observeSleepWake(SleepWake &sleepWake)
     });
 }
 
-/// A change of the network leaves the poll loop alone too. The requests under way are on the old network; the round on
-/// the new one waits until the network has settled.
+/// A network change does not affect the poll loop either. It aborts the pending requests, whose connections belong to
+/// the old network, and starts one extra round after `networkSettlingTime`.
 void StatusStore::observeNetwork(NetworkWatch &networkWatch)
 {
     connect(&networkWatch, &NetworkWatch::changed, this, [this] {
@@ -210,7 +212,7 @@ void StatusStore::observeNetwork(NetworkWatch &networkWatch)
     });
 }
 
-/// Nobody looks at `now` while the popover is closed, so the clock does not wake the process for it.
+/// Updates `now` each second. Called only while the popover is open, so that a closed popover causes no wake-ups.
 void StatusStore::startClock()
 {
     publish(now_, wallClock_(), &StatusStore::nowChanged);
@@ -240,8 +242,8 @@ QFuture<void> StatusStore::check(const Service &service)
     return checks_.read(service).then(whileAlive(this, judge)).unwrap();
 }
 
-/// Overlapping checks of a service are recorded in the order in which they end. Each is judged against the record that
-/// stands then, so that one outage has one beginning and one end.
+/// Overlapping checks of a service are recorded in the order in which they end. Each is judged against the current
+/// record, so that one outage raises at most one alert at its start and one at its end.
 void StatusStore::record(const Service &service, const StatusReading &reading, bool isUsable)
 {
     const auto [step, next] = transition(status(service.id), reading, isUsable, wallClock_());

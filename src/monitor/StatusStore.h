@@ -24,53 +24,55 @@
 
 namespace kelvo {
 
-/// The monitor: it has the watched services checked on time, keeps what is known of them, recognises the beginning and
-/// the confirmed end of trouble, raises the alerts, and derives what the ring and the popover show.
+/// The monitor. It checks the watched services on schedule, keeps their records, detects the start and the confirmed end
+/// of outages, sends the alerts, and derives what the ring and the popover show.
+///
+/// Every write to a property emits `objectWillChange` before and the property's change signal after.
 class StatusStore : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Starts watching at once, with a round of checks.
+    /// Starts the poll loop with a round of checks. All arguments must outlive this object.
     StatusStore(SettingsStore &settings, NotifierStore &notifier, StatusChecks &checks, ContinuousClock &clock,
                 SleepWake &sleepWake, NetworkWatch &networkWatch, WallClock wallClock);
     ~StatusStore() override;
-    /// The monitor of this process. Available once the program is composed.
+    /// The monitor of this process. Requires a living Composition.
     static StatusStore &shared();
 
-    /// Of every service that was checked at least once.
+    /// The records of all services that were checked at least once.
     const QHash<ServiceID, ServiceStatus> &statuses() const { return statuses_; }
-    /// The service shown large, unless the user peeks at another.
+    /// The service that the popover shows large unless the user peeks at another; nullopt when there is none.
     std::optional<ServiceID> heroID() const { return heroID_; }
     bool popoverIsOpen() const { return popoverIsOpen_; }
-    /// The service that the user looks at for the moment.
+    /// The service that the user peeks at: it is shown large until the popover closes.
     std::optional<ServiceID> peekedID() const { return peekedID_; }
-    /// The time as the views see it: ticks each second while the popover is open, and rests while it is closed.
+    /// The current time for the views. It is updated each second while the popover is open, and not while it is closed.
     TimePoint now() const { return now_; }
 
-    /// The record of a service; the default one while it was never checked.
+    /// The record of a service; a default-constructed one if it was never checked.
     ServiceStatus status(ServiceID of) const { return statuses_.value(of); }
-    /// Whether any watched service is in trouble.
+    /// Whether any watched service is affected.
     bool anyOutage() const;
     std::optional<Service> hero() const;
-    /// Whether the hero is another than the primary service because it is in trouble.
+    /// Whether the service shown large is affected and is not the primary service.
     bool heroIsPromoted() const;
     QString heroStatusLabel() const;
     QString heroBodyLine() const;
     QString groupHeading() const;
-    /// The watched services but the hero, in the user's order.
+    /// The watched services except the one shown large, in the user's order.
     std::vector<Service> groupRows() const;
     RingState ringState() const;
 
-    /// Closing ends a peek and promotes the hero.
+    /// Tells the monitor that the popover was opened or closed. Closing ends a peek and chooses the hero again.
     void setPopoverIsOpen(bool open);
-    /// Shows that service large while the popover is open; a second time hands back.
+    /// Shows a service large until the popover closes. Peeking at the same service again ends the peek.
     void peek(ServiceID id);
 
-    /// Starts the poll loop anew: with a round at once, or with a wait.
+    /// Restarts the poll loop, with a round if `immediate` and with a wait otherwise.
     void restartPolling(bool immediate);
-    /// Checks every watched service once, all at the same time. Finishes when all have; does nothing while watching is
-    /// switched off.
+    /// Checks all watched services at the same time. The future finishes when all checks have. Does nothing while
+    /// watching is off.
     QFuture<void> checkAll();
 
 Q_SIGNALS:
@@ -84,7 +86,7 @@ Q_SIGNALS:
 private:
     static constexpr std::chrono::seconds outageInterval{20};
     static constexpr std::chrono::milliseconds settingsQuietTime{300};
-    /// A network comes up in several steps: address, route, name servers.
+    /// The delay after a network change. A network comes up in several steps: address, route, name servers.
     static constexpr std::chrono::seconds networkSettlingTime{2};
 
     template<typename Value>

@@ -4,8 +4,8 @@
 
 namespace kelvo {
 
-/// Tells when the machine comes online or changes its network.
-/// Where the system cannot tell, it stays silent.
+/// Reports when the machine comes online or changes its network. When the system cannot report this, no signal is
+/// emitted.
 class NetworkWatch : public QObject
 {
     Q_OBJECT
@@ -14,8 +14,8 @@ public:
     using QObject::QObject;
 
 Q_SIGNALS:
-    /// A way out appeared or changed: a default route, its interface, or an address of that interface. Losing one is not
-    /// told. Several may come in quick succession while a network is set up.
+    /// A default route, its interface, or an address of that interface appeared or changed. Not emitted when one is lost.
+    /// May be emitted several times while a network comes up.
     void changed();
 };
 

@@ -21,8 +21,7 @@ public:
     virtual QFuture<StatusReading> read(const Service &service) = 0;
     /// Requests the probe address of the service. Gives true when it responds with an HTTP status below 500.
     virtual QFuture<bool> probe(const Service &service) = 0;
-    /// Ends every request that is under way as failed, at once. A request that begins afterwards opens a connection of its
-    /// own.
+    /// Fails all pending requests at once. Later requests open new connections.
     virtual void abortAll() = 0;
 };
 

@@ -29,7 +29,7 @@ const QString webhook = u"https://hooks.slack.com/services/T0/B0/sEcReT"_s;
 const QString telegramHost = u"api.telegram.org"_s;
 const QString token = u"110201543:AAHdqTcvCH1vGWJxfSeofSAs0K5PALDsaw"_s;
 
-/// A notification centre that answers when the test wants it to.
+/// A notification center that answers when the test tells it to.
 class HesitantNotificationCenter : public FakeNotificationCenter
 {
 public:
@@ -52,7 +52,7 @@ public:
     QPromise<void> answer;
 };
 
-/// A notifier among settings of its own, in an internet of its own.
+/// A notifier with its own settings and simulated internet.
 struct World
 {
     explicit World(HttpLimits limits = NotifierStore::limits)
@@ -101,56 +101,56 @@ class NotifierStoreTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void beginsByReadingThePermission();
+    void readsThePermissionAtTheStart();
     void refreshReadsThePermissionAgain();
-    void permissionIsPublishedBeforeItChanges();
-    void storeThatGoesBeforeTheAnswerMissesIt();
-    void requestAsksThenReadsWhateverTheAnswer();
-    void withoutNotificationCentreNothingOfItIsTouched_data();
-    void withoutNotificationCentreNothingOfItIsTouched();
+    void thePermissionIsPublishedBeforeItChanges();
+    void aStoreDestroyedBeforeTheAnswerIgnoresIt();
+    void requestAuthorizationReadsThePermissionWhateverTheAnswer();
+    void anUnavailableNotificationCenterIsNeverCalled_data();
+    void anUnavailableNotificationCenterIsNeverCalled();
     void everyAlertIsOneLocalNotification_data();
     void everyAlertIsOneLocalNotification();
-    void localNotificationAsksNeitherPermissionNorWatching();
-    void identifiersAreFreshUuids();
+    void alertsArePostedWhateverThePermissionAndTheWatching();
+    void everyIdentifierIsANewUuid();
     void channelsThatDoNotDeliverSendNothing_data();
     void channelsThatDoNotDeliverSendNothing();
     void slackAlertIsOnePost();
     void telegramAlertIsOnePost();
-    void textsTravelUnchanged_data();
-    void textsTravelUnchanged();
-    void detailsAreReadWhenThePostBegins();
-    void detailsChangedInFlightChangeNothing();
+    void textsAreSentUnchanged_data();
+    void textsAreSentUnchanged();
+    void theChannelsSettingsAreReadWhenThePostStarts();
+    void settingsChangedDuringAPostDoNotAffectIt();
     void twoAlertsAreIndependent();
-    void failedAlertIsDroppedInSilence_data();
-    void failedAlertIsDroppedInSilence();
-    void alertOfAStoreThatGoesIsDropped();
-    void statusDecidesWhetherItWasSent_data();
-    void statusDecidesWhetherItWasSent();
-    void brokenTransferIsNotSent_data();
-    void brokenTransferIsNotSent();
-    void silentServerIsNotSent();
-    void postsWaitAMinute();
-    void replyOfTelegramIsNotExamined();
-    void addressThatIsNoneGivesNoRequest_data();
-    void addressThatIsNoneGivesNoRequest();
-    void webhookIsTakenAsTyped_data();
-    void webhookIsTakenAsTyped();
-    void telegramDetailsThatCannotWork_data();
-    void telegramDetailsThatCannotWork();
-    void testSaysThatItWasSent_data();
-    void testSaysThatItWasSent();
-    void testPostsNothingHere();
-    void testDoesNotLookAtTheArmedChannel();
-    void testOfAChannelThatDoesNotDeliverFailsAtOnce_data();
-    void testOfAChannelThatDoesNotDeliverFailsAtOnce();
-    void testWithoutDetailsFailsWithoutARequest_data();
-    void testWithoutDetailsFailsWithoutARequest();
-    void lastResultStaysUntilTheNextTestEnds();
-    void resultIsPublishedBeforeItChanges();
+    void aFailedAlertIsDroppedSilently_data();
+    void aFailedAlertIsDroppedSilently();
+    void anAlertOfADestroyedStoreIsDropped();
+    void onlyA2xxStatusCountsAsSent_data();
+    void onlyA2xxStatusCountsAsSent();
+    void aBrokenTransferCountsAsNotSent_data();
+    void aBrokenTransferCountsAsNotSent();
+    void aSilentServerCountsAsNotSent();
+    void postsTimeOutAfterAMinute();
+    void theBodyOfTelegramsResponseIsIgnored();
+    void anInvalidAddressGivesNoRequest_data();
+    void anInvalidAddressGivesNoRequest();
+    void theWebhookIsUsedAsTyped_data();
+    void theWebhookIsUsedAsTyped();
+    void unusableTelegramSettingsGiveNoRequest_data();
+    void unusableTelegramSettingsGiveNoRequest();
+    void aTestReportsThatItWasSent_data();
+    void aTestReportsThatItWasSent();
+    void aTestPostsNoLocalNotification();
+    void aTestIgnoresTheArmedChannel();
+    void aTestOfAChannelThatDoesNotDeliverFailsAtOnce_data();
+    void aTestOfAChannelThatDoesNotDeliverFailsAtOnce();
+    void aTestOfAChannelThatIsNotSetUpFailsWithoutARequest_data();
+    void aTestOfAChannelThatIsNotSetUpFailsWithoutARequest();
+    void theLastResultStaysUntilTheNextTestEnds();
+    void theResultIsPublishedBeforeItChanges();
     void secretsAreNeverPrinted();
 };
 
-void NotifierStoreTest::beginsByReadingThePermission()
+void NotifierStoreTest::readsThePermissionAtTheStart()
 {
     MemoryPreferences defaults;
     FakeLoginItem loginItem;
@@ -181,7 +181,7 @@ void NotifierStoreTest::refreshReadsThePermissionAgain()
     QCOMPARE(world.center.requests, 0);
 }
 
-void NotifierStoreTest::permissionIsPublishedBeforeItChanges()
+void NotifierStoreTest::thePermissionIsPublishedBeforeItChanges()
 {
     World world;
     settle();
@@ -195,7 +195,7 @@ void NotifierStoreTest::permissionIsPublishedBeforeItChanges()
     QCOMPARE(seen, (QList{AuthorizationStatus::notDetermined, AuthorizationStatus::authorized}));
 }
 
-void NotifierStoreTest::storeThatGoesBeforeTheAnswerMissesIt()
+void NotifierStoreTest::aStoreDestroyedBeforeTheAnswerIgnoresIt()
 {
     MemoryPreferences defaults;
     FakeLoginItem loginItem;
@@ -205,7 +205,7 @@ void NotifierStoreTest::storeThatGoesBeforeTheAnswerMissesIt()
     auto notifier = std::make_unique<NotifierStore>(settings, center, session);
     notifier->requestAuthorization();
     notifier.reset();
-    // Nobody is there any more whom the answers could reach; AddressSanitizer would tell.
+    // The store is gone. AddressSanitizer would report a continuation that still uses it.
     center.permission.addResult(AuthorizationStatus::authorized);
     center.permission.finish();
     center.answer.finish();
@@ -213,7 +213,7 @@ void NotifierStoreTest::storeThatGoesBeforeTheAnswerMissesIt()
     QCOMPARE(center.reads, 1);
 }
 
-void NotifierStoreTest::requestAsksThenReadsWhateverTheAnswer()
+void NotifierStoreTest::requestAuthorizationReadsThePermissionWhateverTheAnswer()
 {
     MemoryPreferences defaults;
     FakeLoginItem loginItem;
@@ -224,7 +224,7 @@ void NotifierStoreTest::requestAsksThenReadsWhateverTheAnswer()
     notifier.requestAuthorization();
     settle();
     QCOMPARE(center.requests, 1);
-    QCOMPARE(center.reads, 1); // of the beginning: the user has not answered yet
+    QCOMPARE(center.reads, 1); // only the one at the start: the user has not answered yet
     center.answer.finish();
     settle();
     QCOMPARE(center.reads, 2);
@@ -234,7 +234,7 @@ void NotifierStoreTest::requestAsksThenReadsWhateverTheAnswer()
     QCOMPARE(notifier.authorizationStatus(), AuthorizationStatus::denied);
 }
 
-void NotifierStoreTest::withoutNotificationCentreNothingOfItIsTouched_data()
+void NotifierStoreTest::anUnavailableNotificationCenterIsNeverCalled_data()
 {
     QTest::addColumn<RemoteChannel>("channel");
     QTest::addColumn<int>("posts");
@@ -243,7 +243,7 @@ void NotifierStoreTest::withoutNotificationCentreNothingOfItIsTouched_data()
     QTest::newRow("Telegram") << RemoteChannel::telegram << 1;
 }
 
-void NotifierStoreTest::withoutNotificationCentreNothingOfItIsTouched()
+void NotifierStoreTest::anUnavailableNotificationCenterIsNeverCalled()
 {
     QFETCH(RemoteChannel, channel);
     QFETCH(int, posts);
@@ -283,7 +283,7 @@ void NotifierStoreTest::everyAlertIsOneLocalNotification()
     QCOMPARE(world.center.notifications.size(), std::size_t{1});
 }
 
-void NotifierStoreTest::localNotificationAsksNeitherPermissionNorWatching()
+void NotifierStoreTest::alertsArePostedWhateverThePermissionAndTheWatching()
 {
     World world;
     world.center.status = AuthorizationStatus::denied;
@@ -296,7 +296,7 @@ void NotifierStoreTest::localNotificationAsksNeitherPermissionNorWatching()
     QCOMPARE(world.center.reads, reads);
 }
 
-void NotifierStoreTest::identifiersAreFreshUuids()
+void NotifierStoreTest::everyIdentifierIsANewUuid()
 {
     World world;
     QSet<QUuid> identifiers;
@@ -325,7 +325,7 @@ void NotifierStoreTest::channelsThatDoNotDeliverSendNothing()
     settle();
     QCOMPARE(world.requestsBegun, 0);
     QCOMPARE(world.center.notifications.size(), std::size_t{1});
-    // The count would have told.
+    // A wrong request would have changed the count.
     world.settings.setArmedChannel(RemoteChannel::slack);
     world.notifier.send(u"a"_s, u"b"_s);
     settle();
@@ -361,7 +361,7 @@ void NotifierStoreTest::telegramAlertIsOnePost()
     QCOMPARE(request.host, telegramHost);
     QCOMPARE(request.path, "/bot" + token.toLatin1() + "/sendMessage");
     QCOMPARE(request.header("Content-Type"), "application/json"_ba);
-    // The chat id of a group, a text with its minus sign.
+    // The chat id of a group starts with a minus sign and is sent as a text.
     QCOMPARE(world.bodies().first(),
              (QJsonObject{{u"chat_id"_s, u"-1001234567890"_s},
                           {u"text"_s, u"Claude is back. You can continue working."_s}}));
@@ -369,7 +369,7 @@ void NotifierStoreTest::telegramAlertIsOnePost()
     QCOMPARE(world.requestsBegun, 1);
 }
 
-void NotifierStoreTest::textsTravelUnchanged_data()
+void NotifierStoreTest::textsAreSentUnchanged_data()
 {
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("body");
@@ -380,7 +380,7 @@ void NotifierStoreTest::textsTravelUnchanged_data()
     QTest::newRow("empty") << u""_s << u""_s;
 }
 
-void NotifierStoreTest::textsTravelUnchanged()
+void NotifierStoreTest::textsAreSentUnchanged()
 {
     QFETCH(QString, title);
     QFETCH(QString, body);
@@ -394,12 +394,12 @@ void NotifierStoreTest::textsTravelUnchanged()
     }
 }
 
-void NotifierStoreTest::detailsAreReadWhenThePostBegins()
+void NotifierStoreTest::theChannelsSettingsAreReadWhenThePostStarts()
 {
     World world;
     world.arm(RemoteChannel::slack);
     world.notifier.send(u"a"_s, u"b"_s);
-    // The channel is that of the moment; its details are read when the post begins, at the next turn.
+    // The channel is fixed by the call; its settings are read when the post starts, on the next turn of the event loop.
     world.settings.setSlackWebhookURL(u"https://hooks.slack.com/services/new"_s);
     world.settings.setArmedChannel(RemoteChannel::telegram);
     world.notifier.send(u"c"_s, u"d"_s);
@@ -412,7 +412,7 @@ void NotifierStoreTest::detailsAreReadWhenThePostBegins()
     QVERIFY(world.bodies().contains(QJsonObject{{u"chat_id"_s, u"7"_s}, {u"text"_s, u"c. d"_s}}));
 }
 
-void NotifierStoreTest::detailsChangedInFlightChangeNothing()
+void NotifierStoreTest::settingsChangedDuringAPostDoNotAffectIt()
 {
     World world;
     world.arm(RemoteChannel::slack);
@@ -431,7 +431,7 @@ void NotifierStoreTest::twoAlertsAreIndependent()
 {
     World world;
     world.arm(RemoteChannel::slack);
-    // The first never gets its answer, and the second does not wait for it.
+    // The first post never gets a response, and the second does not wait for it.
     world.internet.respondInTurn(slackHost, slackPath, {SimulatedResponse::silence(), SimulatedResponse::html("ok")});
     world.notifier.send(u"Claude is back"_s, u"1"_s);
     world.notifier.send(u"Cursor is back"_s, u"2"_s);
@@ -443,14 +443,14 @@ void NotifierStoreTest::twoAlertsAreIndependent()
     QVERIFY(bodies.contains(QJsonObject{{u"text"_s, u"Cursor is back. 2"_s}}));
 }
 
-void NotifierStoreTest::failedAlertIsDroppedInSilence_data()
+void NotifierStoreTest::aFailedAlertIsDroppedSilently_data()
 {
     QTest::addColumn<int>("status");
     QTest::newRow("refused") << 404;
     QTest::newRow("broken") << 0;
 }
 
-void NotifierStoreTest::failedAlertIsDroppedInSilence()
+void NotifierStoreTest::aFailedAlertIsDroppedSilently()
 {
     QFETCH(int, status);
     World world;
@@ -459,7 +459,7 @@ void NotifierStoreTest::failedAlertIsDroppedInSilence()
                            status ? SimulatedResponse::ofStatus(status) : SimulatedResponse::closeAtOnce());
     const QSignalSpy will(&world.notifier, &NotifierStore::objectWillChange);
     world.notifier.send(u"Claude is back"_s, u"You can continue working."_s);
-    // A test behind it shows that the first post is over, and that only the test has a result.
+    // The result of the test that follows shows that the first post has ended and that only the test has a result.
     world.settings.setTelegramChatID(u"1"_s);
     QTRY_VERIFY(world.internet.requestsTo(slackHost).size() >= 1);
     const auto test = world.notifier.sendTest(RemoteChannel::telegram);
@@ -469,7 +469,7 @@ void NotifierStoreTest::failedAlertIsDroppedInSilence()
     QCOMPARE(world.requestsBegun, 2);
 }
 
-void NotifierStoreTest::alertOfAStoreThatGoesIsDropped()
+void NotifierStoreTest::anAlertOfADestroyedStoreIsDropped()
 {
     World world;
     world.arm(RemoteChannel::slack);
@@ -480,7 +480,7 @@ void NotifierStoreTest::alertOfAStoreThatGoesIsDropped()
     QCOMPARE(world.requestsBegun, 0);
 }
 
-void NotifierStoreTest::statusDecidesWhetherItWasSent_data()
+void NotifierStoreTest::onlyA2xxStatusCountsAsSent_data()
 {
     QTest::addColumn<int>("status");
     QTest::addColumn<bool>("expected");
@@ -492,7 +492,7 @@ void NotifierStoreTest::statusDecidesWhetherItWasSent_data()
     }
 }
 
-void NotifierStoreTest::statusDecidesWhetherItWasSent()
+void NotifierStoreTest::onlyA2xxStatusCountsAsSent()
 {
     QFETCH(int, status);
     QFETCH(bool, expected);
@@ -506,7 +506,7 @@ void NotifierStoreTest::statusDecidesWhetherItWasSent()
     QCOMPARE(telegram.result(), expected);
 }
 
-void NotifierStoreTest::brokenTransferIsNotSent_data()
+void NotifierStoreTest::aBrokenTransferCountsAsNotSent_data()
 {
     QTest::addColumn<int>("kind");
     QTest::newRow("no such host") << 0;
@@ -515,7 +515,7 @@ void NotifierStoreTest::brokenTransferIsNotSent_data()
     QTest::newRow("redirected in a circle") << 3;
 }
 
-void NotifierStoreTest::brokenTransferIsNotSent()
+void NotifierStoreTest::aBrokenTransferCountsAsNotSent()
 {
     QFETCH(int, kind);
     World world;
@@ -531,7 +531,7 @@ void NotifierStoreTest::brokenTransferIsNotSent()
     QVERIFY(world.requestsBegun > 0);
 }
 
-void NotifierStoreTest::silentServerIsNotSent()
+void NotifierStoreTest::aSilentServerCountsAsNotSent()
 {
     World world({.idleTimeout = 50ms});
     world.internet.respond(slackHost, {}, SimulatedResponse::silence());
@@ -540,13 +540,13 @@ void NotifierStoreTest::silentServerIsNotSent()
     QCOMPARE(slack.result(), false);
 }
 
-void NotifierStoreTest::postsWaitAMinute()
+void NotifierStoreTest::postsTimeOutAfterAMinute()
 {
     QCOMPARE(NotifierStore::limits.idleTimeout, 60s);
     QCOMPARE(NotifierStore::limits.totalDeadline, 60s);
 }
 
-void NotifierStoreTest::replyOfTelegramIsNotExamined()
+void NotifierStoreTest::theBodyOfTelegramsResponseIsIgnored()
 {
     World world;
     world.internet.respond(telegramHost, {}, SimulatedResponse::json(R"({"ok":false,"description":"no"})"));
@@ -555,7 +555,7 @@ void NotifierStoreTest::replyOfTelegramIsNotExamined()
     QCOMPARE(post.result(), true);
 }
 
-void NotifierStoreTest::addressThatIsNoneGivesNoRequest_data()
+void NotifierStoreTest::anInvalidAddressGivesNoRequest_data()
 {
     QTest::addColumn<QString>("address");
     for (const auto &address :
@@ -567,7 +567,7 @@ void NotifierStoreTest::addressThatIsNoneGivesNoRequest_data()
     }
 }
 
-void NotifierStoreTest::addressThatIsNoneGivesNoRequest()
+void NotifierStoreTest::anInvalidAddressGivesNoRequest()
 {
     QFETCH(QString, address);
     World world;
@@ -580,7 +580,7 @@ void NotifierStoreTest::addressThatIsNoneGivesNoRequest()
     QCOMPARE(world.notifier.lastTestResult(), notSent);
 }
 
-void NotifierStoreTest::webhookIsTakenAsTyped_data()
+void NotifierStoreTest::theWebhookIsUsedAsTyped_data()
 {
     QTest::addColumn<QString>("address");
     QTest::addColumn<QString>("host");
@@ -591,7 +591,7 @@ void NotifierStoreTest::webhookIsTakenAsTyped_data()
     QTest::newRow("without a path") << u"https://chat.example"_s << u"chat.example"_s << "/"_ba;
 }
 
-void NotifierStoreTest::webhookIsTakenAsTyped()
+void NotifierStoreTest::theWebhookIsUsedAsTyped()
 {
     QFETCH(QString, address);
     QFETCH(QString, host);
@@ -605,7 +605,7 @@ void NotifierStoreTest::webhookIsTakenAsTyped()
     QCOMPARE(world.internet.requests().first().path, path);
 }
 
-void NotifierStoreTest::telegramDetailsThatCannotWork_data()
+void NotifierStoreTest::unusableTelegramSettingsGiveNoRequest_data()
 {
     QTest::addColumn<QString>("botToken");
     QTest::addColumn<QString>("chatID");
@@ -617,7 +617,7 @@ void NotifierStoreTest::telegramDetailsThatCannotWork_data()
     QTest::newRow("token with a line break") << token + u'\n' << u"1"_s;
 }
 
-void NotifierStoreTest::telegramDetailsThatCannotWork()
+void NotifierStoreTest::unusableTelegramSettingsGiveNoRequest()
 {
     QFETCH(QString, botToken);
     QFETCH(QString, chatID);
@@ -628,7 +628,7 @@ void NotifierStoreTest::telegramDetailsThatCannotWork()
     QCOMPARE(world.requestsBegun, 0);
 }
 
-void NotifierStoreTest::testSaysThatItWasSent_data()
+void NotifierStoreTest::aTestReportsThatItWasSent_data()
 {
     QTest::addColumn<RemoteChannel>("channel");
     QTest::addColumn<QJsonObject>("body");
@@ -637,7 +637,7 @@ void NotifierStoreTest::testSaysThatItWasSent_data()
                               << QJsonObject{{u"chat_id"_s, u"-1001234567890"_s}, {u"text"_s, testText}};
 }
 
-void NotifierStoreTest::testSaysThatItWasSent()
+void NotifierStoreTest::aTestReportsThatItWasSent()
 {
     QFETCH(RemoteChannel, channel);
     QFETCH(QJsonObject, body);
@@ -654,7 +654,7 @@ void NotifierStoreTest::testSaysThatItWasSent()
     QCOMPARE(world.notifier.lastTestResult(), notSent);
 }
 
-void NotifierStoreTest::testPostsNothingHere()
+void NotifierStoreTest::aTestPostsNoLocalNotification()
 {
     World world;
     world.arm(RemoteChannel::slack);
@@ -663,7 +663,7 @@ void NotifierStoreTest::testPostsNothingHere()
     QCOMPARE(world.center.notifications.size(), std::size_t{0});
 }
 
-void NotifierStoreTest::testDoesNotLookAtTheArmedChannel()
+void NotifierStoreTest::aTestIgnoresTheArmedChannel()
 {
     World world;
     world.arm(RemoteChannel::telegram);
@@ -673,12 +673,12 @@ void NotifierStoreTest::testDoesNotLookAtTheArmedChannel()
     QCOMPARE(world.internet.requestsTo(telegramHost).size(), 0);
 }
 
-void NotifierStoreTest::testOfAChannelThatDoesNotDeliverFailsAtOnce_data()
+void NotifierStoreTest::aTestOfAChannelThatDoesNotDeliverFailsAtOnce_data()
 {
     channelsThatDoNotDeliverSendNothing_data();
 }
 
-void NotifierStoreTest::testOfAChannelThatDoesNotDeliverFailsAtOnce()
+void NotifierStoreTest::aTestOfAChannelThatDoesNotDeliverFailsAtOnce()
 {
     QFETCH(RemoteChannel, channel);
     World world;
@@ -689,14 +689,14 @@ void NotifierStoreTest::testOfAChannelThatDoesNotDeliverFailsAtOnce()
     QCOMPARE(world.requestsBegun, 0);
 }
 
-void NotifierStoreTest::testWithoutDetailsFailsWithoutARequest_data()
+void NotifierStoreTest::aTestOfAChannelThatIsNotSetUpFailsWithoutARequest_data()
 {
     QTest::addColumn<RemoteChannel>("channel");
     QTest::newRow("Slack without a webhook") << RemoteChannel::slack;
     QTest::newRow("Telegram without a chat id") << RemoteChannel::telegram;
 }
 
-void NotifierStoreTest::testWithoutDetailsFailsWithoutARequest()
+void NotifierStoreTest::aTestOfAChannelThatIsNotSetUpFailsWithoutARequest()
 {
     QFETCH(RemoteChannel, channel);
     World world;
@@ -707,7 +707,7 @@ void NotifierStoreTest::testWithoutDetailsFailsWithoutARequest()
     QCOMPARE(world.requestsBegun, 0);
 }
 
-void NotifierStoreTest::lastResultStaysUntilTheNextTestEnds()
+void NotifierStoreTest::theLastResultStaysUntilTheNextTestEnds()
 {
     World world;
     world.arm(RemoteChannel::slack);
@@ -722,7 +722,7 @@ void NotifierStoreTest::lastResultStaysUntilTheNextTestEnds()
     QCOMPARE(world.notifier.lastTestResult(), sent);
 }
 
-void NotifierStoreTest::resultIsPublishedBeforeItChanges()
+void NotifierStoreTest::theResultIsPublishedBeforeItChanges()
 {
     World world;
     settle();

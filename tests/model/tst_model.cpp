@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// The catalogue once more, written down apart from the program's.
+/// The expected catalogue, written independently of the program.
 struct Row
 {
     ServiceID id;
@@ -57,44 +57,44 @@ class ModelTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void catalogueHoldsEightServices();
-    void catalogueLine_data();
-    void catalogueLine();
+    void theCatalogueContainsEightServices();
+    void eachServiceHasItsNameSourceAndProbe_data();
+    void eachServiceHasItsNameSourceAndProbe();
     void idsAndCatalogueAreInTheSameOrder();
     void catalogueIsBuiltOnce();
-    void apiAndCodeAreProbedAtTheSameAddress();
+    void anthropicApiAndClaudeCodeHaveTheSameProbe();
     void onlyGeminiIsReadFromGoogle();
-    void everyAddressIsSecureAndPagesHaveNoTrailingSlash();
-    void rawValueGivesTheServiceBack();
+    void everyAddressIsHttpsAndNoPageHasATrailingSlash();
+    void everyServiceIsFoundByItsRawValue();
     void rawValuesAreComparedExactly_data();
     void rawValuesAreComparedExactly();
-    void sourcesAreEqualByCaseAndPayload_data();
-    void sourcesAreEqualByCaseAndPayload();
+    void sourcesAreEqualWhenKindAndPayloadAre_data();
+    void sourcesAreEqualWhenKindAndPayloadAre();
     void servicesDifferByEveryField_data();
     void servicesDifferByEveryField();
-    void equalServicesHashAlike();
-    void healthRawValues_data();
-    void healthRawValues();
-    void unknownHealthTextIsNoHealth();
+    void equalServicesHaveEqualHashes();
+    void healthsHaveTheirRawValues_data();
+    void healthsHaveTheirRawValues();
+    void anUnknownRawValueGivesNoHealth();
     void affectedIsDegradedOrOutage_data();
     void affectedIsDegradedOrOutage();
-    void neverCheckedServiceIsUnknown();
+    void aServiceThatWasNeverCheckedIsUnknown();
     void statusesDifferByEveryField_data();
     void statusesDifferByEveryField();
     void statusesWithoutCheckTimeAreEqual();
-    void neverCheckedHasNoTime_data();
-    void neverCheckedHasNoTime();
-    void checkedTime_data();
-    void checkedTime();
+    void aServiceThatWasNeverCheckedReadsNotCheckedYet_data();
+    void aServiceThatWasNeverCheckedReadsNotCheckedYet();
+    void aCheckReadsItsAge_data();
+    void aCheckReadsItsAge();
 };
 
-void ModelTest::catalogueHoldsEightServices()
+void ModelTest::theCatalogueContainsEightServices()
 {
     QCOMPARE(Service::catalog().size(), std::size_t{8});
     QCOMPARE(allServiceIDs.size(), std::size_t{8});
 }
 
-void ModelTest::catalogueLine_data()
+void ModelTest::eachServiceHasItsNameSourceAndProbe_data()
 {
     QTest::addColumn<int>("position");
     for (int position = 0; position < 8; ++position) {
@@ -102,7 +102,7 @@ void ModelTest::catalogueLine_data()
     }
 }
 
-void ModelTest::catalogueLine()
+void ModelTest::eachServiceHasItsNameSourceAndProbe()
 {
     QFETCH(int, position);
     const Row &expected = expectedCatalogue().at(std::size_t(position));
@@ -132,7 +132,7 @@ void ModelTest::catalogueIsBuiltOnce()
     QCOMPARE(&Service::catalog(), &Service::catalog());
 }
 
-void ModelTest::apiAndCodeAreProbedAtTheSameAddress()
+void ModelTest::anthropicApiAndClaudeCodeHaveTheSameProbe()
 {
     QCOMPARE(Service::by(ServiceID::claudeCode).probeURL, Service::by(ServiceID::anthropicAPI).probeURL);
 }
@@ -144,7 +144,7 @@ void ModelTest::onlyGeminiIsReadFromGoogle()
     }
 }
 
-void ModelTest::everyAddressIsSecureAndPagesHaveNoTrailingSlash()
+void ModelTest::everyAddressIsHttpsAndNoPageHasATrailingSlash()
 {
     for (const auto &service : Service::catalog()) {
         QVERIFY(service.probeURL.isValid());
@@ -157,7 +157,7 @@ void ModelTest::everyAddressIsSecureAndPagesHaveNoTrailingSlash()
     }
 }
 
-void ModelTest::rawValueGivesTheServiceBack()
+void ModelTest::everyServiceIsFoundByItsRawValue()
 {
     for (const auto id : allServiceIDs) {
         QCOMPARE(fromRawValue<ServiceID>(rawValue(id)), std::optional(id));
@@ -167,7 +167,7 @@ void ModelTest::rawValueGivesTheServiceBack()
 void ModelTest::rawValuesAreComparedExactly_data()
 {
     QTest::addColumn<QString>("raw");
-    // Every letter of every raw value in the other case, and an underscore at every place.
+    // Each raw value with one letter in the other case, and with an underscore inserted at each position.
     for (const auto id : allServiceIDs) {
         const QString exact = rawValue(id);
         for (qsizetype i = 0; i < exact.size(); ++i) {
@@ -192,7 +192,7 @@ void ModelTest::rawValuesAreComparedExactly()
     QCOMPARE(fromRawValue<ServiceID>(raw), std::nullopt);
 }
 
-void ModelTest::sourcesAreEqualByCaseAndPayload_data()
+void ModelTest::sourcesAreEqualWhenKindAndPayloadAre_data()
 {
     QTest::addColumn<StatusSource>("left");
     QTest::addColumn<StatusSource>("right");
@@ -216,13 +216,13 @@ void ModelTest::sourcesAreEqualByCaseAndPayload_data()
         << StatusSource(StatuspageSource{u"Gemini"_s, {}}) << StatusSource(GoogleDashboardSource{u"Gemini"_s}) << false;
 }
 
-void ModelTest::sourcesAreEqualByCaseAndPayload()
+void ModelTest::sourcesAreEqualWhenKindAndPayloadAre()
 {
     QFETCH(StatusSource, left);
     QFETCH(StatusSource, right);
     QFETCH(bool, equal);
     QCOMPARE(left == right, equal);
-    // Unequal values may hash alike by chance; these do not.
+    // Unequal values can have equal hashes by chance; these have not.
     QCOMPARE(qHash(left) == qHash(right), equal);
     QCOMPARE(qHash(left, 42) == qHash(right, 42), equal);
 }
@@ -251,7 +251,7 @@ void ModelTest::servicesDifferByEveryField()
     QVERIFY(qHash(service) != qHash(other));
 }
 
-void ModelTest::equalServicesHashAlike()
+void ModelTest::equalServicesHaveEqualHashes()
 {
     for (const auto &service : Service::catalog()) {
         const Service copy = service;
@@ -261,7 +261,7 @@ void ModelTest::equalServicesHashAlike()
     }
 }
 
-void ModelTest::healthRawValues_data()
+void ModelTest::healthsHaveTheirRawValues_data()
 {
     QTest::addColumn<ServiceHealth>("health");
     QTest::addColumn<QString>("raw");
@@ -271,7 +271,7 @@ void ModelTest::healthRawValues_data()
     QTest::newRow("unknown") << ServiceHealth::unknown << u"unknown"_s;
 }
 
-void ModelTest::healthRawValues()
+void ModelTest::healthsHaveTheirRawValues()
 {
     QFETCH(ServiceHealth, health);
     QFETCH(QString, raw);
@@ -279,7 +279,7 @@ void ModelTest::healthRawValues()
     QCOMPARE(fromRawValue<ServiceHealth>(raw), std::optional(health));
 }
 
-void ModelTest::unknownHealthTextIsNoHealth()
+void ModelTest::anUnknownRawValueGivesNoHealth()
 {
     for (const auto &text : {u""_s, u"Outage"_s, u"operational "_s, u"major_outage"_s}) {
         QCOMPARE(fromRawValue<ServiceHealth>(text), std::nullopt);
@@ -303,7 +303,7 @@ void ModelTest::affectedIsDegradedOrOutage()
     QCOMPARE(isAffected(health), affected);
 }
 
-void ModelTest::neverCheckedServiceIsUnknown()
+void ModelTest::aServiceThatWasNeverCheckedIsUnknown()
 {
     const ServiceStatus status;
     QCOMPARE(status.health, ServiceHealth::unknown);
@@ -351,7 +351,7 @@ void ModelTest::statusesWithoutCheckTimeAreEqual()
     QVERIFY(ServiceStatus{} == ServiceStatus{});
 }
 
-void ModelTest::neverCheckedHasNoTime_data()
+void ModelTest::aServiceThatWasNeverCheckedReadsNotCheckedYet_data()
 {
     QTest::addColumn<TimePoint>("now");
     QTest::newRow("epoch") << TimePoint{};
@@ -359,13 +359,13 @@ void ModelTest::neverCheckedHasNoTime_data()
     QTest::newRow("before the epoch") << instant(-1h);
 }
 
-void ModelTest::neverCheckedHasNoTime()
+void ModelTest::aServiceThatWasNeverCheckedReadsNotCheckedYet()
 {
     QFETCH(TimePoint, now);
     QCOMPARE(RelativeTime::checked(std::nullopt, now), u"Not checked yet"_s);
 }
 
-void ModelTest::checkedTime_data()
+void ModelTest::aCheckReadsItsAge_data()
 {
     QTest::addColumn<std::chrono::milliseconds>("elapsed");
     QTest::addColumn<QString>("text");
@@ -396,7 +396,7 @@ void ModelTest::checkedTime_data()
     row(-48h, u"Checked 0 seconds ago"_s);
 }
 
-void ModelTest::checkedTime()
+void ModelTest::aCheckReadsItsAge()
 {
     QFETCH(std::chrono::milliseconds, elapsed);
     QFETCH(QString, text);

@@ -15,7 +15,7 @@
 
 namespace kelvo {
 
-/// Everything that a monitor lives among, with time, sleep and every answer in the test's hands.
+/// A monitor and its dependencies. The test controls the time, sleep, the network and every answer.
 struct MonitorWorld
 {
     /// Watches these services in this order. `store` is made by `start`.
@@ -43,7 +43,7 @@ struct MonitorWorld
                                               clock.wallClock());
     }
 
-    /// Starts, and has the first round answered by `health` throughout.
+    /// Starts the monitor and answers every check of the first round with `health`.
     void startWith(ServiceHealth health)
     {
         start();
@@ -53,7 +53,7 @@ struct MonitorWorld
     ServiceHealth health(ServiceID id) const { return store->status(id).health; }
     QString label(ServiceID id) const { return store->status(id).label; }
     QStringList alerts() const { return center.titles(); }
-    /// How many services were read so far.
+    /// The number of status requests so far.
     int readCount() const { return checks.count(FakeStatusChecks::Kind::read); }
     int probeCount() const { return checks.count(FakeStatusChecks::Kind::probe); }
 

@@ -49,27 +49,27 @@ class DisplayRulesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theHerosStatusWord_data();
-    void theHerosStatusWord();
-    void theHerosBodyLine_data();
-    void theHerosBodyLine();
-    void theGroupsHeading_data();
-    void theGroupsHeading();
-    void theRing_data();
-    void theRing();
-    void theRingIsInactiveWithWatchingOffWhateverTheStatusesSay();
-    void thePromotedHero_data();
-    void thePromotedHero();
-    void theOtherServiceInTrouble_data();
-    void theOtherServiceInTrouble();
+    void theStatusLabelFollowsTheHealthOfTheHero_data();
+    void theStatusLabelFollowsTheHealthOfTheHero();
+    void theBodyLineFollowsTheHeroAndTheOthers_data();
+    void theBodyLineFollowsTheHeroAndTheOthers();
+    void theHeadingFollowsTheHeroAndTheOthers_data();
+    void theHeadingFollowsTheHeroAndTheOthers();
+    void theRingShowsTheWorstHealth_data();
+    void theRingShowsTheWorstHealth();
+    void theRingIsInactiveWhileWatchingIsOff();
+    void theFirstAffectedOrRecoveredServiceIsPromoted_data();
+    void theFirstAffectedOrRecoveredServiceIsPromoted();
+    void theFirstOtherAffectedServiceIsFound_data();
+    void theFirstOtherAffectedServiceIsFound();
 
-    void withoutAHeroTheTextsAskToChooseOne();
+    void theTextsAskToChooseAServiceWithoutAHero();
     void aHeroWhoseRecoveryIsUnconfirmedReadsRecovering();
-    void withTwoInTroubleTheHerosBlockNamesTheOther();
-    void rightAfterStartUpEverythingReadsChecking();
+    void theBodyLineNamesASecondAffectedService();
+    void everythingReadsCheckingBeforeTheFirstAnswer();
 };
 
-void DisplayRulesTest::theHerosStatusWord_data()
+void DisplayRulesTest::theStatusLabelFollowsTheHealthOfTheHero_data()
 {
     QTest::addColumn<Hero>("hero");
     QTest::addColumn<QString>("text");
@@ -87,13 +87,13 @@ void DisplayRulesTest::theHerosStatusWord_data()
     QTest::newRow("unknown, whatever the label") << Hero(record(unknown, u"Couldn’t reach status"_s)) << u"Checking…"_s;
 }
 
-void DisplayRulesTest::theHerosStatusWord()
+void DisplayRulesTest::theStatusLabelFollowsTheHealthOfTheHero()
 {
     QFETCH(Hero, hero);
     QTEST(heroStatusLabel(hero), "text");
 }
 
-void DisplayRulesTest::theHerosBodyLine_data()
+void DisplayRulesTest::theBodyLineFollowsTheHeroAndTheOthers_data()
 {
     QTest::addColumn<Hero>("hero");
     QTest::addColumn<bool>("anotherInTrouble");
@@ -123,7 +123,7 @@ void DisplayRulesTest::theHerosBodyLine_data()
     QTest::newRow("unknown, another in trouble") << Hero(record(unknown)) << true << checking;
 }
 
-void DisplayRulesTest::theHerosBodyLine()
+void DisplayRulesTest::theBodyLineFollowsTheHeroAndTheOthers()
 {
     QFETCH(Hero, hero);
     QFETCH(bool, anotherInTrouble);
@@ -131,7 +131,7 @@ void DisplayRulesTest::theHerosBodyLine()
     QTEST(heroBodyLine(hero, another, now), "text");
 }
 
-void DisplayRulesTest::theGroupsHeading_data()
+void DisplayRulesTest::theHeadingFollowsTheHeroAndTheOthers_data()
 {
     QTest::addColumn<Hero>("hero");
     QTest::addColumn<bool>("anotherInTrouble");
@@ -151,14 +151,14 @@ void DisplayRulesTest::theGroupsHeading_data()
     QTest::newRow("outage, another in trouble") << Hero(record(outage)) << true << also;
 }
 
-void DisplayRulesTest::theGroupsHeading()
+void DisplayRulesTest::theHeadingFollowsTheHeroAndTheOthers()
 {
     QFETCH(Hero, hero);
     QFETCH(bool, anotherInTrouble);
     QTEST(groupHeading(hero, anotherInTrouble), "text");
 }
 
-void DisplayRulesTest::theRing_data()
+void DisplayRulesTest::theRingShowsTheWorstHealth_data()
 {
     QTest::addColumn<Watched>("watched");
     QTest::addColumn<RingState>("state");
@@ -178,13 +178,13 @@ void DisplayRulesTest::theRing_data()
     QTest::newRow("just recovered") << Watched{watch(A, operational, now + 10min)} << RingState::available;
 }
 
-void DisplayRulesTest::theRing()
+void DisplayRulesTest::theRingShowsTheWorstHealth()
 {
     QFETCH(Watched, watched);
     QTEST(ringState(true, watched), "state");
 }
 
-void DisplayRulesTest::theRingIsInactiveWithWatchingOffWhateverTheStatusesSay()
+void DisplayRulesTest::theRingIsInactiveWhileWatchingIsOff()
 {
     QCOMPARE(ringState(false, {}), RingState::inactive);
     for (const auto health : {operational, degraded, outage, unknown}) {
@@ -192,7 +192,7 @@ void DisplayRulesTest::theRingIsInactiveWithWatchingOffWhateverTheStatusesSay()
     }
 }
 
-void DisplayRulesTest::thePromotedHero_data()
+void DisplayRulesTest::theFirstAffectedOrRecoveredServiceIsPromoted_data()
 {
     QTest::addColumn<Watched>("watched");
     QTest::addColumn<std::optional<ServiceID>>("hero");
@@ -221,14 +221,14 @@ void DisplayRulesTest::thePromotedHero_data()
         << Watched{watch(A, operational), watch(B, operational, now - 1s)} << primary;
 }
 
-void DisplayRulesTest::thePromotedHero()
+void DisplayRulesTest::theFirstAffectedOrRecoveredServiceIsPromoted()
 {
     QFETCH(Watched, watched);
     QFETCH(std::optional<ServiceID>, hero);
     QVERIFY(promotedHero(watched, A, now) == hero);
 }
 
-void DisplayRulesTest::theOtherServiceInTrouble_data()
+void DisplayRulesTest::theFirstOtherAffectedServiceIsFound_data()
 {
     QTest::addColumn<Watched>("watched");
     QTest::addColumn<std::optional<ServiceID>>("hero");
@@ -245,7 +245,7 @@ void DisplayRulesTest::theOtherServiceInTrouble_data()
     QTest::newRow("nothing watched") << Watched{} << std::optional(A) << none;
 }
 
-void DisplayRulesTest::theOtherServiceInTrouble()
+void DisplayRulesTest::theFirstOtherAffectedServiceIsFound()
 {
     QFETCH(Watched, watched);
     QFETCH(std::optional<ServiceID>, hero);
@@ -254,7 +254,7 @@ void DisplayRulesTest::theOtherServiceInTrouble()
     QVERIFY((found ? std::optional(found->id) : std::nullopt) == other);
 }
 
-void DisplayRulesTest::withoutAHeroTheTextsAskToChooseOne()
+void DisplayRulesTest::theTextsAskToChooseAServiceWithoutAHero()
 {
     QVERIFY(!promotedHero({}, std::nullopt, now));
     QVERIFY(!promotedHero({watch(A, operational)}, std::nullopt, now));
@@ -270,7 +270,7 @@ void DisplayRulesTest::aHeroWhoseRecoveryIsUnconfirmedReadsRecovering()
     QCOMPARE(ringState(true, {watch(A, hero)}), RingState::recovering);
 }
 
-void DisplayRulesTest::withTwoInTroubleTheHerosBlockNamesTheOther()
+void DisplayRulesTest::theBodyLineNamesASecondAffectedService()
 {
     const Watched watched{watch(A, outage), watch(B, degraded)};
     const auto other = firstOtherAffected(watched, A);
@@ -278,7 +278,7 @@ void DisplayRulesTest::withTwoInTroubleTheHerosBlockNamesTheOther()
     QCOMPARE(groupHeading(record(outage), other.has_value()), u"Also affected"_s);
 }
 
-void DisplayRulesTest::rightAfterStartUpEverythingReadsChecking()
+void DisplayRulesTest::everythingReadsCheckingBeforeTheFirstAnswer()
 {
     const ServiceStatus never;
     QCOMPARE(heroStatusLabel(never), u"Checking…"_s);

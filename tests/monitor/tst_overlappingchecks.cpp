@@ -17,7 +17,7 @@ constexpr ServiceHealth healths[] = {ServiceHealth::operational, ServiceHealth::
                                      ServiceHealth::unknown};
 using Kind = FakeStatusChecks::Kind;
 
-// One thing that happens. Checks are numbered in the order in which they begin.
+// The events of a sequence. Checks are numbered in the order in which they begin.
 struct CheckBegins
 {
     bool operator==(const CheckBegins &) const = default;
@@ -52,15 +52,15 @@ QString text(const Story &story)
     return words.join(u", "_s);
 }
 
-/// What must have been told, from the answers alone, in the order in which they arrive: trouble after no trouble is an
-/// outage, and no trouble after trouble is the end of one if the service itself confirms it.
+/// Derives the expected alerts from the answers in the order in which they arrive: an affected status after an
+/// unaffected one begins an outage, and an operational status that the probe confirms ends it.
 class Listener
 {
 public:
     QStringList alerts;
     bool inTrouble = false;
 
-    /// Whether the service must be asked now.
+    /// Returns whether the service must be probed now.
     bool hearPage(ServiceHealth health)
     {
         if (inTrouble && health == ServiceHealth::operational) {
@@ -128,7 +128,7 @@ public:
     QStringList alerts() const { return world_.alerts(); }
     ServiceHealth health() const { return world_.health(claude); }
 
-    /// Everything that can happen next.
+    /// All events that are possible next.
     Story next(int checks) const
     {
         Story events;
@@ -156,7 +156,7 @@ private:
     std::map<int, FakeStatusChecks::Number> services_; ///< open, by check
 };
 
-/// Nothing when the run told what it had to.
+/// Describes how the run differs from the expectation; empty when it does not.
 QString fault(const Run &run, const Listener &listener, const Event &last, const QStringList &alertsBefore)
 {
     if (run.alerts() != listener.alerts) {
@@ -186,26 +186,26 @@ class OverlappingChecksTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyOrderOfEveryAnswer_data();
-    void everyOrderOfEveryAnswer();
+    void everyOrderOfAnswersRaisesTheRightAlerts_data();
+    void everyOrderOfAnswersRaisesTheRightAlerts();
 };
 
-void OverlappingChecksTest::everyOrderOfEveryAnswer_data()
+void OverlappingChecksTest::everyOrderOfAnswersRaisesTheRightAlerts_data()
 {
     QTest::addColumn<int>("checks");
     QTest::addColumn<Story>("beginning");
     QTest::addColumn<int>("stories");
     const auto first = [](ServiceHealth health) { return Story{PageAnswers{0, health}}; };
     QTest::newRow("two from the start") << 2 << Story{} << 54;
-    // After a first check that said how things stand.
+    // The following begin after a first check that was answered.
     QTest::newRow("two more, in trouble") << 3 << first(ServiceHealth::outage) << 123;
     QTest::newRow("three more, in trouble") << 4 << first(ServiceHealth::degraded) << 6873;
     QTest::newRow("three more, all is well") << 4 << first(ServiceHealth::operational) << 1734;
     QTest::newRow("three more, nothing known") << 4 << first(ServiceHealth::unknown) << 1734;
 }
 
-/// Walks all stories depth first. A story cannot be taken back, so each is told anew from its start.
-void OverlappingChecksTest::everyOrderOfEveryAnswer()
+/// Visits all sequences depth first. An event cannot be undone, so each sequence is replayed from its start.
+void OverlappingChecksTest::everyOrderOfAnswersRaisesTheRightAlerts()
 {
     QFETCH(int, checks);
     QFETCH(Story, beginning);

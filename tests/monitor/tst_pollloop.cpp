@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A poll loop that waits a minute, and whose rounds the test ends by hand.
+/// A poll loop that waits one minute. The test ends its rounds.
 struct World
 {
     QFuture<void> begin()
@@ -38,12 +38,12 @@ class PollLoopTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theLoopGoesOnHoweverARoundEnds_data();
-    void theLoopGoesOnHoweverARoundEnds();
+    void theLoopContinuesHoweverARoundEnds_data();
+    void theLoopContinuesHoweverARoundEnds();
     void aRoundOfAnEarlierLoopStartsNoWait();
 };
 
-void PollLoopTest::theLoopGoesOnHoweverARoundEnds_data()
+void PollLoopTest::theLoopContinuesHoweverARoundEnds_data()
 {
     QTest::addColumn<End>("end");
     QTest::newRow("finished") << End::finished;
@@ -52,7 +52,7 @@ void PollLoopTest::theLoopGoesOnHoweverARoundEnds_data()
     QTest::newRow("exception") << End::exception;
 }
 
-void PollLoopTest::theLoopGoesOnHoweverARoundEnds()
+void PollLoopTest::theLoopContinuesHoweverARoundEnds()
 {
     QFETCH(End, end);
     World world;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr auto never = milliseconds::max();
 
-/// A service is asked for its status.
+/// A status request for a service.
 struct Check
 {
     milliseconds at;
@@ -22,7 +22,7 @@ struct Check
     bool operator==(const Check &) const = default;
 };
 
-/// Which service is in trouble when: outages of minutes to hours, hours to days apart.
+/// The random times at which each service is down: outages of seconds to hours, half an hour to days apart.
 class Outages
 {
 public:
@@ -51,9 +51,10 @@ private:
     std::array<std::vector<milliseconds>, allServiceIDs.size()> times_; ///< begin, end, begin, end, …
 };
 
-/// Says when rounds must begin and how often a timer may go off, from the rules alone: a wait of 20 seconds while
-/// something that is watched is in trouble, else the user's; begun anew by trouble and 300 ms after a settings change;
-/// no check while asleep or switched off, but one on waking and one on opening the popover. Answers take no time here.
+/// A reference model of the schedule. It computes when rounds must begin and how many timers fire: the wait is 20 seconds
+/// while a watched service is affected, and the user's interval otherwise. The wait restarts when an outage begins and
+/// 300 ms after a settings change. Nothing is checked during sleep or while watching is off; waking up and opening the
+/// popover start a round. Answers take no time.
 class Calendar
 {
 public:
@@ -89,7 +90,7 @@ public:
     }
     void closePopover() { tick_ = never; }
 
-    /// False when two timers fall due at the same time, whose order no rule tells.
+    /// Returns false when two timers are due at the same time, because their order is not specified.
     bool advance(milliseconds duration)
     {
         const auto end = now_ + duration;
@@ -159,13 +160,13 @@ class SchedulingTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void weeksOfAUsersLife_data();
-    void weeksOfAUsersLife();
-    void nothingWakesBetweenRoundsOfAQuietWeek_data();
-    void nothingWakesBetweenRoundsOfAQuietWeek();
+    void roundsBeginOnTimeThroughWeeksOfUse_data();
+    void roundsBeginOnTimeThroughWeeksOfUse();
+    void noTimerFiresBetweenTheRoundsOfAQuietWeek_data();
+    void noTimerFiresBetweenTheRoundsOfAQuietWeek();
 };
 
-void SchedulingTest::weeksOfAUsersLife_data()
+void SchedulingTest::roundsBeginOnTimeThroughWeeksOfUse_data()
 {
     QTest::addColumn<CheckInterval>("interval");
     QTest::addColumn<unsigned>("seed");
@@ -174,7 +175,7 @@ void SchedulingTest::weeksOfAUsersLife_data()
     QTest::newRow("every five minutes, another user") << CheckInterval::fiveMinutes << 77U;
 }
 
-void SchedulingTest::weeksOfAUsersLife()
+void SchedulingTest::roundsBeginOnTimeThroughWeeksOfUse()
 {
     QFETCH(CheckInterval, interval);
     QFETCH(unsigned, seed);
@@ -224,20 +225,20 @@ void SchedulingTest::weeksOfAUsersLife()
     while (now < end && !QTest::currentTestFailed()) {
         ++events;
         switch (draw(0, 6)) {
-        case 0: // a lid that is closed, for a nap or a night
+        case 0: // the machine sleeps
             world.sleepWake.sleep();
             calendar.isAsleep = true;
             pass(milliseconds(draw(1, 10 * 3600 * 1000)));
             world.sleepWake.wake();
             calendar.wake();
             break;
-        case 1: // settings, dragged and typed
+        case 1: // settings change in quick succession
             for (int i = draw(1, 40); i > 0; --i) {
                 change([&] { world.settings.setSlackChannelLabel(QString::number(i)); });
                 pass(milliseconds(draw(1, 450)));
             }
             break;
-        case 2: // other services
+        case 2: // other services are watched
             calendar.watched.clear();
             for (const auto id : allServiceIDs) {
                 if (draw(0, 3) == 0) {
@@ -250,7 +251,7 @@ void SchedulingTest::weeksOfAUsersLife()
             calendar.isWatching = !calendar.isWatching || draw(0, 2) > 0;
             change([&] { world.settings.setWatchOnThisMac(calendar.isWatching); });
             break;
-        case 4: // a look at the popover
+        case 4: // the popover is opened for a while
             world.store->setPopoverIsOpen(true);
             world.store->checkAll();
             calendar.openPopover();
@@ -266,7 +267,7 @@ void SchedulingTest::weeksOfAUsersLife()
     QVERIFY(world.store->statuses().size() <= static_cast<qsizetype>(allServiceIDs.size()));
 }
 
-void SchedulingTest::nothingWakesBetweenRoundsOfAQuietWeek_data()
+void SchedulingTest::noTimerFiresBetweenTheRoundsOfAQuietWeek_data()
 {
     QTest::addColumn<CheckInterval>("interval");
     QTest::addColumn<std::size_t>("rounds");
@@ -274,7 +275,7 @@ void SchedulingTest::nothingWakesBetweenRoundsOfAQuietWeek_data()
     QTest::newRow("every five minutes") << CheckInterval::fiveMinutes << std::size_t(7 * 24 * 12);
 }
 
-void SchedulingTest::nothingWakesBetweenRoundsOfAQuietWeek()
+void SchedulingTest::noTimerFiresBetweenTheRoundsOfAQuietWeek()
 {
     QFETCH(CheckInterval, interval);
     QFETCH(std::size_t, rounds);

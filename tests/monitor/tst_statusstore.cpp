@@ -21,13 +21,14 @@ constexpr auto unknown = ServiceHealth::unknown;
 using Kind = FakeStatusChecks::Kind;
 using Services = std::vector<ServiceID>;
 
-/// A script that tells the same of every service.
+/// A script that gives the same health for every service.
 auto always(ServiceHealth health)
 {
     return [health](ServiceID) { return std::optional(StatusReading{health, {}}); };
 }
 
-/// Advances to one millisecond before `wait` is over, sees that nothing is asked, and then to its end.
+/// Advances to one millisecond before the end of `wait` and verifies that nothing is checked, then to its end and
+/// verifies that a round begins.
 #define QVERIFY_NEXT_ROUND_AFTER(world, wait)                                                                          \
     do {                                                                                                               \
         const auto before = (world).readCount();                                                                       \
@@ -45,87 +46,87 @@ class StatusStoreTest : public QObject
 
 private Q_SLOTS:
     // When rounds begin.
-    void theFirstRoundBeginsAtOnceWithEveryWatchedServiceInTheUsersOrder();
-    void withWatchingOffNothingIsAskedUntilItIsOnAndARoundFallsDue();
+    void theFirstRoundChecksEveryWatchedServiceAtOnceInOrder();
+    void nothingIsCheckedWhileWatchingIsOffUntilTheNextRoundAfterItIsOn();
     void theWaitIsTheUsersInterval_data();
     void theWaitIsTheUsersInterval();
-    void aServiceInTroubleMakesTheWaitsTwentySeconds_data();
-    void aServiceInTroubleMakesTheWaitsTwentySeconds();
-    void theWaitBeginsWhenTheRoundIsOver();
-    void anUnwatchedServiceInTroubleDoesNotShortenTheWait();
-    void aServiceWithoutAnAnswerDoesNotShortenTheWait();
-    void troubleKeepsTheShortWaitThroughUnreadableRounds();
+    void anAffectedServiceShortensTheWaitToTwentySeconds_data();
+    void anAffectedServiceShortensTheWaitToTwentySeconds();
+    void theWaitStartsWhenTheRoundHasEnded();
+    void anUnwatchedAffectedServiceDoesNotShortenTheWait();
+    void anUnknownHealthDoesNotShortenTheWait();
+    void theWaitStaysShortThroughUnreadableRounds();
     void severalSettingsChangesInQuickSuccessionRestartOnce();
-    void anySettingBeginsTheWaitAnew();
+    void anySettingsChangeRestartsTheWait();
     void aNewIntervalAppliesToTheNextWait();
     void aRestartWithinARoundLeavesOneLoop();
     void aServiceAnsweringOutageAtOnceInTheFirstRoundShortensTheWait();
     void anOutageWithOutageAlertsOffRestartsTheWait();
-    void aRoundAtOnceCanBeAskedFor();
-    void aRoundAtOnceIgnoresSleep();
-    void withoutWatchedServicesTheRoundsGoOn();
-    void aQuestionThatIsDroppedDoesNotEndTheRounds();
+    void restartPollingCanStartARoundAtOnce();
+    void anImmediateRoundIgnoresSleep();
+    void roundsContinueWithoutWatchedServices();
+    void aDroppedCheckDoesNotEndTheRounds();
 
     // Sleep.
-    void asleepNothingIsCheckedAndOnWakingEverythingAtOnce();
-    void wakingWithWatchingOffChecksNothing();
+    void nothingIsCheckedDuringSleepAndEverythingAtWakeUp();
+    void wakingUpChecksNothingWhileWatchingIsOff();
     void wakingAbortsWhatIsUnderWay();
     void aChangedNetworkIsCheckedOnceItHasSettled();
-    void aChangedNetworkAbortsWhatIsUnderWayAtOnce();
-    void severalChangesOfTheNetworkWithinTwoSecondsAreOneRound();
-    void whileAsleepAChangedNetworkIsNotChecked();
-    void withWatchingOffAChangedNetworkIsNotChecked();
+    void aChangedNetworkAbortsPendingChecksAtOnce();
+    void severalChangesOfTheNetworkWithinTwoSecondsStartOneRound();
+    void aChangedNetworkIsNotCheckedDuringSleep();
+    void aChangedNetworkIsNotCheckedWhileWatchingIsOff();
     void anAbortedConfirmationIsRepeatedAndToldOnce();
 
     // The clock.
-    void theClockRestsWhileThePopoverIsClosed();
-    void nowIsFreshWhenThePopoverOpensAndTicksEverySecond();
-    void openingTwiceMakesOneClock();
+    void theClockStopsWhileThePopoverIsClosed();
+    void nowIsUpdatedWhenThePopoverOpensAndEverySecond();
+    void openingTwiceStartsOneTimer();
 
-    // What becomes of an answer.
-    void aNetworkFailureKeepsTheHealthAndSaysNothing();
+    // Answers.
+    void aNetworkFailureKeepsTheHealthAndRaisesNoAlert();
     void anUnreadableRoundWithinAnOutageDoesNotHideTheRecovery();
     void anUnconfirmedRecoveryIsProbedAgainEveryTwentySeconds();
     void outageAlertsAreTheUsersChoice_data();
     void outageAlertsAreTheUsersChoice();
-    void aServiceInTroubleFromTheStartIsTold();
-    void aChangeOfTheKindOfTroubleIsNoNews();
-    void aRecoveryIsOnShowForTenMinutesFromTheServicesAnswer();
+    void aServiceAffectedAtTheStartRaisesAnAlert();
+    void aChangeBetweenDegradedAndOutageRaisesNoAlert();
+    void aRecoveryIsShownForTenMinutesFromTheAnswerOfTheProbe();
     void aNewOutageClearsTheRecovery();
     void theRecordIsStoredBeforeTheAlertIsSent();
     void aRecordIsStoredInOneStep();
-    void aServiceTwiceInTheOrderIsCheckedTwiceAndToldOnce();
+    void aServiceTwiceInTheOrderIsCheckedTwiceAndAlertsOnce();
     void aServiceNoLongerWatchedKeepsItsRecord();
-    void aCheckThatNeverAnswersHoldsUpNoOther();
+    void aCheckWithoutAnAnswerDoesNotDelayOthers();
     void answersApplyInTheOrderInWhichTheyArrive();
-    void anUnreadableAnswerHoldsUpNoOther();
-    void twoChecksThatBothSeeTheRecoveryTellItOnce();
-    void aRecoveryIsJudgedAgainstTheRecordThatStandsWhenTheServiceAnswers();
+    void anUnreadableAnswerDoesNotDelayOthers();
+    void twoChecksThatBothSeeTheRecoveryAlertOnce();
+    void aRecoveryIsJudgedAgainstTheRecordAtTheAnswerOfTheProbe();
 
     // The hero and the popover.
-    void theHeroStartsAsThePrimaryService();
-    void theEarliestServiceInTroubleIsPromoted();
+    void theHeroIsInitiallyThePrimaryService();
+    void theFirstAffectedServiceInOrderIsPromoted();
     void aRecoveredServiceIsPromotedForTenMinutes();
     void theHeroStaysWhileThePopoverIsOpenAndChangesWhenItCloses();
-    void peekingShowsAServiceAndASecondTimeHandsBack();
+    void peekingShowsAServiceAndPeekingAgainEndsIt();
     void closingEndsThePeekAndPromotes();
-    void onlyAHeroInTroubleThatIsNotThePrimaryIsPromoted();
-    void withoutAPrimaryServiceThereIsNoHero();
+    void onlyAnAffectedHeroOtherThanThePrimaryCountsAsPromoted();
+    void thereIsNoHeroWithoutAPrimaryService();
     void theHeroFollowsTheUsersOrderWhileThePopoverIsClosed();
-    void aHeroWhoseRecoveryIsUnconfirmed();
-    void twoServicesInTrouble();
-    void watchingOffMakesTheRingInactiveWhateverTheStatusesSay();
-    void withWatchingOffNoRoundPromotesTheHero();
-    void beforeAnyAnswerEverythingReadsChecking();
-    void backToNormalIsSaidForTenMinutes();
-    void everyWriteIsPublishedBeforeAndToldAfter();
+    void aHeroWithAnUnconfirmedRecoveryReadsRecovering();
+    void theTextsNameTwoAffectedServices();
+    void theRingIsInactiveWhileWatchingIsOff();
+    void noRoundPromotesTheHeroWhileWatchingIsOff();
+    void everythingReadsCheckingBeforeTheFirstAnswer();
+    void backToNormalIsShownForTenMinutes();
+    void everyWriteIsPublishedBeforeAndNotifiedAfter();
 
-    // The end.
-    void anEndInMidFlightLeavesNothingBehind_data();
-    void anEndInMidFlightLeavesNothingBehind();
+    // Destruction.
+    void destroyingTheStoreDuringACheckLeavesNothingPending_data();
+    void destroyingTheStoreDuringACheckLeavesNothingPending();
 };
 
-void StatusStoreTest::theFirstRoundBeginsAtOnceWithEveryWatchedServiceInTheUsersOrder()
+void StatusStoreTest::theFirstRoundChecksEveryWatchedServiceAtOnceInOrder()
 {
     MonitorWorld world({gemini, claude, cursor});
     world.start();
@@ -136,7 +137,7 @@ void StatusStoreTest::theFirstRoundBeginsAtOnceWithEveryWatchedServiceInTheUsers
     QVERIFY(world.store->status(cursor).lastChecked == world.clock.now());
 }
 
-void StatusStoreTest::withWatchingOffNothingIsAskedUntilItIsOnAndARoundFallsDue()
+void StatusStoreTest::nothingIsCheckedWhileWatchingIsOffUntilTheNextRoundAfterItIsOn()
 {
     MonitorWorld world;
     world.settings.setWatchOnThisMac(false);
@@ -170,14 +171,14 @@ void StatusStoreTest::theWaitIsTheUsersInterval()
     }
 }
 
-void StatusStoreTest::aServiceInTroubleMakesTheWaitsTwentySeconds_data()
+void StatusStoreTest::anAffectedServiceShortensTheWaitToTwentySeconds_data()
 {
     QTest::addColumn<ServiceHealth>("trouble");
     QTest::newRow("degraded") << degraded;
     QTest::newRow("outage") << outage;
 }
 
-void StatusStoreTest::aServiceInTroubleMakesTheWaitsTwentySeconds()
+void StatusStoreTest::anAffectedServiceShortensTheWaitToTwentySeconds()
 {
     QFETCH(ServiceHealth, trouble);
     MonitorWorld world({claude, chatgpt});
@@ -200,7 +201,7 @@ void StatusStoreTest::aServiceInTroubleMakesTheWaitsTwentySeconds()
     QVERIFY_NEXT_ROUND_AFTER(world, 300s);
 }
 
-void StatusStoreTest::theWaitBeginsWhenTheRoundIsOver()
+void StatusStoreTest::theWaitStartsWhenTheRoundHasEnded()
 {
     MonitorWorld world({claude, chatgpt});
     world.start();
@@ -210,7 +211,7 @@ void StatusStoreTest::theWaitBeginsWhenTheRoundIsOver()
     QVERIFY_NEXT_ROUND_AFTER(world, 60s);
 }
 
-void StatusStoreTest::anUnwatchedServiceInTroubleDoesNotShortenTheWait()
+void StatusStoreTest::anUnwatchedAffectedServiceDoesNotShortenTheWait()
 {
     MonitorWorld world({claude, chatgpt});
     world.start();
@@ -224,7 +225,7 @@ void StatusStoreTest::anUnwatchedServiceInTroubleDoesNotShortenTheWait()
     QVERIFY_NEXT_ROUND_AFTER(world, 60s);
 }
 
-void StatusStoreTest::aServiceWithoutAnAnswerDoesNotShortenTheWait()
+void StatusStoreTest::anUnknownHealthDoesNotShortenTheWait()
 {
     MonitorWorld world({claude, chatgpt});
     world.startWith(unknown);
@@ -232,7 +233,7 @@ void StatusStoreTest::aServiceWithoutAnAnswerDoesNotShortenTheWait()
     QVERIFY_NEXT_ROUND_AFTER(world, 60s);
 }
 
-void StatusStoreTest::troubleKeepsTheShortWaitThroughUnreadableRounds()
+void StatusStoreTest::theWaitStaysShortThroughUnreadableRounds()
 {
     MonitorWorld world;
     world.startWith(outage);
@@ -259,7 +260,7 @@ void StatusStoreTest::severalSettingsChangesInQuickSuccessionRestartOnce()
     QVERIFY_NEXT_ROUND_AFTER(world, 60s);
 }
 
-void StatusStoreTest::anySettingBeginsTheWaitAnew()
+void StatusStoreTest::anySettingsChangeRestartsTheWait()
 {
     MonitorWorld world;
     world.startWith(operational);
@@ -288,7 +289,7 @@ void StatusStoreTest::aRestartWithinARoundLeavesOneLoop()
     QVERIFY_NEXT_ROUND_AFTER(world, 20s);
     QCOMPARE(world.readCount(), 6);
 
-    // The end of the first of the two rounds that overlap starts nothing.
+    // The end of the first of the two overlapping rounds does not start a wait.
     world.checks.answer(chatgpt, operational);
     QCOMPARE(world.clock.pendingCount(), 0U);
     world.checks.answer(claude, outage);
@@ -314,14 +315,14 @@ void StatusStoreTest::anOutageWithOutageAlertsOffRestartsTheWait()
     world.settings.setCheckInterval(CheckInterval::fiveMinutes);
     world.startWith(operational);
     world.clock.advance(100s);
-    // A check outside the loop, as the popover has one made.
+    // A check outside of the loop, as when the popover opens.
     world.store->checkAll();
     world.checks.answer(claude, degraded);
     QVERIFY(world.alerts().isEmpty());
     QVERIFY_NEXT_ROUND_AFTER(world, 20s);
 }
 
-void StatusStoreTest::aRoundAtOnceCanBeAskedFor()
+void StatusStoreTest::restartPollingCanStartARoundAtOnce()
 {
     MonitorWorld world;
     world.startWith(operational);
@@ -334,7 +335,7 @@ void StatusStoreTest::aRoundAtOnceCanBeAskedFor()
     QVERIFY_NEXT_ROUND_AFTER(world, 60s);
 }
 
-void StatusStoreTest::aRoundAtOnceIgnoresSleep()
+void StatusStoreTest::anImmediateRoundIgnoresSleep()
 {
     MonitorWorld world;
     world.startWith(operational);
@@ -343,7 +344,7 @@ void StatusStoreTest::aRoundAtOnceIgnoresSleep()
     QCOMPARE(world.readCount(), 2);
 }
 
-void StatusStoreTest::withoutWatchedServicesTheRoundsGoOn()
+void StatusStoreTest::roundsContinueWithoutWatchedServices()
 {
     MonitorWorld world;
     world.watch({});
@@ -358,7 +359,7 @@ void StatusStoreTest::withoutWatchedServicesTheRoundsGoOn()
     QVERIFY(world.store->heroID() == cursor);
 }
 
-void StatusStoreTest::aQuestionThatIsDroppedDoesNotEndTheRounds()
+void StatusStoreTest::aDroppedCheckDoesNotEndTheRounds()
 {
     MonitorWorld world({claude, chatgpt});
     world.start();
@@ -372,7 +373,7 @@ void StatusStoreTest::aQuestionThatIsDroppedDoesNotEndTheRounds()
     QVERIFY_NEXT_ROUND_AFTER(world, 20s);
 }
 
-void StatusStoreTest::asleepNothingIsCheckedAndOnWakingEverythingAtOnce()
+void StatusStoreTest::nothingIsCheckedDuringSleepAndEverythingAtWakeUp()
 {
     MonitorWorld world({claude, chatgpt});
     world.startWith(operational);
@@ -383,12 +384,12 @@ void StatusStoreTest::asleepNothingIsCheckedAndOnWakingEverythingAtOnce()
     world.sleepWake.wake();
     QCOMPARE(world.readCount(), 4);
     world.checks.answerAll(operational);
-    // The loop has kept its rhythm: rounds fell due 60 s after the start, 120 s, …
+    // The loop kept its schedule: rounds were due 60 s, 120 s, … after the start.
     QVERIFY_NEXT_ROUND_AFTER(world, 30s);
     QCOMPARE(world.readCount(), 6);
 }
 
-void StatusStoreTest::wakingWithWatchingOffChecksNothing()
+void StatusStoreTest::wakingUpChecksNothingWhileWatchingIsOff()
 {
     MonitorWorld world;
     world.settings.setWatchOnThisMac(false);
@@ -431,7 +432,7 @@ void StatusStoreTest::aChangedNetworkIsCheckedOnceItHasSettled()
     QVERIFY_NEXT_ROUND_AFTER(world, 2s);
 }
 
-void StatusStoreTest::aChangedNetworkAbortsWhatIsUnderWayAtOnce()
+void StatusStoreTest::aChangedNetworkAbortsPendingChecksAtOnce()
 {
     MonitorWorld world;
     world.startWith(operational);
@@ -443,7 +444,7 @@ void StatusStoreTest::aChangedNetworkAbortsWhatIsUnderWayAtOnce()
     QVERIFY(world.alerts().isEmpty());
 }
 
-void StatusStoreTest::severalChangesOfTheNetworkWithinTwoSecondsAreOneRound()
+void StatusStoreTest::severalChangesOfTheNetworkWithinTwoSecondsStartOneRound()
 {
     MonitorWorld world;
     world.startWith(operational);
@@ -457,7 +458,7 @@ void StatusStoreTest::severalChangesOfTheNetworkWithinTwoSecondsAreOneRound()
     QCOMPARE(world.readCount(), 2);
 }
 
-void StatusStoreTest::whileAsleepAChangedNetworkIsNotChecked()
+void StatusStoreTest::aChangedNetworkIsNotCheckedDuringSleep()
 {
     MonitorWorld world;
     world.startWith(operational);
@@ -477,7 +478,7 @@ void StatusStoreTest::whileAsleepAChangedNetworkIsNotChecked()
     QCOMPARE(world.readCount(), 3);
 }
 
-void StatusStoreTest::withWatchingOffAChangedNetworkIsNotChecked()
+void StatusStoreTest::aChangedNetworkIsNotCheckedWhileWatchingIsOff()
 {
     MonitorWorld world;
     world.startWith(operational);
@@ -506,7 +507,7 @@ void StatusStoreTest::anAbortedConfirmationIsRepeatedAndToldOnce()
     QCOMPARE(world.alerts(), QStringList{u"Claude is back"_s});
 }
 
-void StatusStoreTest::theClockRestsWhileThePopoverIsClosed()
+void StatusStoreTest::theClockStopsWhileThePopoverIsClosed()
 {
     MonitorWorld world;
     world.checks.readScript = always(operational);
@@ -525,7 +526,7 @@ void StatusStoreTest::theClockRestsWhileThePopoverIsClosed()
     QCOMPARE(world.clock.firedCount(), 70U);
 }
 
-void StatusStoreTest::nowIsFreshWhenThePopoverOpensAndTicksEverySecond()
+void StatusStoreTest::nowIsUpdatedWhenThePopoverOpensAndEverySecond()
 {
     MonitorWorld world;
     world.checks.readScript = always(operational);
@@ -553,7 +554,7 @@ void StatusStoreTest::nowIsFreshWhenThePopoverOpensAndTicksEverySecond()
     QVERIFY(world.store->now() == opened + 6s - 1h);
 }
 
-void StatusStoreTest::openingTwiceMakesOneClock()
+void StatusStoreTest::openingTwiceStartsOneTimer()
 {
     MonitorWorld world;
     world.startWith(operational);
@@ -566,7 +567,7 @@ void StatusStoreTest::openingTwiceMakesOneClock()
     QCOMPARE(world.clock.pendingCount(), 1U);
 }
 
-void StatusStoreTest::aNetworkFailureKeepsTheHealthAndSaysNothing()
+void StatusStoreTest::aNetworkFailureKeepsTheHealthAndRaisesNoAlert()
 {
     MonitorWorld world;
     world.settings.setOutageAlertsEnabled(true);
@@ -643,7 +644,7 @@ void StatusStoreTest::outageAlertsAreTheUsersChoice()
     }
 }
 
-void StatusStoreTest::aServiceInTroubleFromTheStartIsTold()
+void StatusStoreTest::aServiceAffectedAtTheStartRaisesAnAlert()
 {
     MonitorWorld world;
     world.settings.setOutageAlertsEnabled(true);
@@ -651,7 +652,7 @@ void StatusStoreTest::aServiceInTroubleFromTheStartIsTold()
     QCOMPARE(world.alerts(), QStringList{u"Claude is down"_s});
 }
 
-void StatusStoreTest::aChangeOfTheKindOfTroubleIsNoNews()
+void StatusStoreTest::aChangeBetweenDegradedAndOutageRaisesNoAlert()
 {
     MonitorWorld world;
     world.settings.setOutageAlertsEnabled(true);
@@ -664,7 +665,7 @@ void StatusStoreTest::aChangeOfTheKindOfTroubleIsNoNews()
     QCOMPARE(world.alerts().size(), 1);
 }
 
-void StatusStoreTest::aRecoveryIsOnShowForTenMinutesFromTheServicesAnswer()
+void StatusStoreTest::aRecoveryIsShownForTenMinutesFromTheAnswerOfTheProbe()
 {
     MonitorWorld world;
     world.startWith(outage);
@@ -726,7 +727,7 @@ void StatusStoreTest::aRecordIsStoredInOneStep()
     QCOMPARE(changes, 2);
 }
 
-void StatusStoreTest::aServiceTwiceInTheOrderIsCheckedTwiceAndToldOnce()
+void StatusStoreTest::aServiceTwiceInTheOrderIsCheckedTwiceAndAlertsOnce()
 {
     MonitorWorld world;
     world.settings.setOutageAlertsEnabled(true);
@@ -758,7 +759,7 @@ void StatusStoreTest::aServiceNoLongerWatchedKeepsItsRecord()
     QVERIFY(world.store->status(cursor) == ServiceStatus{});
 }
 
-void StatusStoreTest::aCheckThatNeverAnswersHoldsUpNoOther()
+void StatusStoreTest::aCheckWithoutAnAnswerDoesNotDelayOthers()
 {
     MonitorWorld world({claude, chatgpt, cursor});
     world.settings.setOutageAlertsEnabled(true);
@@ -770,7 +771,7 @@ void StatusStoreTest::aCheckThatNeverAnswersHoldsUpNoOther()
     world.checks.answer(claude, operational);
     world.checks.answerProbe(claude, true);
     QCOMPARE(world.alerts().back(), u"Claude is back"_s);
-    // Waking checks everything anew, whatever is still open.
+    // Waking up checks all services again, even if earlier checks are still open.
     world.sleepWake.wake();
     QCOMPARE(world.readCount(), 9);
     world.checks.answer(cursor, degraded);
@@ -794,7 +795,7 @@ void StatusStoreTest::answersApplyInTheOrderInWhichTheyArrive()
     QCOMPARE(world.alerts(), QStringList{u"Claude is down"_s});
 }
 
-void StatusStoreTest::anUnreadableAnswerHoldsUpNoOther()
+void StatusStoreTest::anUnreadableAnswerDoesNotDelayOthers()
 {
     MonitorWorld world;
     world.settings.setOutageAlertsEnabled(true);
@@ -808,7 +809,7 @@ void StatusStoreTest::anUnreadableAnswerHoldsUpNoOther()
     QCOMPARE(world.alerts(), QStringList{u"Claude is down"_s});
 }
 
-void StatusStoreTest::twoChecksThatBothSeeTheRecoveryTellItOnce()
+void StatusStoreTest::twoChecksThatBothSeeTheRecoveryAlertOnce()
 {
     MonitorWorld world;
     world.startWith(outage);
@@ -822,7 +823,7 @@ void StatusStoreTest::twoChecksThatBothSeeTheRecoveryTellItOnce()
     QCOMPARE(world.health(claude), operational);
 }
 
-void StatusStoreTest::aRecoveryIsJudgedAgainstTheRecordThatStandsWhenTheServiceAnswers()
+void StatusStoreTest::aRecoveryIsJudgedAgainstTheRecordAtTheAnswerOfTheProbe()
 {
     MonitorWorld world;
     world.settings.setOutageAlertsEnabled(true);
@@ -837,7 +838,7 @@ void StatusStoreTest::aRecoveryIsJudgedAgainstTheRecordThatStandsWhenTheServiceA
     QCOMPARE(world.alerts(), (QStringList{u"Claude is down"_s, u"Claude is back"_s}));
 }
 
-void StatusStoreTest::theHeroStartsAsThePrimaryService()
+void StatusStoreTest::theHeroIsInitiallyThePrimaryService()
 {
     MonitorWorld world({cursor, claude});
     world.start();
@@ -845,13 +846,13 @@ void StatusStoreTest::theHeroStartsAsThePrimaryService()
     QVERIFY(world.store->hero()->id == cursor);
 }
 
-void StatusStoreTest::theEarliestServiceInTroubleIsPromoted()
+void StatusStoreTest::theFirstAffectedServiceInOrderIsPromoted()
 {
     MonitorWorld world({claude, chatgpt, cursor});
     world.start();
     world.checks.answer(cursor, degraded);
     world.checks.answer(chatgpt, outage);
-    QVERIFY(world.store->heroID() == claude); // the round is not over
+    QVERIFY(world.store->heroID() == claude); // the round has not ended
     world.checks.answer(claude, operational);
     QVERIFY(world.store->heroID() == chatgpt);
     QVERIFY(world.store->heroIsPromoted());
@@ -891,7 +892,7 @@ void StatusStoreTest::theHeroStaysWhileThePopoverIsOpenAndChangesWhenItCloses()
     QVERIFY(world.store->heroID() == chatgpt);
 }
 
-void StatusStoreTest::peekingShowsAServiceAndASecondTimeHandsBack()
+void StatusStoreTest::peekingShowsAServiceAndPeekingAgainEndsIt()
 {
     MonitorWorld world({claude, chatgpt, cursor});
     world.startWith(operational);
@@ -925,7 +926,7 @@ void StatusStoreTest::closingEndsThePeekAndPromotes()
     QVERIFY(world.store->hero()->id == chatgpt);
 }
 
-void StatusStoreTest::onlyAHeroInTroubleThatIsNotThePrimaryIsPromoted()
+void StatusStoreTest::onlyAnAffectedHeroOtherThanThePrimaryCountsAsPromoted()
 {
     MonitorWorld world({claude, chatgpt});
     world.startWith(operational);
@@ -940,7 +941,7 @@ void StatusStoreTest::onlyAHeroInTroubleThatIsNotThePrimaryIsPromoted()
     QVERIFY(!world.store->heroIsPromoted());
 }
 
-void StatusStoreTest::withoutAPrimaryServiceThereIsNoHero()
+void StatusStoreTest::thereIsNoHeroWithoutAPrimaryService()
 {
     MonitorWorld world;
     world.watch({});
@@ -951,7 +952,8 @@ void StatusStoreTest::withoutAPrimaryServiceThereIsNoHero()
     QCOMPARE(world.store->heroStatusLabel(), u"No service selected"_s);
     QCOMPARE(world.store->heroBodyLine(), u"Choose a service in Settings."_s);
     QCOMPARE(world.store->groupHeading(), u"Watching"_s);
-    // Watched from now on, under the user's eyes: none of them is made the hero yet, and the primary service stands in.
+    // Services that are enabled while the popover is open: none of them becomes the hero yet, so the primary service is
+    // shown.
     world.store->setPopoverIsOpen(true);
     world.watch({cursor, claude});
     QVERIFY(!world.store->heroID());
@@ -973,7 +975,7 @@ void StatusStoreTest::theHeroFollowsTheUsersOrderWhileThePopoverIsClosed()
     QVERIFY(world.store->heroID() == claude);
 }
 
-void StatusStoreTest::aHeroWhoseRecoveryIsUnconfirmed()
+void StatusStoreTest::aHeroWithAnUnconfirmedRecoveryReadsRecovering()
 {
     MonitorWorld world;
     world.startWith(outage);
@@ -985,7 +987,7 @@ void StatusStoreTest::aHeroWhoseRecoveryIsUnconfirmed()
     QCOMPARE(world.store->ringState(), RingState::recovering);
 }
 
-void StatusStoreTest::twoServicesInTrouble()
+void StatusStoreTest::theTextsNameTwoAffectedServices()
 {
     MonitorWorld world({claude, chatgpt, cursor});
     world.start();
@@ -997,7 +999,7 @@ void StatusStoreTest::twoServicesInTrouble()
     QVERIFY(world.store->groupRows() == (std::vector{Service::by(chatgpt), Service::by(cursor)}));
 }
 
-void StatusStoreTest::watchingOffMakesTheRingInactiveWhateverTheStatusesSay()
+void StatusStoreTest::theRingIsInactiveWhileWatchingIsOff()
 {
     MonitorWorld world;
     world.startWith(outage);
@@ -1008,7 +1010,7 @@ void StatusStoreTest::watchingOffMakesTheRingInactiveWhateverTheStatusesSay()
     QCOMPARE(world.store->ringState(), RingState::outage);
 }
 
-void StatusStoreTest::withWatchingOffNoRoundPromotesTheHero()
+void StatusStoreTest::noRoundPromotesTheHeroWhileWatchingIsOff()
 {
     MonitorWorld world({claude, chatgpt});
     world.checks.probeScript = [](ServiceID) { return std::optional(true); };
@@ -1020,7 +1022,7 @@ void StatusStoreTest::withWatchingOffNoRoundPromotesTheHero()
     QVERIFY(world.store->heroID() == chatgpt);
     world.settings.setWatchOnThisMac(false);
 
-    // Its recovery is no longer on show, so that a promotion would make the primary service the hero.
+    // The recovery is no longer shown, so a promotion would make the primary service the hero.
     world.clock.advance(11min);
     const auto finished = world.store->checkAll();
     QVERIFY(finished.isFinished());
@@ -1032,7 +1034,7 @@ void StatusStoreTest::withWatchingOffNoRoundPromotesTheHero()
     QVERIFY(world.store->heroID() == claude);
 }
 
-void StatusStoreTest::beforeAnyAnswerEverythingReadsChecking()
+void StatusStoreTest::everythingReadsCheckingBeforeTheFirstAnswer()
 {
     MonitorWorld world({claude, chatgpt});
     world.start();
@@ -1043,7 +1045,7 @@ void StatusStoreTest::beforeAnyAnswerEverythingReadsChecking()
     QCOMPARE(world.store->groupHeading(), u"Watching"_s);
 }
 
-void StatusStoreTest::backToNormalIsSaidForTenMinutes()
+void StatusStoreTest::backToNormalIsShownForTenMinutes()
 {
     MonitorWorld world;
     world.startWith(outage);
@@ -1057,7 +1059,7 @@ void StatusStoreTest::backToNormalIsSaidForTenMinutes()
     QCOMPARE(world.store->heroBodyLine(), u"Everything is working normally."_s);
 }
 
-void StatusStoreTest::everyWriteIsPublishedBeforeAndToldAfter()
+void StatusStoreTest::everyWriteIsPublishedBeforeAndNotifiedAfter()
 {
     MonitorWorld world({claude, chatgpt});
     world.startWith(operational);
@@ -1107,14 +1109,14 @@ void StatusStoreTest::everyWriteIsPublishedBeforeAndToldAfter()
     QCOMPARE(publications, told.size());
 }
 
-void StatusStoreTest::anEndInMidFlightLeavesNothingBehind_data()
+void StatusStoreTest::destroyingTheStoreDuringACheckLeavesNothingPending_data()
 {
     QTest::addColumn<bool>("probing");
     QTest::newRow("while the page is read") << false;
     QTest::newRow("while the service is probed") << true;
 }
 
-void StatusStoreTest::anEndInMidFlightLeavesNothingBehind()
+void StatusStoreTest::destroyingTheStoreDuringACheckLeavesNothingPending()
 {
     QFETCH(bool, probing);
     MonitorWorld world({claude, chatgpt});

@@ -12,7 +12,7 @@ namespace {
 
 constexpr auto claude = ServiceID::claude;
 
-/// What a round finds: what the page says, and whether the service answers if it is asked.
+/// The answers of one round: the health on the status page, and whether the probe succeeds.
 struct Look
 {
     ServiceHealth page;
@@ -25,11 +25,11 @@ constexpr std::array looks{
     Look{ServiceHealth::unknown, true},
 };
 
-/// The user's view of one service: "is it down, as far as I was told?"
+/// A reference model of the alerts: whether the user believes that the service is down.
 class User
 {
 public:
-    /// What the user must hear of a look; empty for nothing.
+    /// The title of the alert that this look must raise; empty for none.
     QString hears(const Look &look, bool outageAlerts)
     {
         const bool pageSaysTrouble = look.page == ServiceHealth::degraded || look.page == ServiceHealth::outage;
@@ -51,7 +51,7 @@ private:
     bool down_ = false;
 };
 
-/// Tells looks to a real monitor, one a round, and holds it to the user's view.
+/// Plays looks to a real monitor, one per round, and compares its alerts with the model.
 class Telling
 {
 public:
@@ -105,8 +105,8 @@ QByteArray text(const std::vector<std::size_t> &story)
     return digits;
 }
 
-/// A walk in which every word of `length` looks occurs exactly once (a De Bruijn sequence), so that one monitor that is
-/// never started anew lives through all of them.
+/// Returns a sequence that contains every word of `length` looks exactly once (a De Bruijn sequence), so that a single
+/// run of the monitor covers all of them.
 std::vector<std::size_t> everyWord(std::size_t length)
 {
     std::vector<std::size_t> walk;
@@ -137,21 +137,21 @@ class StoryTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyStoryFromTheStart_data();
-    void everyStoryFromTheStart();
-    void everyStoryWithinALongLife_data();
-    void everyStoryWithinALongLife();
+    void everySequenceFromTheStartRaisesTheRightAlerts_data();
+    void everySequenceFromTheStartRaisesTheRightAlerts();
+    void everySequenceWithinALongRunRaisesTheRightAlerts_data();
+    void everySequenceWithinALongRunRaisesTheRightAlerts();
     void everyOutageIsFollowedByOneRecovery();
 };
 
-void StoryTest::everyStoryFromTheStart_data()
+void StoryTest::everySequenceFromTheStartRaisesTheRightAlerts_data()
 {
     QTest::addColumn<bool>("outageAlerts");
     QTest::newRow("outage alerts on") << true;
     QTest::newRow("outage alerts off") << false;
 }
 
-void StoryTest::everyStoryFromTheStart()
+void StoryTest::everySequenceFromTheStartRaisesTheRightAlerts()
 {
     QFETCH(bool, outageAlerts);
     constexpr std::size_t length = 5;
@@ -176,12 +176,12 @@ void StoryTest::everyStoryFromTheStart()
     QCOMPARE(stories, 5 * 5 * 5 * 5 * 5);
 }
 
-void StoryTest::everyStoryWithinALongLife_data()
+void StoryTest::everySequenceWithinALongRunRaisesTheRightAlerts_data()
 {
-    everyStoryFromTheStart_data();
+    everySequenceFromTheStartRaisesTheRightAlerts_data();
 }
 
-void StoryTest::everyStoryWithinALongLife()
+void StoryTest::everySequenceWithinALongRunRaisesTheRightAlerts()
 {
     QFETCH(bool, outageAlerts);
     const auto walk = everyWord(6);

@@ -94,20 +94,20 @@ class TransitionTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyStep_data();
-    void everyStep();
-    void onlyASourceThatEndsTroubleNeedsTheServicesOwnWord();
+    void everyStepIsAsInTheTable_data();
+    void everyStepIsAsInTheTable();
+    void onlyAReportedRecoveryNeedsAProbe();
     void aNetworkFailureLeavesAnOperationalServiceOperational();
-    void anUnreadableRoundWithinAnOutageChangesNothingButLabelAndTime();
-    void aRecoveryThatTheServiceDoesNotConfirmIsProbedAgain();
-    void aRecoveryIsOnShowForTenMinutesFromItsMoment();
-    void aNewOutageWithinTheTenMinutesEndsTheirShow();
-    void theFirstCheckOfAServiceInTroubleBeginsAnOutage();
-    void aSecondRecoverySetsTheTenMinutesAnew();
-    void aTimeThatPassedIsKept();
+    void anUnreadableRoundWithinAnOutageChangesOnlyLabelAndTime();
+    void anUnconfirmedRecoveryIsProbedAgain();
+    void aRecoveryIsShownForTenMinutes();
+    void aNewOutageEndsTheDisplayOfARecovery();
+    void theFirstCheckOfAnAffectedServiceBeginsAnOutage();
+    void aSecondRecoveryRestartsTheTenMinutes();
+    void anExpiredRecoveryTimeIsKept();
 };
 
-void TransitionTest::everyStep_data()
+void TransitionTest::everyStepIsAsInTheTable_data()
 {
     QTest::addColumn<Row>("row");
     QTest::addColumn<bool>("recoveredBefore");
@@ -121,7 +121,7 @@ void TransitionTest::everyStep_data()
     }
 }
 
-void TransitionTest::everyStep()
+void TransitionTest::everyStepIsAsInTheTable()
 {
     QFETCH(Row, row);
     QFETCH(bool, recoveredBefore);
@@ -141,7 +141,7 @@ void TransitionTest::everyStep()
     }
 }
 
-void TransitionTest::onlyASourceThatEndsTroubleNeedsTheServicesOwnWord()
+void TransitionTest::onlyAReportedRecoveryNeedsAProbe()
 {
     for (const auto previous : {operational, degraded, outage, unknown}) {
         for (const auto told : {operational, degraded, outage, unknown}) {
@@ -159,7 +159,7 @@ void TransitionTest::aNetworkFailureLeavesAnOperationalServiceOperational()
     QVERIFY(next == (ServiceStatus{operational, now, u"Couldn’t reach status"_s, earlier + 9min}));
 }
 
-void TransitionTest::anUnreadableRoundWithinAnOutageChangesNothingButLabelAndTime()
+void TransitionTest::anUnreadableRoundWithinAnOutageChangesOnlyLabelAndTime()
 {
     const auto unread = transition(record(outage), {unknown, u"Couldn’t reach status"_s}, false, now);
     QVERIFY(unread.next == (ServiceStatus{outage, now, u"Couldn’t reach status"_s, std::nullopt}));
@@ -168,7 +168,7 @@ void TransitionTest::anUnreadableRoundWithinAnOutageChangesNothingButLabelAndTim
     QCOMPARE(transition(unread.next, reading(operational), true, now + 20s).step, Step::recovered);
 }
 
-void TransitionTest::aRecoveryThatTheServiceDoesNotConfirmIsProbedAgain()
+void TransitionTest::anUnconfirmedRecoveryIsProbedAgain()
 {
     const auto refused = transition(record(outage), reading(operational), false, now);
     QCOMPARE(refused.step, Step::recoveryUnconfirmed);
@@ -180,12 +180,12 @@ void TransitionTest::aRecoveryThatTheServiceDoesNotConfirmIsProbedAgain()
     QVERIFY(confirmed.next == (ServiceStatus{operational, now + 20s, u"of the page"_s, now + 620s}));
 }
 
-void TransitionTest::aRecoveryIsOnShowForTenMinutesFromItsMoment()
+void TransitionTest::aRecoveryIsShownForTenMinutes()
 {
     QVERIFY(transition(record(degraded), reading(operational), true, now).next.recoveredUntil == now + 10min);
 }
 
-void TransitionTest::aNewOutageWithinTheTenMinutesEndsTheirShow()
+void TransitionTest::aNewOutageEndsTheDisplayOfARecovery()
 {
     const auto recovered = transition(record(outage), reading(operational), true, now);
     const auto again = transition(recovered.next, reading(degraded), true, now + 9min);
@@ -193,20 +193,20 @@ void TransitionTest::aNewOutageWithinTheTenMinutesEndsTheirShow()
     QVERIFY(!again.next.recoveredUntil);
 }
 
-void TransitionTest::theFirstCheckOfAServiceInTroubleBeginsAnOutage()
+void TransitionTest::theFirstCheckOfAnAffectedServiceBeginsAnOutage()
 {
     for (const auto told : {degraded, outage}) {
         QCOMPARE(transition(ServiceStatus{}, reading(told), false, now).step, Step::outageBegan);
     }
 }
 
-void TransitionTest::aSecondRecoverySetsTheTenMinutesAnew()
+void TransitionTest::aSecondRecoveryRestartsTheTenMinutes()
 {
     const auto next = transition(record(degraded, now + 60s), reading(operational), true, now).next;
     QVERIFY(next.recoveredUntil == now + 600s);
 }
 
-void TransitionTest::aTimeThatPassedIsKept()
+void TransitionTest::anExpiredRecoveryTimeIsKept()
 {
     const auto next = transition(record(operational, now - 1h), reading(operational), false, now).next;
     QVERIFY(next.recoveredUntil == now - 1h);

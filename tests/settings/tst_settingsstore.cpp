@@ -19,7 +19,7 @@ using Value = MemoryPreferences::Value;
 
 const Order catalogueOrder(allServiceIDs.begin(), allServiceIDs.end());
 
-/// A store on preferences and a login item of its own.
+/// Preferences and a login item for a store under test.
 struct Fixture
 {
     MemoryPreferences defaults;
@@ -37,7 +37,7 @@ QStringList rawValues(const Order &order)
     return raw;
 }
 
-/// One published field: how a test writes it, what it then reads, and what is stored under which key.
+/// One published field: how a test sets it, the value that it then has, and the stored key and value.
 struct Field
 {
     const char *key;
@@ -82,7 +82,7 @@ const std::vector<Field> &fields()
     return all;
 }
 
-/// The value that is stored under `key`, whatever its type.
+/// Whether `value`, of any type, is stored under `key`.
 bool holds(const MemoryPreferences &defaults, const QString &key, const Value &value)
 {
     return std::visit(
@@ -124,56 +124,56 @@ class SettingsStoreTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void firstRun();
+    void aFirstRunHasTheDefaults();
     void loadingWritesNothing();
-    void storedOrderLoads_data();
-    void storedOrderLoads();
-    void storedEnabledServicesLoad_data();
-    void storedEnabledServicesLoad();
-    void storedEmptySetIsNotTheDefault();
-    void storedIntervalLoads_data();
-    void storedIntervalLoads();
-    void oddIntervalIsWrittenBackOnlyWhenTheUserChangesIt();
-    void storedChannelLoads_data();
-    void storedChannelLoads();
-    void storedSwitchesAndTextsLoad();
-    void malformedValuesTakeTheDefaults_data();
-    void malformedValuesTakeTheDefaults();
-    void writeGoesThroughUnderItsKeyAlone_data();
-    void writeGoesThroughUnderItsKeyAlone();
-    void writeIsThereInTheNextRun_data();
-    void writeIsThereInTheNextRun();
-    void writePublishesBeforeAndNotifiesAfter_data();
-    void writePublishesBeforeAndNotifiesAfter();
-    void equalWriteIsPublishedAndStoredToo();
+    void theStoredOrderIsRead_data();
+    void theStoredOrderIsRead();
+    void theStoredEnabledServicesAreRead_data();
+    void theStoredEnabledServicesAreRead();
+    void aStoredEmptySetIsNotReplacedByTheDefault();
+    void theStoredIntervalIsRead_data();
+    void theStoredIntervalIsRead();
+    void anUnknownIntervalIsKeptOnDiskUntilTheUserChangesIt();
+    void theStoredChannelIsRead_data();
+    void theStoredChannelIsRead();
+    void theStoredSwitchesAndTextsAreRead();
+    void malformedValuesAreReplacedByTheDefaults_data();
+    void malformedValuesAreReplacedByTheDefaults();
+    void aWriteIsStoredUnderItsOwnKeyOnly_data();
+    void aWriteIsStoredUnderItsOwnKeyOnly();
+    void aWriteIsReadInTheNextRun_data();
+    void aWriteIsReadInTheNextRun();
+    void aWriteIsPublishedBeforeAndNotifiedAfter_data();
+    void aWriteIsPublishedBeforeAndNotifiedAfter();
+    void anEqualValueIsPublishedAndStoredToo();
     void emptyListsAreStoredAsEmptyLists();
     void watchedServicesFollowTheOrder();
-    void duplicateInTheOrderIsWatchedTwice();
-    void primaryIsTheFirstEnabled();
+    void aServiceTwiceInTheOrderIsWatchedTwice();
+    void thePrimaryServiceIsTheFirstEnabledOne();
     void setPrimaryMovesAndEnables();
-    void setPrimaryWritesThreeTimes();
+    void setPrimaryWritesTheOrderTwiceAndTheEnabledServicesOnce();
     void setPrimaryRemovesEveryDuplicate();
     void setPrimaryOfThePrimaryChangesNothing();
     void launchAtLoginMirrorsTheSystem();
     void launchAtLoginRegistersAndUnregisters();
-    void refusedRegistrationSpringsBack();
-    void refusedRemovalSpringsBack();
-    void refusedRegistrationPublishesBothChanges();
-    void laterLaunchAtLoginWorksAfterARefusal();
-    void launchAtLoginIsNotAStoredValue();
-    void armedChannelLabel_data();
-    void armedChannelLabel();
-    void configured_data();
-    void configured();
-    void stateText_data();
-    void stateText();
+    void aRefusedRegistrationIsReverted();
+    void aRefusedRemovalIsReverted();
+    void aRefusedRegistrationPublishesBothChanges();
+    void launchAtLoginCanBeSetAfterARefusal();
+    void launchAtLoginIsNotStored();
+    void theLabelNamesTheArmedChannel_data();
+    void theLabelNamesTheArmedChannel();
+    void aChannelIsConfiguredWhenItsTextsAreSet_data();
+    void aChannelIsConfiguredWhenItsTextsAreSet();
+    void eachChannelHasItsStateText_data();
+    void eachChannelHasItsStateText();
     void armingAnotherChannelLeavesTheFirstConnected();
-    void intervalRawValues();
-    void channelRawValuesAndTitles_data();
-    void channelRawValuesAndTitles();
+    void intervalsAreStoredInSeconds();
+    void channelsHaveTheirRawValuesAndTitles_data();
+    void channelsHaveTheirRawValuesAndTitles();
 };
 
-void SettingsStoreTest::firstRun()
+void SettingsStoreTest::aFirstRunHasTheDefaults()
 {
     Fixture fixture;
     const auto store = fixture.load();
@@ -193,7 +193,7 @@ void SettingsStoreTest::loadingWritesNothing()
     QCOMPARE(fixture.loginItem.registrations + fixture.loginItem.removals, 0);
 }
 
-void SettingsStoreTest::storedOrderLoads_data()
+void SettingsStoreTest::theStoredOrderIsRead_data()
 {
     using enum ServiceID;
     QTest::addColumn<QStringList>("stored");
@@ -212,7 +212,7 @@ void SettingsStoreTest::storedOrderLoads_data()
                                                   gemini, copilot, anthropicAPI, openaiAPI, claudeCode};
 }
 
-void SettingsStoreTest::storedOrderLoads()
+void SettingsStoreTest::theStoredOrderIsRead()
 {
     QFETCH(QStringList, stored);
     QFETCH(Order, expected);
@@ -221,7 +221,7 @@ void SettingsStoreTest::storedOrderLoads()
     QCOMPARE(rawValues(fixture.load()->serviceOrder()), rawValues(expected));
 }
 
-void SettingsStoreTest::storedEnabledServicesLoad_data()
+void SettingsStoreTest::theStoredEnabledServicesAreRead_data()
 {
     QTest::addColumn<QStringList>("stored");
     QTest::addColumn<Enabled>("expected");
@@ -234,7 +234,7 @@ void SettingsStoreTest::storedEnabledServicesLoad_data()
     QTest::newRow("all") << rawValues(catalogueOrder) << Enabled(allServiceIDs.begin(), allServiceIDs.end());
 }
 
-void SettingsStoreTest::storedEnabledServicesLoad()
+void SettingsStoreTest::theStoredEnabledServicesAreRead()
 {
     QFETCH(QStringList, stored);
     QFETCH(Enabled, expected);
@@ -243,7 +243,7 @@ void SettingsStoreTest::storedEnabledServicesLoad()
     QCOMPARE(fixture.load()->enabledServices(), expected);
 }
 
-void SettingsStoreTest::storedEmptySetIsNotTheDefault()
+void SettingsStoreTest::aStoredEmptySetIsNotReplacedByTheDefault()
 {
     Fixture fixture;
     fixture.defaults.place(u"enabledServices"_s, QStringList{});
@@ -253,7 +253,7 @@ void SettingsStoreTest::storedEmptySetIsNotTheDefault()
     QVERIFY(store->watchedServices().empty());
 }
 
-void SettingsStoreTest::storedIntervalLoads_data()
+void SettingsStoreTest::theStoredIntervalIsRead_data()
 {
     QTest::addColumn<int>("stored");
     QTest::addColumn<CheckInterval>("expected");
@@ -264,7 +264,7 @@ void SettingsStoreTest::storedIntervalLoads_data()
     }
 }
 
-void SettingsStoreTest::storedIntervalLoads()
+void SettingsStoreTest::theStoredIntervalIsRead()
 {
     QFETCH(int, stored);
     QFETCH(CheckInterval, expected);
@@ -273,7 +273,7 @@ void SettingsStoreTest::storedIntervalLoads()
     QCOMPARE(fixture.load()->checkInterval(), expected);
 }
 
-void SettingsStoreTest::oddIntervalIsWrittenBackOnlyWhenTheUserChangesIt()
+void SettingsStoreTest::anUnknownIntervalIsKeptOnDiskUntilTheUserChangesIt()
 {
     Fixture fixture;
     fixture.defaults.place(u"checkInterval"_s, 120);
@@ -284,7 +284,7 @@ void SettingsStoreTest::oddIntervalIsWrittenBackOnlyWhenTheUserChangesIt()
     QCOMPARE(fixture.defaults.integer(u"checkInterval"_s), 300);
 }
 
-void SettingsStoreTest::storedChannelLoads_data()
+void SettingsStoreTest::theStoredChannelIsRead_data()
 {
     QTest::addColumn<QString>("stored");
     QTest::addColumn<RemoteChannel>("expected");
@@ -298,7 +298,7 @@ void SettingsStoreTest::storedChannelLoads_data()
     QTest::newRow("another case") << u"Slack"_s << RemoteChannel::thisMac;
 }
 
-void SettingsStoreTest::storedChannelLoads()
+void SettingsStoreTest::theStoredChannelIsRead()
 {
     QFETCH(QString, stored);
     QFETCH(RemoteChannel, expected);
@@ -307,7 +307,7 @@ void SettingsStoreTest::storedChannelLoads()
     QCOMPARE(fixture.load()->armedChannel(), expected);
 }
 
-void SettingsStoreTest::storedSwitchesAndTextsLoad()
+void SettingsStoreTest::theStoredSwitchesAndTextsAreRead()
 {
     Fixture fixture;
     for (const auto &field : fields()) {
@@ -315,13 +315,13 @@ void SettingsStoreTest::storedSwitchesAndTextsLoad()
     }
     const auto store = fixture.load();
     for (const auto &field : fields()) {
-        if (qstrcmp(field.key, "serviceOrder") != 0) { // which loading completes
+        if (qstrcmp(field.key, "serviceOrder") != 0) { // loading appends the missing services to it
             QVERIFY2(field.isWritten(*store), field.key);
         }
     }
 }
 
-void SettingsStoreTest::malformedValuesTakeTheDefaults_data()
+void SettingsStoreTest::malformedValuesAreReplacedByTheDefaults_data()
 {
     QTest::addColumn<int>("type");
     QTest::newRow("truths") << 0;
@@ -330,7 +330,7 @@ void SettingsStoreTest::malformedValuesTakeTheDefaults_data()
     QTest::newRow("lists") << 3;
 }
 
-void SettingsStoreTest::malformedValuesTakeTheDefaults()
+void SettingsStoreTest::malformedValuesAreReplacedByTheDefaults()
 {
     QFETCH(int, type);
     const Value values[] = {true, 60, u"claude"_s, QStringList{u"gemini"_s}};
@@ -343,7 +343,7 @@ void SettingsStoreTest::malformedValuesTakeTheDefaults()
     verifyFirstRunValues(*fixture.load());
 }
 
-void SettingsStoreTest::writeGoesThroughUnderItsKeyAlone_data()
+void SettingsStoreTest::aWriteIsStoredUnderItsOwnKeyOnly_data()
 {
     QTest::addColumn<int>("index");
     for (int i = 0; i < int(fields().size()); ++i) {
@@ -351,7 +351,7 @@ void SettingsStoreTest::writeGoesThroughUnderItsKeyAlone_data()
     }
 }
 
-void SettingsStoreTest::writeGoesThroughUnderItsKeyAlone()
+void SettingsStoreTest::aWriteIsStoredUnderItsOwnKeyOnly()
 {
     QFETCH(int, index);
     const Field &field = fields()[std::size_t(index)];
@@ -369,12 +369,12 @@ void SettingsStoreTest::writeGoesThroughUnderItsKeyAlone()
     }
 }
 
-void SettingsStoreTest::writeIsThereInTheNextRun_data()
+void SettingsStoreTest::aWriteIsReadInTheNextRun_data()
 {
-    writeGoesThroughUnderItsKeyAlone_data();
+    aWriteIsStoredUnderItsOwnKeyOnly_data();
 }
 
-void SettingsStoreTest::writeIsThereInTheNextRun()
+void SettingsStoreTest::aWriteIsReadInTheNextRun()
 {
     QFETCH(int, index);
     const Field &field = fields()[std::size_t(index)];
@@ -389,12 +389,12 @@ void SettingsStoreTest::writeIsThereInTheNextRun()
     }
 }
 
-void SettingsStoreTest::writePublishesBeforeAndNotifiesAfter_data()
+void SettingsStoreTest::aWriteIsPublishedBeforeAndNotifiedAfter_data()
 {
-    writeGoesThroughUnderItsKeyAlone_data();
+    aWriteIsStoredUnderItsOwnKeyOnly_data();
 }
 
-void SettingsStoreTest::writePublishesBeforeAndNotifiesAfter()
+void SettingsStoreTest::aWriteIsPublishedBeforeAndNotifiedAfter()
 {
     QFETCH(int, index);
     const Field &field = fields()[std::size_t(index)];
@@ -420,7 +420,7 @@ void SettingsStoreTest::writePublishesBeforeAndNotifiesAfter()
         (QStringList{u"will: old value, not stored"_s, u"notifier: new value, stored"_s, u"did: new value, stored"_s}));
 }
 
-void SettingsStoreTest::equalWriteIsPublishedAndStoredToo()
+void SettingsStoreTest::anEqualValueIsPublishedAndStoredToo()
 {
     Fixture fixture;
     const auto store = fixture.load();
@@ -453,7 +453,7 @@ void SettingsStoreTest::watchedServicesFollowTheOrder()
                                    Service::by(ServiceID::cursor)}));
 }
 
-void SettingsStoreTest::duplicateInTheOrderIsWatchedTwice()
+void SettingsStoreTest::aServiceTwiceInTheOrderIsWatchedTwice()
 {
     Fixture fixture;
     fixture.defaults.place(u"serviceOrder"_s, QStringList{u"claude"_s, u"gemini"_s, u"claude"_s});
@@ -461,7 +461,7 @@ void SettingsStoreTest::duplicateInTheOrderIsWatchedTwice()
     QCOMPARE(fixture.load()->watchedServices(), (std::vector<Service>{claude, claude}));
 }
 
-void SettingsStoreTest::primaryIsTheFirstEnabled()
+void SettingsStoreTest::thePrimaryServiceIsTheFirstEnabledOne()
 {
     Fixture fixture;
     const auto store = fixture.load();
@@ -487,7 +487,7 @@ void SettingsStoreTest::setPrimaryMovesAndEnables()
     QCOMPARE(fixture.defaults.texts(u"enabledServices"_s), (QStringList{u"claude"_s, u"cursor"_s}));
 }
 
-void SettingsStoreTest::setPrimaryWritesThreeTimes()
+void SettingsStoreTest::setPrimaryWritesTheOrderTwiceAndTheEnabledServicesOnce()
 {
     using enum ServiceID;
     Fixture fixture;
@@ -554,19 +554,19 @@ void SettingsStoreTest::launchAtLoginRegistersAndUnregisters()
     QCOMPARE(fixture.loginItem.removals, 1);
 }
 
-void SettingsStoreTest::refusedRegistrationSpringsBack()
+void SettingsStoreTest::aRefusedRegistrationIsReverted()
 {
     Fixture fixture;
     fixture.loginItem.refuses = true;
     const auto store = fixture.load();
     store->setLaunchAtLogin(true);
     QCOMPARE(store->launchAtLogin(), false);
-    // The spring back itself asks the system for nothing.
+    // Reverting the field makes no further call to the system.
     QCOMPARE(fixture.loginItem.registrations, 1);
     QCOMPARE(fixture.loginItem.removals, 0);
 }
 
-void SettingsStoreTest::refusedRemovalSpringsBack()
+void SettingsStoreTest::aRefusedRemovalIsReverted()
 {
     Fixture fixture;
     fixture.loginItem.enabled = true;
@@ -576,13 +576,13 @@ void SettingsStoreTest::refusedRemovalSpringsBack()
     QCOMPARE(store->launchAtLogin(), true);
     QCOMPARE(fixture.loginItem.registrations, 0);
     QCOMPARE(fixture.loginItem.removals, 1);
-    // The system's state counts, not the opposite of what was asked for.
+    // The field takes the state of the system, which need not be the opposite of the requested one.
     fixture.loginItem.enabled = false;
     store->setLaunchAtLogin(false);
     QCOMPARE(store->launchAtLogin(), false);
 }
 
-void SettingsStoreTest::refusedRegistrationPublishesBothChanges()
+void SettingsStoreTest::aRefusedRegistrationPublishesBothChanges()
 {
     Fixture fixture;
     fixture.loginItem.refuses = true;
@@ -597,7 +597,7 @@ void SettingsStoreTest::refusedRegistrationPublishesBothChanges()
     QCOMPARE(store->launchAtLogin(), false);
 }
 
-void SettingsStoreTest::laterLaunchAtLoginWorksAfterARefusal()
+void SettingsStoreTest::launchAtLoginCanBeSetAfterARefusal()
 {
     Fixture fixture;
     fixture.loginItem.refuses = true;
@@ -610,7 +610,7 @@ void SettingsStoreTest::laterLaunchAtLoginWorksAfterARefusal()
     QCOMPARE(fixture.loginItem.registrations, 2);
 }
 
-void SettingsStoreTest::launchAtLoginIsNotAStoredValue()
+void SettingsStoreTest::launchAtLoginIsNotStored()
 {
     Fixture fixture;
     const auto store = fixture.load();
@@ -619,7 +619,7 @@ void SettingsStoreTest::launchAtLoginIsNotAStoredValue()
     QCOMPARE(fixture.defaults.keys(), QStringList{});
 }
 
-void SettingsStoreTest::armedChannelLabel_data()
+void SettingsStoreTest::theLabelNamesTheArmedChannel_data()
 {
     QTest::addColumn<RemoteChannel>("channel");
     QTest::addColumn<QString>("label");
@@ -630,7 +630,7 @@ void SettingsStoreTest::armedChannelLabel_data()
     QTest::newRow("whatsapp") << RemoteChannel::whatsapp << u"Notifying WhatsApp"_s;
 }
 
-void SettingsStoreTest::armedChannelLabel()
+void SettingsStoreTest::theLabelNamesTheArmedChannel()
 {
     QFETCH(RemoteChannel, channel);
     QFETCH(QString, label);
@@ -640,7 +640,7 @@ void SettingsStoreTest::armedChannelLabel()
     QCOMPARE(store->armedChannelLabel(), label);
 }
 
-void SettingsStoreTest::configured_data()
+void SettingsStoreTest::aChannelIsConfiguredWhenItsTextsAreSet_data()
 {
     QTest::addColumn<QString>("webhook");
     QTest::addColumn<QString>("token");
@@ -657,7 +657,7 @@ void SettingsStoreTest::configured_data()
     QTest::newRow("all") << u"x"_s << u"t"_s << u"c"_s << true << true;
 }
 
-void SettingsStoreTest::configured()
+void SettingsStoreTest::aChannelIsConfiguredWhenItsTextsAreSet()
 {
     QFETCH(QString, webhook);
     QFETCH(QString, token);
@@ -675,7 +675,7 @@ void SettingsStoreTest::configured()
     QVERIFY(!store->isConfigured(RemoteChannel::whatsapp));
 }
 
-void SettingsStoreTest::stateText_data()
+void SettingsStoreTest::eachChannelHasItsStateText_data()
 {
     QTest::addColumn<RemoteChannel>("channel");
     QTest::addColumn<bool>("armed");
@@ -697,7 +697,7 @@ void SettingsStoreTest::stateText_data()
     }
 }
 
-void SettingsStoreTest::stateText()
+void SettingsStoreTest::eachChannelHasItsStateText()
 {
     QFETCH(RemoteChannel, channel);
     QFETCH(bool, armed);
@@ -728,7 +728,7 @@ void SettingsStoreTest::armingAnotherChannelLeavesTheFirstConnected()
     QCOMPARE(store->stateText(RemoteChannel::slack), u"Armed"_s);
 }
 
-void SettingsStoreTest::intervalRawValues()
+void SettingsStoreTest::intervalsAreStoredInSeconds()
 {
     QCOMPARE(rawValue(CheckInterval::oneMinute), 60);
     QCOMPARE(rawValue(CheckInterval::fiveMinutes), 300);
@@ -743,7 +743,7 @@ void SettingsStoreTest::intervalRawValues()
     QCOMPARE(fromRawValue<CheckInterval>(300), std::optional(CheckInterval::fiveMinutes));
 }
 
-void SettingsStoreTest::channelRawValuesAndTitles_data()
+void SettingsStoreTest::channelsHaveTheirRawValuesAndTitles_data()
 {
     QTest::addColumn<int>("position");
     QTest::addColumn<QString>("raw");
@@ -755,7 +755,7 @@ void SettingsStoreTest::channelRawValuesAndTitles_data()
     QTest::newRow("whatsapp") << 4 << u"whatsapp"_s << u"WhatsApp"_s;
 }
 
-void SettingsStoreTest::channelRawValuesAndTitles()
+void SettingsStoreTest::channelsHaveTheirRawValuesAndTitles()
 {
     QFETCH(int, position);
     QFETCH(QString, raw);

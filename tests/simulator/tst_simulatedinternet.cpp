@@ -15,7 +15,7 @@ using namespace kelvo;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-/// The simulation is what other tests lean on, so that what they take for granted is held here.
+/// Other tests rely on the simulated internet. These tests verify the behaviour that they rely on.
 class SimulatedInternetTest : public QObject
 {
     Q_OBJECT
@@ -65,7 +65,7 @@ private Q_SLOTS:
         internet_.reset();
     }
 
-    void everyPageIsOperationalInTheBeginning()
+    void everyPageIsInitiallyOperational()
     {
         for (const auto page : {StatusPage::Claude, StatusPage::OpenAI, StatusPage::Cursor, StatusPage::GitHub}) {
             const QJsonObject document = summary(page);
@@ -93,7 +93,7 @@ private Q_SLOTS:
         QCOMPARE(statuses(shortShape, u"Login"_s).size(), 2);
     }
 
-    void aComponentAndTheIndicatorTakeWhatTheyAreSetTo()
+    void componentsAndTheIndicatorCanBeSet()
     {
         internet_->setComponent(StatusPage::Claude, u"claude.ai"_s, u"major_outage"_s);
         internet_->setComponent(StatusPage::OpenAI, u"Login"_s, u"partial_outage"_s);
@@ -110,7 +110,7 @@ private Q_SLOTS:
         QCOMPARE(summary(StatusPage::Claude)[u"status"_s][u"indicator"_s].toString(), u"none"_s);
     }
 
-    void theFeedCarriesEndedIncidentsAndTheOneThatGoesOn()
+    void theFeedContainsEndedIncidentsAndTheCurrentOne()
     {
         for (const QJsonValue &incident : feed()) {
             QVERIFY(incident.toObject().contains(u"end"_s));
@@ -130,7 +130,7 @@ private Q_SLOTS:
         QVERIFY(fetch(u"https://www.google.com/appsstatus/dashboard/incidents.json"_s).body.size() > 1'000'000);
     }
 
-    void servicesAnswerAsTheyAreTold()
+    void servicesAnswerWithTheProbeStatusThatWasSet()
     {
         QCOMPARE(fetch(u"https://claude.ai/login"_s).status, 200);
         QCOMPARE(fetch(u"https://api.anthropic.com/v1/models"_s).status, 401);
@@ -139,7 +139,7 @@ private Q_SLOTS:
         QCOMPARE(fetch(u"https://api.openai.com/v1/models"_s).status, 401);
     }
 
-    void aPathsOwnResponseComesBeforeTheHostsAndTheVendors()
+    void theResponseToAPathTakesPrecedence()
     {
         const auto summaryUrl = u"https://status.claude.com/api/v2/summary.json"_s;
         internet_->respond(u"status.claude.com"_s, "/api/v2/summary.json"_ba, SimulatedResponse::ofStatus(502));
@@ -149,7 +149,7 @@ private Q_SLOTS:
         QCOMPARE(fetch(u"https://status.claude.com/elsewhere"_s).status, 404);
     }
 
-    void responsesInTurnEndWithTheLastOne()
+    void theLastResponseInTurnIsRepeated()
     {
         internet_->respondInTurn(u"claude.ai"_s, {},
                                  {SimulatedResponse::ofStatus(500), SimulatedResponse::ofStatus(200)});
@@ -158,7 +158,7 @@ private Q_SLOTS:
         QCOMPARE(fetch(u"https://claude.ai/login"_s).status, 200);
     }
 
-    void whatIsUnreachableOrUnknownDoesNotAnswer()
+    void unreachableAndUnknownHostsDoNotAnswer()
     {
         QCOMPARE(fetch(u"https://stranger.example/"_s).status, std::nullopt);
         internet_->setUnreachable(u"claude.ai"_s);
@@ -169,9 +169,9 @@ private Q_SLOTS:
         QCOMPARE(fetch(u"https://claude.ai/login"_s).status, std::nullopt);
     }
 
-    void connectionsAreKeptOrClosedAsTold()
+    void connectionsAreKeptOrClosedAsConfigured()
     {
-        // A session closes its connections by itself; this client does not.
+        // HttpSession closes its connections by itself; this client does not.
         ReroutedNetwork client(*internet_);
         const auto fetch = [&client] {
             const std::unique_ptr<QNetworkReply> reply(client.get(QNetworkRequest(QUrl(u"https://claude.ai/login"_s))));
@@ -190,7 +190,7 @@ private Q_SLOTS:
         QTRY_COMPARE(internet_->connectionsOpen(), 0);
     }
 
-    void requestsThatArriveInPiecesOrTogetherAreAllAnswered()
+    void splitAndPipelinedRequestsAreAnswered()
     {
         QTcpSocket client;
         client.connectToHost(QHostAddress::LocalHost, internet_->port());
@@ -208,14 +208,14 @@ private Q_SLOTS:
         QTRY_COMPARE((answers += client.readAll()).count("HTTP/1.1 200 OK"), 3);
     }
 
-    void malformedRequestsEndTheConnectionAndNothingElse_data()
+    void malformedRequestsCloseOnlyTheirOwnConnection_data()
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addRow("no request line") << "nonsense\r\n\r\n"_ba;
         QTest::addRow("negative length") << "POST / HTTP/1.1\r\nContent-Length: -5\r\n\r\n"_ba;
         QTest::addRow("too long") << QByteArray(2 * 1024 * 1024, 'x');
     }
-    void malformedRequestsEndTheConnectionAndNothingElse()
+    void malformedRequestsCloseOnlyTheirOwnConnection()
     {
         QFETCH(const QByteArray, bytes);
         QTcpSocket client;

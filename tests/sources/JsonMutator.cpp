@@ -52,7 +52,7 @@ qsizetype JsonMutator::below(qsizetype bound)
 
 QJsonValue JsonMutator::changed(const QJsonValue &value)
 {
-    // Now and then the whole of it, mostly something inside.
+    // Sometimes change the whole value, but mostly a part of it.
     if (below(12) == 0) {
         return anything();
     }

@@ -13,19 +13,19 @@
 
 namespace kelvo {
 
-/// Damages documents in the same way in every run.
+/// Changes documents at random, but in the same way in every run.
 class JsonMutator
 {
 public:
-    /// `texts` are those that replaced values are drawn from, so that damage often hits what is looked for.
+    /// `texts` are used as replacement values, so that changes often produce texts that the decoders look for.
     JsonMutator(quint32 seed, QStringList texts);
 
-    /// `value` with one to four changes: values of another type or text, entries lost, doubled, moved, keys misspelt.
-    /// Well-formed when written.
+    /// Returns `value` with one to four changes: another type or text, entries removed, duplicated or moved, keys
+    /// misspelt. It still serialises to well-formed JSON.
     QJsonValue mutated(QJsonValue value);
-    /// `bytes` with one to four changes: bytes replaced, inserted, lost, stretches doubled or cut off.
+    /// Returns `bytes` with one to four changes: bytes replaced, inserted or removed, ranges duplicated or cut off.
     QByteArray mutated(QByteArray bytes);
-    /// A number below `bound`, which is above 0.
+    /// Returns a random number in [0, `bound`). `bound` must be positive.
     qsizetype below(qsizetype bound);
 
 private:
@@ -38,7 +38,7 @@ private:
     QStringList texts_;
 };
 
-/// What `use` makes of bytes that end where their memory ends, so that AddressSanitizer sees a read beyond them.
+/// Calls `use` with a copy of the bytes that ends where its memory ends, so that AddressSanitizer detects a read beyond.
 template<typename Use>
 auto withExactMemory(const QByteArray &bytes, Use use)
 {

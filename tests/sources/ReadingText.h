@@ -8,7 +8,7 @@
 
 namespace kelvo {
 
-/// For Qt Test's messages.
+/// Formats a reading for the messages of Qt Test.
 inline char *toString(const std::optional<StatusReading> &reading)
 {
     return qstrdup(reading ? qPrintable(rawValue(reading->health) + QStringLiteral(", ") + reading->label)
@@ -20,10 +20,10 @@ inline char *toString(const StatusReading &reading)
     return toString(std::optional(reading));
 }
 
-/// Whether some object of the text may have a key twice. Readers differ in which of the two counts.
+/// Whether an object in the text may have a key twice. Parsers differ in which of the two they use.
 inline bool mayRepeatAKey(const QByteArray &text)
 {
-    // Written out again a text has lost its repeated keys, and so some colons.
+    // Parsing and writing the text again removes repeated keys, and with them some colons.
     const auto colons = [](const QByteArray &bytes) { return bytes.count("\":"); };
     return colons(QJsonDocument::fromJson(text).toJson(QJsonDocument::Compact)) != colons(text);
 }

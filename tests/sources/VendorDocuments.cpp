@@ -161,7 +161,7 @@ QJsonObject endedIncident(const QString &productTitle)
 
 QByteArray json(const QJsonValue &value)
 {
-    // Within a list, because the writer takes no bare text or number.
+    // Write the value within an array, because QJsonDocument does not write a bare string or number.
     const QByteArray list = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     return list.mid(1, list.size() - 2);
 }

@@ -15,10 +15,9 @@ struct PageComponent
     QString status = QStringLiteral("operational");
 };
 
-/// A whole summary document as most pages publish it: every component with all its fields, a group, incidents,
-/// maintenances.
+/// A complete summary document as most pages publish it: components with all fields, a group, incidents, maintenances.
 QJsonObject longSummary(const QString &indicator, const QString &description, const QList<PageComponent> &components);
-/// A whole summary document as OpenAI's page publishes it: few fields, no key for what there is none of.
+/// A complete summary document as OpenAI's page publishes it: few fields per component, and no keys for empty lists.
 QJsonObject shortSummary(const QString &indicator, const QString &description, const QList<PageComponent> &components);
 
 /// The components that the vendors' pages list, all operational.
@@ -26,15 +25,15 @@ QList<PageComponent> claudeComponents();
 QList<PageComponent> openaiComponents();
 QList<PageComponent> cursorComponents();
 QList<PageComponent> githubComponents();
-/// `components` with every one of that name set to `status`.
+/// Returns `components` with the status of every component named `name` set to `status`.
 QList<PageComponent> with(QList<PageComponent> components, const QString &name, const QString &status);
 
-/// A whole incident of Google's feed that goes on, of severity "medium".
+/// A complete current incident of Google's feed with the severity "medium".
 QJsonObject currentIncident(const QString &productTitle);
-/// The same after its end.
+/// The same incident with an end time.
 QJsonObject endedIncident(const QString &productTitle);
 
-/// The document as bytes, compact.
+/// Serialises the document to compact JSON.
 QByteArray json(const QJsonValue &value);
 
 } // namespace kelvo

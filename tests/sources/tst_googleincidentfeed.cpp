@@ -28,7 +28,7 @@ Reading readingOf(const QJsonArray &feed)
     return readingOf(json(feed));
 }
 
-/// An incident with another value under `key`.
+/// Returns the incident with another value for `key`.
 QJsonObject with(QJsonObject incident, const QString &key, const QJsonValue &value)
 {
     incident.insert(key, value);
@@ -41,7 +41,7 @@ QJsonObject without(QJsonObject incident, const QString &key)
     return incident;
 }
 
-/// The rules once more, slowly and apart from the program's.
+/// A reference implementation of the rules, independent of the program.
 Reading expectedReading(const QJsonValue &document)
 {
     if (!document.isArray()) {
@@ -79,35 +79,35 @@ class GoogleIncidentFeedTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void emptyFeedIsOperational();
-    void oneCurrentIncident_data();
-    void oneCurrentIncident();
-    void incidentWithAnEndIsOver_data();
-    void incidentWithAnEndIsOver();
-    void malformedIncidentIsPassedOver_data();
-    void malformedIncidentIsPassedOver();
-    void firstCurrentIncidentDecides();
-    void titleIsComparedExactly_data();
-    void titleIsComparedExactly();
-    void productIsFoundAnywhereInTheList();
-    void anotherProductCanBeAskedFor();
-    void yearsOfEndedIncidents();
-    void bodiesThatAreNoFeed_data();
-    void bodiesThatAreNoFeed();
-    void bodiesThatAreAFeed_data();
-    void bodiesThatAreAFeed();
-    void everyCutOffFeedIsUnreadable();
-    void damagedTreesReadAsTheRulesSay();
-    void damagedBytesNeverReadWrong();
+    void anEmptyFeedReadsOperational();
+    void aCurrentIncidentIsJudgedBySeverityAndLocations_data();
+    void aCurrentIncidentIsJudgedBySeverityAndLocations();
+    void anIncidentWithAnEndIsIgnored_data();
+    void anIncidentWithAnEndIsIgnored();
+    void aMalformedIncidentIsSkipped_data();
+    void aMalformedIncidentIsSkipped();
+    void theFirstCurrentIncidentDecides();
+    void titlesAreComparedExactly_data();
+    void titlesAreComparedExactly();
+    void aProductIsFoundAnywhereInTheList();
+    void anotherProductCanBeRead();
+    void manyEndedIncidentsReadOperational();
+    void aBodyThatIsNotAFeedIsUnreadable_data();
+    void aBodyThatIsNotAFeedIsUnreadable();
+    void aBodyThatIsAFeedIsRead_data();
+    void aBodyThatIsAFeedIsRead();
+    void everyTruncatedFeedIsUnreadable();
+    void mutatedDocumentsReadAsTheReferenceSays();
+    void mutatedBytesAreNeverMisread();
 };
 
-void GoogleIncidentFeedTest::emptyFeedIsOperational()
+void GoogleIncidentFeedTest::anEmptyFeedReadsOperational()
 {
     QCOMPARE(readingOf("[]"), Reading(operational));
     QCOMPARE(readingOf(" [\n] "), Reading(operational));
 }
 
-void GoogleIncidentFeedTest::oneCurrentIncident_data()
+void GoogleIncidentFeedTest::aCurrentIncidentIsJudgedBySeverityAndLocations_data()
 {
     QTest::addColumn<QJsonObject>("incident");
     QTest::addColumn<StatusReading>("expected");
@@ -136,7 +136,7 @@ void GoogleIncidentFeedTest::oneCurrentIncident_data()
         << QJsonObject{{u"affected_products"_s, incident[u"affected_products"_s]}} << disruption;
 }
 
-void GoogleIncidentFeedTest::oneCurrentIncident()
+void GoogleIncidentFeedTest::aCurrentIncidentIsJudgedBySeverityAndLocations()
 {
     QFETCH(QJsonObject, incident);
     QFETCH(StatusReading, expected);
@@ -144,7 +144,7 @@ void GoogleIncidentFeedTest::oneCurrentIncident()
     QCOMPARE(readingOf(QJsonArray{endedIncident(gemini), currentIncident(u"Gmail"_s), incident}), Reading(expected));
 }
 
-void GoogleIncidentFeedTest::incidentWithAnEndIsOver_data()
+void GoogleIncidentFeedTest::anIncidentWithAnEndIsIgnored_data()
 {
     QTest::addColumn<QJsonValue>("end");
     QTest::newRow("time") << QJsonValue(u"2026-01-05T08:59:02+00:00"_s);
@@ -154,7 +154,7 @@ void GoogleIncidentFeedTest::incidentWithAnEndIsOver_data()
     QTest::newRow("object") << QJsonValue(QJsonObject{});
 }
 
-void GoogleIncidentFeedTest::incidentWithAnEndIsOver()
+void GoogleIncidentFeedTest::anIncidentWithAnEndIsIgnored()
 {
     QFETCH(QJsonValue, end);
     auto incident = with(currentIncident(gemini), u"severity"_s, u"high"_s);
@@ -164,7 +164,7 @@ void GoogleIncidentFeedTest::incidentWithAnEndIsOver()
     QCOMPARE(readingOf(QJsonArray{with(incident, u"End"_s, end)}), Reading(outage));
 }
 
-void GoogleIncidentFeedTest::malformedIncidentIsPassedOver_data()
+void GoogleIncidentFeedTest::aMalformedIncidentIsSkipped_data()
 {
     QTest::addColumn<QJsonObject>("incident");
     const auto incident = with(currentIncident(gemini), u"severity"_s, u"high"_s);
@@ -186,15 +186,15 @@ void GoogleIncidentFeedTest::malformedIncidentIsPassedOver_data()
                                           QJsonArray{QJsonObject{{u"title"_s, QJsonArray{gemini}}}});
 }
 
-void GoogleIncidentFeedTest::malformedIncidentIsPassedOver()
+void GoogleIncidentFeedTest::aMalformedIncidentIsSkipped()
 {
     QFETCH(QJsonObject, incident);
     QCOMPARE(readingOf(QJsonArray{incident}), Reading(operational));
-    // And a later incident still decides.
+    // A later incident still decides.
     QCOMPARE(readingOf(QJsonArray{incident, currentIncident(gemini)}), Reading(disruption));
 }
 
-void GoogleIncidentFeedTest::firstCurrentIncidentDecides()
+void GoogleIncidentFeedTest::theFirstCurrentIncidentDecides()
 {
     const auto mild = currentIncident(gemini);
     const auto severe = with(mild, u"severity"_s, u"high"_s);
@@ -203,7 +203,7 @@ void GoogleIncidentFeedTest::firstCurrentIncidentDecides()
     QCOMPARE(readingOf(QJsonArray{endedIncident(gemini), mild, severe}), Reading(disruption));
 }
 
-void GoogleIncidentFeedTest::titleIsComparedExactly_data()
+void GoogleIncidentFeedTest::titlesAreComparedExactly_data()
 {
     QTest::addColumn<QString>("title");
     for (const auto &title : {u"gemini"_s, u"GEMINI"_s, u"Gemini "_s, u" Gemini"_s, u"Gemini for Workspace"_s,
@@ -212,13 +212,13 @@ void GoogleIncidentFeedTest::titleIsComparedExactly_data()
     }
 }
 
-void GoogleIncidentFeedTest::titleIsComparedExactly()
+void GoogleIncidentFeedTest::titlesAreComparedExactly()
 {
     QFETCH(QString, title);
     QCOMPARE(readingOf(QJsonArray{currentIncident(title)}), Reading(operational));
 }
 
-void GoogleIncidentFeedTest::productIsFoundAnywhereInTheList()
+void GoogleIncidentFeedTest::aProductIsFoundAnywhereInTheList()
 {
     const QJsonObject other{{u"title"_s, u"Gmail"_s}}, untitled{{u"id"_s, 1}}, wanted{{u"title"_s, gemini}};
     for (const auto &products : {QJsonArray{wanted, other, untitled}, QJsonArray{other, wanted, untitled},
@@ -228,14 +228,14 @@ void GoogleIncidentFeedTest::productIsFoundAnywhereInTheList()
     }
 }
 
-void GoogleIncidentFeedTest::anotherProductCanBeAskedFor()
+void GoogleIncidentFeedTest::anotherProductCanBeRead()
 {
     const QByteArray feed = json(QJsonArray{currentIncident(u"Google Vids"_s)});
     QCOMPARE(readingOf(feed, u"Google Vids"_s), Reading(disruption));
     QCOMPARE(readingOf(feed, gemini), Reading(operational));
 }
 
-void GoogleIncidentFeedTest::yearsOfEndedIncidents()
+void GoogleIncidentFeedTest::manyEndedIncidentsReadOperational()
 {
     QJsonArray feed;
     for (int i = 0; i < 3000; ++i) {
@@ -247,7 +247,7 @@ void GoogleIncidentFeedTest::yearsOfEndedIncidents()
     QCOMPARE(readingOf(feed), Reading(outage));
 }
 
-void GoogleIncidentFeedTest::bodiesThatAreNoFeed_data()
+void GoogleIncidentFeedTest::aBodyThatIsNotAFeedIsUnreadable_data()
 {
     QTest::addColumn<QByteArray>("body");
     const QByteArray incident = json(currentIncident(gemini));
@@ -273,14 +273,14 @@ void GoogleIncidentFeedTest::bodiesThatAreNoFeed_data()
     QTest::newRow("deeply nested") << QByteArray(200'000, '[') + QByteArray(200'000, ']');
 }
 
-void GoogleIncidentFeedTest::bodiesThatAreNoFeed()
+void GoogleIncidentFeedTest::aBodyThatIsNotAFeedIsUnreadable()
 {
     QFETCH(QByteArray, body);
     QCOMPARE(readingOf(body), Reading());
     QCOMPARE(GoogleIncidentFeed::reading(body, gemini), Reading());
 }
 
-void GoogleIncidentFeedTest::bodiesThatAreAFeed_data()
+void GoogleIncidentFeedTest::aBodyThatIsAFeedIsRead_data()
 {
     QTest::addColumn<QByteArray>("body");
     QTest::addColumn<StatusReading>("expected");
@@ -293,14 +293,14 @@ void GoogleIncidentFeedTest::bodiesThatAreAFeed_data()
                                  << operational;
 }
 
-void GoogleIncidentFeedTest::bodiesThatAreAFeed()
+void GoogleIncidentFeedTest::aBodyThatIsAFeedIsRead()
 {
     QFETCH(QByteArray, body);
     QFETCH(StatusReading, expected);
     QCOMPARE(readingOf(body), Reading(expected));
 }
 
-void GoogleIncidentFeedTest::everyCutOffFeedIsUnreadable()
+void GoogleIncidentFeedTest::everyTruncatedFeedIsUnreadable()
 {
     const QByteArray whole = json(QJsonArray{endedIncident(gemini), currentIncident(gemini)});
     for (qsizetype length = 0; length < whole.size(); ++length) {
@@ -309,7 +309,7 @@ void GoogleIncidentFeedTest::everyCutOffFeedIsUnreadable()
     QCOMPARE(readingOf(whole), Reading(disruption));
 }
 
-void GoogleIncidentFeedTest::damagedTreesReadAsTheRulesSay()
+void GoogleIncidentFeedTest::mutatedDocumentsReadAsTheReferenceSays()
 {
     JsonMutator mutator(1604,
                         {gemini, u"gemini"_s, u"Gmail"_s, u"high"_s, u"medium"_s, u"end"_s, u"title"_s,
@@ -336,7 +336,7 @@ void GoogleIncidentFeedTest::damagedTreesReadAsTheRulesSay()
     }
 }
 
-void GoogleIncidentFeedTest::damagedBytesNeverReadWrong()
+void GoogleIncidentFeedTest::mutatedBytesAreNeverMisread()
 {
     JsonMutator mutator(1605, {u"x"_s});
     const QByteArray whole[] = {

@@ -38,7 +38,7 @@ QStringList componentsOf(ServiceID id)
     return std::get<StatuspageSource>(Service::by(id).source).components;
 }
 
-/// A small page that is operational as a whole and has those components.
+/// A small page with these components. Its indicator is "none" by default.
 QJsonObject page(const QList<PageComponent> &components, const QString &indicator = u"none"_s)
 {
     return shortSummary(indicator, u"The page’s own words"_s, components);
@@ -56,7 +56,7 @@ QList<PageComponent> named(const QString &name, const QStringList &statuses)
 /// The smallest document that decodes.
 const QByteArray smallest = R"({"status":{"indicator":"none","description":"d"}})";
 
-/// The rules once more, slowly and apart from the program's: what a service is told by a document that Qt reads.
+/// A reference implementation of the rules, independent of the program, on a document that Qt has parsed.
 std::optional<StatusReading> expectedReading(const QJsonObject &document, const QStringList &names)
 {
     const QJsonValue status = document[u"status"_s];
@@ -117,45 +117,45 @@ class StatuspageSummaryTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void wholeDocumentsTellEveryServiceOperational_data();
-    void wholeDocumentsTellEveryServiceOperational();
-    void eachServiceSeesItsOwnComponents_data();
-    void eachServiceSeesItsOwnComponents();
-    void indicatorDecidesWithoutComponents_data();
-    void indicatorDecidesWithoutComponents();
-    void indicatorDecidesWhenNoComponentMatches();
-    void indicatorIsComparedExactly();
-    void maintenanceIndicatorIsUnknownInThePagesWords();
-    void componentStatusGivesVerdict_data();
-    void componentStatusGivesVerdict();
-    void componentsCombine_data();
-    void componentsCombine();
-    void everyOrderKeepsThePrecedence();
-    void operationalComponentOutweighsCriticalPage();
-    void wholeNameMatchesWhateverItsCase();
-    void remarkAfterTheNameMatchesOnlyWithoutAWholeName();
-    void containmentRunsOneWay();
-    void componentNamedTwiceIsTakenTwice();
-    void componentThatMatchesTwoNamesKeepsItsPlace();
+    void realisticDocumentsReadOperationalForEveryService_data();
+    void realisticDocumentsReadOperationalForEveryService();
+    void eachServiceReadsItsOwnComponents_data();
+    void eachServiceReadsItsOwnComponents();
+    void theIndicatorDecidesWithoutComponents_data();
+    void theIndicatorDecidesWithoutComponents();
+    void theIndicatorDecidesWhenNoComponentMatches();
+    void indicatorsAreComparedExactly();
+    void aMaintenanceIndicatorReadsUnknownWithThePagesDescription();
+    void aComponentStatusGivesItsVerdict_data();
+    void aComponentStatusGivesItsVerdict();
+    void theWorstComponentDecides_data();
+    void theWorstComponentDecides();
+    void thePrecedenceHoldsInEveryOrder();
+    void anOperationalComponentOverridesACriticalPage();
+    void anEqualNameMatchesIgnoringCase();
+    void aContainingNameMatchesOnlyWithoutAnEqualOne();
+    void aComponentMustContainTheNameNotTheReverse();
+    void aComponentListedTwiceCountsTwice();
+    void aComponentThatMatchesTwoNamesKeepsItsPosition();
     void anyOfTheNamesMatches();
-    void turkishUserFindsWholeNamesAsAnyone();
-    void turkishUserFindsNamesWithinNamesByTurkishCase();
-    void aByteOrderMarkIsAPartOfAText_data();
-    void aByteOrderMarkIsAPartOfAText();
-    void documentsThatDecode_data();
-    void documentsThatDecode();
-    void bodiesThatAreNoSummary_data();
-    void bodiesThatAreNoSummary();
-    void wrongTypeAnywhereIsUnreadable_data();
-    void wrongTypeAnywhereIsUnreadable();
-    void oneComponentWithoutStatusSpoilsTheDocument();
-    void everyCutOffDocumentIsUnreadable();
-    void hugeDocument();
-    void damagedTreesReadAsTheRulesSay();
-    void damagedBytesNeverReadWrong();
+    void equalNamesMatchInATurkishLocaleToo();
+    void containedNamesMatchByTurkishCaseInATurkishLocale();
+    void aByteOrderMarkIsPartOfAText_data();
+    void aByteOrderMarkIsPartOfAText();
+    void aWellFormedDocumentIsRead_data();
+    void aWellFormedDocumentIsRead();
+    void aBodyThatIsNotASummaryIsUnreadable_data();
+    void aBodyThatIsNotASummaryIsUnreadable();
+    void aWrongTypeAnywhereMakesTheDocumentUnreadable_data();
+    void aWrongTypeAnywhereMakesTheDocumentUnreadable();
+    void aComponentWithoutAStatusMakesTheDocumentUnreadable();
+    void everyTruncatedDocumentIsUnreadable();
+    void aHugeDocumentIsRead();
+    void mutatedDocumentsReadAsTheReferenceSays();
+    void mutatedBytesAreNeverMisread();
 };
 
-void StatuspageSummaryTest::wholeDocumentsTellEveryServiceOperational_data()
+void StatuspageSummaryTest::realisticDocumentsReadOperationalForEveryService_data()
 {
     QTest::addColumn<QJsonObject>("document");
     QTest::addColumn<QList<ServiceID>>("services");
@@ -168,19 +168,19 @@ void StatuspageSummaryTest::wholeDocumentsTellEveryServiceOperational_data()
     QTest::newRow("GitHub") << longSummary(u"none"_s, words, githubComponents()) << QList{ServiceID::copilot};
 }
 
-void StatuspageSummaryTest::wholeDocumentsTellEveryServiceOperational()
+void StatuspageSummaryTest::realisticDocumentsReadOperationalForEveryService()
 {
     QFETCH(QJsonObject, document);
     QFETCH(QList<ServiceID>, services);
     for (const auto id : services) {
         QCOMPARE(readingOf(document, componentsOf(id)), operational);
-        // Its components are found, so the page's own trouble is another product's.
+        // The components of the service are found, so the indicator of the page is ignored.
         document[u"status"_s] = QJsonObject{{u"indicator"_s, u"major"_s}, {u"description"_s, u"Major System Outage"_s}};
         QCOMPARE(readingOf(document, componentsOf(id)), operational);
     }
 }
 
-void StatuspageSummaryTest::eachServiceSeesItsOwnComponents_data()
+void StatuspageSummaryTest::eachServiceReadsItsOwnComponents_data()
 {
     QTest::addColumn<QList<PageComponent>>("components");
     QTest::addColumn<QString>("troubled");
@@ -209,7 +209,7 @@ void StatuspageSummaryTest::eachServiceSeesItsOwnComponents_data()
         << githubComponents() << u"Copilot AI Model Providers"_s << Ids{} << Ids{ServiceID::copilot};
 }
 
-void StatuspageSummaryTest::eachServiceSeesItsOwnComponents()
+void StatuspageSummaryTest::eachServiceReadsItsOwnComponents()
 {
     QFETCH(QList<PageComponent>, components);
     QFETCH(QString, troubled);
@@ -227,7 +227,7 @@ void StatuspageSummaryTest::eachServiceSeesItsOwnComponents()
     }
 }
 
-void StatuspageSummaryTest::indicatorDecidesWithoutComponents_data()
+void StatuspageSummaryTest::theIndicatorDecidesWithoutComponents_data()
 {
     QTest::addColumn<QString>("indicator");
     QTest::addColumn<StatusReading>("expected");
@@ -241,7 +241,7 @@ void StatuspageSummaryTest::indicatorDecidesWithoutComponents_data()
     QTest::newRow("unheard of") << u"catastrophic"_s << other;
 }
 
-void StatuspageSummaryTest::indicatorDecidesWithoutComponents()
+void StatuspageSummaryTest::theIndicatorDecidesWithoutComponents()
 {
     QFETCH(QString, indicator);
     QFETCH(StatusReading, expected);
@@ -253,21 +253,21 @@ void StatuspageSummaryTest::indicatorDecidesWithoutComponents()
     QCOMPARE(readingOf(document, {u"Claude Code"_s}), expected);
 }
 
-void StatuspageSummaryTest::indicatorDecidesWhenNoComponentMatches()
+void StatuspageSummaryTest::theIndicatorDecidesWhenNoComponentMatches()
 {
     const auto document = page({{u"API"_s, u"operational"_s}}, u"critical"_s);
     QCOMPARE(readingOf(document, {u"Claude Code"_s}), majorOutage);
     QCOMPARE(readingOf(document, {}), majorOutage);
 }
 
-void StatuspageSummaryTest::indicatorIsComparedExactly()
+void StatuspageSummaryTest::indicatorsAreComparedExactly()
 {
     for (const auto &indicator : {u"None"_s, u"NONE"_s, u"none "_s, u"Major"_s}) {
         QCOMPARE(readingOf(page({}, indicator), {u"x"_s}).health, ServiceHealth::unknown);
     }
 }
 
-void StatuspageSummaryTest::maintenanceIndicatorIsUnknownInThePagesWords()
+void StatuspageSummaryTest::aMaintenanceIndicatorReadsUnknownWithThePagesDescription()
 {
     const QString words = u"Service Under Maintenance – 30 min"_s;
     QCOMPARE(readingOf(shortSummary(u"maintenance"_s, words, {}), {u"x"_s}),
@@ -276,7 +276,7 @@ void StatuspageSummaryTest::maintenanceIndicatorIsUnknownInThePagesWords()
              (StatusReading{ServiceHealth::unknown, u""_s}));
 }
 
-void StatuspageSummaryTest::componentStatusGivesVerdict_data()
+void StatuspageSummaryTest::aComponentStatusGivesItsVerdict_data()
 {
     QTest::addColumn<QString>("status");
     QTest::addColumn<StatusReading>("expected");
@@ -292,16 +292,16 @@ void StatuspageSummaryTest::componentStatusGivesVerdict_data()
     QTest::newRow("full_outage") << u"full_outage"_s << operational;
 }
 
-void StatuspageSummaryTest::componentStatusGivesVerdict()
+void StatuspageSummaryTest::aComponentStatusGivesItsVerdict()
 {
     QFETCH(QString, status);
     QFETCH(StatusReading, expected);
     QCOMPARE(readingOf(page({{u"IDE"_s, status}}), {u"IDE"_s}), expected);
-    // The page's own indicator no longer counts.
+    // The indicator of the page is ignored.
     QCOMPARE(readingOf(page({{u"IDE"_s, status}}, u"critical"_s), {u"IDE"_s}), expected);
 }
 
-void StatuspageSummaryTest::componentsCombine_data()
+void StatuspageSummaryTest::theWorstComponentDecides_data()
 {
     QTest::addColumn<QStringList>("statuses");
     QTest::addColumn<StatusReading>("expected");
@@ -322,18 +322,18 @@ void StatuspageSummaryTest::componentsCombine_data()
     QTest::newRow("first of three") << QStringList{up, works, slow, works} << maintenance;
 }
 
-void StatuspageSummaryTest::componentsCombine()
+void StatuspageSummaryTest::theWorstComponentDecides()
 {
     QFETCH(QStringList, statuses);
     QFETCH(StatusReading, expected);
     QCOMPARE(readingOf(page(named(u"IDE"_s, statuses)), {u"IDE"_s}), expected);
 }
 
-void StatuspageSummaryTest::everyOrderKeepsThePrecedence()
+void StatuspageSummaryTest::thePrecedenceHoldsInEveryOrder()
 {
     const QStringList all{u"degraded_performance"_s, u"major_outage"_s, u"operational"_s, u"partial_outage"_s,
                           u"under_maintenance"_s};
-    // Every selection of the five, in every order.
+    // Every subset of the five statuses, in every order.
     for (unsigned selection = 1; selection < 32; ++selection) {
         QStringList statuses;
         for (unsigned i = 0; i < 5; ++i) {
@@ -359,49 +359,49 @@ void StatuspageSummaryTest::everyOrderKeepsThePrecedence()
     }
 }
 
-void StatuspageSummaryTest::operationalComponentOutweighsCriticalPage()
+void StatuspageSummaryTest::anOperationalComponentOverridesACriticalPage()
 {
     QCOMPARE(readingOf(page({{u"Claude Code"_s, u"operational"_s}}, u"critical"_s), {u"Claude Code"_s}), operational);
     QCOMPARE(readingOf(page({{u"Claude Code"_s, u"operational"_s}}, u"maintenance"_s), {u"Claude Code"_s}),
              operational);
 }
 
-void StatuspageSummaryTest::wholeNameMatchesWhateverItsCase()
+void StatuspageSummaryTest::anEqualNameMatchesIgnoringCase()
 {
     for (const auto &name : {u"claude code"_s, u"CLAUDE CODE"_s, u"Claude Code"_s, u"cLAUDE cODE"_s}) {
-        // In the first pass: the entry with a remark is not looked at.
+        // An equal name matches, so the name with a remark is ignored.
         const auto document = page(
             {{u"Claude Code (terminal)"_s, u"major_outage"_s}, {name, u"degraded_performance"_s}});
         QCOMPARE(readingOf(document, {u"Claude Code"_s}), degraded);
     }
 }
 
-void StatuspageSummaryTest::remarkAfterTheNameMatchesOnlyWithoutAWholeName()
+void StatuspageSummaryTest::aContainingNameMatchesOnlyWithoutAnEqualOne()
 {
     const PageComponent remarked{u"Claude Code (terminal)"_s, u"major_outage"_s};
     QCOMPARE(readingOf(page({remarked}), {u"Claude Code"_s}), majorOutage);
     QCOMPARE(readingOf(page({remarked, {u"Claude Code"_s}}), {u"Claude Code"_s}), operational);
-    // A whole name of one service name keeps the second pass away from the other names as well.
+    // When one of the names is equal, the other names are not searched within longer names either.
     QCOMPARE(readingOf(page({remarked, {u"IDE"_s}}), {u"Claude Code"_s, u"IDE"_s}), operational);
     QCOMPARE(readingOf(page({{u"the CLAUDE code thing"_s, u"partial_outage"_s}}), {u"Claude Code"_s}), partialOutage);
 }
 
-void StatuspageSummaryTest::containmentRunsOneWay()
+void StatuspageSummaryTest::aComponentMustContainTheNameNotTheReverse()
 {
     QCOMPARE(readingOf(page({{u"Code"_s, u"major_outage"_s}}, u"none"_s), {u"Claude Code"_s}), operational);
     QCOMPARE(readingOf(page({{u"Code"_s, u"operational"_s}}, u"minor"_s), {u"Claude Code"_s}), partialOutage);
     QCOMPARE(readingOf(page({{u""_s, u"major_outage"_s}}, u"minor"_s), {u"Claude Code"_s}), partialOutage);
 }
 
-void StatuspageSummaryTest::componentNamedTwiceIsTakenTwice()
+void StatuspageSummaryTest::aComponentListedTwiceCountsTwice()
 {
     QCOMPARE(readingOf(page({{u"Login"_s, u"operational"_s}, {u"Login"_s, u"major_outage"_s}}), {u"Login"_s}),
              majorOutage);
 }
 
-void StatuspageSummaryTest::componentThatMatchesTwoNamesKeepsItsPlace()
+void StatuspageSummaryTest::aComponentThatMatchesTwoNamesKeepsItsPosition()
 {
-    // "Login to IDE" holds both names. Page order rules, not the order of the names.
+    // "Login to IDE" contains both names. The page order decides, not the order of the names.
     const auto document = page(
         {{u"Login to IDE"_s, u"under_maintenance"_s}, {u"IDE plugins"_s, u"degraded_performance"_s}});
     QCOMPARE(readingOf(document, {u"IDE"_s, u"Login"_s}), maintenance);
@@ -415,7 +415,7 @@ void StatuspageSummaryTest::anyOfTheNamesMatches()
     QCOMPARE(readingOf(document, {u"IDE"_s}), maintenance);
 }
 
-void StatuspageSummaryTest::turkishUserFindsWholeNamesAsAnyone()
+void StatuspageSummaryTest::equalNamesMatchInATurkishLocaleToo()
 {
     QCOMPARE(readingOf(page({{u"ide"_s, u"major_outage"_s}}), {u"IDE"_s}, turkish), majorOutage);
     QCOMPARE(readingOf(page({{u"CLAUDE.AI"_s, u"major_outage"_s}}), {u"claude.ai"_s}, turkish), majorOutage);
@@ -428,34 +428,34 @@ void StatuspageSummaryTest::turkishUserFindsWholeNamesAsAnyone()
     }
 }
 
-void StatuspageSummaryTest::turkishUserFindsNamesWithinNamesByTurkishCase()
+void StatuspageSummaryTest::containedNamesMatchByTurkishCaseInATurkishLocale()
 {
-    // The small letter of I is ı there, and that of İ is i.
+    // In Turkish the lower case of I is ı, and that of İ is i.
     const auto small = page({{u"the ide itself"_s, u"major_outage"_s}});
     QCOMPARE(readingOf(small, {u"IDE"_s}, english), majorOutage);
     QCOMPARE(readingOf(small, {u"IDE"_s}, turkish), operational);
     const auto dotless = page({{u"the ıde itself"_s, u"major_outage"_s}});
     QCOMPARE(readingOf(dotless, {u"IDE"_s}, english), operational);
     QCOMPARE(readingOf(dotless, {u"IDE"_s}, turkish), majorOutage);
-    // The user's own locale is the one that counts unless another is given.
+    // The default is the user's locale.
     const QLocale before;
     QLocale::setDefault(turkish);
     const auto reading = StatuspageSummary::decode(json(dotless))->reading({u"IDE"_s});
     QLocale::setDefault(before);
     QCOMPARE(reading, majorOutage);
-    // What the vendors publish is spelt as they spell it, and so found by everyone.
+    // Names that are spelt as the vendors spell them are found in every locale.
     const auto api = page({{u"Claude API (api.anthropic.com)"_s, u"major_outage"_s}});
     QCOMPARE(readingOf(api, {u"Claude API"_s}, turkish), majorOutage);
 }
 
-void StatuspageSummaryTest::aByteOrderMarkIsAPartOfAText_data()
+void StatuspageSummaryTest::aByteOrderMarkIsPartOfAText_data()
 {
     QTest::addColumn<QByteArray>("mark");
     QTest::newRow("in UTF-8") << QByteArray("\xEF\xBB\xBF");
     QTest::newRow("escaped") << QByteArray(R"(\uFEFF)");
 }
 
-void StatuspageSummaryTest::aByteOrderMarkIsAPartOfAText()
+void StatuspageSummaryTest::aByteOrderMarkIsPartOfAText()
 {
     QFETCH(QByteArray, mark);
     const auto indicator = StatuspageSummary::decode(R"({"status":{"indicator":")" + mark
@@ -471,7 +471,7 @@ void StatuspageSummaryTest::aByteOrderMarkIsAPartOfAText()
     QVERIFY(component->reading({u"A"_s}) == (StatusReading{ServiceHealth::operational, u"Operational"_s}));
 }
 
-void StatuspageSummaryTest::documentsThatDecode_data()
+void StatuspageSummaryTest::aWellFormedDocumentIsRead_data()
 {
     QTest::addColumn<QByteArray>("body");
     QTest::newRow("smallest") << smallest;
@@ -491,7 +491,7 @@ void StatuspageSummaryTest::documentsThatDecode_data()
         << QByteArray(R"({"Components":[1],"status":{"indicator":"none","description":"d"}})");
 }
 
-void StatuspageSummaryTest::documentsThatDecode()
+void StatuspageSummaryTest::aWellFormedDocumentIsRead()
 {
     QFETCH(QByteArray, body);
     const auto summary = withExactMemory(body, &StatuspageSummary::decode);
@@ -501,7 +501,7 @@ void StatuspageSummaryTest::documentsThatDecode()
     QVERIFY(summary->components.empty());
 }
 
-void StatuspageSummaryTest::bodiesThatAreNoSummary_data()
+void StatuspageSummaryTest::aBodyThatIsNotASummaryIsUnreadable_data()
 {
     QTest::addColumn<QByteArray>("body");
     QTest::newRow("nothing at all") << QByteArray();
@@ -545,14 +545,14 @@ void StatuspageSummaryTest::bodiesThatAreNoSummary_data()
     QTest::newRow("binary") << QByteArray::fromHex("1f8b0800000000000003abe6020043bfa6a302000000");
 }
 
-void StatuspageSummaryTest::bodiesThatAreNoSummary()
+void StatuspageSummaryTest::aBodyThatIsNotASummaryIsUnreadable()
 {
     QFETCH(QByteArray, body);
     QVERIFY(!withExactMemory(body, &StatuspageSummary::decode));
     QVERIFY(!StatuspageSummary::decode(body));
 }
 
-void StatuspageSummaryTest::wrongTypeAnywhereIsUnreadable_data()
+void StatuspageSummaryTest::aWrongTypeAnywhereMakesTheDocumentUnreadable_data()
 {
     QTest::addColumn<QByteArray>("body");
     const QList<QByteArray> texts{"status.indicator", "status.description", "component.name", "component.status"};
@@ -579,15 +579,15 @@ void StatuspageSummaryTest::wrongTypeAnywhereIsUnreadable_data()
     }
 }
 
-void StatuspageSummaryTest::wrongTypeAnywhereIsUnreadable()
+void StatuspageSummaryTest::aWrongTypeAnywhereMakesTheDocumentUnreadable()
 {
     QFETCH(QByteArray, body);
-    // The text itself is sound, so it is the type that is refused.
+    // The document is well formed, so it is refused because of the type.
     QVERIFY(!QJsonDocument::fromJson(body).isNull());
     QVERIFY(!StatuspageSummary::decode(body));
 }
 
-void StatuspageSummaryTest::oneComponentWithoutStatusSpoilsTheDocument()
+void StatuspageSummaryTest::aComponentWithoutAStatusMakesTheDocumentUnreadable()
 {
     auto document = longSummary(u"none"_s, u"All Systems Operational"_s, claudeComponents());
     for (const auto &key : {u"name"_s, u"status"_s}) {
@@ -602,7 +602,7 @@ void StatuspageSummaryTest::oneComponentWithoutStatusSpoilsTheDocument()
     }
 }
 
-void StatuspageSummaryTest::everyCutOffDocumentIsUnreadable()
+void StatuspageSummaryTest::everyTruncatedDocumentIsUnreadable()
 {
     const QByteArray whole = json(shortSummary(u"none"_s, u"d"_s, openaiComponents()));
     for (qsizetype length = 0; length < whole.size(); ++length) {
@@ -611,7 +611,7 @@ void StatuspageSummaryTest::everyCutOffDocumentIsUnreadable()
     QVERIFY(withExactMemory(whole, &StatuspageSummary::decode));
 }
 
-void StatuspageSummaryTest::hugeDocument()
+void StatuspageSummaryTest::aHugeDocumentIsRead()
 {
     auto components = QList<PageComponent>(20'000, {u"Another product"_s, u"major_outage"_s});
     components.append({u"IDE"_s, u"partial_outage"_s});
@@ -622,7 +622,7 @@ void StatuspageSummaryTest::hugeDocument()
     QCOMPARE(readingOf(document, {u"nothing of the kind"_s}), (StatusReading{ServiceHealth::unknown, words}));
 }
 
-void StatuspageSummaryTest::damagedTreesReadAsTheRulesSay()
+void StatuspageSummaryTest::mutatedDocumentsReadAsTheReferenceSays()
 {
     const QStringList texts{u"none"_s,         u"minor"_s,         u"major"_s,
                             u"maintenance"_s,  u"operational"_s,   u"degraded_performance"_s,
@@ -648,14 +648,14 @@ void StatuspageSummaryTest::damagedTreesReadAsTheRulesSay()
         QVERIFY2(reading == expectedReading(damaged.toObject(), names), body.constData());
         ++seen[reading ? rawValue(reading->health) : u"unreadable"_s];
     }
-    // The damage leaves enough documents of every kind to say something.
+    // Enough documents of every kind remain for the comparison to be meaningful.
     QCOMPARE(seen.size(), 5);
     for (const int count : seen) {
         QVERIFY(count > 200);
     }
 }
 
-void StatuspageSummaryTest::damagedBytesNeverReadWrong()
+void StatuspageSummaryTest::mutatedBytesAreNeverMisread()
 {
     const QStringList names{u"IDE"_s, u"cursor.com"_s};
     JsonMutator mutator(59, {u"x"_s});

@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// A network that changes when a test says so.
+/// Reports a network change when a test says so.
 class FakeNetworkWatch : public NetworkWatch
 {
 public:

@@ -24,14 +24,14 @@ namespace {
 
 constexpr std::uint32_t watchedGroups = RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR | RTMGRP_IPV4_ROUTE
     | RTMGRP_IPV6_ROUTE;
-/// The kernel packs a dump into pieces of at most this size.
+/// The kernel sends a dump in datagrams of at most this size.
 constexpr std::size_t bufferSize = 32 * 1024;
 
 struct DefaultRoute
 {
     unsigned char family = AF_UNSPEC;
     std::uint32_t interface = 0;
-    std::string key; ///< equal exactly for equal routes
+    std::string key; ///< identifies the route: two routes are equal if and only if their keys are
 };
 
 int openSocket(std::uint32_t groups)
@@ -50,7 +50,7 @@ int openSocket(std::uint32_t groups)
     return descriptor;
 }
 
-/// Reads a structure that the kernel wrote at `offset`; false where the bytes end before it does.
+/// Reads a structure at `offset`. Returns false when the bytes end before the structure does.
 template<typename Structure>
 bool readAt(std::span<const std::byte> bytes, std::size_t offset, Structure &structure)
 {
@@ -67,15 +67,15 @@ constexpr std::size_t aligned(std::size_t size)
     return (size + alignment - 1) / alignment * alignment;
 }
 
-/// Whether a route of this kind leads out: OpenVPN replaces a default route by two halves, and WireGuard puts one into a
-/// table of its own.
+/// Whether the route leads out of this machine's network. Besides plain default routes this accepts prefixes of length 1
+/// (OpenVPN splits the default route into two) and other routing tables (WireGuard uses its own).
 bool leadsOut(const rtmsg &route)
 {
     return route.rtm_dst_len <= 1 && route.rtm_type == RTN_UNICAST && route.rtm_table != RT_TABLE_LOCAL
         && (route.rtm_flags & RTM_F_CLONED) == 0;
 }
 
-/// The default route in an RTM_NEWROUTE message; false when it is another kind of route.
+/// Parses an RTM_NEWROUTE message. Returns false when it is not a default route.
 bool parseRoute(std::span<const std::byte> message, DefaultRoute &result)
 {
     rtmsg route{};
@@ -102,13 +102,13 @@ bool parseRoute(std::span<const std::byte> message, DefaultRoute &result)
             result.key += ' ' + std::to_string(attribute.rta_type) + '=';
             result.key.append(reinterpret_cast<const char *>(payload.data()), payload.size());
             break;
-        default: break; // lifetimes and caches, which change while the route stays the same
+        default: break; // other attributes, such as lifetimes, change while the route stays the same
         }
     }
     return true;
 }
 
-/// Calls `handle` with each message in `bytes`, and returns false when one of them ends a dump.
+/// Calls `handle` for each message in `bytes`. Returns false when a message ends the dump.
 template<typename Handle>
 bool forEachMessage(std::span<const std::byte> bytes, Handle handle)
 {
@@ -173,8 +173,8 @@ bool isLinkLocal(const sockaddr &address)
         && IN6_IS_ADDR_LINKLOCAL(&reinterpret_cast<const sockaddr_in6 &>(address).sin6_addr);
 }
 
-/// Every default route paired with every address of its interface, where that runs. A route without an address leads
-/// nowhere yet.
+/// Returns every default route paired with every address of its interface, for interfaces that are running. A route
+/// whose interface has no address cannot be used yet and is left out.
 std::set<std::string> currentWaysOut()
 {
     std::set<std::string> ways;
@@ -188,7 +188,7 @@ std::set<std::string> currentWaysOut()
             continue;
         }
         for (const auto &route : routes) {
-            // A route over several interfaces names none here.
+            // A multipath route has no single interface (0) and matches every one.
             if (route.family == entry->ifa_addr->sa_family
                 && (route.interface == 0 || route.interface == ::if_nametoindex(entry->ifa_name))) {
                 ways.insert(route.key + " from " + std::string(addressBytes(*entry->ifa_addr)));
@@ -220,8 +220,7 @@ RtnetlinkNetworkWatch::~RtnetlinkNetworkWatch()
     }
 }
 
-/// What the messages say is not looked at: they may have been too many for the socket. They only prompt a look at what
-/// stands now.
+/// Discards the messages, because some may be lost when the socket buffer overflows, and reads the current state instead.
 void RtnetlinkNetworkWatch::readNotifications()
 {
     std::array<std::byte, 4096> buffer;

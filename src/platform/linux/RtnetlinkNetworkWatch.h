@@ -10,8 +10,8 @@
 
 namespace kelvo {
 
-/// The network as the kernel tells of it over rtnetlink (rtnetlink(7)), whoever configures it. Costs one descriptor, and
-/// wakes the process only when a route, an address or an interface changes.
+/// Watches the network over rtnetlink (see rtnetlink(7)), independently of the software that configures it. Uses one file
+/// descriptor, and wakes the process only when a route, an address or an interface changes.
 class RtnetlinkNetworkWatch : public NetworkWatch
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ private:
 
     int socket_;
     std::unique_ptr<QSocketNotifier> notifier_;
-    /// The ways out that stand: a default route each, with an address of its interface.
+    /// The current ways out of this machine: each is a default route paired with an address of its interface.
     std::set<std::string> waysOut_;
 };
 

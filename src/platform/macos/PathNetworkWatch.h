@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-/// The network as the system's path monitor tells of it.
+/// Watches the network with the path monitor of the Network framework.
 class PathNetworkWatch : public NetworkWatch
 {
     Q_OBJECT

@@ -6,14 +6,14 @@
 
 namespace kelvo {
 
-/// Reports on the main queue: first the path that stands, then every change of it (nw_path_monitor_set_update_handler).
+/// Owns the path monitor. Its update handler runs on the main queue: once for the current path, then for every change.
 class PathNetworkWatch::Monitor
 {
 public:
     explicit Monitor(PathNetworkWatch *watch)
         : monitor_(nw_path_monitor_create())
     {
-        // An update may be on its way when the monitor is cancelled.
+        // An update can still arrive after the monitor is cancelled.
         const QPointer<PathNetworkWatch> guard(watch);
         __block nw_path_t former = nil;
         nw_path_monitor_set_queue(monitor_, dispatch_get_main_queue());
