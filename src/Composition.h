@@ -9,19 +9,20 @@
 
 namespace kelvo {
 
-/// Everything that the stores are made of and that lies outside this program: the system, the network, the time.
+/// The parts of the program that tests and the demonstration substitute: the system, the network and the wall clock.
 struct Boundaries
 {
     Platform platform;
-    HttpNetwork statusNetwork; ///< to the vendors
-    HttpNetwork alertNetwork;  ///< to the user's own channels
+    HttpNetwork statusNetwork; ///< for requests to the vendors
+    HttpNetwork alertNetwork;  ///< for posts to Slack and Telegram
     WallClock wallClock;
 };
 
-/// The real ones. Needs the QApplication.
+/// Makes the boundaries of the real program. Requires a QApplication.
 Boundaries makeBoundaries();
 
-/// The stores of the process, composed once. What `shared()` of each store gives is this one's.
+/// Makes and connects the stores of the process. `shared()` of each store returns the store of the living Composition.
+/// Only one Composition may exist at a time.
 class Composition
 {
 public:

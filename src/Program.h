@@ -7,10 +7,11 @@ class QApplication;
 
 namespace kelvo {
 
-/// Gives the application its name, its icon and its manners: it runs without a window, and quits when the system asks.
+/// Sets the name, version and icon of the application, lets it run without a window, and makes termination signals quit it.
 void prepareApplication(QApplication &application);
 
-/// The whole program over its boundaries: the ring, the stores and the windows. Needs a prepared application.
+/// The whole program: the ring, the stores and the views, on top of the given boundaries. Requires an application that was
+/// passed to `prepareApplication`.
 class Program
 {
 public:

@@ -2,7 +2,7 @@
 
 namespace kelvo {
 
-/// The one place where the version stands; the build reads it from here.
+/// The version of the program. The build system reads it from this file.
 inline constexpr char version[] = "1.0.0";
 
 } // namespace kelvo

@@ -9,10 +9,11 @@
 
 namespace kelvo {
 
-/// `function` for as long as `object` lives; after that a function that does nothing and gives an empty result.
+/// Wraps `function` so that it is called only while `object` exists. After that, a call does nothing and returns a
+/// default-constructed result.
 ///
-/// For continuations of a QFuture that may outlive who waits for it: `future.then(object, …)` says the same, but in
-/// Qt 6.4 it asserts that the object still lives when the future finishes.
+/// Use it for continuations of a QFuture that may outlive the object: `future.then(whileAlive(this, …))`. Qt's own
+/// `future.then(object, …)` asserts in Qt 6.4 that the object still exists when the future finishes.
 template<typename Function>
 auto whileAlive(QObject *object, Function function)
 {

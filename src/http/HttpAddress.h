@@ -4,10 +4,10 @@
 
 namespace kelvo {
 
-/// Whether `url` is a complete http or https address.
+/// Whether `url` is a valid http or https address with a host.
 bool isWebAddress(const QUrl &url);
 
-/// Scheme, host and port of `url`, with the path "/": no path, query, fragment or credentials of it.
+/// Returns scheme, host and port of `url` with the path "/". Query, fragment and credentials are removed.
 QUrl originOf(const QUrl &url);
 
 } // namespace kelvo

@@ -9,11 +9,12 @@
 
 namespace kelvo {
 
-/// What an HTTP session reaches the network through. The default is the real network; tests and the demo substitute it.
+/// The network that an HTTP session uses. The default is the real network; tests and the demonstration substitute it.
 struct HttpNetwork
 {
     /// Makes the network layer of one round.
     std::function<std::unique_ptr<QNetworkAccessManager>()> makeManager = std::make_unique<QNetworkAccessManager>;
+    /// Looks up the proxies and the host for an origin.
     RouteLookup lookUpRoute = lookUpSystemRoute;
 };
 

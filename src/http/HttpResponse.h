@@ -6,14 +6,15 @@
 
 namespace kelvo {
 
-/// What a request came to. `status` is missing when the transfer failed: no network, name resolution, TLS, a timeout,
-/// a broken or oversized body, a refused redirect. Otherwise it is the final response's HTTP status code, whatever it is.
-/// One break goes unnoticed by the network layer: a compressed body of announced length that is cut off is handed over cut
-/// off, so whoever reads a body makes sure that it is whole.
+/// The result of a request. `status` is the HTTP status code of the final response, whatever it is. It is nullopt when
+/// the transfer failed: no network, name resolution, TLS, a timeout, a broken or oversized body, a refused redirect.
+///
+/// The network layer does not detect one failure: a compressed body with a Content-Length that is cut off is returned
+/// truncated. A caller that reads the body must check that it is complete.
 struct HttpResponse
 {
     std::optional<int> status;
-    QByteArray body; ///< decoded; empty when the transfer failed
+    QByteArray body; ///< decompressed; empty when the transfer failed or the body was discarded
 };
 
 } // namespace kelvo

@@ -9,7 +9,8 @@
 
 namespace kelvo {
 
-/// What has been looked up, for the network layer, which would ask the system on the main thread with the whole address.
+/// Gives the network layer the routes that were looked up. By itself it would query the system on the main thread, with
+/// the whole address.
 class HttpRound::Routes : public QNetworkProxyFactory
 {
 public:
@@ -65,7 +66,7 @@ void HttpRound::setRoute(const QUrl &origin, const std::optional<HttpRoute> &rou
     lookups_.remove(origin);
     routes_->known.insert(origin, route);
     auto waiting = std::move(waiting_.extract(origin).mapped());
-    // The last step, on the stack: a continuation may destroy this.
+    // This is the last step and uses only local variables, because a continuation may destroy this object.
     for (auto &promise : waiting) {
         promise.addResult(route.has_value());
         promise.finish();

@@ -16,20 +16,20 @@ namespace kelvo {
 
 class RouteFinder;
 
-/// What the requests of one round share, and nothing of it outlives them: the routes to their hosts, and the network layer
-/// with its connections and its thread. Destroying it closes the connections. Every reply must be gone by then.
+/// The state that the requests of one round share: the routes to their hosts, and the network layer with its connections
+/// and its thread. Destroying the round closes the connections. All replies must be destroyed before.
 class HttpRound : public QObject
 {
     Q_OBJECT
 
 public:
-    /// A manager that has a proxy of its own goes through that, and nothing is looked up.
+    /// If `manager` has a proxy set, that proxy is used and no route is looked up. `finder` must outlive this object.
     HttpRound(std::unique_ptr<QNetworkAccessManager> manager, RouteFinder &finder);
     ~HttpRound() override;
 
     QNetworkAccessManager &manager() { return *manager_; }
-    /// Gets the manager ready for requests to the origin of `url`: looks its route up the first time. False when there is
-    /// none. The future is cancelled when the round ends before.
+    /// Prepares the manager for requests to the origin of `url`. The first call for an origin looks up its route. Gives
+    /// false when there is no route. The future is cancelled when the round is destroyed first.
     QFuture<bool> prepare(const QUrl &url);
 
 private:
@@ -38,7 +38,7 @@ private:
     void setRoute(const QUrl &origin, const std::optional<HttpRoute> &route);
 
     RouteFinder &finder_;
-    Routes *routes_ = nullptr; ///< null where nothing is looked up; the manager's
+    Routes *routes_ = nullptr; ///< owned by the manager; null when no routes are looked up
     QHash<QUrl, QFuture<std::optional<HttpRoute>>> lookups_;
     std::map<QUrl, std::vector<QPromise<bool>>> waiting_;
     std::unique_ptr<QNetworkAccessManager> manager_;

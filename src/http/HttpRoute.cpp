@@ -10,14 +10,15 @@ using namespace Qt::StringLiterals;
 namespace kelvo {
 namespace {
 
-/// This machine is never asked through a proxy.
+/// Whether `host` is this machine, which is never reached through a proxy.
 bool isThisMachine(const QString &host)
 {
     QHostAddress address;
     return host == "localhost"_L1 || (address.setAddress(host) && address.isLoopback());
 }
 
-/// The host that the network layer connects to: it takes the first proxy of the list that can serve the scheme.
+/// Returns the host that the network layer connects to: the first proxy in the list that supports the scheme, or the host
+/// of the origin itself.
 QString hostToConnectTo(const HttpRoute &route, const QUrl &origin)
 {
     for (const QNetworkProxy &proxy : route) {

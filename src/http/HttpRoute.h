@@ -9,16 +9,17 @@
 
 namespace kelvo {
 
-/// The proxies to reach an origin through, in order of preference; a direct connection is one of them. Never empty.
+/// The proxies through which an origin is reached, in order of preference. QNetworkProxy::NoProxy stands for a direct
+/// connection. Never empty.
 using HttpRoute = QList<QNetworkProxy>;
 
-/// Finds the route to an origin (see originOf), or nothing when the host to connect to has no address. Runs on any
-/// thread, for two origins at a time as well, and may take minutes.
+/// Looks up the route to an origin (see originOf). Returns nullopt when the host to connect to cannot be resolved. Must
+/// be callable on any thread, and on several threads at the same time. May block for minutes.
 using RouteLookup = std::function<std::optional<HttpRoute>(const QUrl &origin)>;
 
-/// The route that the system's settings give: the environment's, the desktop's, and what a PAC script says. The name of the
-/// host to connect to, which is the first proxy's where there is one, is resolved anew: the network layer, which remembers
-/// names for a minute, takes this answer in place of what it remembers.
+/// Returns the route according to the settings of the system: environment variables, the desktop's settings, a PAC script.
+/// Resolves the host to connect to (the proxy's, if there is one), even if the network layer has it in its cache of one
+/// minute; the result replaces the cached one.
 std::optional<HttpRoute> lookUpSystemRoute(const QUrl &origin);
 
 } // namespace kelvo

@@ -20,7 +20,7 @@ HttpSession::HttpSession(HttpNetwork network, HttpLimits limits, QByteArray user
 
 HttpSession::~HttpSession()
 {
-    // Now, not with the other children: their continuations may still ask for this.
+    // Destroy the transfers before the other members: their continuations may still use this session.
     qDeleteAll(findChildren<HttpTransfer *>(Qt::FindDirectChildrenOnly));
 }
 
@@ -44,7 +44,7 @@ QFuture<HttpResponse> HttpSession::postJson(const QUrl &url, const QByteArray &j
 void HttpSession::abortAll()
 {
     round_.reset();
-    // A continuation may destroy any of the others, and the session.
+    // A continuation may destroy other transfers and the session.
     QList<QPointer<HttpTransfer>> transfers;
     for (auto *transfer : findChildren<HttpTransfer *>(Qt::FindDirectChildrenOnly)) {
         transfers.append(transfer);
@@ -87,7 +87,7 @@ QNetworkRequest HttpSession::request(const QUrl &url) const
     QNetworkRequest request(url);
     request.setTransferTimeout(static_cast<int>(limits_.idleTimeout.count()));
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    // Over HTTP/2 the network layer neither races IPv6 against IPv4 nor repeats a GET that met a closing connection.
+    // Over HTTP/2 the network layer neither races IPv6 against IPv4 nor repeats a GET on a closing connection.
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
     request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);

@@ -19,33 +19,33 @@ namespace kelvo {
 enum class HttpBody;
 class HttpRound;
 
-/// An HTTP/1.1 client that leaves nothing on disk, caches nothing, and neither keeps nor sends cookies. It follows
-/// redirects, but never from https to http, and only ever requests http and https addresses. It goes through the system's
-/// proxies.
+/// An HTTP/1.1 client. It writes nothing to disk, caches nothing, and neither keeps nor sends cookies. It requests only
+/// http and https addresses, follows redirects except from https to http, and uses the proxies of the system.
 ///
-/// Requests that begin in one turn of the event loop form a round. Host names and proxies are looked up for each round, off
-/// this thread; where that takes longer than the idle timeout, the transfer has failed. A connection serves the round that
-/// opened it and no other, and is closed when the last request of that round has ended. No thread, timer or connection is
-/// left then, but for a lookup that hangs.
+/// Requests that begin in the same turn of the event loop form a round. Each round looks up host names and proxies on
+/// other threads; a lookup that takes longer than the idle timeout fails the transfer. A connection is used only by the
+/// round that opened it, and is closed when the last request of the round has ended. No connection, timer or thread
+/// remains after that, except for the thread of a lookup that still blocks.
 class HttpSession : public QObject
 {
     Q_OBJECT
 
 public:
-    /// An empty `userAgent` leaves the network layer's own.
+    /// With an empty `userAgent`, requests carry the default User-Agent of the network layer.
     HttpSession(HttpNetwork network, HttpLimits limits, QByteArray userAgent = {});
     ~HttpSession() override;
 
-    /// Never fails: see HttpResponse. Destroying the session cancels what is under way; those futures are cancelled.
-    /// A body that is more than 2 MiB and more than 40 times the size of its compressed form is a failed transfer.
+    /// Requests `url`. The future never holds an exception; see HttpResponse for failures. Destroying the session aborts
+    /// pending requests and cancels their futures. A compressed body that decompresses to more than 2 MiB and more than 40
+    /// times its size fails the transfer.
     QFuture<HttpResponse> get(const QUrl &url);
-    /// Like `get`, and discards the body while it arrives, compressed or not.
+    /// Like `get`, but discards the body while it arrives, without decompressing it.
     QFuture<HttpResponse> getDiscardingBody(const QUrl &url);
-    /// Posts `json` as "application/json" (no body at all when it is empty), and discards the answer's body. It is sent once:
-    /// a connection that breaks before the answer is a failed transfer, and a 307 or 308 is one as well.
+    /// Posts `json` as "application/json", or no body when it is empty. Discards the body of the response. The post is sent
+    /// only once: a connection that breaks before the response fails the transfer, and so does a 307 or 308 redirect.
     QFuture<HttpResponse> postJson(const QUrl &url, const QByteArray &json);
 
-    /// Ends every request that is under way as a failed transfer, at once. What begins afterwards is a round of its own.
+    /// Fails all pending requests at once. Requests that begin afterwards form a new round.
     void abortAll();
 
 private:
@@ -58,7 +58,7 @@ private:
     RouteFinder finder_;
     HttpLimits limits_;
     QByteArray userAgent_;
-    std::shared_ptr<HttpRound> round_; ///< that requests of this turn of the event loop belong to
+    std::shared_ptr<HttpRound> round_; ///< the round of this turn of the event loop; null when no request has begun
 };
 
 } // namespace kelvo

@@ -14,13 +14,13 @@ namespace {
 
 constexpr int maximumRedirects = 20;
 constexpr qint64 chunkSize = 64 * 1024;
-/// How much the network layer reads ahead, as it arrives. It decompresses that on this thread, to at most 40 times the size
-/// beyond the threshold below.
+/// The number of transferred bytes that the network layer buffers. It decompresses them on this thread. Beyond
+/// `decompressionThreshold` it refuses data that decompresses to more than 40 times its size.
 constexpr qint64 readAhead = 16 * 1024;
 constexpr qint64 decompressionThreshold = 2 * 1024 * 1024;
 
-/// Whether the network layer reports `error` for nothing but a status code of 400 or above, so that there is an answer.
-/// Every error that is not listed means that the transfer itself broke.
+/// Whether the network layer reports `error` only for a status code of 400 or above. Every other error means that the
+/// transfer itself failed.
 constexpr bool standsForAStatus(QNetworkReply::NetworkError error)
 {
     switch (error) {
@@ -42,8 +42,8 @@ constexpr bool standsForAStatus(QNetworkReply::NetworkError error)
     }
 }
 
-/// The status of the answer, or nothing when the transfer failed. The status attribute alone does not tell: it still
-/// reads 200 after a body that broke off.
+/// Returns the status of the response, or nullopt when the transfer failed. The status attribute alone is not sufficient:
+/// it is still 200 when the connection broke within the body.
 std::optional<int> answeredStatus(const QNetworkReply &reply)
 {
     const QVariant attribute = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
@@ -55,13 +55,13 @@ std::optional<int> answeredStatus(const QNetworkReply &reply)
     return answered ? std::optional(status) : std::nullopt;
 }
 
-/// Whether an answer with that status leads elsewhere once it says where.
+/// Whether a response with this status and a Location header is a redirect.
 constexpr bool isRedirect(int status)
 {
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
-/// Whether what was posted would have to be posted to the target too; after the others a GET follows.
+/// Whether a redirected POST must be repeated as a POST. Other redirects are followed with a GET.
 constexpr bool repeatsThePost(int redirectStatus)
 {
     return redirectStatus == 307 || redirectStatus == 308;
@@ -94,7 +94,7 @@ HttpTransfer::HttpTransfer(std::shared_ptr<HttpRound> round, const QNetworkReque
     deadline_.start(limits_.totalDeadline);
     request_.setDecompressedSafetyCheckThreshold(decompressionThreshold);
     if (body_ == HttpBody::Discard) {
-        // Who names the encodings gets the body as it arrives.
+        // With an explicit Accept-Encoding header, Qt does not decompress the body.
         request_.setRawHeader("Accept-Encoding"_ba, "gzip, deflate"_ba);
     }
     start();
@@ -118,17 +118,18 @@ void HttpTransfer::send()
     reply_.reset(post_ ? postOnce(manager, request_, *post_) : manager.get(request_));
     reply_->setReadBufferSize(readAhead);
     connect(reply_.get(), &QNetworkReply::readyRead, this, &HttpTransfer::readBody);
-    // A body that cannot be decompressed may leave the reply without an end.
+    // After a decompression error the reply may never emit finished().
     connect(reply_.get(), &QNetworkReply::errorOccurred, this, [this] {
         if (!answeredStatus(*reply_)) {
             giveUp();
         }
     });
-    // Queued, because whoever waits for the future may destroy the session, which must not happen inside the reply.
+    // Queued, because a continuation may destroy the session, and that must not happen inside a signal of the reply.
     connect(reply_.get(), &QNetworkReply::finished, this, &HttpTransfer::finish, Qt::QueuedConnection);
 }
 
-/// The network layer could follow by itself, but would look the target's proxy up on this thread.
+/// Follows a redirect. The network layer could do this itself, but it would look up the proxy for the target on this
+/// thread.
 void HttpTransfer::follow(int status)
 {
     const auto location = QUrl::fromEncoded(reply_->rawHeader("Location"_ba));
@@ -150,7 +151,7 @@ void HttpTransfer::follow(int status)
     start();
 }
 
-/// Reads in small pieces: all that is available may be a thousand times what has arrived when it is compressed.
+/// Reads the body in small pieces, because compressed data can expand to a thousand times its size.
 void HttpTransfer::readBody()
 {
     const qint64 maximumSize = body_ == HttpBody::Keep ? limits_.maximumKeptSize : limits_.maximumDiscardedSize;
@@ -187,7 +188,7 @@ void HttpTransfer::finish()
     settle(std::move(response));
 }
 
-/// Fails as soon as the reply has returned.
+/// Fails the transfer on the next turn of the event loop, outside of the signals of the reply.
 void HttpTransfer::giveUp()
 {
     reply_->disconnect(this);
@@ -199,7 +200,7 @@ void HttpTransfer::fail()
     settle({});
 }
 
-/// The reply's own end is not waited for: it goes with this, and is aborted by that.
+/// Settles the future without waiting for the reply to finish. The reply is destroyed, and so aborted, with this object.
 void HttpTransfer::settle(HttpResponse response)
 {
     if (isSettled_) {
@@ -213,7 +214,7 @@ void HttpTransfer::settle(HttpResponse response)
     deadline_.stop();
     deleteLater();
 
-    // The last step, on the stack: a continuation may destroy the session and this with it.
+    // This is the last step and uses only local variables, because a continuation may destroy the session and this object.
     QPromise<HttpResponse> promise = std::move(promise_);
     promise.addResult(std::move(response));
     promise.finish();

@@ -15,24 +15,24 @@ namespace kelvo {
 
 class HttpRound;
 
-/// What becomes of an answer's body. Discarded or not, it must arrive whole and within the limits.
+/// Whether the body of a response is kept. In both cases it must arrive completely and within the limits.
 enum class HttpBody { Keep, Discard };
 
-/// One request under way, from the lookup of its route over its redirects to the answer: counts and keeps (or drops) the
-/// body, holds the total deadline, and settles the future once, whether or not the network layer ever ends the reply.
-/// Destroyed before it ended, it aborts the request and cancels the future.
+/// One request, from the lookup of its route through its redirects to the response. It enforces the limits and settles the
+/// future exactly once, even if the network layer never finishes the reply. Destroying it before the end aborts the
+/// request and cancels the future.
 class HttpTransfer : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Sends `request` as a GET, or as a POST of `post`.
+    /// Starts `request` as a GET, or as a POST with the body `post`.
     HttpTransfer(std::shared_ptr<HttpRound> round, const QNetworkRequest &request, HttpBody body,
                  const std::optional<QByteArray> &post, const HttpLimits &limits, QObject *parent);
     ~HttpTransfer() override;
 
     QFuture<HttpResponse> future() const { return future_; }
-    /// Settles the future as a failed transfer, unless it is settled.
+    /// Settles the future as a failed transfer. Does nothing when it is already settled.
     void fail();
 
 private:
@@ -50,7 +50,7 @@ private:
     HttpBody body_;
     HttpLimits limits_;
     int redirects_ = 0;
-    std::unique_ptr<QNetworkReply> reply_; ///< gone before the round is
+    std::unique_ptr<QNetworkReply> reply_; ///< declared after the round, so that it is destroyed first
     qint64 bodySize_ = 0;
     QByteArray kept_;
     QTimer lookupTimeout_;

@@ -8,7 +8,7 @@ OneTimeBody::OneTimeBody(const QByteArray &content, QObject *parent)
     : QIODevice(parent)
     , content_(content)
 {
-    // Unbuffered, so that pos() is where readData() stands.
+    // Unbuffered, so that pos() is the position of readData().
     open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }
 

@@ -4,9 +4,9 @@
 
 namespace kelvo {
 
-/// A request body that can be sent once. When a connection breaks before the answer, the network layer sends the request
-/// again, up to three times; with a body that cannot be rewound it gives up instead, for nobody can tell whether the
-/// first one was received and acted upon.
+/// A request body that can be sent only once. When a connection breaks before the response, the network layer repeats the
+/// request up to three times, although the server may have processed it. It does not repeat a request whose body cannot be
+/// rewound.
 class OneTimeBody : public QIODevice
 {
     Q_OBJECT

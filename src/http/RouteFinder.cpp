@@ -20,7 +20,7 @@ void answer(Promises promises, const Result &result)
 
 } // namespace
 
-/// Where a lookup leaves its answer; it may outlive the finder.
+/// Receives the result of a lookup. Shared with the threads, because a lookup may outlive the finder.
 struct RouteFinder::Mailbox
 {
     std::mutex mutex;
@@ -89,7 +89,7 @@ void RouteFinder::begin(const QUrl &origin, Lookup &lookup)
 void RouteFinder::end(const QUrl &origin, const std::optional<HttpRoute> &route)
 {
     auto &lookup = lookups_.at(origin);
-    lookup.thread.join(); // which has nothing left to do
+    lookup.thread.join(); // does not block: the thread has delivered its result
     auto asking = std::move(lookup.asking);
     std::erase_if(lookup.waiting, [](const Question &question) { return question.isCanceled(); });
     if (lookup.waiting.empty()) {
@@ -97,7 +97,7 @@ void RouteFinder::end(const QUrl &origin, const std::optional<HttpRoute> &route)
     } else {
         begin(origin, lookup);
     }
-    // The last step, on the stack: a continuation may destroy this.
+    // This is the last step and uses only local variables, because a continuation may destroy this object.
     answer(std::move(asking), route);
 }
 

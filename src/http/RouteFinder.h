@@ -14,23 +14,23 @@
 
 namespace kelvo {
 
-/// Looks routes up off the thread that asks, one lookup at a time for each origin. A lookup has a thread of its own, which
-/// ends with it.
+/// Looks up routes on other threads. Each lookup has its own thread, which ends with the lookup. There is at most one
+/// lookup per origin at a time.
 class RouteFinder : public QObject
 {
     Q_OBJECT
 
 public:
     explicit RouteFinder(RouteLookup lookup);
-    /// Lets go of the lookups that are under way; their futures are cancelled.
+    /// Does not wait for running lookups. Their futures are cancelled.
     ~RouteFinder() override;
 
-    /// The answer of a lookup that begins now, or as soon as the one that is under way for that origin has ended. Nothing
-    /// when no thread can be had. Cancelling the future takes the question back.
+    /// Gives the result of a lookup that begins now, or when the running lookup for the same origin has ended. Gives
+    /// nullopt when no thread can be started. Cancelling the future withdraws the request.
     QFuture<std::optional<HttpRoute>> find(const QUrl &origin);
 
-    /// Whether a lookup has ever outlived its finder. Its thread may still be in the system's libraries, which do not stand
-    /// being torn down meanwhile: such a process ends with std::_Exit().
+    /// Whether a lookup has ever outlived its finder. Its thread may still run code of system libraries, which must not be
+    /// destroyed meanwhile. Such a process must exit with std::_Exit().
     static bool hasLeftThreadsBehind();
 
 private:

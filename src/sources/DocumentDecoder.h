@@ -13,19 +13,19 @@
 
 namespace kelvo {
 
-/// Decodes documents without holding up the thread that asks: small ones at once, large ones one after the other on a
-/// thread that ends with the last of them.
+/// Decodes documents without blocking the calling thread: small ones at once, large ones in sequence on another thread,
+/// which ends after the last of them.
 class DocumentDecoder
 {
 public:
-    /// From this size on a document is large, bytes. A smaller one takes a few milliseconds at the very most.
+    /// The size in bytes from which a document is large. A smaller one takes a few milliseconds at most.
     static constexpr qsizetype largeSize = 256 * 1024;
 
-    /// Nothing where the document cannot be read. Runs on any thread.
+    /// Returns nullopt when the document cannot be read. Must be callable on any thread.
     using Decode = std::function<std::optional<StatusReading>(QByteArrayView document)>;
 
     DocumentDecoder();
-    /// Waits for the document that is being decoded. The futures of large documents are cancelled.
+    /// Waits for the document that is being decoded. Cancels the futures of large documents.
     ~DocumentDecoder();
 
     QFuture<std::optional<StatusReading>> run(const QByteArray &document, Decode decode);

@@ -50,8 +50,7 @@ QFuture<StatusReading> StatusProvider::checkGoogleDashboard(const QString &produ
                         [product](QByteArrayView document) { return GoogleIncidentFeed::reading(document, product); });
 }
 
-// The HTTP status is not looked at: a page in trouble may well answer 503 with a document that says so, and an error
-// page does not decode.
+// The HTTP status is ignored: a status page may answer 503 with a valid document, and an error page cannot be decoded.
 QFuture<StatusReading> StatusProvider::readDocument(const QUrl &url, DocumentDecoder::Decode decode)
 {
     const auto decodeBody = [this, decode = std::move(decode)](const HttpResponse &response) {

@@ -6,13 +6,13 @@
 
 namespace kelvo {
 
-/// Asks the vendors over HTTP. All requests share one client; there is no other state. Destroying it cancels the futures.
+/// Sends the requests of the monitor to the vendors over HTTP. Destroying the provider cancels the futures.
 class StatusProvider : public StatusChecks
 {
 public:
-    /// The header "User-Agent" of every status request and probe.
+    /// The User-Agent header of every status request and probe.
     static const QByteArray userAgent;
-    /// The bounds of every status request and probe.
+    /// The limits of every status request and probe.
     static const HttpLimits limits;
 
     explicit StatusProvider(HttpSession &session);
@@ -21,9 +21,9 @@ public:
     QFuture<bool> probe(const Service &service) override;
     void abortAll() override { session_.abortAll(); }
 
-    /// Reads the status page at the origin `base` for the components with these names.
+    /// Reads the status of the components with these names from the status page at the origin `base`.
     QFuture<StatusReading> checkStatuspage(const QString &base, const QStringList &componentNames);
-    /// Reads Google's incident feed for the product with this title.
+    /// Reads the status of the product with this title from Google's incident feed.
     QFuture<StatusReading> checkGoogleDashboard(const QString &product);
 
 private:
@@ -31,7 +31,7 @@ private:
 
     HttpSession &session_;
     DocumentDecoder decoder_;
-    QObject context_; ///< of the requests that decoder_ waits for
+    QObject context_; ///< the context of the continuations that use decoder_
 };
 
 } // namespace kelvo

@@ -110,11 +110,11 @@ StatusReading judgePage(const StatuspageSummary::Status &status)
     return {ServiceHealth::unknown, status.description};
 }
 
-/// When the status of a component becomes the verdict on the service.
+/// When the status of a component replaces the verdict of the components before it.
 enum class Precedence {
-    final,            ///< at once, and no later component is looked at
-    unlessOutage,     ///< over every verdict but an outage
-    whileOperational, ///< only when no earlier component is in trouble
+    final,            ///< always; later components are ignored
+    unlessOutage,     ///< unless the verdict is an outage
+    whileOperational, ///< only if the verdict is operational
 };
 
 struct ComponentVerdict
@@ -125,7 +125,7 @@ struct ComponentVerdict
     QLatin1StringView label;
 };
 
-// Any other status changes nothing.
+// Any other status does not change the verdict.
 constexpr ComponentVerdict componentVerdicts[] = {
     {"major_outage"_L1, Precedence::final, ServiceHealth::outage, "Major outage"_L1},
     {"partial_outage"_L1, Precedence::unlessOutage, ServiceHealth::degraded, "Partial outage"_L1},
@@ -150,7 +150,7 @@ bool overrides(Precedence precedence, ServiceHealth running)
     Q_UNREACHABLE();
 }
 
-/// In the order of the page.
+/// Combines the verdicts of the components in page order.
 StatusReading judgeComponents(const std::vector<Component> &components)
 {
     StatusReading running{ServiceHealth::operational, u"Operational"_s};
