@@ -29,7 +29,7 @@ QDBusConnection busOfAccessibility()
     return bus;
 }
 
-/// What a call gives, once it is there; nothing when it fails.
+/// Waits for the first value of the reply. Returns an invalid value when the call fails.
 QVariant answerTo(QDBusPendingCall call)
 {
     call.waitForFinished();
@@ -118,7 +118,7 @@ QList<Accessible> Accessible::children() const
     return childrenIn(ask(accessibleInterface, u"GetChildren"_s));
 }
 
-// A program that draws answers once in each frame: all that can be asked at once is.
+// A program that is drawing answers once per frame, so all calls of a level are sent together.
 std::optional<Accessible> Accessible::find(Role role, const QString &name) const
 {
     QList<Accessible> level{*this};
@@ -155,7 +155,7 @@ QList<Accessible> Accessible::childrenIn(QDBusPendingCall call) const
 {
     QList<Accessible> children;
     const auto references = answerTo(call).value<QDBusArgument>();
-    // What is gone has answered nothing.
+    // An object that no longer exists has answered with an error.
     if (references.currentType() != QDBusArgument::ArrayType) {
         return children;
     }

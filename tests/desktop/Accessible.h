@@ -11,27 +11,28 @@
 
 namespace kelvo {
 
-/// A thing on the screen as a screen reader meets it. Only where there is a bus of accessibility. One that is gone has
-/// neither name nor children.
+/// An object in the accessibility tree, as a screen reader sees it. Requires a desktop with an accessibility bus. An
+/// object that no longer exists has no name and no children.
 class Accessible
 {
 public:
-    /// The numbers by which screen readers know them.
+    /// The role numbers of AT-SPI.
     enum Role : uint { CheckBox = 7, Label = 29, Button = 43, RadioButton = 44, Text = 61 };
 
-    /// The program itself, whose children are its windows. Nothing while it is not on the bus.
+    /// Returns the application object of a process; its children are the windows. Returns nullopt while the process is not
+    /// on the accessibility bus.
     static std::optional<Accessible> program(qint64 processId);
 
     QString name() const;
     QString description() const;
     bool isChecked() const;
-    /// On the screen.
+    /// The rectangle on the screen.
     QRect geometry() const;
     QStringList actions() const;
     void act(const QString &action) const;
 
     QList<Accessible> children() const;
-    /// The nearest one below this that is shown and whose name begins so.
+    /// Returns the nearest visible descendant with this role whose name begins with `name`.
     std::optional<Accessible> find(Role role, const QString &name) const;
 
 private:

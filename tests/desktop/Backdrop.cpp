@@ -22,7 +22,7 @@ void Backdrop::open()
     show();
     requestActivate();
     QTRY_COMPARE(DesktopWindow::activeTitle(), title());
-    // Not at the top, where the panel may cast a shadow.
+    // Check a pixel at the bottom, because the panel at the top may cast a shadow.
     QTRY_COMPARE(screen()->grabWindow(0, 9, height() - 9, 1, 1).toImage().pixelColor(0, 0), color);
 }
 

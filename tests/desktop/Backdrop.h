@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// Another application: a window in one glaring colour over all of the screen that panels leave.
+/// A window of another application in one bright colour. It covers the screen except for panels.
 class Backdrop : public QRasterWindow
 {
 public:
@@ -12,7 +12,7 @@ public:
 
     Backdrop();
 
-    /// Shows it and gives it the keyboard.
+    /// Shows the window and gives it the keyboard focus.
     void open();
 
 protected:

@@ -31,7 +31,7 @@ std::optional<DesktopWindow> DesktopWindow::titled(const QString &title)
     static const QRegularExpression numbers(
         u"Absolute upper-left X: *(-?\\d+)\\s+Absolute upper-left Y: *(-?\\d+).*Width: (\\d+).*Height: (\\d+).*IsViewable"_s,
         QRegularExpression::DotMatchesEverythingOption);
-    // Nothing when it closed just now.
+    // There is no match when the window has just been closed.
     const auto match = numbers.match(outputOf(u"xwininfo"_s, {u"-id"_s, id}));
     if (!match.hasMatch()) {
         return std::nullopt;

@@ -7,16 +7,16 @@
 
 namespace kelvo {
 
-/// A window on the screen, whoever's it is.
+/// A window on the screen, of any program.
 struct DesktopWindow
 {
     QString id;
-    /// What it covers of the screen, without the window manager's frame.
+    /// The rectangle on the screen, without the frame of the window manager.
     QRect geometry;
 
-    /// The window of exactly that title, if it is shown.
+    /// Returns the visible window with exactly this title, or nullopt.
     static std::optional<DesktopWindow> titled(const QString &title);
-    /// The title of the window that has the keyboard; empty when none has.
+    /// The title of the window with the keyboard focus; empty when there is none.
     static QString activeTitle();
 };
 

@@ -5,15 +5,15 @@
 
 namespace kelvo {
 
-/// The person's hand on the mouse and the keyboard: the X server takes what it does for the real thing. Points are those
-/// of the screen. Every function returns when the server has taken it all, which is before any program has.
+/// Simulates the mouse and the keyboard in the X server; programs see real input events. Points are in screen coordinates.
+/// Each function returns when the X server has processed the input; programs may process it later.
 namespace Hand {
 
 void moveTo(const QPoint &point);
 void click(const QPoint &point);
-/// Presses the button at `from` and lets it go at `to`, moving there in steps.
+/// Presses the mouse button at `from`, moves to `to` in steps, and releases it there.
 void drag(const QPoint &from, const QPoint &to);
-/// One key, with modifiers as in "ctrl+comma".
+/// Presses a key, with modifiers as in "ctrl+comma".
 void press(const QString &key);
 void type(const QString &text);
 

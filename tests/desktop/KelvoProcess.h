@@ -7,22 +7,22 @@
 
 namespace kelvo {
 
-/// The real program, as a user's session would start it, with settings of its own, in the simulated internet.
+/// The real program, started as in a user's session, with its own settings and a simulated internet.
 class KelvoProcess : public ProxiedProcess
 {
 public:
     explicit KelvoProcess(SimulatedInternet &internet);
     ~KelvoProcess();
 
-    /// The settings file's content; takes effect at the next start.
+    /// Writes the settings file. It takes effect at the next start.
     void writeSettings(const QByteArray &content);
     QString settingsFile() const;
-    /// Something in the configuration directory that the program is given.
+    /// The path of a file in the program's configuration directory.
     QString configurationPath(const QString &name) const { return configuration_.filePath(name); }
 
-    /// What a person sees under that name, or a name that begins so. Waits a while for it to appear.
+    /// Waits for a visible object with this role whose name begins with `name`. Returns nullopt when none appears.
     std::optional<Accessible> find(Accessible::Role role, const QString &name) const;
-    /// Clicks on the middle of it. False when it is not there.
+    /// Waits for such an object and clicks its centre. Returns false when none appears.
     bool clickOn(Accessible::Role role, const QString &name) const;
 
 private:

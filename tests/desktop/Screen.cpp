@@ -38,7 +38,7 @@ QRect boundsOf(const QImage &picture, QRgb colour)
     return bounds;
 }
 
-/// The point on the ring's centre line, `degrees` clockwise from twelve o'clock.
+/// Returns the point on the centre line of the ring at `degrees` clockwise from twelve o'clock.
 QPoint onRing(QPointF centre, double radius, double degrees)
 {
     const double angle = degrees * std::numbers::pi / 180;
@@ -59,7 +59,8 @@ std::optional<QRect> findRing(RingState state)
     if (dot.width() < 4 || std::abs(dot.width() - dot.height()) > 1) {
         return std::nullopt;
     }
-    // The dot's diameter is 10.4 of the 32 units, of which the outermost pixels are blended; the ring's radius is 11.
+    // In the grid of 32 units, the diameter of the dot is 10.4 and the radius of the ring is 11. The outermost pixels of
+    // the dot are blended and not part of `dot`.
     const double unit = (dot.width() + 1) / 10.4;
     const double radius = 11 * unit;
     const QPointF centre = QRectF(dot).center() - QPointF(0.5, 0.5);
@@ -69,7 +70,7 @@ std::optional<QRect> findRing(RingState state)
             return std::nullopt;
         }
     }
-    // 26.4 degrees of gap, less the round caps.
+    // The gap spans 26.4 degrees, minus the round caps. Check its middle.
     const bool hasGap = qGray(screen.pixel(onRing(centre, radius, -13.2))) < (255 + background) / 2;
     const auto outer = radius + 1.7 * unit;
     return hasGap ? std::optional(QRectF(centre - QPointF(outer, outer), QSizeF(2 * outer, 2 * outer)).toAlignedRect())

@@ -9,18 +9,18 @@
 
 namespace kelvo {
 
-/// The desktop as a person sees it.
+/// Inspects the pixels of the screen.
 namespace Screen {
 
-/// All of it, at this moment.
+/// Returns a picture of the whole screen.
 QImage picture();
 
-/// Where the ring of that state stands in the bar at the top of the screen, which is dark: found by the exact colour of
-/// its dot, with the ring's white around it and the gap just left of twelve o'clock. Nothing when it is not there.
-/// `inactive` has no colour to be found by: see `barChangeSince`.
+/// Finds the ring in the dark bar at the top of the screen, by the exact colour of its dot, the white ring around it and
+/// the gap just left of twelve o'clock. Returns nullopt when it is not there. Cannot find `inactive`, whose dot has no
+/// colour; use `barChangeSince`.
 std::optional<QRect> findRing(RingState state);
 
-/// The smallest rectangle that holds every pixel of the bar in which the screen differs from `before`.
+/// Returns the smallest rectangle that contains every pixel of the bar that differs from `before`.
 QRect barChangeSince(const QImage &before);
 
 } // namespace Screen

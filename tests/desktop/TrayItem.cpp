@@ -66,7 +66,7 @@ struct Entry
     QString label;
 };
 
-/// The layout is a tree of (id, properties, children), of which only one level is used here.
+/// Returns the menu entries. The layout is a tree of (id, properties, children); this menu has one level.
 QList<Entry> entries()
 {
     const auto answer = call(menuPlace(), u"com.canonical.dbusmenu"_s, u"GetLayout"_s, {0, -1, QStringList()});

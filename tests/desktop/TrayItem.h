@@ -5,14 +5,13 @@
 
 namespace kelvo {
 
-/// The one item that programs show in the desktop's tray, as the tray itself sees it on the session bus. There must be
-/// one.
+/// The item in the tray of the desktop, accessed over the session bus as by the tray itself. Requires exactly one item.
 namespace TrayItem {
 
 QString toolTip();
-/// What its menu offers, without separators.
+/// Returns the labels of the menu, without separators.
 QStringList menu();
-/// Chooses what the menu offers under that label.
+/// Activates the menu entry with this label.
 void choose(const QString &label);
 
 } // namespace TrayItem

@@ -9,7 +9,7 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
-/// The popover as a screen reader tells it, over the bus that screen readers use.
+/// The popover as a screen reader sees it, over the accessibility bus.
 class AccessibilityTest : public QObject
 {
     Q_OBJECT
@@ -17,10 +17,10 @@ class AccessibilityTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void theHeroIsOneSentence();
-    void aRowTellsItsStatusAndTakesTheTop();
+    void theHeroIsOneElement();
+    void aRowReadsItsStatusAndMovesToTheTop();
     void theGearIsTheSettingsButton();
-    void aClosedPopoverIsNotTold();
+    void aClosedPopoverIsNotInTheAccessibilityTree();
 
 private:
     std::unique_ptr<SimulatedInternet> internet_;
@@ -47,7 +47,7 @@ void AccessibilityTest::cleanup()
     kelvo_.reset();
 }
 
-void AccessibilityTest::theHeroIsOneSentence()
+void AccessibilityTest::theHeroIsOneElement()
 {
     const auto hero = kelvo_->find(Accessible::Label, u"Cursor, Major outage, checked "_s);
     QVERIFY(hero);
@@ -55,7 +55,7 @@ void AccessibilityTest::theHeroIsOneSentence()
     QVERIFY(kelvo_->find(Accessible::Label, u"Notifying this Mac"_s));
 }
 
-void AccessibilityTest::aRowTellsItsStatusAndTakesTheTop()
+void AccessibilityTest::aRowReadsItsStatusAndMovesToTheTop()
 {
     const auto row = kelvo_->find(Accessible::Button, u"Gemini"_s);
     QVERIFY(row);
@@ -79,7 +79,7 @@ void AccessibilityTest::theGearIsTheSettingsButton()
     QVERIFY(!kelvo_->find(Accessible::CheckBox, u"ChatGPT"_s)->isChecked());
 }
 
-void AccessibilityTest::aClosedPopoverIsNotTold()
+void AccessibilityTest::aClosedPopoverIsNotInTheAccessibilityTree()
 {
     QVERIFY(kelvo_->find(Accessible::Button, u"Settings"_s));
     Hand::press(u"Escape"_s);

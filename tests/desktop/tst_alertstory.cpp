@@ -11,8 +11,8 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
-/// The main job on real input: the unmodified program fetches the vendors' documents over HTTPS, shows the ring in a real
-/// tray and delivers the one alert to a real notification service, to Slack and to Telegram.
+/// The main function of the program from end to end: it fetches the vendors' documents over HTTPS, shows the ring in a
+/// real tray, and sends one alert to a real notification service, to Slack and to Telegram.
 class AlertStoryTest : public QObject
 {
     Q_OBJECT
@@ -20,15 +20,15 @@ class AlertStoryTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void anOutageEndsInOneAlertHereAndOnSlack();
-    void anAlertGoesToTelegram();
-    void asleepNothingIsCheckedAndWakingChecksAtOnce();
+    void anOutageEndsInOneNotificationAndOneSlackPost();
+    void anAlertIsPostedToTelegram();
+    void nothingIsCheckedDuringSleepAndWakingUpChecksAtOnce();
 
 private:
     void goDown();
     void comeBackAsThePageSays();
     void answerAgain();
-    /// A wake checks at once: the story need not wait for the next round.
+    /// Makes the program check at once, so that the test need not wait for the next round.
     void sleepAndWake();
     QList<SimulatedRequest> pageRequests() const;
 
@@ -95,7 +95,7 @@ QList<SimulatedRequest> AlertStoryTest::pageRequests() const
     return internet_->requestsTo(u"status.claude.com"_s);
 }
 
-void AlertStoryTest::anOutageEndsInOneAlertHereAndOnSlack()
+void AlertStoryTest::anOutageEndsInOneNotificationAndOneSlackPost()
 {
     kelvo_->writeSettings("[General]\nhasOnboarded=true\n"
                           "enabledServices=claude, cursor, gemini\n"
@@ -131,7 +131,7 @@ void AlertStoryTest::anOutageEndsInOneAlertHereAndOnSlack()
     QVERIFY(words.contains("string \"desktop-entry\" variant string \"app.kelvo.Kelvo\""));
     QVERIFY(words.contains("string \"urgency\" variant byte 1"));
 
-    // Two more rounds that find everything well: the alert is not repeated.
+    // Two more rounds with an operational service do not repeat the alert.
     for (int round = 0; round < 2; ++round) {
         const auto before = pageRequests().size();
         sleepAndWake();
@@ -144,7 +144,7 @@ void AlertStoryTest::anOutageEndsInOneAlertHereAndOnSlack()
     QCOMPARE(kelvo_->output(), QByteArray());
 }
 
-void AlertStoryTest::anAlertGoesToTelegram()
+void AlertStoryTest::anAlertIsPostedToTelegram()
 {
     kelvo_->writeSettings("[General]\nhasOnboarded=true\n"
                           "armedChannel=telegram\n"
@@ -163,7 +163,7 @@ void AlertStoryTest::anAlertGoesToTelegram()
     QTRY_VERIFY(heard_.contains("\"Claude is back\""));
 }
 
-void AlertStoryTest::asleepNothingIsCheckedAndWakingChecksAtOnce()
+void AlertStoryTest::nothingIsCheckedDuringSleepAndWakingUpChecksAtOnce()
 {
     kelvo_->start();
     QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);

@@ -13,7 +13,7 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
-/// A person's first minute with the program.
+/// The first start of the program.
 class FirstStartTest : public QObject
 {
     Q_OBJECT
@@ -21,8 +21,8 @@ class FirstStartTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void theChosenServiceIsKeptAndNothingIsAskedAgain();
-    void whoeverClosesTheWindowIsAskedAgain();
+    void theChosenServiceIsKeptAndTheOnboardingDoesNotOpenAgain();
+    void theOnboardingOpensAgainAfterItWasClosed();
 
 private:
     static QString title() { return u"Welcome to Kelvo"_s; }
@@ -51,7 +51,7 @@ void FirstStartTest::startAndShowRing()
     QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
 }
 
-void FirstStartTest::theChosenServiceIsKeptAndNothingIsAskedAgain()
+void FirstStartTest::theChosenServiceIsKeptAndTheOnboardingDoesNotOpenAgain()
 {
     QCOMPARE(DesktopWindow::titled(title())->geometry.size(), QSize(400, 300));
     QVERIFY(kelvo_->clickOn(Accessible::Button, u"Continue"_s));
@@ -80,7 +80,7 @@ void FirstStartTest::theChosenServiceIsKeptAndNothingIsAskedAgain()
     QVERIFY(!DesktopWindow::titled(title()));
 }
 
-void FirstStartTest::whoeverClosesTheWindowIsAskedAgain()
+void FirstStartTest::theOnboardingOpensAgainAfterItWasClosed()
 {
     Hand::press(u"alt+F4"_s);
     QTRY_VERIFY(!DesktopWindow::titled(title()));

@@ -8,7 +8,7 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
-/// The ring and the panel that it lives in, which come and go as they like.
+/// The ring in a panel that starts and stops at any time.
 class PanelTest : public QObject
 {
     Q_OBJECT
@@ -16,10 +16,10 @@ class PanelTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void theRingAppearsInAPanelThatRunsAlready();
-    void theRingAppearsWhenThePanelComesLater();
-    void theRingAppearsAgainAfterThePanelWasRestarted();
-    void aRingWithNothingToSayIsHollowAndDim();
+    void theRingAppearsInARunningPanel();
+    void theRingAppearsWhenThePanelStartsLater();
+    void theRingAppearsAgainAfterThePanelRestarts();
+    void anInactiveRingIsHollowAndDim();
 
 private:
     void startPanel();
@@ -73,24 +73,24 @@ void PanelTest::stopPanel()
     panel_.reset();
 }
 
-void PanelTest::theRingAppearsInAPanelThatRunsAlready()
+void PanelTest::theRingAppearsInARunningPanel()
 {
     startPanel();
     kelvo_->start();
     QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
 }
 
-void PanelTest::theRingAppearsWhenThePanelComesLater()
+void PanelTest::theRingAppearsWhenThePanelStartsLater()
 {
     kelvo_->start();
-    // The first round is over: the program has had every chance to look for a tray.
+    // The first request has been sent, so the program has already looked for a tray.
     QTRY_VERIFY_WITH_TIMEOUT(!internet_.requestsTo(u"status.claude.com"_s).isEmpty(), 20'000);
     QVERIFY(!Screen::findRing(RingState::available));
     startPanel();
     QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
 }
 
-void PanelTest::theRingAppearsAgainAfterThePanelWasRestarted()
+void PanelTest::theRingAppearsAgainAfterThePanelRestarts()
 {
     startPanel();
     kelvo_->start();
@@ -101,7 +101,7 @@ void PanelTest::theRingAppearsAgainAfterThePanelWasRestarted()
     QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
 }
 
-void PanelTest::aRingWithNothingToSayIsHollowAndDim()
+void PanelTest::anInactiveRingIsHollowAndDim()
 {
     internet_.setOffline(true);
     startPanel();
@@ -114,7 +114,7 @@ void PanelTest::aRingWithNothingToSayIsHollowAndDim()
     const auto picture = Screen::picture();
     const auto bare = qGray(before.pixel(ring.center()));
     QVERIFY(std::abs(qGray(picture.pixel(ring.center())) - bare) <= 8);
-    // White at 45 % over the bar, which is what the brightest pixel of the ring comes to.
+    // The brightest pixel of the ring is white at 45 % over the bar.
     int brightest = 0;
     for (int y = ring.top(); y <= ring.bottom(); ++y) {
         for (int x = ring.left(); x <= ring.right(); ++x) {

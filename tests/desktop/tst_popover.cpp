@@ -13,7 +13,7 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
-/// The popover under a person's hand, with another application behind it.
+/// The popover, operated by mouse and keyboard, in front of another application.
 class PopoverTest : public QObject
 {
     Q_OBJECT
@@ -21,16 +21,16 @@ class PopoverTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void aClickOnTheRingOpensItAndOneMoreClosesIt();
-    void itIsWhollyOnTheScreenBelowTheRing();
+    void clicksOnTheRingOpenAndCloseIt();
+    void itIsEntirelyOnTheScreenBelowTheRing();
     void itsCornersShowWhatIsBehind();
     void openingItChecksAtOnce();
     void escapeClosesIt();
     void aClickOnAnotherWindowClosesIt();
     void startingTheProgramAgainOpensIt();
-    void commaWithControlOpensTheSettings();
+    void controlCommaOpensTheSettings();
     void theGearOpensTheSettingsInFrontOfAnotherWindow();
-    void theTraysMenuDoesWhatItSays();
+    void theTrayMenuOpensTheWindowsAndQuits();
 
 private:
     static std::optional<DesktopWindow> popover() { return DesktopWindow::titled(u"Kelvo"_s); }
@@ -54,7 +54,7 @@ void PopoverTest::init()
     kelvo_->writeSettings("[General]\nhasOnboarded=true\nenabledServices=claude, cursor\n");
     backdrop_ = std::make_unique<Backdrop>();
     backdrop_->open();
-    // The ring looks different under the pointer.
+    // Move the pointer away, because the panel highlights the item under it.
     Hand::moveTo({100, 500});
     kelvo_->start();
     QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
@@ -69,7 +69,8 @@ void PopoverTest::cleanup()
 
 QRect PopoverTest::card()
 {
-    // The shadow has all its room on the left and below; above and on the right it ends with the screen.
+    // The window includes the shadow: all of it on the left and below, and only as much as fits on the screen above and on
+    // the right.
     const auto popover = PopoverTest::popover();
     return popover ? popover->geometry.adjusted(34, 6, -6, -44) : QRect();
 }
@@ -88,13 +89,13 @@ void PopoverTest::endInSilence()
     QCOMPARE(kelvo_->output(), QByteArray());
 }
 
-void PopoverTest::aClickOnTheRingOpensItAndOneMoreClosesIt()
+void PopoverTest::clicksOnTheRingOpenAndCloseIt()
 {
     open();
     QTRY_COMPARE(rounds(), 2);
     Hand::click(ring_);
     QTRY_VERIFY(!popover());
-    // Every opening asks the page once. Had the click that closed it opened it again, there would be one more.
+    // Every opening sends one request. If the click that closed the popover had opened it again, there would be one more.
     open();
     QTRY_COMPARE(rounds(), 3);
     Hand::click(ring_);
@@ -103,12 +104,12 @@ void PopoverTest::aClickOnTheRingOpensItAndOneMoreClosesIt()
     QCOMPARE(rounds(), 3);
 }
 
-void PopoverTest::itIsWhollyOnTheScreenBelowTheRing()
+void PopoverTest::itIsEntirelyOnTheScreenBelowTheRing()
 {
     open();
     const auto available = QGuiApplication::primaryScreen()->availableGeometry();
     QVERIFY(available.top() > 0);
-    // As near below the ring as the right edge of the screen allows.
+    // The popover is below the ring, moved to the left so that it fits on the screen.
     QTRY_COMPARE(card().topRight(), available.topRight() + QPoint(-6, 6));
     QCOMPARE(card().width(), 320);
     QVERIFY(card().height() >= 260);
@@ -122,11 +123,11 @@ void PopoverTest::itsCornersShowWhatIsBehind()
     const auto card = this->card();
     const auto window = popover()->geometry;
     const auto shown = [](const QPoint &point) { return Screen::picture().pixelColor(point); };
-    // It is there: the ground of the footer's middle is some shade of grey.
+    // The popover is drawn: the middle of the footer is grey.
     const auto ground = card.bottomLeft() + QPoint(160, -6);
     QTRY_COMPARE(shown(ground).red(), shown(ground).green());
     for (const auto &corner : {card.topLeft(), card.topRight(), card.bottomLeft(), card.bottomRight()}) {
-        // What is behind, darkened by the shadow.
+        // The corner shows the window behind, darkened by the shadow.
         const auto color = shown(corner);
         QVERIFY2(color.green() < 8 && color.red() > 60 && color.red() == color.blue(), qPrintable(color.name()));
     }
@@ -173,7 +174,7 @@ void PopoverTest::startingTheProgramAgainOpensIt()
     endInSilence();
 }
 
-void PopoverTest::commaWithControlOpensTheSettings()
+void PopoverTest::controlCommaOpensTheSettings()
 {
     open();
     Hand::press(u"ctrl+comma"_s);
@@ -187,7 +188,7 @@ void PopoverTest::commaWithControlOpensTheSettings()
 void PopoverTest::openSettingsByTheGear()
 {
     open();
-    // 26 wide, 12 from the right, in the middle of the footer's 38.
+    // The button is 26 points wide, 12 points from the right edge, and centred in the footer, which is 38 points high.
     Hand::click(card().bottomRight() - QPoint(12 + 13, 38 / 2));
     QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo Settings"_s);
     QVERIFY(!popover());
@@ -202,7 +203,7 @@ void PopoverTest::theGearOpensTheSettingsInFrontOfAnotherWindow()
     };
     QTRY_VERIFY(seen() != Backdrop::color);
 
-    // It is open already, but behind: it comes forward.
+    // The window is already open behind the other one; it is brought to the front.
     backdrop_->raise();
     backdrop_->open();
     QTRY_COMPARE(seen(), Backdrop::color);
@@ -211,7 +212,7 @@ void PopoverTest::theGearOpensTheSettingsInFrontOfAnotherWindow()
     endInSilence();
 }
 
-void PopoverTest::theTraysMenuDoesWhatItSays()
+void PopoverTest::theTrayMenuOpensTheWindowsAndQuits()
 {
     QCOMPARE(TrayItem::menu(), QStringList({u"Open Kelvo"_s, u"Settings…"_s, u"Quit Kelvo"_s}));
     TrayItem::choose(u"Open Kelvo"_s);

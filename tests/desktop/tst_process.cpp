@@ -12,7 +12,7 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
-/// The program as a process: how it starts, ends and keeps quiet.
+/// The program as a process: start, exit, signals, settings file and output.
 class ProcessTest : public QObject
 {
     Q_OBJECT
@@ -20,12 +20,12 @@ class ProcessTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void aSecondStartHandsOverAndEnds();
+    void aSecondStartHandsOverAndExits();
     void aSignalEndsItAtOnceAndCleanly_data();
     void aSignalEndsItAtOnceAndCleanly();
-    void theSettingsFileIsReadAndLeftAsItIs();
-    void aDamagedSettingsFileIsSurvivedAndLeftAsItIs();
-    void anUnreachableInternetIsSurvivedInSilence();
+    void theSettingsFileIsReadAndNotChanged();
+    void aDamagedSettingsFileIsToleratedAndNotChanged();
+    void anUnreachableNetworkIsToleratedWithoutOutput();
 
 private:
     void startAndShowRing();
@@ -51,7 +51,7 @@ void ProcessTest::startAndShowRing()
     QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
 }
 
-void ProcessTest::aSecondStartHandsOverAndEnds()
+void ProcessTest::aSecondStartHandsOverAndExits()
 {
     startAndShowRing();
     KelvoProcess second(*internet_);
@@ -82,7 +82,7 @@ void ProcessTest::aSignalEndsItAtOnceAndCleanly()
     QCOMPARE(kelvo_->output(), QByteArray());
 }
 
-void ProcessTest::theSettingsFileIsReadAndLeftAsItIs()
+void ProcessTest::theSettingsFileIsReadAndNotChanged()
 {
     const auto content = "[General]\nenabledServices=cursor\nserviceOrder=cursor, nonsense, claude\n"_ba;
     kelvo_->writeSettings(content);
@@ -99,7 +99,7 @@ void ProcessTest::theSettingsFileIsReadAndLeftAsItIs()
              QFile::Permissions());
 }
 
-void ProcessTest::aDamagedSettingsFileIsSurvivedAndLeftAsItIs()
+void ProcessTest::aDamagedSettingsFileIsToleratedAndNotChanged()
 {
     const auto content = "\x7f\x45LF\0\1[[[=%%\nenabledServices"_ba;
     kelvo_->writeSettings(content);
@@ -112,7 +112,7 @@ void ProcessTest::aDamagedSettingsFileIsSurvivedAndLeftAsItIs()
     QCOMPARE(file.readAll(), content);
 }
 
-void ProcessTest::anUnreachableInternetIsSurvivedInSilence()
+void ProcessTest::anUnreachableNetworkIsToleratedWithoutOutput()
 {
     internet_->setOffline(true);
     const auto before = Screen::picture();

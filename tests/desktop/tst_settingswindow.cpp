@@ -15,7 +15,7 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
-/// The settings window under a person's hand, and what is left on the disk.
+/// The settings window, operated by mouse and keyboard, and the files that it writes.
 class SettingsWindowTest : public QObject
 {
     Q_OBJECT
@@ -24,9 +24,9 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void aServiceDraggedToTheTopIsShownFirst();
-    void launchAtLoginComesAndGoes();
-    void launchAtLoginSpringsBackWhereItCannotBe();
-    void slackIsSetUpTestedArmedAndTold();
+    void launchAtLoginWritesAndRemovesTheAutostartFile();
+    void launchAtLoginIsRevertedWhenItCannotBeWritten();
+    void slackIsSetUpTestedArmedAndAlerted();
 
 private:
     QString stored(const QString &key) const;
@@ -59,7 +59,7 @@ void SettingsWindowTest::cleanup()
 
 QString SettingsWindowTest::stored(const QString &key) const
 {
-    // A list is written as a text with commas.
+    // A list is stored as a text with commas.
     return QSettings(kelvo_->settingsFile(), QSettings::IniFormat).value(key).toStringList().join(u',');
 }
 
@@ -67,7 +67,7 @@ void SettingsWindowTest::openPopover(RingState state)
 {
     Hand::click(Screen::findRing(state)->center());
     QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo"_s);
-    // The ring looks different under the pointer.
+    // Move the pointer away, because the panel highlights the item under it.
     Hand::moveTo({100, 500});
 }
 
@@ -96,7 +96,7 @@ void SettingsWindowTest::aServiceDraggedToTheTopIsShownFirst()
     QTRY_COMPARE(TrayItem::toolTip(), u"Cursor: Operational"_s);
 }
 
-void SettingsWindowTest::launchAtLoginComesAndGoes()
+void SettingsWindowTest::launchAtLoginWritesAndRemovesTheAutostartFile()
 {
     QVERIFY(!QFile::exists(autostartFile()));
     QVERIFY(!checkBox(u"Launch at login"_s)->isChecked());
@@ -111,18 +111,18 @@ void SettingsWindowTest::launchAtLoginComesAndGoes()
     QVERIFY(!file.exists());
 }
 
-void SettingsWindowTest::launchAtLoginSpringsBackWhereItCannotBe()
+void SettingsWindowTest::launchAtLoginIsRevertedWhenItCannotBeWritten()
 {
     QVERIFY(QDir().mkpath(autostartFile() + u"/in the way"_s));
     QVERIFY(kelvo_->clickOn(Accessible::CheckBox, u"Launch at login"_s));
-    // A click on another switch that has worked says that this one has been heard.
+    // When a later click on another switch has taken effect, this click has been processed too.
     QVERIFY(kelvo_->clickOn(Accessible::CheckBox, u"Outage alerts"_s));
     QTRY_VERIFY(checkBox(u"Outage alerts"_s)->isChecked());
     QVERIFY(!checkBox(u"Launch at login"_s)->isChecked());
     QVERIFY(QDir(autostartFile()).exists());
 }
 
-void SettingsWindowTest::slackIsSetUpTestedArmedAndTold()
+void SettingsWindowTest::slackIsSetUpTestedArmedAndAlerted()
 {
     const auto posts = [this] { return internet_->requestsTo(u"hooks.slack.com"_s); };
     QVERIFY(kelvo_->clickOn(Accessible::Button, u"Slack"_s));
@@ -144,7 +144,7 @@ void SettingsWindowTest::slackIsSetUpTestedArmedAndTold()
     QVERIFY(std::filesystem::status(kelvo_->settingsFile().toStdString()).permissions()
             == (perms::owner_read | perms::owner_write));
 
-    // Each opening of the popover checks at once: the story need not wait for the next round.
+    // Opening the popover checks at once, so the test need not wait for the next round.
     internet_->setComponent(StatusPage::Claude, u"claude.ai"_s, u"major_outage"_s);
     openPopover(RingState::available);
     QTRY_VERIFY(Screen::findRing(RingState::outage));

@@ -6,16 +6,16 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
-/// A session without any message bus, tray or notification service.
+/// A session without a message bus, tray or notification service.
 class WithoutBusTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void theProgramWatchesAndTellsSlackAllTheSame();
+    void theProgramChecksAndPostsToSlackWithoutABus();
 };
 
-void WithoutBusTest::theProgramWatchesAndTellsSlackAllTheSame()
+void WithoutBusTest::theProgramChecksAndPostsToSlackWithoutABus()
 {
     SimulatedInternet internet;
     internet.setComponent(StatusPage::Claude, u"claude.ai"_s, u"major_outage"_s);

@@ -10,7 +10,7 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
-/// A desktop on which no window can be translucent: what is left transparent there comes out black.
+/// A desktop without a compositor, on which transparent pixels are drawn black.
 class WithoutCompositorTest : public QObject
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ void WithoutCompositorTest::thePopoverIsAFramedRectangle()
     QTRY_COMPARE(top(), backdrop.y() + 6 - 1);
     const auto window = DesktopWindow::titled(u"Kelvo"_s)->geometry;
     QCOMPARE(window.width(), 1 + 320 + 1);
-    // All at once, or something may be painted between two looks.
+    // Check all pixels in one picture, because the window may be repainted between two pictures.
     const auto isFramed = [window] {
         const auto picture = Screen::picture();
         const auto frame = picture.pixelColor(window.topLeft());

@@ -10,16 +10,16 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
-/// A desktop without any tray, so without a ring to click.
+/// A desktop without a tray, so without a ring.
 class WithoutTrayTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void startingTheProgramAgainReachesEverything();
+    void startingTheProgramAgainOpensThePopover();
 };
 
-void WithoutTrayTest::startingTheProgramAgainReachesEverything()
+void WithoutTrayTest::startingTheProgramAgainOpensThePopover()
 {
     SimulatedInternet internet;
     KelvoProcess kelvo(internet);

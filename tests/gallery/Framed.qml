@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// A view as it stands on a desktop: in a window with round corners, with a title bar when it has a title, and a shadow.
+/// A view in a window as on a desktop: with round corners and a shadow, and a title bar if it has a title.
 Rectangle {
     id: ground
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int scale = 2;
 
-// In points
+// Sizes in points.
 constexpr QSize cell(150, 128);
 constexpr int large = 56;
 constexpr int side = static_cast<int>(MenuBarIcon::designSize);
@@ -32,11 +32,11 @@ const std::array<Column, 4> columns{{
     {RingState::inactive, u"Not known"_s},
 }};
 
-/// The ring as a screen with `density` pixels a point shows it.
+/// Returns the ring as it looks on a screen with `density` pixels per point.
 QImage ring(const QIcon &icon, int points, int density)
 {
     auto image = icon.pixmap(QSize(points, points) * density, 1.0).toImage();
-    return image.scaled(QSize(points, points) * scale); // one pixel becomes four, as on the coarser screen
+    return image.scaled(QSize(points, points) * scale); // at density 1, one pixel becomes four
 }
 
 void drawText(QPainter &painter, const QRect &where, double points, const QString &text)

@@ -4,8 +4,8 @@
 
 namespace kelvo {
 
-/// Every state of the ring on light and dark bars: large, and as screens of one and two pixels a point show it.
-/// The picture is one of two pixels a point.
+/// Returns a picture of every state of the ring on light and dark bars: large, and as it looks on screens with one and
+/// with two pixels per point. The picture has two pixels per point.
 QImage ringSheet();
 
 } // namespace kelvo

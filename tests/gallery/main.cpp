@@ -19,7 +19,7 @@ namespace kelvo {
 
 namespace {
 
-/// Takes the pictures that the documentation shows, twice as fine as the screen they are shown on.
+/// Takes the pictures for the documentation, with two pixels per point.
 class Gallery
 {
 public:
@@ -143,7 +143,7 @@ void Gallery::takeFramed(ViewScene &scene, const QString &file, const QString &t
     layOut(scene.root());
     scene.view.resize(qCeil(scene.root()->implicitWidth()), qCeil(scene.root()->implicitHeight()));
     grab(scene.view, name);
-    scene.view.setSource({}); // it must go before its state
+    scene.view.setSource({}); // the view must be destroyed before its state
 }
 
 void Gallery::grab(QQuickView &view, const QString &name)
@@ -169,7 +169,7 @@ void Gallery::save(const QImage &picture, const QString &name)
 
 int main(int argc, char *argv[])
 {
-    // Nothing of the machine’s own look comes into the pictures.
+    // The pictures must not depend on the appearance and the fonts of this machine.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_SCALE_FACTOR", "2");
     qputenv("FONTCONFIG_FILE", KELVO_GALLERY_FONTS);

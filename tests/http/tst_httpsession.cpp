@@ -23,7 +23,7 @@ namespace {
 const auto host = u"page.example"_s;
 const auto userAgent = "Kelvo/1.0 (macOS status watcher)"_ba;
 
-/// Far beyond what any test here takes, so that the limit that a test is about is the one that strikes.
+/// Limits that no test reaches by accident. A test lowers only the limit that it is about.
 constexpr HttpLimits roomy{
     .idleTimeout = 20s, .totalDeadline = 20s, .maximumKeptSize = 1024 * 1024, .maximumDiscardedSize = 2 * 1024 * 1024};
 
@@ -32,7 +32,7 @@ QUrl page(const QString &path = u"/"_s)
     return QUrl(u"https://"_s + host + path);
 }
 
-/// A reply that gives a body and then neither ends nor minds being aborted.
+/// A reply that provides a body, never finishes, and ignores abort().
 class StubbornReply : public QNetworkReply
 {
 public:
@@ -81,10 +81,10 @@ private:
     QByteArray body_;
 };
 
-/// Stands for the system's proxy settings and names.
+/// Replaces the route lookup of the system.
 struct Lookups
 {
-    /// What a session needs that is to look routes up here.
+    /// The network for a session that uses these lookups.
     HttpNetwork network()
     {
         return {.lookUpRoute = [this](const QUrl &origin) { return lookUp(origin); }};
@@ -118,7 +118,8 @@ struct Lookups
     std::condition_variable released;
     bool isReleased = false;
     QStringList hangs;
-    QList<std::optional<HttpRoute>> routes{HttpRoute{QNetworkProxy::NoProxy}}; ///< one after the other; the last stays
+    QList<std::optional<HttpRoute>> routes{
+        HttpRoute{QNetworkProxy::NoProxy}}; ///< given one after the other; the last is repeated
     QList<QUrl> asked;
     int hanging = 0;
     bool wasOffThread = true;
@@ -144,7 +145,7 @@ private:
     {
         return std::make_unique<HttpSession>(tlsNetwork(authority_->clientConfiguration()), limits, userAgent);
     }
-    /// What a request comes to; a transfer that never ends reads as the status -1.
+    /// Waits for the response to a request. Returns the status -1 when the transfer does not end.
     HttpResponse fetch(HttpSession &session, const QUrl &url)
     {
         const auto future = session.get(url);
@@ -165,91 +166,91 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void everyStatusCodeIsAnAnswer_data();
-    void everyStatusCodeIsAnAnswer();
-    void aProvisionalResponseIsNotTheAnswer();
-    void theBodyOfAnErrorAnswerIsKept();
-    void discardedBodiesAreNotHandedOver();
+    void everyStatusCodeIsAResponse_data();
+    void everyStatusCodeIsAResponse();
+    void aProvisionalResponseIsSkipped();
+    void theBodyOfAnErrorResponseIsKept();
+    void aDiscardedBodyIsEmpty();
     void aGzippedBodyIsDecoded();
-    void aChunkedBodyIsWhole();
-    void contentOfAnyTypeIsHandedOverAsItIs();
+    void aChunkedBodyIsComplete();
+    void aBodyOfAnyContentTypeIsReturnedUnchanged();
 
-    void aRedirectIsFollowedToTheFinalAnswer_data();
-    void aRedirectIsFollowedToTheFinalAnswer();
+    void aRedirectIsFollowedToTheFinalResponse_data();
+    void aRedirectIsFollowedToTheFinalResponse();
     void aRedirectMayUpgradeToHttps();
-    void aRedirectThatLeadsNowhereIsAFailedTransfer_data();
-    void aRedirectThatLeadsNowhereIsAFailedTransfer();
+    void aRedirectWithoutAUsableTargetIsAFailure_data();
+    void aRedirectWithoutAUsableTargetIsAFailure();
     void aRedirectFromHttpsToHttpIsRefused();
 
     void aBrokenTransferIsAFailure_data();
     void aBrokenTransferIsAFailure();
-    void aCompressedBodyOfAnnouncedLengthIsHandedOverCutOff();
+    void aTruncatedCompressedBodyWithAContentLengthIsReturnedTruncated();
     void aRefusedConnectionIsAFailure();
     void anUnknownHostIsAFailure();
 
     void silenceEndsAtTheIdleTimeout();
     void aStalledBodyEndsAtTheIdleTimeout();
-    void aHandshakeThatIsNotAnsweredEndsAtTheIdleTimeout();
+    void anUnansweredHandshakeEndsAtTheIdleTimeout();
     void aDrippingBodyOutlivesTheIdleTimeoutAndEndsAtTheDeadline();
-    void aSlowWholeAnswerWithinTheDeadlineIsKept();
-    void theDeadlineSpansRedirects();
-    void theDeadlineHoldsForAReplyThatNeverFinishes();
-    void theCapHoldsForAReplyThatNeverFinishes();
+    void aSlowResponseWithinTheDeadlineIsKept();
+    void theDeadlineIncludesRedirects();
+    void theDeadlineEndsAReplyThatNeverFinishes();
+    void theCapEndsAReplyThatNeverFinishes();
 
     void anEndlessBodyEndsAtTheCap_data();
     void anEndlessBodyEndsAtTheCap();
     void aBodyOfExactlyTheCapIsKept();
     void aByteBeyondTheCapIsAFailure();
-    void aBodyMayBeCompressedAsWellAsItLikes();
-    void aLargeCompressedBodyIsWhole_data();
-    void aLargeCompressedBodyIsWhole();
+    void aSmallBodyMayHaveAnyCompressionRatio();
+    void aLargeCompressedBodyIsComplete_data();
+    void aLargeCompressedBodyIsComplete();
     void aCompressionBombFailsAtOnce_data();
     void aCompressionBombFailsAtOnce();
     void aDiscardedBodyIsNotDecompressed();
 
     void theUserAgentIsSentAsGiven();
-    void anEmptyUserAgentLeavesTheNetworkLayersOwn();
-    void aGetCarriesNoBodyAndNoConditions();
-    void everyRequestGoesToTheNetwork();
+    void anEmptyUserAgentSendsTheDefaultOfTheNetworkLayer();
+    void aGetHasNoBodyAndNoConditions();
+    void noResponseComesFromACache();
     void cookiesAreNeitherKeptNorSent();
-    void nothingIsLeftOnDisk();
-    void aPostCarriesItsJson();
+    void nothingIsWrittenToDisk();
+    void aPostSendsItsJson();
     void aPostWithoutJsonHasNoBody();
     void aPostWhoseConnectionBreaksIsNotSentAgain();
-    void aPostWhoseAnswerIsCutOffIsNotSentAgain();
-    void aPostLeavesNoConnectionBehind();
-    void aRedirectedPost_data();
-    void aRedirectedPost();
+    void aPostWhoseResponseIsTruncatedIsNotSentAgain();
+    void aPostLeavesNoConnectionOpen();
+    void aRedirectedPostIsFollowedWithAGetOrFails_data();
+    void aRedirectedPostIsFollowedWithAGetOrFails();
 
-    void otherAddressesFailAtOnceWithoutARequest_data();
-    void otherAddressesFailAtOnceWithoutARequest();
+    void addressesThatAreNotHttpFailAtOnceWithoutARequest_data();
+    void addressesThatAreNotHttpFailAtOnceWithoutARequest();
 
-    void aHangingRequestDoesNotHoldUpOthers();
-    void destroyingTheSessionCancelsWhatIsUnderWay();
+    void aHangingRequestDoesNotDelayOthers();
+    void destroyingTheSessionCancelsPendingRequests();
     void theSessionMayBeDestroyedByAContinuation();
     void connectionsAreClosedWhenTheLastRequestOfTheirRoundHasEnded();
-    void aRoundNeverTakesAConnectionOfAnEarlierOne();
+    void aRoundNeverReusesAConnectionOfAnEarlierOne();
     void nothingRunsBetweenRounds();
     void http2IsNotOffered();
     void abortedRequestsFailAtOnce();
-    void whatBeginsAfterAbortTakesNewConnections();
+    void requestsAfterAnAbortUseNewConnections();
     void aContinuationMayDestroyTheSessionWhileItAborts();
 
-    void theRouteIsLookedUpForTheOriginAloneAndOffThisThread();
-    void aRoundLooksARouteUpOnce();
-    void aRequestTakesTheRouteThatWasFound();
-    void withoutARouteNothingIsSent();
-    void aRedirectIsLookedUpToo();
-    void aLookupThatHangsEndsAtTheIdleTimeout();
-    void lookupsThatHangDoNotPileUp();
-    void whatBeginsAfterAbortIsLookedUpAnew();
+    void theRouteIsLookedUpForTheOriginOnlyAndOnAnotherThread();
+    void aRoundLooksUpARouteOnce();
+    void aRequestUsesTheRouteThatWasFound();
+    void aRequestWithoutARouteIsNotSent();
+    void theRouteToARedirectTargetIsLookedUpToo();
+    void aHangingLookupEndsAtTheIdleTimeout();
+    void hangingLookupsDoNotAccumulate();
+    void requestsAfterAnAbortLookTheirRouteUpAgain();
     void theSessionMayBeDestroyedDuringALookup();
 
-    void tlsThroughAProxyReachesTheHost();
+    void tlsWorksThroughAProxy();
     void anUntrustedCertificateIsAFailure();
     void aCertificateForAnotherHostIsAFailure();
-    void aProxyThatRefusesIsAFailure_data();
-    void aProxyThatRefusesIsAFailure();
+    void aRefusalByTheProxyIsAFailure_data();
+    void aRefusalByTheProxyIsAFailure();
 };
 
 void HttpSessionTest::initTestCase()
@@ -273,7 +274,7 @@ void HttpSessionTest::cleanup()
     internet_.reset();
 }
 
-void HttpSessionTest::everyStatusCodeIsAnAnswer_data()
+void HttpSessionTest::everyStatusCodeIsAResponse_data()
 {
     QTest::addColumn<SimulatedResponse>("response");
     QTest::addColumn<int>("status");
@@ -296,7 +297,7 @@ void HttpSessionTest::everyStatusCodeIsAnAnswer_data()
         << SimulatedResponse::ofStatus(407).with("Proxy-Authenticate"_ba, "Basic realm=\"x\""_ba) << 407;
 }
 
-void HttpSessionTest::everyStatusCodeIsAnAnswer()
+void HttpSessionTest::everyStatusCodeIsAResponse()
 {
     QFETCH(const SimulatedResponse, response);
     QFETCH(const int, status);
@@ -308,7 +309,7 @@ void HttpSessionTest::everyStatusCodeIsAnAnswer()
     QCOMPARE(fetch(*tls, page()).status, status);
 }
 
-void HttpSessionTest::aProvisionalResponseIsNotTheAnswer()
+void HttpSessionTest::aProvisionalResponseIsSkipped()
 {
     internet_->respond(host, {}, SimulatedResponse::json("{}"_ba).afterProvisional(100));
     const HttpResponse response = fetch();
@@ -316,7 +317,7 @@ void HttpSessionTest::aProvisionalResponseIsNotTheAnswer()
     QCOMPARE(response.body, "{}"_ba);
 }
 
-void HttpSessionTest::theBodyOfAnErrorAnswerIsKept()
+void HttpSessionTest::theBodyOfAnErrorResponseIsKept()
 {
     for (const int status : {400, 401, 403, 404, 429, 500, 502, 503}) {
         internet_->respond(host, {}, SimulatedResponse::json("{\"a\":1}"_ba, status));
@@ -326,7 +327,7 @@ void HttpSessionTest::theBodyOfAnErrorAnswerIsKept()
     }
 }
 
-void HttpSessionTest::discardedBodiesAreNotHandedOver()
+void HttpSessionTest::aDiscardedBodyIsEmpty()
 {
     internet_->respond(host, {}, SimulatedResponse::html(QByteArray(500'000, 'x')));
     const auto session = makeSession();
@@ -344,14 +345,14 @@ void HttpSessionTest::aGzippedBodyIsDecoded()
     QVERIFY(internet_->requests().constLast().header("Accept-Encoding"_ba).contains("gzip"));
 }
 
-void HttpSessionTest::aChunkedBodyIsWhole()
+void HttpSessionTest::aChunkedBodyIsComplete()
 {
     const QByteArray body = internet_->document(StatusPage::Claude).toJson();
     internet_->respond(host, {}, SimulatedResponse::json(body).inChunks());
     QCOMPARE(fetch().body, body);
 }
 
-void HttpSessionTest::contentOfAnyTypeIsHandedOverAsItIs()
+void HttpSessionTest::aBodyOfAnyContentTypeIsReturnedUnchanged()
 {
     internet_->respond(host, {}, SimulatedResponse::html("<html>Sign in to this network</html>"_ba));
     QCOMPARE(fetch().body, "<html>Sign in to this network</html>"_ba);
@@ -359,7 +360,7 @@ void HttpSessionTest::contentOfAnyTypeIsHandedOverAsItIs()
     QCOMPARE(fetch().body, QByteArray("\0\xff\xfe", 3));
 }
 
-void HttpSessionTest::aRedirectIsFollowedToTheFinalAnswer_data()
+void HttpSessionTest::aRedirectIsFollowedToTheFinalResponse_data()
 {
     QTest::addColumn<int>("redirectStatus");
     QTest::addColumn<QByteArray>("location");
@@ -373,7 +374,7 @@ void HttpSessionTest::aRedirectIsFollowedToTheFinalAnswer_data()
     QTest::addRow("302 to a path") << 302 << "/next"_ba << 200;
 }
 
-void HttpSessionTest::aRedirectIsFollowedToTheFinalAnswer()
+void HttpSessionTest::aRedirectIsFollowedToTheFinalResponse()
 {
     QFETCH(const int, redirectStatus);
     QFETCH(const QByteArray, location);
@@ -400,7 +401,7 @@ void HttpSessionTest::aRedirectMayUpgradeToHttps()
     QCOMPARE(internet_->requests().constLast().scheme, u"https"_s);
 }
 
-void HttpSessionTest::aRedirectThatLeadsNowhereIsAFailedTransfer_data()
+void HttpSessionTest::aRedirectWithoutAUsableTargetIsAFailure_data()
 {
     QTest::addColumn<QByteArray>("location");
     QTest::addRow("to itself, for ever") << "/"_ba;
@@ -413,7 +414,7 @@ void HttpSessionTest::aRedirectThatLeadsNowhereIsAFailedTransfer_data()
     QTest::addRow("to no address") << "https://[::1/"_ba;
 }
 
-void HttpSessionTest::aRedirectThatLeadsNowhereIsAFailedTransfer()
+void HttpSessionTest::aRedirectWithoutAUsableTargetIsAFailure()
 {
     QFETCH(const QByteArray, location);
     internet_->respond(host, {}, SimulatedResponse::redirect(location));
@@ -474,8 +475,8 @@ void HttpSessionTest::aBrokenTransferIsAFailure()
     QCOMPARE(discarding.result().status, isBrokenOnTheWire ? std::nullopt : std::optional(200));
 }
 
-/// The one break that the network layer keeps to itself, so that readers of a body know what to expect.
-void HttpSessionTest::aCompressedBodyOfAnnouncedLengthIsHandedOverCutOff()
+/// The network layer does not report this failure. The test documents the behaviour for callers that read a body.
+void HttpSessionTest::aTruncatedCompressedBodyWithAContentLengthIsReturnedTruncated()
 {
     const QByteArray body = internet_->document(StatusPage::Claude).toJson();
     internet_->respond(host, {}, SimulatedResponse::truncated(body).gzipped());
@@ -495,7 +496,7 @@ void HttpSessionTest::aRefusedConnectionIsAFailure()
     HttpSession session({}, roomy);
     QCOMPARE(fetch(session, QUrl(address)).status, std::nullopt);
 
-    // The attribute reads 302 here although nobody answered.
+    // The status attribute of the reply is 302 here, although the target did not answer.
     internet_->respond(u"127.0.0.1"_s, "/gone"_ba, SimulatedResponse::redirect(address.toLatin1()));
     const QUrl gone(u"http://127.0.0.1:%1/gone"_s.arg(internet_->port()));
     QCOMPARE(fetch(session, gone).status, std::nullopt);
@@ -524,7 +525,7 @@ void HttpSessionTest::aStalledBodyEndsAtTheIdleTimeout()
     QCOMPARE(fetch(page(), {.idleTimeout = 100ms, .totalDeadline = 60s}).status, std::nullopt);
 }
 
-void HttpSessionTest::aHandshakeThatIsNotAnsweredEndsAtTheIdleTimeout()
+void HttpSessionTest::anUnansweredHandshakeEndsAtTheIdleTimeout()
 {
     QTcpServer mute;
     QVERIFY(mute.listen(QHostAddress::LocalHost));
@@ -539,11 +540,11 @@ void HttpSessionTest::aDrippingBodyOutlivesTheIdleTimeoutAndEndsAtTheDeadline()
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(fetch(page(), {.idleTimeout = 300ms, .totalDeadline = 900ms}).status, std::nullopt);
-    // A coarse timer may be early by a twentieth.
+    // A coarse timer may fire five per cent early.
     QVERIFY(std::chrono::milliseconds(timer.elapsed()) >= 850ms);
 }
 
-void HttpSessionTest::aSlowWholeAnswerWithinTheDeadlineIsKept()
+void HttpSessionTest::aSlowResponseWithinTheDeadlineIsKept()
 {
     const auto body = "[1,2,3,4,5,6,7,8,9,10]"_ba;
     internet_->respond(host, {}, SimulatedResponse::drip(body, 20ms).after(100ms));
@@ -552,7 +553,7 @@ void HttpSessionTest::aSlowWholeAnswerWithinTheDeadlineIsKept()
     QCOMPARE(response.body, body);
 }
 
-void HttpSessionTest::theDeadlineSpansRedirects()
+void HttpSessionTest::theDeadlineIncludesRedirects()
 {
     internet_->respond(host, {}, SimulatedResponse::redirect("/"_ba).after(100ms));
     QElapsedTimer timer;
@@ -563,13 +564,13 @@ void HttpSessionTest::theDeadlineSpansRedirects()
     QVERIFY(internet_->requests().size() < 20);
 }
 
-void HttpSessionTest::theDeadlineHoldsForAReplyThatNeverFinishes()
+void HttpSessionTest::theDeadlineEndsAReplyThatNeverFinishes()
 {
     HttpSession session({std::make_unique<StubbornNetwork>}, {.idleTimeout = 50ms, .totalDeadline = 200ms});
     QCOMPARE(fetch(session, page()).status, std::nullopt);
 }
 
-void HttpSessionTest::theCapHoldsForAReplyThatNeverFinishes()
+void HttpSessionTest::theCapEndsAReplyThatNeverFinishes()
 {
     HttpSession session({[] { return std::make_unique<StubbornNetwork>(QByteArray(2000, ' ')); }},
                         {.idleTimeout = 20s, .totalDeadline = 20s, .maximumKeptSize = 1000});
@@ -610,7 +611,7 @@ void HttpSessionTest::aByteBeyondTheCapIsAFailure()
     QCOMPARE(fetch(page(), {.idleTimeout = 20s, .maximumKeptSize = body.size() - 1}).status, std::nullopt);
 }
 
-void HttpSessionTest::aBodyMayBeCompressedAsWellAsItLikes()
+void HttpSessionTest::aSmallBodyMayHaveAnyCompressionRatio()
 {
     const QByteArray body(1'900'000, ' ');
     const auto response = SimulatedResponse::json(body).gzipped();
@@ -621,14 +622,14 @@ void HttpSessionTest::aBodyMayBeCompressedAsWellAsItLikes()
     QCOMPARE(answer.body.size(), body.size());
 }
 
-void HttpSessionTest::aLargeCompressedBodyIsWhole_data()
+void HttpSessionTest::aLargeCompressedBodyIsComplete_data()
 {
     QTest::addColumn<bool>("chunked");
     QTest::addRow("of announced length") << false;
     QTest::addRow("in chunks") << true;
 }
 
-void HttpSessionTest::aLargeCompressedBodyIsWhole()
+void HttpSessionTest::aLargeCompressedBodyIsComplete()
 {
     QFETCH(const bool, chunked);
     QByteArray body;
@@ -676,14 +677,14 @@ void HttpSessionTest::theUserAgentIsSentAsGiven()
     QCOMPARE(internet_->requests().constLast().header("User-Agent"_ba), userAgent);
 }
 
-void HttpSessionTest::anEmptyUserAgentLeavesTheNetworkLayersOwn()
+void HttpSessionTest::anEmptyUserAgentSendsTheDefaultOfTheNetworkLayer()
 {
     const auto session = makeSession(roomy, {});
     QCOMPARE(fetch(*session, page()).status, 200);
     QCOMPARE(internet_->requests().constLast().header("User-Agent"_ba), "Mozilla/5.0"_ba);
 }
 
-void HttpSessionTest::aGetCarriesNoBodyAndNoConditions()
+void HttpSessionTest::aGetHasNoBodyAndNoConditions()
 {
     QCOMPARE(fetch(page(u"/a/b?c=d%20e"_s)).status, 200);
     const SimulatedRequest &request = internet_->requests().constLast();
@@ -697,7 +698,7 @@ void HttpSessionTest::aGetCarriesNoBodyAndNoConditions()
     }
 }
 
-void HttpSessionTest::everyRequestGoesToTheNetwork()
+void HttpSessionTest::noResponseComesFromACache()
 {
     internet_->respond(host, {},
                        SimulatedResponse::json("1"_ba)
@@ -728,7 +729,7 @@ void HttpSessionTest::cookiesAreNeitherKeptNorSent()
     }
 }
 
-void HttpSessionTest::nothingIsLeftOnDisk()
+void HttpSessionTest::nothingIsWrittenToDisk()
 {
     internet_->respond(u"127.0.0.1"_s, {},
                        SimulatedResponse::json("{}"_ba)
@@ -744,7 +745,7 @@ void HttpSessionTest::nothingIsLeftOnDisk()
     QVERIFY2(!files.hasNext(), qPrintable(files.next()));
 }
 
-void HttpSessionTest::aPostCarriesItsJson()
+void HttpSessionTest::aPostSendsItsJson()
 {
     const auto session = makeSession(roomy, {});
     const auto future = session->postJson(QUrl(u"https://hooks.slack.com/services/T/B/x"_s), R"({"text":"a"})"_ba);
@@ -789,7 +790,7 @@ void HttpSessionTest::aPostWhoseConnectionBreaksIsNotSentAgain()
     }
 }
 
-void HttpSessionTest::aPostWhoseAnswerIsCutOffIsNotSentAgain()
+void HttpSessionTest::aPostWhoseResponseIsTruncatedIsNotSentAgain()
 {
     internet_->respond(host, {}, SimulatedResponse::truncated(QByteArray(1000, ' ')));
     const auto session = makeSession();
@@ -799,7 +800,7 @@ void HttpSessionTest::aPostWhoseAnswerIsCutOffIsNotSentAgain()
     QCOMPARE(internet_->requests().size(), 1);
 }
 
-void HttpSessionTest::aPostLeavesNoConnectionBehind()
+void HttpSessionTest::aPostLeavesNoConnectionOpen()
 {
     const auto session = makeSession();
     const auto future = session->postJson(page(), "{}"_ba);
@@ -808,7 +809,7 @@ void HttpSessionTest::aPostLeavesNoConnectionBehind()
     QTRY_COMPARE(internet_->connectionsOpen(), 0);
 }
 
-void HttpSessionTest::aRedirectedPost_data()
+void HttpSessionTest::aRedirectedPostIsFollowedWithAGetOrFails_data()
 {
     QTest::addColumn<int>("redirect");
     QTest::addColumn<QList<QByteArray>>("methods");
@@ -823,7 +824,7 @@ void HttpSessionTest::aRedirectedPost_data()
     }
 }
 
-void HttpSessionTest::aRedirectedPost()
+void HttpSessionTest::aRedirectedPostIsFollowedWithAGetOrFails()
 {
     QFETCH(const int, redirect);
     QFETCH(const QList<QByteArray>, methods);
@@ -840,7 +841,7 @@ void HttpSessionTest::aRedirectedPost()
     QCOMPARE(heard, methods);
 }
 
-void HttpSessionTest::otherAddressesFailAtOnceWithoutARequest_data()
+void HttpSessionTest::addressesThatAreNotHttpFailAtOnceWithoutARequest_data()
 {
     QTest::addColumn<QUrl>("address");
     for (const char *address : {"", "   ", "file:///etc/hostname", "ftp://claude.ai/", "data:text/plain,a", "qrc:/a",
@@ -851,7 +852,7 @@ void HttpSessionTest::otherAddressesFailAtOnceWithoutARequest_data()
     }
 }
 
-void HttpSessionTest::otherAddressesFailAtOnceWithoutARequest()
+void HttpSessionTest::addressesThatAreNotHttpFailAtOnceWithoutARequest()
 {
     QFETCH(const QUrl, address);
     const auto session = makeSession();
@@ -863,7 +864,7 @@ void HttpSessionTest::otherAddressesFailAtOnceWithoutARequest()
     QCOMPARE(internet_->connectionsAccepted(), 0);
 }
 
-void HttpSessionTest::aHangingRequestDoesNotHoldUpOthers()
+void HttpSessionTest::aHangingRequestDoesNotDelayOthers()
 {
     internet_->respond(host, {}, SimulatedResponse::silence());
     const auto session = makeSession();
@@ -879,7 +880,7 @@ void HttpSessionTest::aHangingRequestDoesNotHoldUpOthers()
     QVERIFY(!hanging.isFinished());
 }
 
-void HttpSessionTest::destroyingTheSessionCancelsWhatIsUnderWay()
+void HttpSessionTest::destroyingTheSessionCancelsPendingRequests()
 {
     internet_->respond(host, {}, SimulatedResponse::silence());
     internet_->respond(u"claude.ai"_s, {}, SimulatedResponse::stall(QByteArray(1000, ' ')));
@@ -897,7 +898,7 @@ void HttpSessionTest::destroyingTheSessionCancelsWhatIsUnderWay()
         QVERIFY(future.isFinished());
         QVERIFY(future.isCanceled());
     }
-    // The other side sees the connections go, and nothing is left that could still speak.
+    // The server sees the connections close.
     QTRY_COMPARE(internet_->connectionsOpen(), 0);
     QVERIFY(!continued);
 }
@@ -927,7 +928,7 @@ void HttpSessionTest::connectionsAreClosedWhenTheLastRequestOfTheirRoundHasEnded
     QTRY_COMPARE(internet_->connectionsOpen(), 0);
 }
 
-void HttpSessionTest::aRoundNeverTakesAConnectionOfAnEarlierOne()
+void HttpSessionTest::aRoundNeverReusesAConnectionOfAnEarlierOne()
 {
     internet_->respond(host, "/hanging"_ba, SimulatedResponse::silence());
     const auto session = makeSession();
@@ -938,7 +939,7 @@ void HttpSessionTest::aRoundNeverTakesAConnectionOfAnEarlierOne()
     }
     QVERIFY(!hanging.isFinished());
     QCOMPARE(internet_->connectionsAccepted(), 7);
-    // The first of them began in the same turn as the one that hangs.
+    // The first of them belongs to the same round as the request that hangs.
     QTRY_COMPARE(internet_->connectionsOpen(), 2);
 }
 
@@ -992,7 +993,7 @@ void HttpSessionTest::abortedRequestsFailAtOnce()
     QTRY_COMPARE(internet_->connectionsOpen(), 0);
 }
 
-void HttpSessionTest::whatBeginsAfterAbortTakesNewConnections()
+void HttpSessionTest::requestsAfterAnAbortUseNewConnections()
 {
     const auto session = makeSession();
     const auto before = session->get(page());
@@ -1022,7 +1023,7 @@ void HttpSessionTest::aContinuationMayDestroyTheSessionWhileItAborts()
     QVERIFY(second.isCanceled());
 }
 
-void HttpSessionTest::theRouteIsLookedUpForTheOriginAloneAndOffThisThread()
+void HttpSessionTest::theRouteIsLookedUpForTheOriginOnlyAndOnAnotherThread()
 {
     internet_->respond(u"127.0.0.1"_s, {}, SimulatedResponse::ofStatus(200));
     const auto port = internet_->port();
@@ -1034,7 +1035,7 @@ void HttpSessionTest::theRouteIsLookedUpForTheOriginAloneAndOffThisThread()
     QVERIFY(lookups.wasOffThread);
 }
 
-void HttpSessionTest::aRoundLooksARouteUpOnce()
+void HttpSessionTest::aRoundLooksUpARouteOnce()
 {
     internet_->respond(u"127.0.0.1"_s, {}, SimulatedResponse::ofStatus(200));
     const QUrl url(u"http://127.0.0.1:%1/"_s.arg(internet_->port()));
@@ -1050,7 +1051,7 @@ void HttpSessionTest::aRoundLooksARouteUpOnce()
     QCOMPARE(lookups.asked.size(), 2);
 }
 
-void HttpSessionTest::aRequestTakesTheRouteThatWasFound()
+void HttpSessionTest::aRequestUsesTheRouteThatWasFound()
 {
     Lookups lookups;
     lookups.routes = {HttpRoute{{QNetworkProxy::HttpProxy, u"127.0.0.1"_s, internet_->port()}, QNetworkProxy::NoProxy}};
@@ -1062,7 +1063,7 @@ void HttpSessionTest::aRequestTakesTheRouteThatWasFound()
     QCOMPARE(post.result().status, 200);
 }
 
-void HttpSessionTest::withoutARouteNothingIsSent()
+void HttpSessionTest::aRequestWithoutARouteIsNotSent()
 {
     Lookups lookups;
     lookups.routes = {std::nullopt};
@@ -1071,7 +1072,7 @@ void HttpSessionTest::withoutARouteNothingIsSent()
     QCOMPARE(internet_->connectionsAccepted(), 0);
 }
 
-void HttpSessionTest::aRedirectIsLookedUpToo()
+void HttpSessionTest::theRouteToARedirectTargetIsLookedUpToo()
 {
     Lookups lookups;
     lookups.routes = {HttpRoute{{QNetworkProxy::HttpProxy, u"127.0.0.1"_s, internet_->port()}}};
@@ -1082,7 +1083,7 @@ void HttpSessionTest::aRedirectIsLookedUpToo()
     QCOMPARE(lookups.asked, (QList{QUrl(u"http://page.example/"_s), QUrl(u"http://claude.ai:8080/"_s)}));
 }
 
-void HttpSessionTest::aLookupThatHangsEndsAtTheIdleTimeout()
+void HttpSessionTest::aHangingLookupEndsAtTheIdleTimeout()
 {
     internet_->respond(u"127.0.0.1"_s, {}, SimulatedResponse::ofStatus(200));
     Lookups lookups;
@@ -1093,7 +1094,7 @@ void HttpSessionTest::aLookupThatHangsEndsAtTheIdleTimeout()
     const auto hanging = session.get(page());
     const auto post = session.postJson(page(), "{}"_ba);
     QVERIFY(std::chrono::milliseconds(timer.elapsed()) < 100ms);
-    // The others are not held up.
+    // Requests to other origins are not delayed.
     QCOMPARE(fetch(session, QUrl(u"http://127.0.0.1:%1/"_s.arg(internet_->port()))).status, 200);
     QVERIFY(settles(hanging));
     QCOMPARE(hanging.result().status, std::nullopt);
@@ -1104,7 +1105,7 @@ void HttpSessionTest::aLookupThatHangsEndsAtTheIdleTimeout()
     QTRY_COMPARE(lookups.get(&Lookups::hanging), 0);
 }
 
-void HttpSessionTest::lookupsThatHangDoNotPileUp()
+void HttpSessionTest::hangingLookupsDoNotAccumulate()
 {
     Lookups lookups;
     lookups.hangs.append(host);
@@ -1115,14 +1116,14 @@ void HttpSessionTest::lookupsThatHangDoNotPileUp()
     QCOMPARE(lookups.get(&Lookups::asked).size(), 1);
     QCOMPARE(lookups.get(&Lookups::hanging), 1);
     lookups.release();
-    // Nobody waits any more, so there is no other lookup.
+    // No request waits any more, so no further lookup begins.
     QTRY_COMPARE(lookups.get(&Lookups::hanging), 0);
     const auto next = session.get(page());
     QTRY_COMPARE(lookups.get(&Lookups::asked).size(), 2);
     QVERIFY(settles(next));
 }
 
-void HttpSessionTest::whatBeginsAfterAbortIsLookedUpAnew()
+void HttpSessionTest::requestsAfterAnAbortLookTheirRouteUpAgain()
 {
     Lookups lookups;
     lookups.hangs.append(host);
@@ -1135,7 +1136,7 @@ void HttpSessionTest::whatBeginsAfterAbortIsLookedUpAnew()
     const auto after = session.get(QUrl(u"http://page.example/"_s));
     QVERIFY(before.isFinished());
     QCOMPARE(before.result().status, std::nullopt);
-    // The lookup from before finds no route; the one after it does.
+    // The lookup from before the abort finds no route; the one after it does.
     lookups.release();
     QVERIFY(settles(after));
     QCOMPARE(after.result().status, 200);
@@ -1156,7 +1157,7 @@ void HttpSessionTest::theSessionMayBeDestroyedDuringALookup()
     QTRY_COMPARE(lookups.get(&Lookups::hanging), 0);
 }
 
-void HttpSessionTest::tlsThroughAProxyReachesTheHost()
+void HttpSessionTest::tlsWorksThroughAProxy()
 {
     const auto session = makeTlsSession();
     const HttpResponse response = fetch(*session, QUrl(u"https://status.claude.com/api/v2/summary.json"_s));
@@ -1182,7 +1183,7 @@ void HttpSessionTest::aCertificateForAnotherHostIsAFailure()
     QCOMPARE(internet_->requests().size(), 0);
 }
 
-void HttpSessionTest::aProxyThatRefusesIsAFailure_data()
+void HttpSessionTest::aRefusalByTheProxyIsAFailure_data()
 {
     QTest::addColumn<int>("status");
     for (const int status : {403, 407, 500, 502, 503, 504}) {
@@ -1190,7 +1191,7 @@ void HttpSessionTest::aProxyThatRefusesIsAFailure_data()
     }
 }
 
-void HttpSessionTest::aProxyThatRefusesIsAFailure()
+void HttpSessionTest::aRefusalByTheProxyIsAFailure()
 {
     QFETCH(const int, status);
     internet_->setProxyStatus(status);

@@ -18,8 +18,8 @@ constexpr std::array proxyVariables{"http_proxy", "https_proxy", "no_proxy", "al
 
 } // namespace
 
-/// Which way an unmodified session takes. No name is ever resolved: hosts end in ".invalid", so that an answer can only
-/// have come through the proxy.
+/// Checks the proxies that a session with the default network uses. The hosts end in ".invalid" and cannot be resolved, so
+/// a response can only come through the proxy.
 class SystemProxyTest : public QObject
 {
     Q_OBJECT
@@ -45,7 +45,7 @@ private Q_SLOTS:
     }
     void cleanup() { internet_.reset(); }
 
-    void withoutAProxyTheNetworkIsAskedDirectly()
+    void requestsGoDirectlyWithoutAProxy()
     {
         QCOMPARE(statusOf(QUrl(u"http://page.invalid/"_s)), std::nullopt);
         QCOMPARE(internet_->connectionsAccepted(), 0);
@@ -89,13 +89,13 @@ private Q_SLOTS:
         QCOMPARE(internet_->requests().constFirst().scheme, u"https"_s);
     }
 
-    void noProxyNamesTheExceptions_data()
+    void hostsInNoProxyBypassTheProxy_data()
     {
         QTest::addColumn<QByteArray>("variable");
         QTest::addRow("no_proxy") << "no_proxy"_ba;
         QTest::addRow("NO_PROXY") << "NO_PROXY"_ba;
     }
-    void noProxyNamesTheExceptions()
+    void hostsInNoProxyBypassTheProxy()
     {
         QFETCH(const QByteArray, variable);
         internet_->respond(u"other.invalid"_s, {}, SimulatedResponse::ofStatus(200));
@@ -106,7 +106,7 @@ private Q_SLOTS:
         QCOMPARE(statusOf(QUrl(u"http://other.invalid/"_s)), 200);
     }
 
-    void thisMachineIsNeverAskedThroughAProxy()
+    void requestsToThisMachineBypassTheProxy()
     {
         qputenv("http_proxy", internet_->proxyUrl().toEncoded());
         internet_->setOffline(true);
@@ -116,9 +116,9 @@ private Q_SLOTS:
         QCOMPARE(internet_->connectionsAccepted(), 0);
     }
 
-    void aProxyThatIsDownIsAFailureAndNotBypassed()
+    void anUnreachableProxyIsAFailureAndIsNotBypassed()
     {
-        // An address of this machine that does not count as local, for local ones never go through a proxy.
+        // An address of this machine that is not a loopback address, because those bypass the proxy.
         internet_->respond(u"0.0.0.0"_s, {}, SimulatedResponse::ofStatus(200));
         const QUrl direct(u"http://0.0.0.0:%1/"_s.arg(internet_->port()));
         QCOMPARE(statusOf(direct), 200);

@@ -12,12 +12,12 @@ class AppIconTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void looksAsItShould_data();
-    void looksAsItShould();
+    void matchesTheGoldenPictures_data();
+    void matchesTheGoldenPictures();
     void isSharpAtEverySize();
 };
 
-void AppIconTest::looksAsItShould_data()
+void AppIconTest::matchesTheGoldenPictures_data()
 {
     QTest::addColumn<int>("side");
     for (const int side : {16, 32, 64, 128}) {
@@ -25,7 +25,7 @@ void AppIconTest::looksAsItShould_data()
     }
 }
 
-void AppIconTest::looksAsItShould()
+void AppIconTest::matchesTheGoldenPictures()
 {
     QFETCH(int, side);
     const auto picture = AppIcon::image().pixmap(QSize(side, side), 1.0).toImage();
@@ -41,7 +41,7 @@ void AppIconTest::isSharpAtEverySize()
     QCOMPARE(fine.size(), QSize(256, 256));
     QCOMPARE(fine.pixelColor(128, 128), QColor(0x32d74b));
     QCOMPARE(fine.pixelColor(4, 4).alpha(), 0);
-    // From the dot's edge to full colour in two pixels: a scaled-up picture would need more.
+    // Two pixels from the edge, the dot has its full colour. In a scaled-up picture the edge would be wider.
     QCOMPARE(fine.pixelColor(128 + 17, 128), QColor(0x32d74b));
     QVERIFY(fine.pixelColor(128 + 20, 128).green() < 64);
 }

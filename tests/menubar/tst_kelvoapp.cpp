@@ -15,7 +15,7 @@ namespace kelvo {
 
 namespace {
 
-/// What the windows were told, over all that were made.
+/// The calls to all fake views that were made.
 struct Told
 {
     int made = 0;
@@ -88,7 +88,7 @@ class KelvoAppTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void noWindowIsMadeWhileNobodyWantsOne()
+    void noViewIsMadeBeforeItIsNeeded()
     {
         Program program;
         program.stores.round({{ServiceID::claude, ServiceHealth::outage}}, u"Major outage"_s);
@@ -97,7 +97,7 @@ private Q_SLOTS:
         QCOMPARE(told.made, 0);
     }
 
-    void theFirstStartOpensTheIntroduction()
+    void theFirstStartOpensTheOnboarding()
     {
         Program program(&makeFake, false);
         QCOMPARE(told.calls, QStringList{u"onboarding"_s});
@@ -120,7 +120,7 @@ private Q_SLOTS:
         QCOMPARE(told.calls, (QStringList{u"popover"_s, u"settings"_s}));
     }
 
-    void theWindowsAreMadeOnce()
+    void theViewsAreMadeOnce()
     {
         Program program;
         program.item->click();
@@ -130,7 +130,7 @@ private Q_SLOTS:
         QCOMPARE(told.calls.size(), 3);
     }
 
-    void withoutWindowsItWatchesOnAndTriesAgainAtTheNextNeed()
+    void failedViewsAreMadeAgainAtTheNextNeed()
     {
         Program program(&makeNone, false);
         QCOMPARE(told.made, 1);
@@ -143,7 +143,7 @@ private Q_SLOTS:
         QCOMPARE(program.item->toolTip, u"Claude: Major outage"_s);
     }
 
-    void withoutWindowsTheMenuStillQuits()
+    void theMenuQuitsWithoutViews()
     {
         Program program(&makeNone);
         program.item->click();
@@ -153,7 +153,7 @@ private Q_SLOTS:
         QCOMPARE(quit.size(), 1);
     }
 
-    void aMissingLibraryGivesNoWindowsAndSaysSo()
+    void aMissingLibraryGivesNoViewsAndAWarning()
     {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^The windows cannot be opened: .*kelvo-views"_s));
         Program program(&loadViews);

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The glyph's measures in its grid of 32 × 32.
+// The dimensions of the glyph in its grid of 32 × 32 units.
 constexpr double ringRadius = 11.0;
 constexpr double ringWidth = 3.4;
 constexpr double dotRadius = 5.2;
@@ -60,8 +60,8 @@ QImage draw(const Look &look, int side, double scale = 1.0)
     return draw(look, QSize(side, side), scale);
 }
 
-// The point of a square picture at an angle (degrees, anticlockwise, from three o’clock) and a distance from the centre
-// in the grid.
+// Returns the pixel at an angle (degrees, anticlockwise from three o’clock) and a distance from the centre (grid units)
+// in a square picture.
 QPoint at(const QImage &image, double degrees, double units)
 {
     const double angle = degrees * std::numbers::pi / 180.0;
@@ -71,7 +71,7 @@ QPoint at(const QImage &image, double degrees, double units)
             static_cast<int>(std::floor(middle - units * unit * std::sin(angle)))};
 }
 
-// How many fully covered pixels a shape amounts to whose alpha is `opaque` where it covers a pixel fully.
+// Returns the covered area in pixels of a shape whose alpha is `opaque` where it covers a pixel fully.
 double coveredPixels(const QImage &image, int opaque)
 {
     int sum = 0;
@@ -85,11 +85,11 @@ double coveredPixels(const QImage &image, int opaque)
 
 struct Stroke
 {
-    double centre; // distance from the picture's centre, in the grid
-    double width;  // in the grid
+    double centre; // distance from the centre of the picture, in grid units
+    double width;  // in grid units
 };
 
-// The stroke met on the way from the centre to three o'clock, between two distances.
+// Measures the stroke between two distances from the centre, towards three o'clock.
 Stroke strokeAtThree(const QImage &image, double from, double to, int opaque)
 {
     const double unit = image.width() / 32.0;
@@ -143,8 +143,8 @@ class MenuBarIconTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void dotHasTheStatesColourOrIsHollow_data() { addLooksAndScales(); }
-    void dotHasTheStatesColourOrIsHollow()
+    void theDotHasTheColourOfTheStateOrIsHollow_data() { addLooksAndScales(); }
+    void theDotHasTheColourOfTheStateOrIsHollow()
     {
         const QImage image = scaledLook(18);
         QCOMPARE(image.pixel(at(image, 0, 0)), look().core.value_or(0));
@@ -153,8 +153,8 @@ private Q_SLOTS:
         }
     }
 
-    void ringHasTheLabelColour_data() { addLooksAndScales(); }
-    void ringHasTheLabelColour()
+    void theRingHasTheLabelColour_data() { addLooksAndScales(); }
+    void theRingHasTheLabelColour()
     {
         const QImage image = scaledLook(18);
         for (const double degrees : {0.0, 180.0, 270.0}) {
@@ -173,15 +173,15 @@ private Q_SLOTS:
         }
     }
 
-    void gapIsJustAnticlockwiseOfTwelve_data() { addLooksAndScales(); }
-    void gapIsJustAnticlockwiseOfTwelve()
+    void theGapIsJustAnticlockwiseOfTwelve_data() { addLooksAndScales(); }
+    void theGapIsJustAnticlockwiseOfTwelve()
     {
         const QImage image = scaledLook(64);
         QCOMPARE(image.pixel(at(image, gapMiddle, ringRadius)), 0U);
-        QCOMPARE(image.pixel(at(image, 180 - gapMiddle, ringRadius)), look().label); // the other side
+        QCOMPARE(image.pixel(at(image, 180 - gapMiddle, ringRadius)), look().label); // the opposite side
     }
 
-    void gapShowsAtMenuBarSize()
+    void theGapIsVisibleAtMenuBarSize()
     {
         for (const Look &each : looks) {
             const QImage image = draw(each, 18);
@@ -190,8 +190,8 @@ private Q_SLOTS:
         }
     }
 
-    void ringSweepsTheLongWay_data() { addLooksAndScales(); }
-    void ringSweepsTheLongWay()
+    void theRingCoversAllButTheGap_data() { addLooksAndScales(); }
+    void theRingCoversAllButTheGap()
     {
         const QImage image = scaledLook(64);
         for (int degrees = -240; degrees <= 85; degrees += 5) {
@@ -199,8 +199,8 @@ private Q_SLOTS:
         }
     }
 
-    void radiusAndLineWidthMeasureUp_data() { addLooksAndScales(); }
-    void radiusAndLineWidthMeasureUp()
+    void radiusAndLineWidthAreAsDesigned_data() { addLooksAndScales(); }
+    void radiusAndLineWidthAreAsDesigned()
     {
         const QImage image = scaledLook(256);
         const int opaque = qAlpha(look().label);
@@ -217,14 +217,14 @@ private Q_SLOTS:
         }
     }
 
-    void coveredAreaIsTheGeometrysAtEverySize_data()
+    void theCoveredAreaMatchesTheGeometryAtEverySize_data()
     {
         QTest::addColumn<int>("side");
         for (const int side : {16, 18, 22, 24, 32, 36, 44, 48, 64, 96}) {
             QTest::addRow("%d", side) << side;
         }
     }
-    void coveredAreaIsTheGeometrysAtEverySize()
+    void theCoveredAreaMatchesTheGeometryAtEverySize()
     {
         QFETCH(int, side);
         using std::numbers::pi;
@@ -241,7 +241,7 @@ private Q_SLOTS:
         }
     }
 
-    void pixmapHasEveryPixelThatWasAskedFor_data()
+    void aPixmapHasTheRequestedSize_data()
     {
         QTest::addColumn<int>("side");
         QTest::addColumn<double>("scale");
@@ -251,7 +251,7 @@ private Q_SLOTS:
             }
         }
     }
-    void pixmapHasEveryPixelThatWasAskedFor()
+    void aPixmapHasTheRequestedSize()
     {
         QFETCH(int, side);
         QFETCH(double, scale);
@@ -263,7 +263,7 @@ private Q_SLOTS:
         QCOMPARE(image, draw(looks.front(), QSize(side, side) * scale));
     }
 
-    void everySizeThatTraysAskForIsOffered()
+    void everySizeThatTraysUseIsOffered()
     {
         const QIcon ring = icon(looks.front());
         for (const int side : {16, 18, 22, 24, 32, 36, 44, 48, 64}) {
@@ -273,13 +273,13 @@ private Q_SLOTS:
         QVERIFY(!ring.isNull());
     }
 
-    void nonSquareRectangleKeepsTheRingCircularAndCentred_data()
+    void theRingIsCircularAndCentredInANonSquareRectangle_data()
     {
         QTest::addColumn<QSize>("size");
         QTest::newRow("wide") << QSize(64, 32);
         QTest::newRow("high") << QSize(32, 64);
     }
-    void nonSquareRectangleKeepsTheRingCircularAndCentred()
+    void theRingIsCircularAndCentredInANonSquareRectangle()
     {
         QFETCH(QSize, size);
         for (const Look &each : looks) {
@@ -335,7 +335,7 @@ private Q_SLOTS:
 
     void emptySizeGivesNoPixmap() { QVERIFY(icon(looks.front()).pixmap(QSize(0, 18)).isNull()); }
 
-    void copyThatDetachedDrawsTheSame()
+    void aDetachedCopyPaintsTheSame()
     {
         QIcon copy = icon(looks.back());
         const QIcon original = copy;
@@ -344,14 +344,14 @@ private Q_SLOTS:
         QCOMPARE(copy.pixmap(QSize(32, 32), 1.0).toImage(), original.pixmap(QSize(32, 32), 1.0).toImage());
     }
 
-    void gappedRingStaysCircularAndCentredInAnyRectangle_data()
+    void theGappedRingIsCircularAndCentredInAnyRectangle_data()
     {
         QTest::addColumn<QRectF>("rect");
         QTest::newRow("square") << QRectF(0, 0, 32, 32);
         QTest::newRow("wide") << QRectF(10, 20, 64, 32);
         QTest::newRow("high") << QRectF(-10, -20, 32, 80);
     }
-    void gappedRingStaysCircularAndCentredInAnyRectangle()
+    void theGappedRingIsCircularAndCentredInAnyRectangle()
     {
         QFETCH(QRectF, rect);
         const QPainterPath path = gappedRing(rect);
@@ -361,7 +361,7 @@ private Q_SLOTS:
         }
     }
 
-    void gappedRingGoesFromTwelveClockwiseToTheGap()
+    void theGappedRingGoesFromTwelveClockwiseToTheGap()
     {
         const QRectF rect(0, 0, 32, 32);
         const QPainterPath path = gappedRing(rect);
@@ -373,10 +373,10 @@ private Q_SLOTS:
                  qPrintable(QString::number(path.length())));
     }
 
-    void gappedRingOfAnEmptyRectangleIsEmpty() { QVERIFY(gappedRing(QRectF(4, 4, 0, 10)).isEmpty()); }
+    void theGappedRingOfAnEmptyRectangleIsEmpty() { QVERIFY(gappedRing(QRectF(4, 4, 0, 10)).isEmpty()); }
 
-    void looksAsItDid_data() { addLooksAndScales(); }
-    void looksAsItDid()
+    void matchesTheGoldenPictures_data() { addLooksAndScales(); }
+    void matchesTheGoldenPictures()
     {
         const QString name = u"ring-"_s + QString::fromLatin1(QTest::currentDataTag());
         const QString difference = golden_.difference(scaledLook(18), name);

@@ -9,8 +9,8 @@ class PopoverPlacementTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void goesBesideTheRingInsideTheScreen_data();
-    void goesBesideTheRingInsideTheScreen();
+    void isPlacedBesideTheRingInsideTheScreen_data();
+    void isPlacedBesideTheRingInsideTheScreen();
     void findsTheEndOfThePanel_data();
     void findsTheEndOfThePanel();
 };
@@ -22,7 +22,7 @@ constexpr QSize size(320, 300);
 
 } // namespace
 
-void PopoverPlacementTest::goesBesideTheRingInsideTheScreen_data()
+void PopoverPlacementTest::isPlacedBesideTheRingInsideTheScreen_data()
 {
     QTest::addColumn<QRect>("anchor");
     QTest::addColumn<QRect>("available");
@@ -39,7 +39,7 @@ void PopoverPlacementTest::goesBesideTheRingInsideTheScreen_data()
         << QRect(10, 2, 24, 24) << QRect(0, 28, 200, 100) << QPoint(6, 28);
 }
 
-void PopoverPlacementTest::goesBesideTheRingInsideTheScreen()
+void PopoverPlacementTest::isPlacedBesideTheRingInsideTheScreen()
 {
     QFETCH(QRect, anchor);
     QFETCH(QRect, available);

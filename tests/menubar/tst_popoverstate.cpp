@@ -33,16 +33,16 @@ class PopoverStateTest : public QObject
 private Q_SLOTS:
     void openingChecksEveryService();
     void everyOpeningChecksAgain();
-    void whileClosedNothingIsTold();
-    void withoutAHeroItSaysSo();
+    void nothingIsPublishedWhileClosed();
+    void theTextsSayThatThereIsNoHero();
     void showsTheHeroAndTheRowsOfTheOthers();
-    void peekingPutsARowAtTheTopUntilItIsClosed();
+    void peekingMovesARowToTheTopUntilThePopoverCloses();
     void anUnknownServiceIsNotPeekedAt();
-    void aTickTouchesNoRow();
-    void aChangedStatusTouchesItsRowAlone();
-    void aNewOrderMovesRowsInsteadOfMakingThemAnew();
+    void aTickChangesNoRow();
+    void aChangedStatusChangesOnlyItsRow();
+    void aNewOrderMovesRowsInsteadOfResettingThem();
     void checkedTextFollowsTheClockWhileOpen();
-    void settingsAreAskedFor();
+    void theSettingsCanBeRequested();
 };
 
 void PopoverStateTest::openingChecksEveryService()
@@ -72,7 +72,7 @@ void PopoverStateTest::everyOpeningChecksAgain()
     QTRY_COMPARE(stores.checks.asked().size(), before + 3);
 }
 
-void PopoverStateTest::whileClosedNothingIsTold()
+void PopoverStateTest::nothingIsPublishedWhileClosed()
 {
     Stores stores(three);
     PopoverState state(stores.store, stores.settings);
@@ -91,7 +91,7 @@ void PopoverStateTest::whileClosedNothingIsTold()
     QCOMPARE(changed.count(), told);
 }
 
-void PopoverStateTest::withoutAHeroItSaysSo()
+void PopoverStateTest::theTextsSayThatThereIsNoHero()
 {
     Stores stores({});
     PopoverState state(stores.store, stores.settings);
@@ -122,7 +122,7 @@ void PopoverStateTest::showsTheHeroAndTheRowsOfTheOthers()
     QCOMPARE(state.rows()->index(0).data(WatchListModel::labelRole).toString(), u"Operational"_s);
 }
 
-void PopoverStateTest::peekingPutsARowAtTheTopUntilItIsClosed()
+void PopoverStateTest::peekingMovesARowToTheTopUntilThePopoverCloses()
 {
     Stores stores(three);
     stores.round();
@@ -151,7 +151,7 @@ void PopoverStateTest::anUnknownServiceIsNotPeekedAt()
     QCOMPARE(stores.store.peekedID(), std::optional<ServiceID>());
 }
 
-void PopoverStateTest::aTickTouchesNoRow()
+void PopoverStateTest::aTickChangesNoRow()
 {
     Stores stores(three);
     stores.round();
@@ -166,7 +166,7 @@ void PopoverStateTest::aTickTouchesNoRow()
     QCOMPARE(data.count() + removed.count() + inserted.count() + reset.count(), 0);
 }
 
-void PopoverStateTest::aChangedStatusTouchesItsRowAlone()
+void PopoverStateTest::aChangedStatusChangesOnlyItsRow()
 {
     Stores stores(three);
     stores.round();
@@ -181,7 +181,7 @@ void PopoverStateTest::aChangedStatusTouchesItsRowAlone()
     QCOMPARE(state.rows()->index(1).data(WatchListModel::labelRole).toString(), u"Slow"_s);
 }
 
-void PopoverStateTest::aNewOrderMovesRowsInsteadOfMakingThemAnew()
+void PopoverStateTest::aNewOrderMovesRowsInsteadOfResettingThem()
 {
     Stores stores({ServiceID::claude, ServiceID::chatgpt, ServiceID::cursor, ServiceID::gemini});
     PopoverState state(stores.store, stores.settings);
@@ -208,7 +208,7 @@ void PopoverStateTest::checkedTextFollowsTheClockWhileOpen()
     QCOMPARE(state.checkedText(), u"Checked 2 seconds ago"_s);
 }
 
-void PopoverStateTest::settingsAreAskedFor()
+void PopoverStateTest::theSettingsCanBeRequested()
 {
     Stores stores(three);
     PopoverState state(stores.store, stores.settings);

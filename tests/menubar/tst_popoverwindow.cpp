@@ -17,7 +17,7 @@ namespace {
 
 struct Desktop
 {
-    /// The popover's own rectangle on the screen.
+    /// The rectangle of the popover without its shadow, on the screen.
     QRect card() const { return popover.card().translated(popover.view()->position()); }
 
     FakeAppearance appearance;
@@ -27,7 +27,7 @@ struct Desktop
     QRect ring{300, 2, 24, 24};
 };
 
-/// Another program's window, which takes the focus.
+/// A window that takes the focus, like that of another program.
 struct Elsewhere
 {
     Elsewhere()
@@ -52,16 +52,16 @@ private Q_SLOTS:
     void viewsAreLoadedAtTheFirstOpening();
     void aClickOpensAndAClickCloses();
     void opensBesideTheRingInsideTheScreen();
-    void withoutAPlaceOfTheRingItOpensInsideTheScreen();
+    void opensInsideTheScreenWhenThePlaceOfTheRingIsUnknown();
     void staysInsideTheScreenWhenItGrows();
     void escapeCloses();
     void losingTheFocusCloses();
     void theClickThatTookTheFocusDoesNotReopen();
     void aLaterClickReopens();
-    void askingForTheSettingsCloses();
-    void closedByTheDesktopItIsClosed();
+    void requestingTheSettingsCloses();
+    void aCloseByTheDesktopCountsAsClosed();
     void aPressOnTheShadowCloses();
-    void whileClosedNothingIsPending();
+    void nothingIsPendingWhileClosed();
     void hasRoundCornersInAShadow_data();
     void hasRoundCornersInAShadow();
 };
@@ -99,7 +99,7 @@ void PopoverWindowTest::opensBesideTheRingInsideTheScreen()
     QVERIFY(qAbs(desktop.card().center().x() - desktop.ring.center().x()) <= 1);
 }
 
-void PopoverWindowTest::withoutAPlaceOfTheRingItOpensInsideTheScreen()
+void PopoverWindowTest::opensInsideTheScreenWhenThePlaceOfTheRingIsUnknown()
 {
     Desktop desktop;
     const auto available = QGuiApplication::primaryScreen()->availableGeometry();
@@ -169,7 +169,7 @@ void PopoverWindowTest::aLaterClickReopens()
     QVERIFY(desktop.popover.isOpen());
 }
 
-void PopoverWindowTest::askingForTheSettingsCloses()
+void PopoverWindowTest::requestingTheSettingsCloses()
 {
     Desktop desktop;
     const QSignalSpy requested(&desktop.popover, &PopoverWindow::settingsRequested);
@@ -181,7 +181,7 @@ void PopoverWindowTest::askingForTheSettingsCloses()
     QVERIFY(!desktop.popover.isOpen());
 }
 
-void PopoverWindowTest::closedByTheDesktopItIsClosed()
+void PopoverWindowTest::aCloseByTheDesktopCountsAsClosed()
 {
     Desktop desktop;
     desktop.popover.toggle(desktop.ring);
@@ -200,7 +200,7 @@ void PopoverWindowTest::aPressOnTheShadowCloses()
     QVERIFY(!desktop.popover.isOpen());
 }
 
-void PopoverWindowTest::whileClosedNothingIsPending()
+void PopoverWindowTest::nothingIsPendingWhileClosed()
 {
     Desktop desktop;
     desktop.stores.round();
@@ -226,7 +226,7 @@ void PopoverWindowTest::hasRoundCornersInAShadow()
     desktop.appearance.still = true;
     desktop.stores.round();
     desktop.popover.toggle(desktop.ring);
-    desktop.popover.view()->setColor(dark ? QColor(0x3a414b) : QColor(0xcfd6e0)); // what is behind the window
+    desktop.popover.view()->setColor(dark ? QColor(0x3a414b) : QColor(0xcfd6e0)); // the background behind the window
     QVERIFY(QTest::qWaitForWindowExposed(desktop.popover.view()));
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
     QCOMPARE(golden.difference(picture(*desktop.popover.view()),

@@ -17,7 +17,7 @@ namespace {
 constexpr std::array someServices{ServiceID::claude, ServiceID::chatgpt, ServiceID::cursor, ServiceID::gemini,
                                   ServiceID::copilot};
 
-/// The popover in a window, without what surrounds it there.
+/// The popover in a window without frame and shadow.
 struct Scene
 {
     explicit Scene(std::vector<ServiceID> watched = {someServices.begin(), someServices.end()})
@@ -27,7 +27,7 @@ struct Scene
         view.setResizeMode(QQuickView::SizeViewToRootObject);
     }
 
-    /// Opens it with what the stores know by now.
+    /// Opens the popover with the current state of the stores.
     void open()
     {
         view.setInitialProperties({{u"popover"_s, QVariant::fromValue(&state)}});
@@ -62,7 +62,7 @@ double pixelSize(QQuickItem *text)
         / 72;
 }
 
-/// As text, in the eight bits a channel that are seen.
+/// Formats a colour with eight bits per channel.
 QString rgba(const QColor &color)
 {
     return color.name(QColor::HexArgb);
@@ -94,9 +94,9 @@ class StatusPopoverTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void blocksHaveTheirPlaces();
+    void blocksAreAtTheirPositions();
     void isAtLeast260PointsHighAndGrowsWithItsRows();
-    void heroLinesHaveTheirPlaces();
+    void heroLinesAreAtTheirPositions();
     void textsHaveTheirFontsAndColours_data();
     void textsHaveTheirFontsAndColours();
     void rowsTakeNoMoreRoomThanTheirTexts();
@@ -105,26 +105,26 @@ private Q_SLOTS:
     void statusHasTheColoursOfItsHealth_data();
     void statusHasTheColoursOfItsHealth();
     void affectedTagFollowsTheNameOnItsBaseline();
-    void withoutAHeroItSaysNoServiceInTheColoursOfUnknown();
+    void aMissingHeroIsShownInTheColoursOfUnknown();
     void aLongBodyLineWrapsWithItsLineSpacing();
     void heroIsOneElementForAScreenReader();
-    void rowsSpeakTheirStatusAndWhatTheyDo();
+    void aScreenReaderSeesTheStatusAndTheActionOfARow();
     void aRowThatWasNeverCheckedSaysSo();
-    void clickingARowPutsItAtTheTop();
-    void rowsAreReachedAndOperatedByKeys();
-    void settingsButtonAsksForTheSettings();
-    void withReduceMotionOnItAppearsAtFullOpacityInPlace();
-    void reopeningReplaysTheRiseAndChecksAgain();
+    void clickingARowMovesItToTheTop();
+    void rowsCanBeReachedAndOperatedByKeys();
+    void theSettingsButtonRequestsTheSettings();
+    void reducedMotionShowsItAtFullOpacityInPlace();
+    void reopeningRepeatsTheAnimationAndTheCheck();
     void aChangedStatusLineFadesFromOneToTheOther();
-    void withReduceMotionOnAStatusLineChangesAtOnce();
-    void nothingMovesWhileItIsHidden();
+    void reducedMotionChangesAStatusLineAtOnce();
+    void noAnimationRunsWhileItIsHidden();
     void coloursFollowTheAppearanceWhileOpen();
-    void rightToLeftEverythingIsMirrored();
-    void looksAsItShould_data();
-    void looksAsItShould();
+    void everythingIsMirroredInARightToLeftLayout();
+    void matchesTheGoldenPictures_data();
+    void matchesTheGoldenPictures();
 };
 
-void StatusPopoverTest::blocksHaveTheirPlaces()
+void StatusPopoverTest::blocksAreAtTheirPositions()
 {
     Scene scene;
     scene.stores.round();
@@ -159,7 +159,7 @@ void StatusPopoverTest::isAtLeast260PointsHighAndGrowsWithItsRows()
     QVERIFY(large.frame(large.row(ServiceID::claudeCode)).bottom() < large.frame(u"footer"_s).top());
 }
 
-void StatusPopoverTest::heroLinesHaveTheirPlaces()
+void StatusPopoverTest::heroLinesAreAtTheirPositions()
 {
     Scene scene;
     scene.stores.round();
@@ -179,7 +179,7 @@ void StatusPopoverTest::heroLinesHaveTheirPlaces()
     QVERIFY(qAbs(dot.center().y() - label.center().y()) <= 0.5);
     QCOMPARE(body.top(), line.bottom() + 9);
     QCOMPARE(body.left(), 18.0);
-    // The text item counts the space between lines after its last line too.
+    // The height of the text item includes the line spacing after its last line.
     QVERIFY(qAbs(checked.top() - (body.bottom() - 5.625 + 8)) < 0.01);
     QCOMPARE(breathing.size(), QSizeF(5, 5));
     QCOMPARE(breathing.left(), 18.0);
@@ -221,7 +221,7 @@ void StatusPopoverTest::textsHaveTheirFontsAndColours()
     QCOMPARE(item->property("text").toString(), text);
     QCOMPARE(pixelSize(item), size);
     QCOMPARE(font.weight(), weight);
-    QVERIFY(qAbs(font.letterSpacing() - tracking) < 1.0 / 64); // Qt keeps it in 64ths
+    QVERIFY(qAbs(font.letterSpacing() - tracking) < 1.0 / 64); // Qt stores it in units of 1/64
     QCOMPARE(rgba(item), color);
     QVERIFY(item->isVisible());
 }
@@ -327,7 +327,7 @@ void StatusPopoverTest::affectedTagFollowsTheNameOnItsBaseline()
     QCOMPARE(name->property("lineCount").toInt(), 1);
 }
 
-void StatusPopoverTest::withoutAHeroItSaysNoServiceInTheColoursOfUnknown()
+void StatusPopoverTest::aMissingHeroIsShownInTheColoursOfUnknown()
 {
     Scene scene(std::vector<ServiceID>{});
     scene.open();
@@ -365,7 +365,7 @@ void StatusPopoverTest::heroIsOneElementForAScreenReader()
     QCOMPARE(hero->childCount(), 0);
 }
 
-void StatusPopoverTest::rowsSpeakTheirStatusAndWhatTheyDo()
+void StatusPopoverTest::aScreenReaderSeesTheStatusAndTheActionOfARow()
 {
     Scene scene;
     scene.stores.round();
@@ -388,7 +388,7 @@ void StatusPopoverTest::aRowThatWasNeverCheckedSaysSo()
     QCOMPARE(accessible(scene.row(ServiceID::cursor))->text(QAccessible::Name), u"Cursor, not checked yet"_s);
 }
 
-void StatusPopoverTest::clickingARowPutsItAtTheTop()
+void StatusPopoverTest::clickingARowMovesItToTheTop()
 {
     Scene scene;
     scene.stores.round();
@@ -398,7 +398,7 @@ void StatusPopoverTest::clickingARowPutsItAtTheTop()
     QVERIFY(!scene.view.activeFocusItem() || scene.view.activeFocusItem() == scene.root());
 }
 
-void StatusPopoverTest::rowsAreReachedAndOperatedByKeys()
+void StatusPopoverTest::rowsCanBeReachedAndOperatedByKeys()
 {
     Scene scene;
     scene.stores.round();
@@ -428,7 +428,7 @@ void StatusPopoverTest::rowsAreReachedAndOperatedByKeys()
     QCOMPARE(scene.text(u"heroName"_s), u"Gemini"_s);
 }
 
-void StatusPopoverTest::settingsButtonAsksForTheSettings()
+void StatusPopoverTest::theSettingsButtonRequestsTheSettings()
 {
     Scene scene;
     scene.open();
@@ -440,7 +440,7 @@ void StatusPopoverTest::settingsButtonAsksForTheSettings()
     QCOMPARE(button->text(QAccessible::Name), u"Settings"_s);
 }
 
-void StatusPopoverTest::withReduceMotionOnItAppearsAtFullOpacityInPlace()
+void StatusPopoverTest::reducedMotionShowsItAtFullOpacityInPlace()
 {
     Scene scene;
     scene.open();
@@ -449,7 +449,7 @@ void StatusPopoverTest::withReduceMotionOnItAppearsAtFullOpacityInPlace()
     QVERIFY(!scene.item(u"breathingDot"_s)->property("isBreathing").toBool());
 }
 
-void StatusPopoverTest::reopeningReplaysTheRiseAndChecksAgain()
+void StatusPopoverTest::reopeningRepeatsTheAnimationAndTheCheck()
 {
     Scene scene;
     scene.appearance.still = false;
@@ -484,7 +484,7 @@ void StatusPopoverTest::aChangedStatusLineFadesFromOneToTheOther()
     QVERIFY(!scene.item(u"formerStatusLine"_s)->isVisible());
 }
 
-void StatusPopoverTest::withReduceMotionOnAStatusLineChangesAtOnce()
+void StatusPopoverTest::reducedMotionChangesAStatusLineAtOnce()
 {
     Scene scene;
     scene.stores.round();
@@ -495,7 +495,7 @@ void StatusPopoverTest::withReduceMotionOnAStatusLineChangesAtOnce()
     QVERIFY(!scene.item(u"formerStatusLine"_s)->isVisible());
 }
 
-void StatusPopoverTest::nothingMovesWhileItIsHidden()
+void StatusPopoverTest::noAnimationRunsWhileItIsHidden()
 {
     Scene scene;
     scene.appearance.still = false;
@@ -524,7 +524,7 @@ void StatusPopoverTest::coloursFollowTheAppearanceWhileOpen()
     QCOMPARE(name->property("color").value<QColor>().red(), 255);
 }
 
-void StatusPopoverTest::rightToLeftEverythingIsMirrored()
+void StatusPopoverTest::everythingIsMirroredInARightToLeftLayout()
 {
     QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     Scene scene;
@@ -543,7 +543,7 @@ void StatusPopoverTest::rightToLeftEverythingIsMirrored()
     QCOMPARE(gear.left(), 12.0);
 }
 
-void StatusPopoverTest::looksAsItShould_data()
+void StatusPopoverTest::matchesTheGoldenPictures_data()
 {
     QTest::addColumn<std::size_t>("look");
     QTest::addColumn<bool>("dark");
@@ -554,7 +554,7 @@ void StatusPopoverTest::looksAsItShould_data()
     }
 }
 
-void StatusPopoverTest::looksAsItShould()
+void StatusPopoverTest::matchesTheGoldenPictures()
 {
     QFETCH(std::size_t, look);
     QFETCH(bool, dark);

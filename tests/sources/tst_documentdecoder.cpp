@@ -33,7 +33,7 @@ private Q_SLOTS:
         QCOMPARE(thread, QThread::currentThread());
     }
 
-    void aLargeDocumentIsDecodedElsewhereAndHandedOverHere()
+    void aLargeDocumentIsDecodedOnAnotherThread()
     {
         DocumentDecoder decoder;
         const QThread *decodedOn = nullptr;
@@ -53,7 +53,7 @@ private Q_SLOTS:
         QVERIFY(decodedOn != handedOverOn);
     }
 
-    void whatCannotBeReadGivesNothing()
+    void anUnreadableDocumentGivesNothing()
     {
         DocumentDecoder decoder;
         for (const auto &document : {small, large}) {
@@ -63,7 +63,7 @@ private Q_SLOTS:
         }
     }
 
-    void largeDocumentsAreDecodedOneAfterTheOther()
+    void largeDocumentsAreDecodedInSequence()
     {
         DocumentDecoder decoder;
         std::atomic_int running = 0;
@@ -81,7 +81,7 @@ private Q_SLOTS:
         QCOMPARE(most, 1);
     }
 
-    void aDecoderMayBeDestroyedMeanwhile()
+    void aDecoderMayBeDestroyedDuringADecoding()
     {
         auto decoder = std::make_unique<DocumentDecoder>();
         QSemaphore begun;

@@ -28,11 +28,11 @@ const QString googleHost = u"www.google.com"_s;
 const QByteArray feedPath = "/appsstatus/dashboard/incidents.json";
 const QByteArray errorPage = "<!DOCTYPE html><html><body><h1>Service Unavailable</h1></body></html>";
 
-/// Short bounds, for what is to run into one; everything else is answered long before them.
+/// Short limits for tests that exceed one of them. Normal responses arrive long before.
 constexpr HttpLimits impatient{
     .idleTimeout = 100ms, .totalDeadline = 300ms, .maximumKeptSize = 100'000, .maximumDiscardedSize = 100'000};
 
-/// A provider in an internet of its own.
+/// A provider with its own simulated internet.
 struct World
 {
     explicit World(HttpLimits limits = StatusProvider::limits)
@@ -40,7 +40,7 @@ struct World
     {
     }
 
-    /// What the future comes to; `otherwise` when it never does.
+    /// Waits for the result of the future. Returns `otherwise` when it does not finish.
     template<typename T>
     T wait(const QFuture<T> &future, T otherwise)
     {
@@ -59,7 +59,7 @@ struct World
         const auto *source = std::get_if<StatuspageSource>(&service.source);
         return source ? page(source->components, source->base) : gemini();
     }
-    /// What the probe of a service says; nothing when it never does.
+    /// Waits for the result of a probe. Returns nullopt when it does not finish.
     std::optional<bool> probe(ServiceID id = ServiceID::claude)
     {
         const auto answer = provider.probe(Service::by(id)).then([](bool usable) { return std::optional(usable); });
@@ -78,7 +78,7 @@ QByteArray summary(const QString &componentStatus)
         longSummary(u"minor"_s, u"Partial System Outage"_s, with(claudeComponents(), u"claude.ai"_s, componentStatus)));
 }
 
-/// Answers that are transfers gone wrong.
+/// Adds responses whose transfer fails.
 void addBrokenTransfers(const QByteArray &body)
 {
     QTest::addColumn<SimulatedResponse>("response");
@@ -97,44 +97,44 @@ class StatusProviderTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void clientIsBoundAndNamed();
+    void theLimitsAndTheUserAgentAreSet();
     void everyServiceIsReadWithOneRequest_data();
     void everyServiceIsReadWithOneRequest();
     void everyServiceIsProbedWithOneRequest_data();
     void everyServiceIsProbedWithOneRequest();
-    void everyCheckGoesToTheNetwork();
+    void noCheckIsAnsweredFromACache();
     void checksAtTheSameTimeAreIndependent();
-    void statusCodeOfAPageIsNotExamined_data();
-    void statusCodeOfAPageIsNotExamined();
-    void statusCodeOfTheFeedIsNotExamined_data();
-    void statusCodeOfTheFeedIsNotExamined();
-    void errorPageIsUnreachable_data();
-    void errorPageIsUnreachable();
-    void captivePortalIsUnreachable();
-    void brokenPageIsUnreachable_data();
-    void brokenPageIsUnreachable();
-    void brokenFeedIsUnreachable_data();
-    void brokenFeedIsUnreachable();
-    void noNetworkIsUnreachable();
-    void invalidOriginGivesNoRequest_data();
-    void invalidOriginGivesNoRequest();
+    void theHttpStatusOfAPageIsIgnored_data();
+    void theHttpStatusOfAPageIsIgnored();
+    void theHttpStatusOfTheFeedIsIgnored_data();
+    void theHttpStatusOfTheFeedIsIgnored();
+    void anErrorPageReadsUnreachable_data();
+    void anErrorPageReadsUnreachable();
+    void aCaptivePortalReadsUnreachable();
+    void aBrokenTransferOfAPageReadsUnreachable_data();
+    void aBrokenTransferOfAPageReadsUnreachable();
+    void aBrokenTransferOfTheFeedReadsUnreachable_data();
+    void aBrokenTransferOfTheFeedReadsUnreachable();
+    void anOfflineNetworkReadsUnreachable();
+    void anInvalidOriginGivesNoRequest_data();
+    void anInvalidOriginGivesNoRequest();
     void redirectsAreFollowed();
-    void redirectInACircleIsUnreachable();
+    void aRedirectLoopReadsUnreachable();
     void compressedBodiesAreRead();
-    void pageInMaintenanceSpeaksForItself();
-    void geminiIncidents_data();
-    void geminiIncidents();
-    void readingFollowsThePage();
+    void aMaintenanceIndicatorReadsThePagesDescription();
+    void geminiIncidentsAreRead_data();
+    void geminiIncidentsAreRead();
+    void aReadingReflectsTheCurrentDocument();
     void anyAnswerBelow500IsUsable_data();
     void anyAnswerBelow500IsUsable();
-    void redirectedProbeIsJudgedByItsEnd_data();
-    void redirectedProbeIsJudgedByItsEnd();
-    void brokenProbeIsNotUsable_data();
-    void brokenProbeIsNotUsable();
-    void probeWithoutNetworkIsNotUsable();
+    void aRedirectedProbeIsJudgedByItsFinalStatus_data();
+    void aRedirectedProbeIsJudgedByItsFinalStatus();
+    void aBrokenProbeIsNotUsable_data();
+    void aBrokenProbeIsNotUsable();
+    void anOfflineProbeIsNotUsable();
 };
 
-void StatusProviderTest::clientIsBoundAndNamed()
+void StatusProviderTest::theLimitsAndTheUserAgentAreSet()
 {
     QCOMPARE(StatusProvider::userAgent, "Kelvo/1.0 (macOS status watcher)"_ba);
     QCOMPARE(StatusProvider::limits.idleTimeout, 15s);
@@ -206,7 +206,7 @@ void StatusProviderTest::everyServiceIsProbedWithOneRequest()
     QVERIFY(request.body.isEmpty());
 }
 
-void StatusProviderTest::everyCheckGoesToTheNetwork()
+void StatusProviderTest::noCheckIsAnsweredFromACache()
 {
     World world;
     const auto cacheable = SimulatedResponse::json(summary(u"operational"_s))
@@ -228,7 +228,7 @@ void StatusProviderTest::checksAtTheSameTimeAreIndependent()
 {
     World world;
     world.internet.setComponent(StatusPage::Claude, u"Claude Code"_s, u"major_outage"_s);
-    // Three services share a page, and each fetches it.
+    // Three services share a page, and each of them requests it.
     const auto chat = world.provider.checkStatuspage(pageBase, {u"claude.ai"_s});
     const auto api = world.provider.checkStatuspage(pageBase, {u"Claude API"_s});
     const auto code = world.provider.checkStatuspage(pageBase, {u"Claude Code"_s});
@@ -239,7 +239,7 @@ void StatusProviderTest::checksAtTheSameTimeAreIndependent()
     QCOMPARE(world.internet.requestsTo(pageHost).size(), 3);
 }
 
-void StatusProviderTest::statusCodeOfAPageIsNotExamined_data()
+void StatusProviderTest::theHttpStatusOfAPageIsIgnored_data()
 {
     QTest::addColumn<int>("status");
     for (const int status : {200, 203, 400, 401, 403, 404, 429, 500, 502, 503, 504}) {
@@ -247,7 +247,7 @@ void StatusProviderTest::statusCodeOfAPageIsNotExamined_data()
     }
 }
 
-void StatusProviderTest::statusCodeOfAPageIsNotExamined()
+void StatusProviderTest::theHttpStatusOfAPageIsIgnored()
 {
     QFETCH(int, status);
     World world;
@@ -257,12 +257,12 @@ void StatusProviderTest::statusCodeOfAPageIsNotExamined()
     QCOMPARE(world.page(), operational);
 }
 
-void StatusProviderTest::statusCodeOfTheFeedIsNotExamined_data()
+void StatusProviderTest::theHttpStatusOfTheFeedIsIgnored_data()
 {
-    statusCodeOfAPageIsNotExamined_data();
+    theHttpStatusOfAPageIsIgnored_data();
 }
 
-void StatusProviderTest::statusCodeOfTheFeedIsNotExamined()
+void StatusProviderTest::theHttpStatusOfTheFeedIsIgnored()
 {
     QFETCH(int, status);
     World world;
@@ -271,7 +271,7 @@ void StatusProviderTest::statusCodeOfTheFeedIsNotExamined()
     QCOMPARE(world.gemini(), (StatusReading{ServiceHealth::degraded, u"Service disruption"_s}));
 }
 
-void StatusProviderTest::errorPageIsUnreachable_data()
+void StatusProviderTest::anErrorPageReadsUnreachable_data()
 {
     QTest::addColumn<int>("status");
     for (const int status : {200, 401, 403, 404, 429, 500, 503}) {
@@ -279,7 +279,7 @@ void StatusProviderTest::errorPageIsUnreachable_data()
     }
 }
 
-void StatusProviderTest::errorPageIsUnreachable()
+void StatusProviderTest::anErrorPageReadsUnreachable()
 {
     QFETCH(int, status);
     World world;
@@ -290,7 +290,7 @@ void StatusProviderTest::errorPageIsUnreachable()
     QCOMPARE(world.internet.requests().size(), 2);
 }
 
-void StatusProviderTest::captivePortalIsUnreachable()
+void StatusProviderTest::aCaptivePortalReadsUnreachable()
 {
     World world;
     world.internet.respond(pageHost, summaryPath, SimulatedResponse::redirect("https://wifi.example/login"));
@@ -298,28 +298,28 @@ void StatusProviderTest::captivePortalIsUnreachable()
     QCOMPARE(world.page(), unreachable);
 }
 
-void StatusProviderTest::brokenPageIsUnreachable_data()
+void StatusProviderTest::aBrokenTransferOfAPageReadsUnreachable_data()
 {
     addBrokenTransfers(summary(u"operational"_s));
 }
 
-void StatusProviderTest::brokenPageIsUnreachable()
+void StatusProviderTest::aBrokenTransferOfAPageReadsUnreachable()
 {
     QFETCH(SimulatedResponse, response);
     World world(impatient);
     world.internet.respond(pageHost, summaryPath, response);
     QCOMPARE(world.page(), unreachable);
-    // The next check is a new one.
+    // The next check sends a new request.
     world.internet.respond(pageHost, summaryPath, SimulatedResponse::json(summary(u"partial_outage"_s)));
     QCOMPARE(world.page(), partialOutage);
 }
 
-void StatusProviderTest::brokenFeedIsUnreachable_data()
+void StatusProviderTest::aBrokenTransferOfTheFeedReadsUnreachable_data()
 {
     addBrokenTransfers("[" + QByteArray(2000, ' ') + "]");
 }
 
-void StatusProviderTest::brokenFeedIsUnreachable()
+void StatusProviderTest::aBrokenTransferOfTheFeedReadsUnreachable()
 {
     QFETCH(SimulatedResponse, response);
     World world(impatient);
@@ -329,7 +329,7 @@ void StatusProviderTest::brokenFeedIsUnreachable()
     QCOMPARE(world.gemini(), operational);
 }
 
-void StatusProviderTest::noNetworkIsUnreachable()
+void StatusProviderTest::anOfflineNetworkReadsUnreachable()
 {
     World world;
     world.internet.setOffline(true);
@@ -342,7 +342,7 @@ void StatusProviderTest::noNetworkIsUnreachable()
     }
 }
 
-void StatusProviderTest::invalidOriginGivesNoRequest_data()
+void StatusProviderTest::anInvalidOriginGivesNoRequest_data()
 {
     QTest::addColumn<QString>("base");
     for (const auto &base : {u""_s, u"status.claude.com"_s, u"https://"_s, u"https://status claude.com"_s,
@@ -351,7 +351,7 @@ void StatusProviderTest::invalidOriginGivesNoRequest_data()
     }
 }
 
-void StatusProviderTest::invalidOriginGivesNoRequest()
+void StatusProviderTest::anInvalidOriginGivesNoRequest()
 {
     QFETCH(QString, base);
     World world;
@@ -366,13 +366,13 @@ void StatusProviderTest::redirectsAreFollowed()
                            SimulatedResponse::redirect("https://status.claude.com/api/v2/summary.json"));
     world.internet.respond(pageHost, summaryPath, SimulatedResponse::json(summary(u"partial_outage"_s)));
     QCOMPARE(world.page({u"claude.ai"_s}, u"https://status.anthropic.com"_s), partialOutage);
-    // Qt now and then sends a redirected request twice, so they are not counted.
+    // Qt sometimes sends a redirected request twice, so the requests are not counted.
     QCOMPARE(world.internet.requests().first().host, u"status.anthropic.com"_s);
     QCOMPARE(world.internet.requests().last().host, u"status.claude.com"_s);
     QCOMPARE(world.internet.requests().last().header("User-Agent"), "Kelvo/1.0 (macOS status watcher)"_ba);
 }
 
-void StatusProviderTest::redirectInACircleIsUnreachable()
+void StatusProviderTest::aRedirectLoopReadsUnreachable()
 {
     World world;
     world.internet.respond(pageHost, summaryPath,
@@ -390,7 +390,7 @@ void StatusProviderTest::compressedBodiesAreRead()
     QCOMPARE(world.gemini(), (StatusReading{ServiceHealth::degraded, u"Service disruption"_s}));
 }
 
-void StatusProviderTest::pageInMaintenanceSpeaksForItself()
+void StatusProviderTest::aMaintenanceIndicatorReadsThePagesDescription()
 {
     World world;
     world.internet.setIndicator(StatusPage::Claude, u"maintenance"_s, u"Service Under Maintenance"_s);
@@ -399,7 +399,7 @@ void StatusProviderTest::pageInMaintenanceSpeaksForItself()
     QCOMPARE(world.page(), operational);
 }
 
-void StatusProviderTest::geminiIncidents_data()
+void StatusProviderTest::geminiIncidentsAreRead_data()
 {
     QTest::addColumn<QString>("product");
     QTest::addColumn<QString>("severity");
@@ -413,7 +413,7 @@ void StatusProviderTest::geminiIncidents_data()
     QTest::newRow("another product") << u"Gmail"_s << u"high"_s << true << operational;
 }
 
-void StatusProviderTest::geminiIncidents()
+void StatusProviderTest::geminiIncidentsAreRead()
 {
     QFETCH(QString, product);
     QFETCH(QString, severity);
@@ -428,7 +428,7 @@ void StatusProviderTest::geminiIncidents()
     QCOMPARE(world.gemini(), operational);
 }
 
-void StatusProviderTest::readingFollowsThePage()
+void StatusProviderTest::aReadingReflectsTheCurrentDocument()
 {
     World world;
     QCOMPARE(world.page(), operational);
@@ -464,7 +464,7 @@ void StatusProviderTest::anyAnswerBelow500IsUsable()
     QCOMPARE(world.internet.requests().size(), 2);
 }
 
-void StatusProviderTest::redirectedProbeIsJudgedByItsEnd_data()
+void StatusProviderTest::aRedirectedProbeIsJudgedByItsFinalStatus_data()
 {
     QTest::addColumn<int>("end");
     QTest::addColumn<bool>("usable");
@@ -475,7 +475,7 @@ void StatusProviderTest::redirectedProbeIsJudgedByItsEnd_data()
     QTest::newRow("in a circle") << 302 << false;
 }
 
-void StatusProviderTest::redirectedProbeIsJudgedByItsEnd()
+void StatusProviderTest::aRedirectedProbeIsJudgedByItsFinalStatus()
 {
     QFETCH(int, end);
     World world;
@@ -489,12 +489,12 @@ void StatusProviderTest::redirectedProbeIsJudgedByItsEnd()
     QVERIFY(world.internet.requestsTo(u"claude.ai"_s).size() >= 1);
 }
 
-void StatusProviderTest::brokenProbeIsNotUsable_data()
+void StatusProviderTest::aBrokenProbeIsNotUsable_data()
 {
     addBrokenTransfers(QByteArray(2000, 'x'));
 }
 
-void StatusProviderTest::brokenProbeIsNotUsable()
+void StatusProviderTest::aBrokenProbeIsNotUsable()
 {
     QFETCH(SimulatedResponse, response);
     World world(impatient);
@@ -504,7 +504,7 @@ void StatusProviderTest::brokenProbeIsNotUsable()
     QCOMPARE(world.probe(), true);
 }
 
-void StatusProviderTest::probeWithoutNetworkIsNotUsable()
+void StatusProviderTest::anOfflineProbeIsNotUsable()
 {
     World world;
     world.internet.setOffline(true);

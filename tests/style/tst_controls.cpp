@@ -13,7 +13,7 @@ namespace kelvo {
 
 namespace {
 
-/// One control in a window.
+/// A window with one control.
 class Stage : public QmlStage
 {
 public:
@@ -52,12 +52,12 @@ private Q_SLOTS:
     void filledButtonWithoutAWidthHas16PointsBesideItsTitle();
     void filledButtonWithAWidthIsExactlyThatWide();
     void filledButtonIsWhiteOnTheActionColour();
-    void quietButtonIsItsTitleAlone();
+    void quietButtonShowsOnlyItsTitle();
     void capsTagUpperCasesItsText();
     void sectionCapsUpperCasesItsText();
-    void buttonsWorkByMouseAndKeys_data();
-    void buttonsWorkByMouseAndKeys();
-    void aButtonIsOneForAScreenReader();
+    void buttonsCanBeOperatedByMouseAndKeys_data();
+    void buttonsCanBeOperatedByMouseAndKeys();
+    void aScreenReaderSeesAButton();
     void aDisabledButtonDoesNothing_data();
     void aDisabledButtonDoesNothing();
 };
@@ -92,7 +92,7 @@ void ControlsTest::filledButtonIsWhiteOnTheActionColour()
     QCOMPARE(background->property("color").value<QColor>(), QColor(0x0a84ff));
 }
 
-void ControlsTest::quietButtonIsItsTitleAlone()
+void ControlsTest::quietButtonShowsOnlyItsTitle()
 {
     const Stage stage("QuietButton { title: 'Not now'; color: '#123456' }");
     QCOMPARE(stage.control()->width(), stage.content()->implicitWidth());
@@ -119,14 +119,14 @@ void ControlsTest::sectionCapsUpperCasesItsText()
     QCOMPARE(stage.accessible()->text(QAccessible::Name), u"Also affected"_s);
 }
 
-void ControlsTest::buttonsWorkByMouseAndKeys_data()
+void ControlsTest::buttonsCanBeOperatedByMouseAndKeys_data()
 {
     QTest::addColumn<QByteArray>("control");
     QTest::newRow("filled") << QByteArray("FilledButton { title: 'Continue'; height: 28 }");
     QTest::newRow("quiet") << QByteArray("QuietButton { title: 'Not now'; color: 'black' }");
 }
 
-void ControlsTest::buttonsWorkByMouseAndKeys()
+void ControlsTest::buttonsCanBeOperatedByMouseAndKeys()
 {
     QFETCH(QByteArray, control);
     Stage stage(control);
@@ -145,7 +145,7 @@ void ControlsTest::buttonsWorkByMouseAndKeys()
     QCOMPARE(clicked.count(), 4);
 }
 
-void ControlsTest::aButtonIsOneForAScreenReader()
+void ControlsTest::aScreenReaderSeesAButton()
 {
     const Stage stage("FilledButton { title: 'Continue'; height: 28 }");
     QVERIFY(stage.accessible());
@@ -156,7 +156,7 @@ void ControlsTest::aButtonIsOneForAScreenReader()
 
 void ControlsTest::aDisabledButtonDoesNothing_data()
 {
-    buttonsWorkByMouseAndKeys_data();
+    buttonsCanBeOperatedByMouseAndKeys_data();
 }
 
 void ControlsTest::aDisabledButtonDoesNothing()

@@ -9,7 +9,7 @@ namespace kelvo {
 
 namespace {
 
-/// One shape on white.
+/// A white window with one shape.
 class Stage : public QmlStage
 {
 public:
@@ -37,10 +37,10 @@ private Q_SLOTS:
     void theRingHasItsGapJustAnticlockwiseOfTwelve();
     void theMarkFillsItsSizeWithTheRingAndHasADot();
     void theMarkIsNotInTheAccessibilityTree();
-    void theGearIsOfOneTone();
-    void theDotBreathesWhileItIsOnScreen();
-    void withReduceMotionOnTheDotDoesNotBreathe();
-    void aDotThatAppearsAnewStartsFromFullOpacity();
+    void theGearHasOneColour();
+    void theDotPulsatesWhileItIsVisible();
+    void theDotDoesNotPulsateWithReducedMotion();
+    void aDotThatAppearsAgainStartsAtFullOpacity();
 };
 
 void ShapesTest::aDotIsRound()
@@ -50,8 +50,8 @@ void ShapesTest::aDotIsRound()
     const auto picture = stage.view.grabWindow();
     QCOMPARE(picture.pixelColor(3, 3), QColor(Qt::black));
     QCOMPARE(picture.pixelColor(0, 3).value(), picture.pixelColor(3, 0).value());
-    QVERIFY(picture.pixelColor(3, 0).value() < 100); // reaches the edge
-    QVERIFY(picture.pixelColor(0, 0).value() > 220); // and has no corner
+    QVERIFY(picture.pixelColor(3, 0).value() < 100); // the dot reaches the edge
+    QVERIFY(picture.pixelColor(0, 0).value() > 220); // the corner is empty
     QVERIFY(picture.pixelColor(1, 0).value() > picture.pixelColor(3, 0).value());
 }
 
@@ -85,7 +85,7 @@ void ShapesTest::theMarkFillsItsSizeWithTheRingAndHasADot()
     stage.show();
     const auto picture = stage.view.grabWindow();
     QCOMPARE(picture.pixelColor(32, 32), QColor(0x32d74b));
-    QVERIFY(picture.pixelColor(32, 7).value() < 120); // the outer half of the line, outside of the frame
+    QVERIFY(picture.pixelColor(32, 7).value() < 120); // the outer half of the line is outside of the frame
 }
 
 void ShapesTest::theMarkIsNotInTheAccessibilityTree()
@@ -95,7 +95,7 @@ void ShapesTest::theMarkIsNotInTheAccessibilityTree()
     QCOMPARE(QAccessible::queryAccessibleInterface(&stage.view)->childCount(), 0);
 }
 
-void ShapesTest::theGearIsOfOneTone()
+void ShapesTest::theGearHasOneColour()
 {
     Stage stage("GearSymbol { width: 64; height: 64; color: '#80000000' }");
     stage.show();
@@ -109,7 +109,7 @@ void ShapesTest::theGearIsOfOneTone()
     QVERIFY2(qAbs(darkest - 127) <= 2, qPrintable(QString::number(darkest)));
 }
 
-void ShapesTest::theDotBreathesWhileItIsOnScreen()
+void ShapesTest::theDotPulsatesWhileItIsVisible()
 {
     Stage stage("BreathingDot { color: 'red' }");
     QCOMPARE(stage.shape()->width(), 5.0);
@@ -120,7 +120,7 @@ void ShapesTest::theDotBreathesWhileItIsOnScreen()
     QVERIFY(stage.shape()->opacity() >= 0.45);
 }
 
-void ShapesTest::withReduceMotionOnTheDotDoesNotBreathe()
+void ShapesTest::theDotDoesNotPulsateWithReducedMotion()
 {
     Stage stage("BreathingDot { color: 'red' }", true);
     stage.show();
@@ -134,7 +134,7 @@ void ShapesTest::withReduceMotionOnTheDotDoesNotBreathe()
     QCOMPARE(stage.shape()->opacity(), 1.0);
 }
 
-void ShapesTest::aDotThatAppearsAnewStartsFromFullOpacity()
+void ShapesTest::aDotThatAppearsAgainStartsAtFullOpacity()
 {
     Stage stage("BreathingDot { color: 'red' }");
     QVERIFY(!stage.shape()->property("isBreathing").toBool());

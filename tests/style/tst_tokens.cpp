@@ -20,14 +20,14 @@ class TokensTest : public QObject
 private Q_SLOTS:
     void aColourIsAPairOfLightAndDark_data();
     void aColourIsAPairOfLightAndDark();
-    void withoutAnAppearanceColoursAreLight();
+    void coloursAreLightWithoutAnAppearance();
     void coloursFollowTheAppearanceLive();
     void coloursDoNotDependOnThePalette();
     void aFontHasItsSizeInDeviceIndependentPixels_data();
     void aFontHasItsSizeInDeviceIndependentPixels();
     void trackingIsRoomAfterEachLetterInPoints();
-    void motionsStartFastAndLandSoftly();
-    void reduceMotionIsTheAppearances();
+    void motionsDecelerate();
+    void reduceMotionFollowsTheAppearance();
 };
 
 void TokensTest::aColourIsAPairOfLightAndDark_data()
@@ -76,7 +76,7 @@ void TokensTest::aColourIsAPairOfLightAndDark()
     QCOMPARE(tokens.property(QTest::currentDataTag()).value<QColor>(), dark);
 }
 
-void TokensTest::withoutAnAppearanceColoursAreLight()
+void TokensTest::coloursAreLightWithoutAnAppearance()
 {
     const Tokens tokens(nullptr);
     QCOMPARE(tokens.availableDot(), QColor(0x34c759));
@@ -136,11 +136,11 @@ void TokensTest::trackingIsRoomAfterEachLetterInPoints()
     const Tokens tokens(nullptr);
     const auto font = tokens.tracked(tokens.heroName(), -0.44);
     QCOMPARE(font.letterSpacingType(), QFont::AbsoluteSpacing);
-    QVERIFY(qAbs(font.letterSpacing() + 0.44) < 1.0 / 64); // Qt keeps it in 64ths
+    QVERIFY(qAbs(font.letterSpacing() + 0.44) < 1.0 / 64); // Qt stores it in units of 1/64
     QCOMPARE(font.pointSizeF(), tokens.heroName().pointSizeF());
 }
 
-void TokensTest::motionsStartFastAndLandSoftly()
+void TokensTest::motionsDecelerate()
 {
     const Tokens tokens(nullptr);
     QCOMPARE(tokens.popoverRise().duration, 400);
@@ -150,7 +150,7 @@ void TokensTest::motionsStartFastAndLandSoftly()
     QCOMPARE(tokens.statusSwap().curve.toCubicSpline(), curve);
 }
 
-void TokensTest::reduceMotionIsTheAppearances()
+void TokensTest::reduceMotionFollowsTheAppearance()
 {
     FakeAppearance appearance;
     const Tokens tokens(&appearance);

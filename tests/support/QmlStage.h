@@ -11,7 +11,7 @@
 
 namespace kelvo {
 
-/// One item of the QML module in a window, made of its source text.
+/// Shows one QML item, given as source text, in a window.
 class QmlStage
 {
 public:

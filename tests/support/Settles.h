@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-/// Runs the event loop until `future` is finished. False when it is not within ten seconds.
+/// Runs the event loop until `future` is finished. Returns false after ten seconds.
 template<typename T>
 bool settles(const QFuture<T> &future)
 {

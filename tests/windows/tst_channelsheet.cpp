@@ -11,7 +11,7 @@ namespace kelvo {
 
 namespace {
 
-/// The settings window with a sheet over it.
+/// The settings window with a channel sheet.
 struct Scene : ViewScene
 {
     ~Scene() { view.setSource({}); }
@@ -32,7 +32,7 @@ struct Scene : ViewScene
     SettingsState state{stores.settings, stores.notifier};
 };
 
-/// The sheet alone, for a channel that the window opens none for.
+/// The sheet without the window, for channels for which the window does not open it.
 struct BareSheet : ViewScene
 {
     explicit BareSheet(RemoteChannel channel)
@@ -61,17 +61,17 @@ private Q_SLOTS:
     void armingSlackLeavesTelegramConnected();
     void emailHasOnlyTheValuesAndTheButtons();
     void aTestShowsItsResultAndKeepsTheOldOneMeanwhile();
-    void toldAboutFollowsTheSwitch();
+    void theSummaryOfAlertsFollowsTheOutageSwitch();
     void doneAndEscapeClose_data();
     void doneAndEscapeClose();
-    void theFocusStaysInsideAndIsGivenBack();
-    void whatIsBehindCannotBeClicked();
-    void aScreenReaderHearsTheFields();
+    void theFocusStaysInsideAndIsRestored();
+    void theWindowBehindCannotBeClicked();
+    void aScreenReaderSeesTheFields();
     void partsHaveTheirSizes();
-    void looksAsItShould_data();
-    void looksAsItShould();
-    void looksAsItShouldOverTheWindow_data() { looksAsItShould_data(); }
-    void looksAsItShouldOverTheWindow();
+    void matchesTheGoldenPictures_data();
+    void matchesTheGoldenPictures();
+    void matchesTheGoldenPicturesOverTheWindow_data() { matchesTheGoldenPictures_data(); }
+    void matchesTheGoldenPicturesOverTheWindow();
 };
 
 void ChannelSheetTest::slackWithoutAWebhookHasItsButtonsDisabledAndOneCharacterEnablesThem()
@@ -171,7 +171,7 @@ void ChannelSheetTest::aTestShowsItsResultAndKeepsTheOldOneMeanwhile()
     scene.click(scene.item(u"sendTest"_s));
     QTRY_COMPARE(scene.value(u"testResult"_s), u"Couldn’t send — check the details"_s);
 
-    // A server that accepts the connection and says nothing yet.
+    // A server that accepts the connection and does not answer yet.
     QTcpServer server;
     QVERIFY(server.listen(QHostAddress::LocalHost));
     scene.stores.settings.setSlackWebhookURL(u"http://127.0.0.1:%1/hook"_s.arg(server.serverPort()));
@@ -185,13 +185,13 @@ void ChannelSheetTest::aTestShowsItsResultAndKeepsTheOldOneMeanwhile()
     connection->write("HTTP/1.1 204 No Content\r\n\r\n");
     QTRY_COMPARE(scene.value(u"testResult"_s), u"Test sent"_s);
 
-    // It is the last one of any channel.
+    // The result is the last one of any channel.
     scene.state.tapChannel(u"telegram"_s);
     settle();
     QCOMPARE(scene.value(u"testResult"_s), u"Test sent"_s);
 }
 
-void ChannelSheetTest::toldAboutFollowsTheSwitch()
+void ChannelSheetTest::theSummaryOfAlertsFollowsTheOutageSwitch()
 {
     Scene scene;
     scene.open(RemoteChannel::slack);
@@ -226,7 +226,7 @@ void ChannelSheetTest::doneAndEscapeClose()
     QCOMPARE(scene.text(scene.input(0)), u"abc"_s);
 }
 
-void ChannelSheetTest::theFocusStaysInsideAndIsGivenBack()
+void ChannelSheetTest::theFocusStaysInsideAndIsRestored()
 {
     Scene scene;
     scene.stores.settings.setSlackWebhookURL(u"x"_s);
@@ -248,7 +248,7 @@ void ChannelSheetTest::theFocusStaysInsideAndIsGivenBack()
     QCOMPARE(scene.view.activeFocusItem(), row);
 }
 
-void ChannelSheetTest::whatIsBehindCannotBeClicked()
+void ChannelSheetTest::theWindowBehindCannotBeClicked()
 {
     Scene scene;
     scene.open(RemoteChannel::slack);
@@ -261,7 +261,7 @@ void ChannelSheetTest::whatIsBehindCannotBeClicked()
     QVERIFY(scene.sheet());
 }
 
-void ChannelSheetTest::aScreenReaderHearsTheFields()
+void ChannelSheetTest::aScreenReaderSeesTheFields()
 {
     Scene scene;
     scene.open(RemoteChannel::telegram);
@@ -290,7 +290,7 @@ void ChannelSheetTest::partsHaveTheirSizes()
     QCOMPARE(scene.frame(u"done"_s).right(), sheet.right() - 22);
 }
 
-void ChannelSheetTest::looksAsItShould_data()
+void ChannelSheetTest::matchesTheGoldenPictures_data()
 {
     QTest::addColumn<RemoteChannel>("channel");
     QTest::addColumn<bool>("configured");
@@ -304,7 +304,7 @@ void ChannelSheetTest::looksAsItShould_data()
     }
 }
 
-void ChannelSheetTest::looksAsItShould()
+void ChannelSheetTest::matchesTheGoldenPictures()
 {
     QFETCH(RemoteChannel, channel);
     QFETCH(bool, configured);
@@ -315,14 +315,14 @@ void ChannelSheetTest::looksAsItShould()
         scene.stores.settings.setSlackWebhookURL(u"https://hooks.slack.com/services/T0/B0/x"_s);
     }
     scene.open();
-    // The blinking caret is not part of the look.
+    // Move the focus out of the fields, because the caret blinks.
     scene.item(u"done"_s)->forceActiveFocus();
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
     QCOMPARE(golden.difference(picture(scene.view), u"sheet-"_s + QString::fromLatin1(QTest::currentDataTag())),
              QString());
 }
 
-void ChannelSheetTest::looksAsItShouldOverTheWindow()
+void ChannelSheetTest::matchesTheGoldenPicturesOverTheWindow()
 {
     QFETCH(RemoteChannel, channel);
     QFETCH(bool, configured);

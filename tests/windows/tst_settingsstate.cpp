@@ -44,20 +44,20 @@ class SettingsStateTest : public QObject
 
 private Q_SLOTS:
     void theLastWatchedServiceStaysOn();
-    void withTwoWatchedOneTurnsOff();
+    void oneOfTwoWatchedServicesCanBeTurnedOff();
     void togglingAnUnwatchedServiceTurnsItOn();
-    void movingGoesToThePosition_data();
-    void movingGoesToThePosition();
+    void movingPutsAServiceAtThePosition_data();
+    void movingPutsAServiceAtThePosition();
     void movingToItsOwnPositionWritesNothing();
     void aDisabledServiceMovesLikeAnyOther();
     void theFirstEnabledServiceIsThePrimary();
     void aServiceTwiceInTheOrderIsShownTwiceAndOnceAsThePrimary();
-    void unknownTextsAreLeftAlone();
+    void unknownNamesAreIgnored();
     void tappingThisMacArmsItWithoutASheet();
     void tappingSlackOrTelegramOpensItsSheetAndArmsNothing();
     void tappingEmailOrWhatsAppDoesNothing();
-    void channelsTellTheirStates();
-    void aRefusedLoginItemSpringsBack();
+    void channelsShowTheirStates();
+    void aRefusedLoginItemIsReverted();
     void theIntervalIsWrittenOnlyWhenChosen();
     void theIntervalsHaveTitles();
 };
@@ -71,7 +71,7 @@ void SettingsStateTest::theLastWatchedServiceStaysOn()
     QCOMPARE(world.preferences.writeCount(), writes);
 }
 
-void SettingsStateTest::withTwoWatchedOneTurnsOff()
+void SettingsStateTest::oneOfTwoWatchedServicesCanBeTurnedOff()
 {
     World world({ServiceID::claude, ServiceID::cursor});
     world.toggle(ServiceID::claude);
@@ -86,7 +86,7 @@ void SettingsStateTest::togglingAnUnwatchedServiceTurnsItOn()
     QCOMPARE(world.shown(3, ServiceListModel::isOnRole).toBool(), true);
 }
 
-void SettingsStateTest::movingGoesToThePosition_data()
+void SettingsStateTest::movingPutsAServiceAtThePosition_data()
 {
     using enum ServiceID;
     QTest::addColumn<ServiceID>("id");
@@ -102,7 +102,7 @@ void SettingsStateTest::movingGoesToThePosition_data()
         << claude << 12 << Order{chatgpt, cursor, gemini, copilot, anthropicAPI, openaiAPI, claudeCode, claude};
 }
 
-void SettingsStateTest::movingGoesToThePosition()
+void SettingsStateTest::movingPutsAServiceAtThePosition()
 {
     QFETCH(ServiceID, id);
     QFETCH(int, to);
@@ -153,7 +153,7 @@ void SettingsStateTest::aServiceTwiceInTheOrderIsShownTwiceAndOnceAsThePrimary()
     QCOMPARE(world.shown(2, ServiceListModel::isPrimaryRole).toBool(), false);
 }
 
-void SettingsStateTest::unknownTextsAreLeftAlone()
+void SettingsStateTest::unknownNamesAreIgnored()
 {
     World world;
     const int writes = world.preferences.writeCount();
@@ -196,7 +196,7 @@ void SettingsStateTest::tappingEmailOrWhatsAppDoesNothing()
     QCOMPARE(world.preferences.writeCount(), writes);
 }
 
-void SettingsStateTest::channelsTellTheirStates()
+void SettingsStateTest::channelsShowTheirStates()
 {
     World world;
     const auto states = [&world] {
@@ -218,7 +218,7 @@ void SettingsStateTest::channelsTellTheirStates()
     QCOMPARE(changes.count(), 4);
 }
 
-void SettingsStateTest::aRefusedLoginItemSpringsBack()
+void SettingsStateTest::aRefusedLoginItemIsReverted()
 {
     World world;
     world.loginItem.refuses = true;

@@ -28,7 +28,7 @@ struct Scene : ViewScene
     QQuickItem *channel(RemoteChannel channel) const { return item(u"channel-"_s + rawValue(channel)); }
     QQuickItem *part(RemoteChannel of, const QString &name) const { return findItem(channel(of), name); }
     int place(ServiceID id) const { return qRound(row(id)->y() / 34); }
-    /// The middle of a row's place, in the window.
+    /// The centre of the row at `index`, in window coordinates.
     QPoint slot(int index) const { return frame(u"services"_s).topLeft().toPoint() + QPoint(16, 34 * index + 17); }
 
     void press(ServiceID id)
@@ -70,10 +70,10 @@ class SettingsViewTest : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".?"_s)); }
 
-    void sectionsHaveTheirPlaces();
+    void sectionsAreAtTheirPositions();
     void rowsFollowTheOrderOfTheStore();
-    void withOneEnabledServiceClickingItsCheckBoxLeavesItOn();
-    void withTwoEnabledServicesTheOtherTurnsOff();
+    void theOnlyEnabledServiceCannotBeUnchecked();
+    void oneOfTwoEnabledServicesCanBeUnchecked();
     void aClickBesideTheCheckBoxTogglesNothing();
     void rowsMakeRoomWhileOneIsDragged();
     void droppingMovesToThatPosition();
@@ -90,24 +90,24 @@ private Q_SLOTS:
     void switchesWriteThroughAndFollowTheStore_data();
     void switchesWriteThroughAndFollowTheStore();
     void awayFromYourMacCannotBeSwitchedOn();
-    void launchAtLoginSpringsBackWhenRefused();
+    void aRefusedLaunchAtLoginIsReverted();
     void clickingThisMacArmsItAtOnceWithoutASheet();
     void clickingEmailOrWhatsAppDoesNothing();
     void channelRowsShowTheirStates();
-    void showOnboardingAgainAsksForIt();
-    void everythingIsReachedByTabInOrder();
+    void showOnboardingAgainRequestsTheOnboarding();
+    void everyControlIsReachedByTabInOrder();
     void spaceAndEnterOperateTheRows();
-    void theFocusShowsItselfAndIsScrolledIntoView();
-    void aScreenReaderHearsNamesRolesAndStates();
+    void theFocusIsVisibleAndScrolledIntoView();
+    void aScreenReaderSeesNamesRolesAndStates();
     void aScreenReaderCanOperate();
-    void theWheelScrollsALowWindow();
+    void theWheelScrollsASmallWindow();
     void coloursFollowTheAppearanceWhileOpen();
-    void rightToLeftEverythingIsMirrored();
-    void looksAsItShould_data();
-    void looksAsItShould();
+    void everythingIsMirroredInARightToLeftLayout();
+    void matchesTheGoldenPictures_data();
+    void matchesTheGoldenPictures();
 };
 
-void SettingsViewTest::sectionsHaveTheirPlaces()
+void SettingsViewTest::sectionsAreAtTheirPositions()
 {
     Scene scene;
     scene.open();
@@ -159,7 +159,7 @@ void SettingsViewTest::rowsFollowTheOrderOfTheStore()
     QCOMPARE(scene.text(scene.part(ServiceID::gemini, u"primaryTag"_s)), u"PRIMARY"_s);
 }
 
-void SettingsViewTest::withOneEnabledServiceClickingItsCheckBoxLeavesItOn()
+void SettingsViewTest::theOnlyEnabledServiceCannotBeUnchecked()
 {
     Scene scene;
     scene.open();
@@ -168,7 +168,7 @@ void SettingsViewTest::withOneEnabledServiceClickingItsCheckBoxLeavesItOn()
     QVERIFY(scene.part(ServiceID::claude, u"checkmark"_s)->isVisible());
 }
 
-void SettingsViewTest::withTwoEnabledServicesTheOtherTurnsOff()
+void SettingsViewTest::oneOfTwoEnabledServicesCanBeUnchecked()
 {
     Scene scene({ServiceID::claude, ServiceID::chatgpt});
     scene.open();
@@ -419,7 +419,7 @@ void SettingsViewTest::awayFromYourMacCannotBeSwitchedOn()
     QCOMPARE(scene.stores.preferences.writeCount(), writes);
 }
 
-void SettingsViewTest::launchAtLoginSpringsBackWhenRefused()
+void SettingsViewTest::aRefusedLaunchAtLoginIsReverted()
 {
     Scene scene;
     scene.stores.loginItem.refuses = true;
@@ -469,7 +469,7 @@ void SettingsViewTest::channelRowsShowTheirStates()
     QVERIFY(!scene.part(RemoteChannel::thisMac, u"checkmark"_s)->isVisible());
 }
 
-void SettingsViewTest::showOnboardingAgainAsksForIt()
+void SettingsViewTest::showOnboardingAgainRequestsTheOnboarding()
 {
     Scene scene;
     scene.open();
@@ -478,7 +478,7 @@ void SettingsViewTest::showOnboardingAgainAsksForIt()
     QCOMPARE(asked.count(), 1);
 }
 
-void SettingsViewTest::everythingIsReachedByTabInOrder()
+void SettingsViewTest::everyControlIsReachedByTabInOrder()
 {
     Scene scene;
     scene.open();
@@ -509,7 +509,7 @@ void SettingsViewTest::spaceAndEnterOperateTheRows()
     QVERIFY(scene.item(u"channelSheet"_s));
 }
 
-void SettingsViewTest::theFocusShowsItselfAndIsScrolledIntoView()
+void SettingsViewTest::theFocusIsVisibleAndScrolledIntoView()
 {
     Scene scene;
     scene.open({400, 300});
@@ -523,7 +523,7 @@ void SettingsViewTest::theFocusShowsItselfAndIsScrolledIntoView()
     QVERIFY(!scene.item(u"launchAtLogin"_s, u"focusRing"_s)->isVisible());
 }
 
-void SettingsViewTest::aScreenReaderHearsNamesRolesAndStates()
+void SettingsViewTest::aScreenReaderSeesNamesRolesAndStates()
 {
     Scene scene;
     scene.open();
@@ -572,7 +572,7 @@ void SettingsViewTest::aScreenReaderCanOperate()
     QVERIFY(accessible(scene.item(u"outageAlerts"_s))->state().checked);
 }
 
-void SettingsViewTest::theWheelScrollsALowWindow()
+void SettingsViewTest::theWheelScrollsASmallWindow()
 {
     Scene scene;
     scene.open({400, 300});
@@ -598,7 +598,7 @@ void SettingsViewTest::coloursFollowTheAppearanceWhileOpen()
     QCOMPARE(ink().rgb(), QColor(Qt::white).rgb());
 }
 
-void SettingsViewTest::rightToLeftEverythingIsMirrored()
+void SettingsViewTest::everythingIsMirroredInARightToLeftLayout()
 {
     QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     const auto restore = qScopeGuard([] { QGuiApplication::setLayoutDirection(Qt::LeftToRight); });
@@ -614,14 +614,14 @@ void SettingsViewTest::rightToLeftEverythingIsMirrored()
     QCOMPARE(scene.frame(u"hint"_s).left(), 22.0);
 }
 
-void SettingsViewTest::looksAsItShould_data()
+void SettingsViewTest::matchesTheGoldenPictures_data()
 {
     QTest::addColumn<bool>("dark");
     QTest::newRow("light") << false;
     QTest::newRow("dark") << true;
 }
 
-void SettingsViewTest::looksAsItShould()
+void SettingsViewTest::matchesTheGoldenPictures()
 {
     QFETCH(bool, dark);
     Scene scene(settingsLookServices);

@@ -50,11 +50,11 @@ private Q_SLOTS:
     void givesUpAfterThe20thAttempt();
     void findsTheWindowAtThe20thAttempt();
     void findsByTitle();
-    void theFirstRunWindowIsNeverMistakenForTheSettings();
+    void theOnboardingWindowIsNeverTakenForTheSettings();
     void panelsAndFramelessWindowsAreNotTheSettings();
     void bringsAMinimizedWindowBack();
     void searchesAreIndependent();
-    void endsWithItsOwner();
+    void destroyingTheOpenerEndsItsSearches();
 };
 
 void WindowOpenerTest::looksFirstAfter50Milliseconds()
@@ -125,7 +125,7 @@ void WindowOpenerTest::findsByTitle()
     QTRY_VERIFY(onboarding.isInFront());
 }
 
-void WindowOpenerTest::theFirstRunWindowIsNeverMistakenForTheSettings()
+void WindowOpenerTest::theOnboardingWindowIsNeverTakenForTheSettings()
 {
     World world;
     TestWindow onboarding(u"Welcome to Kelvo"_s);
@@ -181,7 +181,7 @@ void WindowOpenerTest::searchesAreIndependent()
     QTRY_VERIFY(onboarding.isInFront());
 }
 
-void WindowOpenerTest::endsWithItsOwner()
+void WindowOpenerTest::destroyingTheOpenerEndsItsSearches()
 {
     ManualClock clock;
     {
