@@ -1,9 +1,9 @@
 #include "platform/Platform.h"
 
 #include "platform/macos/AquaAppearance.h"
+#include "platform/macos/ConfigurationNetworkWatch.h"
 #include "platform/macos/DispatchClock.h"
 #include "platform/macos/MenuBarStatusItem.h"
-#include "platform/macos/PathNetworkWatch.h"
 #include "platform/macos/RunningApplicationInstance.h"
 #include "platform/macos/ServiceLoginItem.h"
 #include "platform/macos/UserDefaultsPreferences.h"
@@ -27,7 +27,7 @@ Platform makePlatform()
     return {
         .clock = std::make_unique<DispatchClock>(),
         .sleepWake = std::make_unique<WorkspaceSleepWake>(),
-        .networkWatch = std::make_unique<PathNetworkWatch>(),
+        .networkWatch = std::make_unique<ConfigurationNetworkWatch>(),
         .notificationCenter = std::make_unique<UserNotificationCenter>(),
         .loginItem = std::make_unique<ServiceLoginItem>(),
         .preferences = std::make_unique<UserDefaultsPreferences>(),
