@@ -1,11 +1,17 @@
 #include "support/VirtualDisplay.h"
 
+#include <sys/prctl.h>
+
+#include <csignal>
+
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
 
 VirtualDisplay::VirtualDisplay()
 {
+    // It does not outlive a test that is killed.
+    server_.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     server_.setStandardErrorFile(QProcess::nullDevice());
     server_.start(u"Xvfb"_s,
                   {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1280x800x24"_s, u"-nolisten"_s, u"tcp"_s});
