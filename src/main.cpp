@@ -1,3 +1,4 @@
+#include "CommandLine.h"
 #include "Program.h"
 #include "http/RouteFinder.h"
 #include "menubar/ViewsLoader.h"
@@ -5,16 +6,41 @@
 #include "platform/SingleInstance.h"
 
 #include <QApplication>
+#include <QFile>
 
+#include <cstdio>
 #include <cstdlib>
 
 namespace kelvo {
 namespace {
 
+int print(const CommandLineAnswer &answer)
+{
+    std::fprintf(answer.exitCode == 0 ? stdout : stderr, "%s\n", qPrintable(answer.line));
+    return answer.exitCode;
+}
+
+/// The version and the help need no display. Other arguments may be Qt's, which QApplication takes out.
+std::optional<CommandLineAnswer> answerWithoutDisplay(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i) {
+        arguments.append(QFile::decodeName(argv[i]));
+    }
+    auto answer = commandLineAnswer(arguments);
+    return answer && answer->exitCode == 0 ? answer : std::nullopt;
+}
+
 int run(int argc, char *argv[])
 {
+    if (const auto answer = answerWithoutDisplay(argc, argv)) {
+        return print(*answer);
+    }
     keepProcessMemorySmall();
     QApplication application(argc, argv);
+    if (const auto answer = commandLineAnswer(QApplication::arguments().sliced(1))) {
+        return print(*answer);
+    }
     prepareApplication(application);
 
     const auto instance = makeSingleInstance();

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace kelvo {
+
+/// What the program prints in place of starting.
+struct CommandLineAnswer
+{
+    QString line;
+    int exitCode; ///< 0 for standard output, 2 for standard error
+
+    bool operator==(const CommandLineAnswer &) const = default;
+};
+
+/// Returns the answer to the arguments after the program's name: the version, the help, or a refusal of anything else.
+/// Nothing without arguments: the program starts.
+std::optional<CommandLineAnswer> commandLineAnswer(const QStringList &arguments);
+
+} // namespace kelvo

@@ -1,0 +1,94 @@
+#include "Version.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+/// The real program where there is no display, or none that shows anything.
+class CommandLineTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void answersInOneLineWithoutADisplay_data();
+    void answersInOneLineWithoutADisplay();
+    void refusesAnythingElse_data();
+    void refusesAnythingElse();
+
+private:
+    struct Answer
+    {
+        QString output;
+        QString errors;
+        int exitCode;
+    };
+
+    static Answer run(const QStringList &arguments, bool hasDisplay)
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(u"DISPLAY"_s);
+        environment.remove(u"WAYLAND_DISPLAY"_s);
+        environment.remove(u"QT_QPA_PLATFORM"_s);
+        const QTemporaryDir runtime; // Qt warns without one
+        environment.insert(u"XDG_RUNTIME_DIR"_s, runtime.path());
+        if (hasDisplay) {
+            environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+        }
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(KELVO_PROGRAM), arguments);
+        process.waitForFinished();
+        return {QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError()),
+                process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1};
+    }
+
+    static QString help() { return run({u"--help"_s}, false).output; }
+};
+
+void CommandLineTest::answersInOneLineWithoutADisplay_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<QString>("beginning");
+    QTest::newRow("version") << u"--version"_s << "Kelvo "_L1 + QLatin1StringView(version);
+    QTest::newRow("help") << u"--help"_s << u"Usage: kelvo "_s;
+}
+
+void CommandLineTest::answersInOneLineWithoutADisplay()
+{
+    QFETCH(QString, argument);
+    QFETCH(QString, beginning);
+    const auto answer = run({argument}, false);
+    QCOMPARE(answer.exitCode, 0);
+    QVERIFY2(answer.output.startsWith(beginning), qPrintable(answer.output));
+    QCOMPARE(answer.output.count(u'\n'), 1);
+    QVERIFY(answer.output.endsWith(u'\n'));
+    QVERIFY2(answer.errors.isEmpty(), qPrintable(answer.errors));
+}
+
+void CommandLineTest::refusesAnythingElse_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("an unknown option") << QStringList{u"--unknown"_s};
+    QTest::newRow("a file") << QStringList{u"/etc/hostname"_s};
+    QTest::newRow("the version and more") << QStringList{u"--version"_s, u"--help"_s};
+    QTest::newRow("the empty argument") << QStringList{QString()};
+    QTest::newRow("more than Qt's option") << QStringList{u"-platform"_s, u"offscreen"_s, u"file"_s};
+}
+
+void CommandLineTest::refusesAnythingElse()
+{
+    QFETCH(QStringList, arguments);
+    const auto answer = run(arguments, true);
+    QCOMPARE(answer.exitCode, 2);
+    QVERIFY2(answer.output.isEmpty(), qPrintable(answer.output));
+    QCOMPARE(answer.errors, help());
+}
+
+} // namespace kelvo
+
+QTEST_GUILESS_MAIN(kelvo::CommandLineTest)
+#include "tst_commandline.moc"
