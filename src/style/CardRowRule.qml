@@ -9,5 +9,4 @@ Rectangle {
     anchors.rightMargin: 1
     color: Qt.alpha(Tokens.primary, 0.06)
     height: 1
-    visible: parent.y > 0
 }

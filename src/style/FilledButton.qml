@@ -26,13 +26,12 @@ PlainButton {
             visible: control.visualFocus
         }
     }
-    contentItem: Text {
+    contentItem: Label {
         color: "white"
         elide: Text.ElideRight
         font: Tokens.systemFont(13, Font.DemiBold)
         horizontalAlignment: Text.AlignHCenter
         text: control.title
-        textFormat: Text.PlainText
         verticalAlignment: Text.AlignVCenter
     }
 }

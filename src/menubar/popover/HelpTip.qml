@@ -21,10 +21,9 @@ T.ToolTip {
         color: Tokens.card
         radius: 5
     }
-    contentItem: Text {
+    contentItem: Label {
         color: Tokens.labelPrimary
         font: Tokens.metadata
         text: tip.text
-        textFormat: Text.PlainText
     }
 }

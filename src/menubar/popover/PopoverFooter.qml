@@ -28,19 +28,16 @@ Item {
         anchors.top: rule.bottom
         height: 38
 
-        Text {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
+        Paragraph {
             anchors.left: parent.left
             anchors.right: settings.left
             anchors.verticalCenter: parent.verticalCenter
             color: Tokens.labelTertiary
             elide: Text.ElideRight
             font: Tokens.metadata
-            horizontalAlignment: Text.AlignLeft
             objectName: "armedChannel"
             text: footer.popover.armedChannelLabel
-            textFormat: Text.PlainText
+            wrapMode: Text.NoWrap
         }
         PlainButton {
             id: settings

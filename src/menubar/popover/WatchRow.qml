@@ -30,7 +30,7 @@ PlainButton {
 
         implicitHeight: nameText.implicitHeight
 
-        Text {
+        Label {
             id: nameText
 
             anchors.left: parent.left
@@ -38,10 +38,8 @@ PlainButton {
             anchors.rightMargin: 8
             color: Qt.alpha(Tokens.primary, 0.78)
             font: Tokens.rowStrong
-            horizontalAlignment: Text.AlignLeft
             objectName: "name"
             text: content.name
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
         }
         StatusDot {

@@ -18,15 +18,10 @@ FocusScope {
     implicitHeight: column.implicitHeight
     implicitWidth: 360
 
-    component Note: Text {
-        Accessible.name: text
-        Accessible.role: Accessible.StaticText
-        horizontalAlignment: Text.AlignLeft
+    component Note: Paragraph {
         lineHeight: 1.08
-        textFormat: Text.PlainText
         visible: text !== ""
         width: parent.width
-        wrapMode: Text.Wrap
     }
 
     Column {
@@ -44,17 +39,13 @@ FocusScope {
             spacing: 5
             width: parent.width
 
-            Text {
-                Accessible.name: text
+            Paragraph {
                 Accessible.role: Accessible.Heading
                 color: Tokens.labelPrimary
                 font: Tokens.systemFont(16, Font.DemiBold)
-                horizontalAlignment: Text.AlignLeft
                 objectName: "title"
                 text: root.sheet.title
-                textFormat: Text.PlainText
                 width: parent.width
-                wrapMode: Text.Wrap
             }
             Note {
                 color: Tokens.labelSecondary

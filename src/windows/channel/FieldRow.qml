@@ -12,9 +12,15 @@ FocusScope {
 
     signal edited(string text)
 
-    implicitHeight: Math.max(38, field.height + 12, labelText.height + 12)
+    implicitHeight: Math.max(ground.implicitHeight, field.height + 12, labelText.height + 12)
 
-    Text {
+    CardRow {
+        id: ground
+
+        anchors.fill: parent
+        implicitHeight: 38
+    }
+    Label {
         id: labelText
 
         anchors.left: parent.left
@@ -24,10 +30,8 @@ FocusScope {
         anchors.verticalCenter: parent.verticalCenter
         color: Tokens.labelPrimary
         font: Tokens.row
-        horizontalAlignment: Text.AlignLeft
         objectName: "label"
         text: row.label
-        textFormat: Text.PlainText
         wrapMode: Text.Wrap
     }
     T.TextField {
@@ -79,21 +83,17 @@ FocusScope {
         }
         onTextEdited: row.edited(text)
 
-        Text {
+        Label {
             color: field.placeholderTextColor
             elide: Text.ElideRight
             font: field.font
             height: parent.height
-            horizontalAlignment: Text.AlignLeft
             objectName: "placeholder"
             text: field.placeholderText
-            textFormat: Text.PlainText
             verticalAlignment: Text.AlignVCenter
             visible: field.length === 0 && field.preeditText === ""
             width: field.width - field.leftPadding - field.rightPadding
             x: field.leftPadding
         }
-    }
-    CardRowRule {
     }
 }

@@ -10,9 +10,15 @@ Item {
 
     Accessible.name: label + ": " + value
     Accessible.role: Accessible.StaticText
-    implicitHeight: Math.max(31, valueText.height + 12)
+    implicitHeight: Math.max(ground.implicitHeight, valueText.height + 12)
 
-    Text {
+    CardRow {
+        id: ground
+
+        anchors.fill: parent
+        implicitHeight: 31
+    }
+    Label {
         id: labelText
 
         anchors.left: parent.left
@@ -22,9 +28,8 @@ Item {
         font: Tokens.row
         objectName: "label"
         text: row.label
-        textFormat: Text.PlainText
     }
-    Text {
+    Label {
         id: valueText
 
         anchors.left: labelText.right
@@ -37,9 +42,6 @@ Item {
         horizontalAlignment: Text.AlignRight
         objectName: "value"
         text: row.value
-        textFormat: Text.PlainText
         wrapMode: Text.Wrap
-    }
-    CardRowRule {
     }
 }

@@ -1,25 +1,21 @@
 import QtQuick
-import QtQuick.Templates as T
 import Kelvo
 
-/// One of several, in a list of which one can be selected.
-T.RadioButton {
+/// One option of a list.
+ChoiceOption {
     id: row
 
-    Accessible.name: text
-    hoverEnabled: true
-    implicitHeight: Math.max(24, nameText.implicitHeight + 6)
+    implicitHeight: Math.max(implicitBackgroundHeight, nameText.implicitHeight + 6)
 
-    background: CardRowGround {
-        down: row.down
-        focused: row.visualFocus
-        hovered: row.hovered
+    background: CardRow {
+        button: row
+        implicitHeight: 24
     }
 
     Item {
         anchors.fill: parent
 
-        Text {
+        Label {
             id: nameText
 
             anchors.left: parent.left
@@ -29,10 +25,8 @@ T.RadioButton {
             color: Tokens.labelPrimary
             elide: Text.ElideRight
             font: Tokens.row
-            horizontalAlignment: Text.AlignLeft
             objectName: "name"
             text: row.text
-            textFormat: Text.PlainText
         }
         LineSymbol {
             id: checkmark
@@ -48,8 +42,5 @@ T.RadioButton {
             visible: row.checked
             width: 11
         }
-    }
-
-    CardRowRule {
     }
 }

@@ -30,8 +30,7 @@ Item {
             height: 16
             width: 1
         }
-        Text {
-            Accessible.name: text
+        Paragraph {
             Accessible.role: Accessible.Heading
             color: Tokens.labelPrimary
             font: page.headingFont
@@ -39,46 +38,36 @@ Item {
             lineHeight: 1.05
             objectName: "heading"
             text: page.heading
-            textFormat: Text.PlainText
             width: parent.width
-            wrapMode: Text.Wrap
         }
         Item {
             height: 9
             width: 1
         }
-        Text {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
+        Paragraph {
             color: Tokens.labelSecondary
             font: Tokens.bodyText
             horizontalAlignment: Text.AlignHCenter
             lineHeight: 1.25
             objectName: "body"
             text: page.body
-            textFormat: Text.PlainText
             width: parent.width
-            wrapMode: Text.Wrap
         }
         Item {
             height: 8
             visible: remark.visible
             width: 1
         }
-        Text {
+        Paragraph {
             id: remark
 
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             color: Tokens.labelTertiary
             font: Tokens.systemFont(11.5, Font.Normal)
             horizontalAlignment: Text.AlignHCenter
             objectName: "remark"
             text: page.remark
-            textFormat: Text.PlainText
             visible: text !== ""
             width: parent.width
-            wrapMode: Text.Wrap
         }
     }
 }

@@ -17,7 +17,9 @@ FocusScope {
     implicitHeight: 300
     implicitWidth: 400
 
+    // The main button takes the focus when a page is turned to, and shows it to those who use keys.
     onPageChanged: {
+        mainButton.forceActiveFocus(pages.turnedByKey ? Qt.TabFocusReason : Qt.OtherFocusReason);
         if (!Tokens.reduceMotion) {
             appear.restart();
         }
@@ -25,21 +27,6 @@ FocusScope {
 
     component Page: OnboardingPage {
         anchors.fill: parent
-    }
-    /// The button that leads on. It takes the focus when its page is turned to, and shows it to those who use keys.
-    component MainButton: FilledButton {
-        required property bool isCurrent
-        required property bool showsFocus
-
-        height: 28
-        visible: isCurrent
-
-        Component.onCompleted: focus = isCurrent
-        onIsCurrentChanged: {
-            if (isCurrent) {
-                forceActiveFocus(showsFocus ? Qt.TabFocusReason : Qt.OtherFocusReason);
-            }
-        }
     }
 
     Item {
@@ -165,47 +152,41 @@ FocusScope {
                     root.onboarding.skipPermission();
                 }
             }
-            MainButton {
-                isCurrent: root.page === OnboardingState.Promise
-                objectName: "continueToPicker"
-                showsFocus: pages.turnedByKey
-                title: "Continue"
+            FilledButton {
+                id: mainButton
+
+                enabled: root.page !== OnboardingState.PrimaryPicker || root.onboarding.hasSelection
+                focus: true
+                height: 28
+                objectName: "mainButton"
+                title: {
+                    switch (root.page) {
+                    case OnboardingState.Permission:
+                        return "Allow notifications";
+                    case OnboardingState.Complete:
+                        return "Done";
+                    default:
+                        return "Continue";
+                    }
+                }
 
                 onClicked: {
                     pages.turnedByKey = visualFocus;
-                    root.onboarding.continueToPicker();
+                    switch (root.page) {
+                    case OnboardingState.Promise:
+                        root.onboarding.continueToPicker();
+                        break;
+                    case OnboardingState.PrimaryPicker:
+                        root.onboarding.continueToPermission();
+                        break;
+                    case OnboardingState.Permission:
+                        root.onboarding.allowNotifications();
+                        break;
+                    case OnboardingState.Complete:
+                        root.onboarding.finish();
+                        break;
+                    }
                 }
-            }
-            MainButton {
-                enabled: root.onboarding.hasSelection
-                isCurrent: root.page === OnboardingState.PrimaryPicker
-                objectName: "continueToPermission"
-                showsFocus: pages.turnedByKey
-                title: "Continue"
-
-                onClicked: {
-                    pages.turnedByKey = visualFocus;
-                    root.onboarding.continueToPermission();
-                }
-            }
-            MainButton {
-                isCurrent: root.page === OnboardingState.Permission
-                objectName: "allow"
-                showsFocus: pages.turnedByKey
-                title: "Allow notifications"
-
-                onClicked: {
-                    pages.turnedByKey = visualFocus;
-                    root.onboarding.allowNotifications();
-                }
-            }
-            MainButton {
-                isCurrent: root.page === OnboardingState.Complete
-                objectName: "done"
-                showsFocus: pages.turnedByKey
-                title: "Done"
-
-                onClicked: root.onboarding.finish()
             }
         }
     }

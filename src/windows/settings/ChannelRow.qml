@@ -13,19 +13,17 @@ PlainButton {
     Accessible.description: isArmed ? "Alerts go here" : ""
     Accessible.name: stateText === "" ? title : title + ", " + stateText
     hoverEnabled: true
-    implicitHeight: 34
     text: title
 
-    background: CardRowGround {
-        down: row.down
-        focused: row.visualFocus
-        hovered: row.hovered
+    background: CardRow {
+        button: row
+        implicitHeight: 34
     }
 
     Item {
         anchors.fill: parent
 
-        Text {
+        Label {
             anchors.left: parent.left
             anchors.leftMargin: 12
             anchors.verticalCenter: parent.verticalCenter
@@ -33,9 +31,8 @@ PlainButton {
             font: Tokens.row
             objectName: "title"
             text: row.title
-            textFormat: Text.PlainText
         }
-        Text {
+        Label {
             anchors.right: checkmark.left
             anchors.rightMargin: 10
             anchors.verticalCenter: parent.verticalCenter
@@ -43,7 +40,6 @@ PlainButton {
             font: Tokens.metadata
             objectName: "state"
             text: row.stateText
-            textFormat: Text.PlainText
         }
         LineSymbol {
             id: checkmark
@@ -59,8 +55,5 @@ PlainButton {
             visible: row.isArmed
             width: 12
         }
-    }
-
-    CardRowRule {
     }
 }

@@ -1,43 +1,29 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import Kelvo
 
-/// A choice of one among a few, side by side. It shows what it is told to; `chosen` says what the user wants. The
-/// keyboard reaches it as one, and the arrow keys choose.
-Item {
+/// A choice of one among a few, side by side.
+ChoiceGroup {
     id: choice
 
     required property list<string> titles
-    required property int current
 
     readonly property real inset: 2
     readonly property real segmentWidth: {
         let widest = 0;
         for (let i = 0; i < segments.count; ++i) {
-            widest = Math.max(widest, (segments.itemAt(i) as T.RadioButton)?.implicitWidth ?? 0);
+            widest = Math.max(widest, (segments.itemAt(i) as ChoiceOption)?.implicitWidth ?? 0);
         }
         return Math.ceil(widest);
     }
 
-    signal chosen(int index)
-
-    function chooseByKey(step: int) {
-        const next = current + step;
-        if (next >= 0 && next < segments.count) {
-            chosen(next);
-            segments.itemAt(next).forceActiveFocus(Qt.TabFocusReason);
-        }
-    }
-
     implicitHeight: 30
     implicitWidth: segments.count * segmentWidth
+    options: segments
 
-    Keys.onDownPressed: chooseByKey(1)
     Keys.onLeftPressed: chooseByKey(LayoutMirroring.enabled ? 1 : -1)
     Keys.onRightPressed: chooseByKey(LayoutMirroring.enabled ? -1 : 1)
-    Keys.onUpPressed: chooseByKey(-1)
 
     Rectangle {
         anchors.fill: parent
@@ -93,35 +79,23 @@ Item {
 
             model: choice.titles
 
-            T.RadioButton {
+            ChoiceOption {
                 id: segment
 
-                required property int index
-                required property string modelData
-
-                Accessible.name: text
-                checked: choice.current === index
-                focusPolicy: checked || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
+                group: choice
                 height: choice.height
-                hoverEnabled: true
                 implicitWidth: implicitContentWidth + leftPadding + rightPadding
                 objectName: "segment-" + index
                 padding: 13
-                text: modelData
                 width: choice.segmentWidth
 
-                contentItem: Text {
+                contentItem: Label {
                     color: segment.checked || segment.down ? Tokens.labelPrimary : segment.hovered ? Qt.alpha(Tokens.primary, 0.7) : Tokens.labelSecondary
                     font: Tokens.status
                     horizontalAlignment: Text.AlignHCenter
                     text: segment.text
-                    textFormat: Text.PlainText
                     verticalAlignment: Text.AlignVCenter
                 }
-
-                Keys.onEnterPressed: choice.chosen(index)
-                Keys.onReturnPressed: choice.chosen(index)
-                onToggled: choice.chosen(index)
 
                 FocusRing {
                     anchors.margins: choice.inset - border.width
