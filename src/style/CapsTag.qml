@@ -7,6 +7,6 @@ Label {
 
     required property string title
 
-    font: Tokens.tracked(Tokens.tagCaps, 0.57)
+    font: Tokens.trackedTagCaps
     text: title.toUpperCase()
 }

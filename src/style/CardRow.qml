@@ -21,12 +21,12 @@ Item {
     Rectangle {
         anchors.fill: parent
         anchors.margins: 3
-        color: ground.down ? Qt.alpha(Tokens.primary, 0.07) : ground.hovered ? Qt.alpha(Tokens.primary, 0.03) : "transparent"
+        color: ground.down ? Tokens.rowPressed : ground.hovered ? Tokens.rowHovered : "transparent"
         objectName: "tint"
-        radius: 6
+        radius: Tokens.rowRadius
 
         FocusRing {
-            innerRadius: 6
+            innerRadius: parent.radius
             objectName: "focusRing"
             visible: ground.focused
         }

@@ -19,7 +19,7 @@ PlainButton {
 
         FocusRing {
             anchors.margins: -4
-            innerRadius: 2
+            innerRadius: Tokens.textRadius
             visible: control.visualFocus
         }
     }

@@ -7,6 +7,6 @@ Paragraph {
 
     Accessible.name: title
     color: Tokens.labelQuaternary
-    font: Tokens.tracked(Tokens.sectionCaps, 0.7)
+    font: Tokens.trackedSectionCaps
     text: title.toUpperCase()
 }

@@ -18,7 +18,7 @@ Item {
 
         anchors.left: parent.left
         color: Tokens.labelPrimary
-        font: Tokens.tracked(Tokens.heroName, -0.44)
+        font: Tokens.heroTitle
         objectName: "heroName"
         text: hero.popover.heroName
         width: Math.min(implicitWidth, hero.width - (affected.visible ? affected.width + affected.anchors.leftMargin : 0))
@@ -31,7 +31,7 @@ Item {
         anchors.left: name.right
         anchors.leftMargin: 8
         color: Tokens.labelQuaternary
-        font: Tokens.tracked(Tokens.systemFont(10, Font.DemiBold), 0.6)
+        font: Tokens.affectedTag
         objectName: "affectedTag"
         text: "AFFECTED"
         visible: hero.popover.heroIsPromoted
@@ -106,7 +106,7 @@ Item {
         }
         Label {
             color: Tokens.labelQuaternary
-            font: Tokens.withTabularDigits(Tokens.metadata)
+            font: Tokens.checkedTime
             objectName: "checkedText"
             text: hero.popover.checkedText
             width: Math.min(implicitWidth, checkedLine.width - breathingDot.width - checkedLine.spacing)

@@ -25,7 +25,7 @@ Row {
     }
     Label {
         color: colors.text
-        font: Tokens.tracked(Tokens.status, -0.065)
+        font: Tokens.statusLabel
         objectName: "statusLabel"
         text: line.label
         width: Math.min(implicitWidth, line.width - dot.width - line.spacing)

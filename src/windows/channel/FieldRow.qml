@@ -18,13 +18,13 @@ FocusScope {
         id: ground
 
         anchors.fill: parent
-        implicitHeight: 38
+        implicitHeight: Tokens.fieldRowHeight
     }
     Label {
         id: labelText
 
         anchors.left: parent.left
-        anchors.leftMargin: 12
+        anchors.leftMargin: Tokens.rowPadding
         anchors.right: field.left
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
@@ -39,13 +39,13 @@ FocusScope {
 
         Accessible.name: row.label
         anchors.right: parent.right
-        anchors.rightMargin: 12
+        anchors.rightMargin: Tokens.rowPadding
         anchors.verticalCenter: parent.verticalCenter
         color: Tokens.labelPrimary
         focus: true
-        font: Tokens.systemFont(12.5, Font.Normal)
+        font: Tokens.bodyText
         hoverEnabled: true
-        implicitHeight: Math.max(24, contentHeight + topPadding + bottomPadding)
+        implicitHeight: Math.max(Tokens.fieldHeight, contentHeight + topPadding + bottomPadding)
         // What is typed here are addresses and secrets: nothing to learn, complete or correct.
         inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
         leftPadding: 8
@@ -54,20 +54,20 @@ FocusScope {
         placeholderTextColor: Tokens.labelQuaternary
         rightPadding: 8
         selectByMouse: true
-        selectedTextColor: "white"
+        selectedTextColor: Tokens.actionText
         selectionColor: Tokens.action
         text: row.text
         verticalAlignment: TextInput.AlignVCenter
-        width: 190
+        width: Tokens.fieldWidth
 
         background: Rectangle {
-            border.color: Qt.alpha(Tokens.primary, field.hovered ? 0.24 : 0.15)
+            border.color: field.hovered ? Tokens.fieldLineHovered : Tokens.fieldLine
             color: Tokens.textField
-            radius: 6
+            radius: Tokens.fieldRadius
 
             FocusRing {
-                anchors.margins: -1
-                innerRadius: 5
+                anchors.margins: -Tokens.hairlineWidth
+                innerRadius: Tokens.fieldRadius - Tokens.hairlineWidth
                 visible: field.activeFocus
             }
         }

@@ -16,13 +16,13 @@ Item {
         id: ground
 
         anchors.fill: parent
-        implicitHeight: 31
+        implicitHeight: Tokens.valueRowHeight
     }
     Label {
         id: labelText
 
         anchors.left: parent.left
-        anchors.leftMargin: 12
+        anchors.leftMargin: Tokens.rowPadding
         anchors.verticalCenter: parent.verticalCenter
         color: Tokens.labelPrimary
         font: Tokens.row
@@ -33,9 +33,9 @@ Item {
         id: valueText
 
         anchors.left: labelText.right
-        anchors.leftMargin: 12
+        anchors.leftMargin: Tokens.rowPadding
         anchors.right: parent.right
-        anchors.rightMargin: 12
+        anchors.rightMargin: Tokens.rowPadding
         anchors.verticalCenter: parent.verticalCenter
         color: Tokens.labelSecondary
         font: Tokens.row

@@ -9,7 +9,7 @@ ChoiceOption {
 
     background: CardRow {
         button: row
-        implicitHeight: 24
+        implicitHeight: Tokens.choiceRowHeight
     }
 
     Item {
@@ -19,7 +19,7 @@ ChoiceOption {
             id: nameText
 
             anchors.left: parent.left
-            anchors.leftMargin: 12
+            anchors.leftMargin: Tokens.rowPadding
             anchors.right: checkmark.left
             anchors.verticalCenter: parent.verticalCenter
             color: Tokens.labelPrimary
@@ -32,7 +32,7 @@ ChoiceOption {
             id: checkmark
 
             anchors.right: parent.right
-            anchors.rightMargin: 12
+            anchors.rightMargin: Tokens.rowPadding
             anchors.verticalCenter: parent.verticalCenter
             color: Tokens.action
             height: 11

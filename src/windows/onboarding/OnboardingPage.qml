@@ -14,9 +14,9 @@ Item {
 
     Column {
         anchors.left: parent.left
-        anchors.leftMargin: 32
+        anchors.leftMargin: Tokens.pagePadding
         anchors.right: parent.right
-        anchors.rightMargin: 32
+        anchors.rightMargin: Tokens.pagePadding
         anchors.verticalCenter: parent.verticalCenter
 
         Item {
@@ -62,7 +62,7 @@ Item {
             id: remark
 
             color: Tokens.labelTertiary
-            font: Tokens.systemFont(11.5, Font.Normal)
+            font: Tokens.footnote
             horizontalAlignment: Text.AlignHCenter
             objectName: "remark"
             text: page.remark

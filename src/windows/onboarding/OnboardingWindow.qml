@@ -14,8 +14,8 @@ FocusScope {
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     focus: true
-    implicitHeight: 300
-    implicitWidth: 400
+    implicitHeight: Tokens.onboardingHeight
+    implicitWidth: Tokens.onboardingWidth
 
     // The main button takes the focus when a page is turned to, and shows it to those who use keys.
     onPageChanged: {
@@ -44,7 +44,7 @@ FocusScope {
         Page {
             body: "Kelvo watches the AI tools you work in and notifies you the moment one is usable again."
             heading: "Stop checking.\nWe’ll tell you."
-            headingFont: Tokens.tracked(Tokens.heroName, -0.44)
+            headingFont: Tokens.heroTitle
             objectName: "promise"
             visible: root.page === OnboardingState.Promise
 
@@ -109,11 +109,11 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: parent.right
-        height: 55
+        height: Tokens.barHeight
 
         PageDots {
             anchors.left: parent.left
-            anchors.leftMargin: 20
+            anchors.leftMargin: Tokens.barPadding
             anchors.verticalCenter: buttons.verticalCenter
             count: 4
             current: root.page
@@ -125,7 +125,7 @@ FocusScope {
             anchors.bottom: parent.bottom
             anchors.bottomMargin: 13
             anchors.right: parent.right
-            anchors.rightMargin: 20
+            anchors.rightMargin: Tokens.barPadding
             spacing: 16
 
             QuietButton {
@@ -157,7 +157,7 @@ FocusScope {
 
                 enabled: root.page !== OnboardingState.PrimaryPicker || root.onboarding.hasSelection
                 focus: true
-                height: 28
+                height: Tokens.buttonHeight
                 objectName: "mainButton"
                 title: {
                     switch (root.page) {

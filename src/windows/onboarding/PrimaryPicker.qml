@@ -19,9 +19,9 @@ ChoiceGroup {
 
         Accessible.role: Accessible.Heading
         anchors.left: parent.left
-        anchors.leftMargin: 32
+        anchors.leftMargin: Tokens.pagePadding
         anchors.right: parent.right
-        anchors.rightMargin: 32
+        anchors.rightMargin: Tokens.pagePadding
         anchors.top: parent.top
         anchors.topMargin: 9
         color: Tokens.labelPrimary

@@ -17,7 +17,7 @@ PlainButton {
 
     background: CardRow {
         button: row
-        implicitHeight: 34
+        implicitHeight: Tokens.rowHeight
     }
 
     Item {
@@ -25,7 +25,7 @@ PlainButton {
 
         Label {
             anchors.left: parent.left
-            anchors.leftMargin: 12
+            anchors.leftMargin: Tokens.rowPadding
             anchors.verticalCenter: parent.verticalCenter
             color: row.enabled ? Tokens.labelPrimary : Tokens.labelTertiary
             font: Tokens.row
@@ -45,7 +45,7 @@ PlainButton {
             id: checkmark
 
             anchors.right: parent.right
-            anchors.rightMargin: 12
+            anchors.rightMargin: Tokens.rowPadding
             anchors.verticalCenter: parent.verticalCenter
             color: Tokens.action
             height: 12

@@ -18,7 +18,7 @@ ChoiceGroup {
         return Math.ceil(widest);
     }
 
-    implicitHeight: 30
+    implicitHeight: Tokens.segmentHeight
     implicitWidth: segments.count * segmentWidth
     options: segments
 
@@ -27,8 +27,8 @@ ChoiceGroup {
 
     Rectangle {
         anchors.fill: parent
-        color: Qt.alpha(Tokens.primary, 0.07)
-        radius: 8
+        color: Tokens.segmentTrack
+        radius: Tokens.segmentRadius
     }
     Item {
         id: thumb
@@ -44,8 +44,8 @@ ChoiceGroup {
             enabled: !Tokens.reduceMotion
 
             NumberAnimation {
-                duration: 160
-                easing: Tokens.statusSwap.curve
+                duration: Tokens.controlSlide.duration
+                easing: Tokens.controlSlide.curve
             }
         }
 
@@ -54,13 +54,13 @@ ChoiceGroup {
             anchors.margins: -blur
             anchors.topMargin: -blur + 1
             blur: 3
-            color: Qt.alpha("black", 0.2)
+            color: Tokens.segmentShadow
         }
         Rectangle {
             anchors.fill: face
-            anchors.margins: -1
-            color: Qt.alpha(Tokens.primary, 0.06)
-            radius: 7
+            anchors.margins: -Tokens.hairlineWidth
+            color: Tokens.cardLine
+            radius: face.radius + Tokens.hairlineWidth
         }
         Rectangle {
             id: face
@@ -68,7 +68,7 @@ ChoiceGroup {
             anchors.fill: parent
             anchors.margins: choice.inset
             color: Tokens.card
-            radius: 6
+            radius: Tokens.segmentRadius - choice.inset
         }
     }
     Row {
@@ -90,7 +90,7 @@ ChoiceGroup {
                 width: choice.segmentWidth
 
                 contentItem: Label {
-                    color: segment.checked || segment.down ? Tokens.labelPrimary : segment.hovered ? Qt.alpha(Tokens.primary, 0.7) : Tokens.labelSecondary
+                    color: segment.checked || segment.down ? Tokens.labelPrimary : segment.hovered ? Tokens.segmentHovered : Tokens.labelSecondary
                     font: Tokens.status
                     horizontalAlignment: Text.AlignHCenter
                     text: segment.text
@@ -99,7 +99,7 @@ ChoiceGroup {
 
                 FocusRing {
                     anchors.margins: choice.inset - border.width
-                    innerRadius: 6
+                    innerRadius: face.radius
                     visible: segment.visualFocus
                 }
             }

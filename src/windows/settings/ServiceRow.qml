@@ -53,7 +53,7 @@ Item {
         // The rules stay where they are while rows are dragged over them.
         hasRule: false
         hovered: hover.hovered
-        implicitHeight: 34
+        implicitHeight: Tokens.rowHeight
 
         Item {
             anchors.fill: parent
@@ -64,19 +64,19 @@ Item {
                 anchors.fill: parent
                 anchors.margins: -blur
                 blur: 8
-                color: Qt.alpha("black", 0.22)
+                color: Tokens.liftedShadow
             }
             Rectangle {
                 anchors.fill: parent
                 color: Tokens.hairline
-                radius: 7
+                radius: Tokens.rowRadius + Tokens.hairlineWidth
             }
             Rectangle {
                 anchors.fill: parent
-                anchors.margins: 1
+                anchors.margins: Tokens.hairlineWidth
                 color: Tokens.card
                 objectName: "lifted"
-                radius: 6
+                radius: Tokens.rowRadius
             }
         }
     }
@@ -119,7 +119,7 @@ Item {
             id: checkbox
 
             anchors.right: parent.right
-            anchors.rightMargin: 12 - reach
+            anchors.rightMargin: Tokens.rowPadding - reach
             anchors.verticalCenter: parent.verticalCenter
             isOn: row.isOn
             objectName: "checkbox"

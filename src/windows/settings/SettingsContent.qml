@@ -11,11 +11,11 @@ Column {
 
     readonly property alias services: serviceList
 
-    bottomPadding: 22
-    leftPadding: 22
-    rightPadding: 22
-    spacing: 20
-    topPadding: 22
+    bottomPadding: Tokens.windowPadding
+    leftPadding: Tokens.windowPadding
+    rightPadding: Tokens.windowPadding
+    spacing: Tokens.sectionSpacing
+    topPadding: Tokens.windowPadding
 
     component Section: Column {
         objectName: "section"
@@ -56,7 +56,7 @@ Column {
                 }
                 Paragraph {
                     color: Tokens.labelTertiary
-                    font: Tokens.systemFont(11.5, Font.Normal)
+                    font: Tokens.footnote
                     text: "Top one is shown first"
                 }
             }
@@ -148,7 +148,7 @@ Column {
         Paragraph {
             bottomPadding: 2
             color: Tokens.labelTertiary
-            font: Tokens.systemFont(11.5, Font.Normal)
+            font: Tokens.footnote
             objectName: "channelsFootnote"
             text: "One channel is armed at a time, so a recovery never arrives four ways."
             width: parent.width

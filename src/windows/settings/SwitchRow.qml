@@ -41,8 +41,8 @@ T.CheckBox {
 
     Item {
         anchors.fill: parent
-        anchors.leftMargin: 12
-        anchors.rightMargin: 12
+        anchors.leftMargin: Tokens.rowPadding
+        anchors.rightMargin: Tokens.rowPadding
 
         Column {
             id: texts
@@ -81,7 +81,7 @@ T.CheckBox {
             }
             Label {
                 color: row.enabled ? Tokens.labelSecondary : Tokens.labelTertiary
-                font: Tokens.systemFont(11.5, Font.Normal)
+                font: Tokens.footnote
                 objectName: "subtitle"
                 text: row.subtitle
                 width: parent.width
