@@ -2,12 +2,11 @@ import QtQuick
 import Kelvo
 
 /// A small tag in capitals; its text is given in ordinary case.
-Text {
+Label {
     id: tag
 
     required property string title
 
-    font: Tokens.tracked(Tokens.tagCaps, 0.57)
+    font: Tokens.trackedTagCaps
     text: title.toUpperCase()
-    textFormat: Text.PlainText
 }

@@ -11,14 +11,14 @@ Item {
 
     Rectangle {
         anchors.fill: parent
-        color: Qt.alpha(Tokens.primary, 0.06)
-        radius: 9
+        color: Tokens.cardLine
+        radius: Tokens.cardRadius
     }
     Rectangle {
         anchors.fill: parent
-        anchors.margins: 1
+        anchors.margins: Tokens.hairlineWidth
         color: Tokens.card
-        radius: 8
+        radius: Tokens.cardRadius - Tokens.hairlineWidth
     }
     Column {
         id: column

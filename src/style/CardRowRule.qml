@@ -4,10 +4,9 @@ import Kelvo
 /// The line between a row of a card and the one above it.
 Rectangle {
     anchors.left: parent.left
-    anchors.leftMargin: 1
+    anchors.leftMargin: Tokens.hairlineWidth
     anchors.right: parent.right
-    anchors.rightMargin: 1
-    color: Qt.alpha(Tokens.primary, 0.06)
-    height: 1
-    visible: parent.y > 0
+    anchors.rightMargin: Tokens.hairlineWidth
+    color: Tokens.cardLine
+    height: Tokens.hairlineWidth
 }

@@ -17,22 +17,21 @@ PlainButton {
     text: title
 
     background: Rectangle {
-        color: control.down ? Qt.darker(Tokens.action, 1.15) : control.hovered ? Qt.lighter(Tokens.action, 1.08) : Tokens.action
+        color: control.down ? Tokens.actionPressed : control.hovered ? Tokens.actionHovered : Tokens.action
         opacity: control.enabled ? 1 : 0.45
-        radius: 7
+        radius: Tokens.buttonRadius
 
         FocusRing {
-            innerRadius: 7
+            innerRadius: Tokens.buttonRadius
             visible: control.visualFocus
         }
     }
-    contentItem: Text {
-        color: "white"
+    contentItem: Label {
+        color: Tokens.actionText
         elide: Text.ElideRight
-        font: Tokens.systemFont(13, Font.DemiBold)
+        font: Tokens.emphasis
         horizontalAlignment: Text.AlignHCenter
         text: control.title
-        textFormat: Text.PlainText
         verticalAlignment: Text.AlignVCenter
     }
 }

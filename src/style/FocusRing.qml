@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// The mark of keyboard focus, 2 points wide, drawn just outside of what it surrounds.
+/// The mark of keyboard focus, drawn just outside of what it surrounds.
 Rectangle {
     /// The corner radius of what is surrounded.
     property real innerRadius: 0
@@ -9,7 +9,7 @@ Rectangle {
     anchors.fill: parent
     anchors.margins: -border.width
     border.color: Tokens.focusRing
-    border.width: 2
+    border.width: Tokens.focusRingWidth
     color: "transparent"
     radius: innerRadius + border.width
 }

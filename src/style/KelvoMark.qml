@@ -18,7 +18,7 @@ Item {
     GappedRing {
         anchors.fill: parent
         anchors.margins: -inset
-        color: Qt.alpha(Tokens.primary, 0.72)
+        color: Tokens.markRing
         inset: Math.ceil(lineWidth / 2)
         lineWidth: mark.unit * 2.1
     }

@@ -10,17 +10,16 @@ PlainButton {
 
     text: title
 
-    contentItem: Text {
+    contentItem: Label {
         color: control.color
         elide: Text.ElideRight
         font: Tokens.metadata
         opacity: !control.enabled ? 0.4 : control.down ? 0.55 : control.hovered ? 0.8 : 1
         text: control.title
-        textFormat: Text.PlainText
 
         FocusRing {
             anchors.margins: -4
-            innerRadius: 2
+            innerRadius: Tokens.textRadius
             visible: control.visualFocus
         }
     }

@@ -46,10 +46,10 @@ Flickable {
         visible: policy === T.ScrollBar.AlwaysOn
 
         contentItem: Rectangle {
-            color: Qt.alpha(Tokens.primary, bar.pressed ? 0.4 : bar.hovered ? 0.3 : 0.18)
+            color: bar.pressed ? Tokens.scrollThumbPressed : bar.hovered ? Tokens.scrollThumbHovered : Tokens.scrollThumb
             implicitWidth: 6
             objectName: "scrollThumb"
-            radius: 3
+            radius: implicitWidth / 2
         }
     }
 

@@ -2,14 +2,11 @@ import QtQuick
 import Kelvo
 
 /// The heading of a section in capitals; its text is given in ordinary case.
-Text {
+Paragraph {
     required property string title
 
     Accessible.name: title
-    Accessible.role: Accessible.StaticText
     color: Tokens.labelQuaternary
-    font: Tokens.tracked(Tokens.sectionCaps, 0.7)
+    font: Tokens.trackedSectionCaps
     text: title.toUpperCase()
-    textFormat: Text.PlainText
-    wrapMode: Text.Wrap
 }

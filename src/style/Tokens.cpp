@@ -10,12 +10,22 @@ namespace {
 
 const Appearance *processAppearance = nullptr;
 
+QEasingCurve cubic(QPointF first, QPointF second)
+{
+    QEasingCurve curve(QEasingCurve::BezierSpline);
+    curve.addCubicBezierSegment(first, second, {1.0, 1.0});
+    return curve;
+}
+
 /// A fast start and a long soft landing.
 QEasingCurve softLanding()
 {
-    QEasingCurve curve(QEasingCurve::BezierSpline);
-    curve.addCubicBezierSegment({0.2, 0.8}, {0.25, 1.0}, {1.0, 1.0});
-    return curve;
+    return cubic({0.2, 0.8}, {0.25, 1.0});
+}
+
+QEasingCurve slowAtBothEnds()
+{
+    return cubic({0.42, 0.0}, {0.58, 1.0});
 }
 
 } // namespace
@@ -40,32 +50,28 @@ void Tokens::setAppearance(const Appearance &appearance)
 
 // Screens report 96 dpi or more where the layout is drawn at 72: undone here, a point is one device-independent pixel.
 // Hinting would round the widths of fractional sizes.
-QFont Tokens::systemFont(qreal points, int weight) const
+QFont Tokens::systemFont(qreal points, QFont::Weight weight)
 {
     constexpr double layoutDpi = 72.0;
     auto font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     font.setPointSizeF(points * layoutDpi / QGuiApplication::primaryScreen()->logicalDotsPerInchY());
-    font.setWeight(static_cast<QFont::Weight>(weight));
+    font.setWeight(weight);
     font.setHintingPreference(QFont::PreferNoHinting);
     return font;
 }
 
-QFont Tokens::tracked(const QFont &font, qreal tracking) const
+QFont Tokens::tracked(QFont font, qreal tracking)
 {
-    auto result = font;
-    result.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
-    return result;
+    font.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
+    return font;
 }
 
-QFont Tokens::withTabularDigits(const QFont &font) const
+QFont Tokens::withTabularDigits(QFont font)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
-    auto result = font;
-    result.setFeature("tnum", 1);
-    return result;
-#else
-    return font;
+    font.setFeature("tnum", 1);
 #endif
+    return font;
 }
 
 Motion Tokens::popoverRise() const
@@ -76,6 +82,26 @@ Motion Tokens::popoverRise() const
 Motion Tokens::statusSwap() const
 {
     return {.duration = 340, .curve = softLanding()};
+}
+
+Motion Tokens::controlSlide() const
+{
+    return {.duration = 160, .curve = softLanding()};
+}
+
+Motion Tokens::rowMove() const
+{
+    return {.duration = 180, .curve = softLanding()};
+}
+
+Motion Tokens::sheetFade() const
+{
+    return {.duration = 180, .curve = softLanding()};
+}
+
+Motion Tokens::breath() const
+{
+    return {.duration = 1700, .curve = slowAtBothEnds()};
 }
 
 bool Tokens::reduceMotion() const

@@ -23,7 +23,7 @@ public:
     QEasingCurve curve;
 };
 
-/// The colours, fonts and motions that every view is made of. Colours follow the desktop between light and dark while
+/// The colours, fonts, motions and sizes that every view is made of. Colours follow the desktop between light and dark while
 /// the views are shown; the palette of the desktop has no part in them. A point is one device-independent pixel.
 class Tokens : public QObject
 {
@@ -56,6 +56,35 @@ class Tokens : public QObject
     Q_PROPERTY(QColor shadow READ shadow NOTIFY changed FINAL)
     Q_PROPERTY(QColor focusRing READ focusRing NOTIFY changed FINAL)
 
+    Q_PROPERTY(QColor actionHovered READ actionHovered NOTIFY changed FINAL)
+    Q_PROPERTY(QColor actionPressed READ actionPressed NOTIFY changed FINAL)
+    Q_PROPERTY(QColor actionText READ actionText NOTIFY changed FINAL)
+    Q_PROPERTY(QColor highlight READ highlight NOTIFY changed FINAL)
+    Q_PROPERTY(QColor highlightPressed READ highlightPressed NOTIFY changed FINAL)
+    Q_PROPERTY(QColor rowHovered READ rowHovered NOTIFY changed FINAL)
+    Q_PROPERTY(QColor rowPressed READ rowPressed NOTIFY changed FINAL)
+    Q_PROPERTY(QColor fieldLine READ fieldLine NOTIFY changed FINAL)
+    Q_PROPERTY(QColor fieldLineHovered READ fieldLineHovered NOTIFY changed FINAL)
+    Q_PROPERTY(QColor checkboxLine READ checkboxLine NOTIFY changed FINAL)
+    Q_PROPERTY(QColor checkboxLineHovered READ checkboxLineHovered NOTIFY changed FINAL)
+    Q_PROPERTY(QColor segmentTrack READ segmentTrack NOTIFY changed FINAL)
+    Q_PROPERTY(QColor segmentHovered READ segmentHovered NOTIFY changed FINAL)
+    Q_PROPERTY(QColor switchTrack READ switchTrack NOTIFY changed FINAL)
+    Q_PROPERTY(QColor switchKnob READ switchKnob NOTIFY changed FINAL)
+    Q_PROPERTY(QColor scrollThumb READ scrollThumb NOTIFY changed FINAL)
+    Q_PROPERTY(QColor scrollThumbHovered READ scrollThumbHovered NOTIFY changed FINAL)
+    Q_PROPERTY(QColor scrollThumbPressed READ scrollThumbPressed NOTIFY changed FINAL)
+
+    Q_PROPERTY(QColor cardLine READ cardLine NOTIFY changed FINAL)
+    Q_PROPERTY(QColor watchName READ watchName NOTIFY changed FINAL)
+    Q_PROPERTY(QColor markRing READ markRing NOTIFY changed FINAL)
+    Q_PROPERTY(QColor pageDot READ pageDot NOTIFY changed FINAL)
+
+    Q_PROPERTY(QColor dim READ dim NOTIFY changed FINAL)
+    Q_PROPERTY(QColor liftedShadow READ liftedShadow NOTIFY changed FINAL)
+    Q_PROPERTY(QColor segmentShadow READ segmentShadow NOTIFY changed FINAL)
+    Q_PROPERTY(QColor knobShadow READ knobShadow NOTIFY changed FINAL)
+
     Q_PROPERTY(QFont heroName READ heroName CONSTANT FINAL)
     Q_PROPERTY(QFont sheetTitle READ sheetTitle CONSTANT FINAL)
     Q_PROPERTY(QFont windowTitle READ windowTitle CONSTANT FINAL)
@@ -68,9 +97,72 @@ class Tokens : public QObject
     Q_PROPERTY(QFont sectionCaps READ sectionCaps CONSTANT FINAL)
     Q_PROPERTY(QFont tagCaps READ tagCaps CONSTANT FINAL)
 
+    Q_PROPERTY(QFont channelTitle READ channelTitle CONSTANT FINAL)
+    Q_PROPERTY(QFont emphasis READ emphasis CONSTANT FINAL)
+    Q_PROPERTY(QFont footnote READ footnote CONSTANT FINAL)
+    Q_PROPERTY(QFont heroTitle READ heroTitle CONSTANT FINAL)
+    Q_PROPERTY(QFont statusLabel READ statusLabel CONSTANT FINAL)
+    Q_PROPERTY(QFont affectedTag READ affectedTag CONSTANT FINAL)
+    Q_PROPERTY(QFont trackedSectionCaps READ trackedSectionCaps CONSTANT FINAL)
+    Q_PROPERTY(QFont trackedTagCaps READ trackedTagCaps CONSTANT FINAL)
+    Q_PROPERTY(QFont checkedTime READ checkedTime CONSTANT FINAL)
+
     Q_PROPERTY(kelvo::Motion popoverRise READ popoverRise CONSTANT FINAL)
     Q_PROPERTY(kelvo::Motion statusSwap READ statusSwap CONSTANT FINAL)
+    Q_PROPERTY(kelvo::Motion controlSlide READ controlSlide CONSTANT FINAL)
+    Q_PROPERTY(kelvo::Motion rowMove READ rowMove CONSTANT FINAL)
+    Q_PROPERTY(kelvo::Motion sheetFade READ sheetFade CONSTANT FINAL)
+    Q_PROPERTY(kelvo::Motion breath READ breath CONSTANT FINAL)
     Q_PROPERTY(bool reduceMotion READ reduceMotion NOTIFY changed FINAL)
+    Q_PROPERTY(int helpDelay MEMBER helpDelay CONSTANT FINAL)
+    Q_PROPERTY(int frameTime MEMBER frameTime CONSTANT FINAL)
+
+    Q_PROPERTY(int hairlineWidth MEMBER hairlineWidth CONSTANT FINAL)
+    Q_PROPERTY(int focusRingWidth MEMBER focusRingWidth CONSTANT FINAL)
+
+    Q_PROPERTY(int windowRadius MEMBER windowRadius CONSTANT FINAL)
+    Q_PROPERTY(int cardRadius MEMBER cardRadius CONSTANT FINAL)
+    Q_PROPERTY(int segmentRadius MEMBER segmentRadius CONSTANT FINAL)
+    Q_PROPERTY(int buttonRadius MEMBER buttonRadius CONSTANT FINAL)
+    Q_PROPERTY(int rowRadius MEMBER rowRadius CONSTANT FINAL)
+    Q_PROPERTY(int fieldRadius MEMBER fieldRadius CONSTANT FINAL)
+    Q_PROPERTY(int highlightRadius MEMBER highlightRadius CONSTANT FINAL)
+    Q_PROPERTY(int checkboxRadius MEMBER checkboxRadius CONSTANT FINAL)
+    Q_PROPERTY(int textRadius MEMBER textRadius CONSTANT FINAL)
+
+    Q_PROPERTY(int fieldRowHeight MEMBER fieldRowHeight CONSTANT FINAL)
+    Q_PROPERTY(int rowHeight MEMBER rowHeight CONSTANT FINAL)
+    Q_PROPERTY(int valueRowHeight MEMBER valueRowHeight CONSTANT FINAL)
+    Q_PROPERTY(int choiceRowHeight MEMBER choiceRowHeight CONSTANT FINAL)
+
+    Q_PROPERTY(int segmentHeight MEMBER segmentHeight CONSTANT FINAL)
+    Q_PROPERTY(int buttonHeight MEMBER buttonHeight CONSTANT FINAL)
+    Q_PROPERTY(int smallButtonHeight MEMBER smallButtonHeight CONSTANT FINAL)
+    Q_PROPERTY(int fieldHeight MEMBER fieldHeight CONSTANT FINAL)
+    Q_PROPERTY(int fieldWidth MEMBER fieldWidth CONSTANT FINAL)
+    Q_PROPERTY(int switchWidth MEMBER switchWidth CONSTANT FINAL)
+    Q_PROPERTY(int switchHeight MEMBER switchHeight CONSTANT FINAL)
+    Q_PROPERTY(int checkboxSize MEMBER checkboxSize CONSTANT FINAL)
+
+    Q_PROPERTY(int pagePadding MEMBER pagePadding CONSTANT FINAL)
+    Q_PROPERTY(int windowPadding MEMBER windowPadding CONSTANT FINAL)
+    Q_PROPERTY(int sheetPadding MEMBER sheetPadding CONSTANT FINAL)
+    Q_PROPERTY(int barPadding MEMBER barPadding CONSTANT FINAL)
+    Q_PROPERTY(int popoverPadding MEMBER popoverPadding CONSTANT FINAL)
+    Q_PROPERTY(int rowPadding MEMBER rowPadding CONSTANT FINAL)
+    Q_PROPERTY(int sectionSpacing MEMBER sectionSpacing CONSTANT FINAL)
+
+    Q_PROPERTY(int popoverWidth MEMBER popoverWidth CONSTANT FINAL)
+    Q_PROPERTY(int popoverLeastHeight MEMBER popoverLeastHeight CONSTANT FINAL)
+    Q_PROPERTY(int footerHeight MEMBER footerHeight CONSTANT FINAL)
+    Q_PROPERTY(int settingsWidth MEMBER settingsWidth CONSTANT FINAL)
+    Q_PROPERTY(int settingsLeastHeight MEMBER settingsLeastHeight CONSTANT FINAL)
+    Q_PROPERTY(int sheetWidth MEMBER sheetWidth CONSTANT FINAL)
+    Q_PROPERTY(int onboardingWidth MEMBER onboardingWidth CONSTANT FINAL)
+    Q_PROPERTY(int onboardingHeight MEMBER onboardingHeight CONSTANT FINAL)
+    Q_PROPERTY(int barHeight MEMBER barHeight CONSTANT FINAL)
+    Q_PROPERTY(int windowShadowBlur MEMBER windowShadowBlur CONSTANT FINAL)
+    Q_PROPERTY(int windowShadowDrop MEMBER windowShadowDrop CONSTANT FINAL)
 
 public:
     /// Follows the appearance last given to `setAppearance`.
@@ -108,6 +200,38 @@ public:
     QColor shadow() const { return faded(Qt::black, isDark() ? 0.55F : 0.20F); }
     QColor focusRing() const { return faded(action(), 0.60F); }
 
+    // Controls
+    QColor actionHovered() const { return action().lighter(108); }
+    QColor actionPressed() const { return action().darker(115); }
+    QColor actionText() const { return QColor(Qt::white); }
+    QColor highlight() const { return primary(0.06F); }
+    QColor highlightPressed() const { return primary(0.10F); }
+    QColor rowHovered() const { return primary(0.03F); }
+    QColor rowPressed() const { return primary(0.07F); }
+    QColor fieldLine() const { return primary(0.15F); }
+    QColor fieldLineHovered() const { return primary(0.24F); }
+    QColor checkboxLine() const { return primary(0.20F); }
+    QColor checkboxLineHovered() const { return primary(0.36F); }
+    QColor segmentTrack() const { return primary(0.07F); }
+    QColor segmentHovered() const { return primary(0.70F); }
+    QColor switchTrack() const { return primary(0.14F); }
+    QColor switchKnob() const { return QColor(Qt::white); }
+    QColor scrollThumb() const { return primary(0.18F); }
+    QColor scrollThumbHovered() const { return primary(0.30F); }
+    QColor scrollThumbPressed() const { return primary(0.40F); }
+
+    // Marks and lines
+    QColor cardLine() const { return primary(0.06F); }
+    QColor watchName() const { return primary(0.78F); }
+    QColor markRing() const { return primary(0.72F); }
+    QColor pageDot() const { return primary(0.18F); }
+
+    // Shadows
+    QColor dim() const { return faded(Qt::black, 0.32F); }
+    QColor liftedShadow() const { return faded(Qt::black, 0.22F); }
+    QColor segmentShadow() const { return faded(Qt::black, 0.20F); }
+    QColor knobShadow() const { return faded(Qt::black, 0.12F); }
+
     QFont heroName() const { return systemFont(22, QFont::DemiBold); }
     QFont sheetTitle() const { return systemFont(19, QFont::DemiBold); }
     QFont windowTitle() const { return systemFont(17, QFont::DemiBold); }
@@ -119,17 +243,86 @@ public:
     QFont metadata() const { return systemFont(11.5, QFont::Medium); }
     QFont sectionCaps() const { return systemFont(10, QFont::Bold); }
     QFont tagCaps() const { return systemFont(9.5, QFont::Bold); }
-    /// The system's font at a size in points and a weight.
-    Q_INVOKABLE QFont systemFont(qreal points, int weight) const;
-    /// `font` with that much more room, in points, after each letter.
-    Q_INVOKABLE QFont tracked(const QFont &font, qreal tracking) const;
-    /// `font` with digits of one width, where Qt can ask the font for them (6.7 and later); else as it is.
-    Q_INVOKABLE QFont withTabularDigits(const QFont &font) const;
+
+    QFont channelTitle() const { return systemFont(16, QFont::DemiBold); }
+    QFont emphasis() const { return systemFont(13, QFont::DemiBold); }
+    QFont footnote() const { return systemFont(11.5, QFont::Normal); }
+    QFont heroTitle() const { return tracked(heroName(), -0.44); }
+    QFont statusLabel() const { return tracked(status(), -0.065); }
+    QFont affectedTag() const { return tracked(systemFont(10, QFont::DemiBold), 0.6); }
+    QFont trackedSectionCaps() const { return tracked(sectionCaps(), 0.7); }
+    QFont trackedTagCaps() const { return tracked(tagCaps(), 0.57); }
+    QFont checkedTime() const { return withTabularDigits(metadata()); }
 
     Motion popoverRise() const;
     Motion statusSwap() const;
+    /// A part of a control going from one place to another.
+    Motion controlSlide() const;
+    /// A row making room for another.
+    Motion rowMove() const;
+    /// A sheet appearing.
+    Motion sheetFade() const;
+    /// A dot going dim, or bright again.
+    Motion breath() const;
     /// Whether views must stand still.
     bool reduceMotion() const;
+    /// Milliseconds that the pointer rests before a help tip appears.
+    static constexpr int helpDelay = 700;
+    /// Milliseconds from one frame to the next, for what moves step by step.
+    static constexpr int frameTime = 16;
+
+    // Lines, in points
+    static constexpr int hairlineWidth = 1;
+    static constexpr int focusRingWidth = 2;
+
+    // Radii of corners, in points
+    static constexpr int windowRadius = 12;
+    static constexpr int cardRadius = 9;
+    static constexpr int segmentRadius = 8;
+    static constexpr int buttonRadius = 7;
+    static constexpr int rowRadius = 6;
+    static constexpr int fieldRadius = 6;
+    static constexpr int highlightRadius = 5;
+    static constexpr int checkboxRadius = 4;
+    static constexpr int textRadius = 2;
+
+    // Least heights of rows, in points
+    static constexpr int fieldRowHeight = 38;
+    static constexpr int rowHeight = 34;
+    static constexpr int valueRowHeight = 31;
+    static constexpr int choiceRowHeight = 24;
+
+    // Controls, in points
+    static constexpr int segmentHeight = 30;
+    static constexpr int buttonHeight = 28;
+    static constexpr int smallButtonHeight = 26;
+    static constexpr int fieldHeight = 24;
+    static constexpr int fieldWidth = 190;
+    static constexpr int switchWidth = 32;
+    static constexpr int switchHeight = 19;
+    static constexpr int checkboxSize = 15;
+
+    // Paddings and spacings, in points
+    static constexpr int pagePadding = 32;
+    static constexpr int windowPadding = 22;
+    static constexpr int sheetPadding = 20;
+    static constexpr int barPadding = 20;
+    static constexpr int popoverPadding = 18;
+    static constexpr int rowPadding = 12;
+    static constexpr int sectionSpacing = 20;
+
+    // Windows, in points
+    static constexpr int popoverWidth = 320;
+    static constexpr int popoverLeastHeight = 260;
+    static constexpr int footerHeight = 38;
+    static constexpr int settingsWidth = 400;
+    static constexpr int settingsLeastHeight = 560;
+    static constexpr int sheetWidth = 360;
+    static constexpr int onboardingWidth = 400;
+    static constexpr int onboardingHeight = 300;
+    static constexpr int barHeight = 55;
+    static constexpr int windowShadowBlur = 34;
+    static constexpr int windowShadowDrop = 10;
 
 Q_SIGNALS:
     /// The appearance changed: every colour may be another.
@@ -140,6 +333,12 @@ private:
     QColor resolve(QRgb light, QRgb dark) const { return QColor::fromRgb(isDark() ? dark : light); }
     QColor primary(float opacity) const { return faded(primary(), opacity); }
     static QColor faded(QColor color, float opacity);
+    /// The system's font at a size in points.
+    static QFont systemFont(qreal points, QFont::Weight weight);
+    /// With that much more room, in points, after each letter.
+    static QFont tracked(QFont font, qreal tracking);
+    /// With digits of one width, where Qt can ask the font for them (6.7 and later); else as it is.
+    static QFont withTabularDigits(QFont font);
 
     const Appearance *appearance_;
 };

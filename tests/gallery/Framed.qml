@@ -19,17 +19,17 @@ Rectangle {
 
     WindowShadow {
         anchors.fill: frame
-        anchors.bottomMargin: -blur - 10
+        anchors.bottomMargin: -blur - Tokens.windowShadowDrop
         anchors.margins: -blur
-        anchors.topMargin: -blur + 10
-        blur: 34
+        anchors.topMargin: -blur + Tokens.windowShadowDrop
+        blur: Tokens.windowShadowBlur
         color: Tokens.shadow
     }
     Rectangle {
         anchors.fill: frame
-        anchors.margins: -1
+        anchors.margins: -Tokens.hairlineWidth
         color: Tokens.hairline
-        radius: 13
+        radius: Tokens.windowRadius + Tokens.hairlineWidth
     }
     Rectangle {
         id: frame
@@ -37,14 +37,14 @@ Rectangle {
         anchors.fill: parent
         anchors.margins: ground.margin
         color: Tokens.window
-        radius: 12
+        radius: Tokens.windowRadius
     }
     Text {
         anchors.horizontalCenter: frame.horizontalCenter
         anchors.top: frame.top
         anchors.topMargin: (ground.titleBar - height) / 2
         color: Tokens.labelPrimary
-        font: Tokens.systemFont(13, Font.DemiBold)
+        font: Tokens.emphasis
         text: ground.title
         textFormat: Text.PlainText
     }

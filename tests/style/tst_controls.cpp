@@ -106,7 +106,7 @@ void ControlsTest::capsTagUpperCasesItsText()
 {
     const Stage stage("CapsTag { title: 'Primary'; color: '#123456' }");
     QCOMPARE(stage.control()->property("text").toString(), u"PRIMARY"_s);
-    QCOMPARE(stage.control()->property("font").value<QFont>(), stage.tokens.tracked(stage.tokens.tagCaps(), 0.57));
+    QCOMPARE(stage.control()->property("font").value<QFont>(), stage.tokens.trackedTagCaps());
     QCOMPARE(stage.control()->property("color").value<QColor>(), QColor(0x123456));
 }
 
@@ -114,7 +114,7 @@ void ControlsTest::sectionCapsUpperCasesItsText()
 {
     const Stage stage("SectionCaps { title: 'Also affected' }");
     QCOMPARE(stage.control()->property("text").toString(), u"ALSO AFFECTED"_s);
-    QCOMPARE(stage.control()->property("font").value<QFont>(), stage.tokens.tracked(stage.tokens.sectionCaps(), 0.7));
+    QCOMPARE(stage.control()->property("font").value<QFont>(), stage.tokens.trackedSectionCaps());
     QCOMPARE(stage.control()->property("color").value<QColor>().rgba(), stage.tokens.labelQuaternary().rgba());
     QCOMPARE(stage.accessible()->text(QAccessible::Name), u"Also affected"_s);
 }

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void coloursDoNotDependOnThePalette();
     void aFontHasItsSizeInDeviceIndependentPixels_data();
     void aFontHasItsSizeInDeviceIndependentPixels();
+    void trackingIsRoomAfterEachLetterInPoints_data();
     void trackingIsRoomAfterEachLetterInPoints();
     void motionsDecelerate();
     void reduceMotionFollowsTheAppearance();
@@ -59,6 +60,24 @@ void TokensTest::aColourIsAPairOfLightAndDark_data()
     primary("labelQuaternary", 0.32F);
     primary("inactiveDot", 0.28F);
     primary("separator", 0.075F);
+    primary("cardLine", 0.06F);
+    primary("highlight", 0.06F);
+    primary("highlightPressed", 0.10F);
+    primary("rowHovered", 0.03F);
+    primary("rowPressed", 0.07F);
+    primary("fieldLine", 0.15F);
+    primary("fieldLineHovered", 0.24F);
+    primary("checkboxLine", 0.20F);
+    primary("checkboxLineHovered", 0.36F);
+    primary("segmentTrack", 0.07F);
+    primary("segmentHovered", 0.70F);
+    primary("switchTrack", 0.14F);
+    primary("scrollThumb", 0.18F);
+    primary("scrollThumbHovered", 0.30F);
+    primary("scrollThumbPressed", 0.40F);
+    primary("watchName", 0.78F);
+    primary("markRing", 0.72F);
+    primary("pageDot", 0.18F);
     pair("popover", 0xffffff, 0x262628);
     pair("window", 0xf5f5f7, 0x1e1e20);
     pair("card", 0xffffff, 0x2a2a2d);
@@ -117,6 +136,11 @@ void TokensTest::aFontHasItsSizeInDeviceIndependentPixels_data()
     QTest::newRow("metadata") << 11.5 << QFont::Medium;
     QTest::newRow("sectionCaps") << 10.0 << QFont::Bold;
     QTest::newRow("tagCaps") << 9.5 << QFont::Bold;
+    QTest::newRow("channelTitle") << 16.0 << QFont::DemiBold;
+    QTest::newRow("emphasis") << 13.0 << QFont::DemiBold;
+    QTest::newRow("footnote") << 11.5 << QFont::Normal;
+    QTest::newRow("affectedTag") << 10.0 << QFont::DemiBold;
+    QTest::newRow("checkedTime") << 11.5 << QFont::Medium;
 }
 
 void TokensTest::aFontHasItsSizeInDeviceIndependentPixels()
@@ -131,13 +155,28 @@ void TokensTest::aFontHasItsSizeInDeviceIndependentPixels()
     QCOMPARE(font.hintingPreference(), QFont::PreferNoHinting);
 }
 
-void TokensTest::trackingIsRoomAfterEachLetterInPoints()
+void TokensTest::trackingIsRoomAfterEachLetterInPoints_data()
 {
     const Tokens tokens(nullptr);
-    const auto font = tokens.tracked(tokens.heroName(), -0.44);
+    QTest::addColumn<QFont>("plain");
+    QTest::addColumn<double>("tracking");
+    QTest::newRow("heroTitle") << tokens.heroName() << -0.44;
+    QTest::newRow("statusLabel") << tokens.status() << -0.065;
+    QTest::newRow("trackedSectionCaps") << tokens.sectionCaps() << 0.7;
+    QTest::newRow("trackedTagCaps") << tokens.tagCaps() << 0.57;
+}
+
+void TokensTest::trackingIsRoomAfterEachLetterInPoints()
+{
+    QFETCH(QFont, plain);
+    QFETCH(double, tracking);
+    const Tokens tokens(nullptr);
+    auto font = tokens.property(QTest::currentDataTag()).value<QFont>();
     QCOMPARE(font.letterSpacingType(), QFont::AbsoluteSpacing);
-    QVERIFY(qAbs(font.letterSpacing() + 0.44) < 1.0 / 64); // Qt stores it in units of 1/64
-    QCOMPARE(font.pointSizeF(), tokens.heroName().pointSizeF());
+    QVERIFY(qAbs(font.letterSpacing() - tracking) < 1.0 / 64); // Qt stores it in units of 1/64
+    font.setLetterSpacing(QFont::AbsoluteSpacing, 0);
+    plain.setLetterSpacing(QFont::AbsoluteSpacing, 0);
+    QCOMPARE(font, plain);
 }
 
 void TokensTest::motionsDecelerate()
@@ -146,6 +185,12 @@ void TokensTest::motionsDecelerate()
     QCOMPARE(tokens.popoverRise().duration, 400);
     QCOMPARE(tokens.statusSwap().duration, 340);
     const QList<QPointF> curve{{0.2, 0.8}, {0.25, 1.0}, {1.0, 1.0}};
+    QCOMPARE(tokens.controlSlide().duration, 160);
+    QCOMPARE(tokens.rowMove().duration, 180);
+    QCOMPARE(tokens.sheetFade().duration, 180);
+    for (const auto &motion : {tokens.controlSlide(), tokens.rowMove(), tokens.sheetFade()}) {
+        QCOMPARE(motion.curve.toCubicSpline(), curve);
+    }
     QCOMPARE(tokens.popoverRise().curve.toCubicSpline(), curve);
     QCOMPARE(tokens.statusSwap().curve.toCubicSpline(), curve);
 }

@@ -23,7 +23,7 @@ struct Scene : ViewScene
     /// With the buttons that a user presses.
     void turnTo(OnboardingState::Page page)
     {
-        static const QStringList forward{u"continueToPicker"_s, u"continueToPermission"_s, u"notNow"_s};
+        static const QStringList forward{u"mainButton"_s, u"mainButton"_s, u"notNow"_s};
         while (state->page() != page) {
             click(item(forward.at(state->page())));
         }
@@ -78,8 +78,8 @@ void OnboardingTest::beginsWithThePromise()
     QCOMPARE(scene.text(scene.item(u"promise"_s, u"heading"_s)), u"Stop checking.\nWe’ll tell you."_s);
     QVERIFY(scene.item(u"promise"_s)->isVisible());
     QCOMPARE(scene.item(u"mark"_s)->size(), QSizeF(54, 54));
-    QCOMPARE(scene.frame(u"continueToPicker"_s).height(), 28.0);
-    QCOMPARE(scene.frame(u"continueToPicker"_s).right(), 380.0);
+    QCOMPARE(scene.frame(u"mainButton"_s).height(), 28.0);
+    QCOMPARE(scene.frame(u"mainButton"_s).right(), 380.0);
     QCOMPARE(scene.frame(u"dots"_s).left(), 20.0);
     QCOMPARE(scene.frame(u"dots"_s).size(), QSizeF(4 * 6 + 3 * 6, 6));
 }
@@ -112,8 +112,8 @@ void OnboardingTest::withClaudeCodeAsThePrimaryNoRowIsMarkedAndContinueKeepsIt()
     for (int choice = 0; choice < 7; ++choice) {
         QVERIFY(!findItem(scene.item(u"choice-%1"_s.arg(choice)), u"checkmark"_s)->isVisible());
     }
-    QVERIFY(scene.item(u"continueToPermission"_s)->isEnabled());
-    scene.click(scene.item(u"continueToPermission"_s));
+    QVERIFY(scene.item(u"mainButton"_s)->isEnabled());
+    scene.click(scene.item(u"mainButton"_s));
     QCOMPARE(scene.state->page(), OnboardingState::Permission);
     QCOMPARE(scene.stores.settings.primaryService()->id, ServiceID::claudeCode);
 }
@@ -124,13 +124,13 @@ void OnboardingTest::withoutAPrimaryServiceContinueIsDisabledUntilOneIsSelected(
     scene.open();
     scene.turnTo(OnboardingState::PrimaryPicker);
     QCOMPARE(scene.state->selected(), -1);
-    QVERIFY(!scene.item(u"continueToPermission"_s)->isEnabled());
-    scene.click(scene.item(u"continueToPermission"_s));
+    QVERIFY(!scene.item(u"mainButton"_s)->isEnabled());
+    scene.click(scene.item(u"mainButton"_s));
     scene.state->continueToPermission();
     QCOMPARE(scene.state->page(), OnboardingState::PrimaryPicker);
     scene.click(scene.item(u"choice-1"_s));
-    QVERIFY(scene.item(u"continueToPermission"_s)->isEnabled());
-    scene.click(scene.item(u"continueToPermission"_s));
+    QVERIFY(scene.item(u"mainButton"_s)->isEnabled());
+    scene.click(scene.item(u"mainButton"_s));
     QCOMPARE(scene.stores.settings.primaryService()->id, ServiceID::chatgpt);
 }
 
@@ -143,7 +143,7 @@ void OnboardingTest::choosingTakesEffectWithContinue()
     scene.click(scene.item(u"choice-2"_s));
     QVERIFY(findItem(scene.item(u"choice-2"_s), u"checkmark"_s)->isVisible());
     QCOMPARE(scene.stores.preferences.writeCount(), writes);
-    scene.click(scene.item(u"continueToPermission"_s));
+    scene.click(scene.item(u"mainButton"_s));
     QCOMPARE(scene.stores.settings.primaryService()->id, ServiceID::cursor);
     QCOMPARE(scene.stores.settings.enabledServices(), (std::set{ServiceID::claude, ServiceID::cursor}));
     QVERIFY(scene.item(u"permission"_s)->isVisible());
@@ -170,7 +170,7 @@ void OnboardingTest::allChoicesFitWithoutScrolling()
     scene.turnTo(OnboardingState::PrimaryPicker);
     auto *choices = scene.item(u"choices"_s);
     QCOMPARE(choices->height(), choices->property("contentHeight").toReal());
-    QVERIFY(scene.frame(choices).bottom() < scene.frame(u"continueToPermission"_s).top());
+    QVERIFY(scene.frame(choices).bottom() < scene.frame(u"mainButton"_s).top());
     QVERIFY(scene.frame(scene.item(u"primaryPicker"_s, u"heading"_s)).top() >= 8);
 }
 
@@ -180,7 +180,7 @@ void OnboardingTest::allowNotificationsAsksTheSystemAndGoesOnAtOnce()
     scene.open();
     scene.turnTo(OnboardingState::Permission);
     const int reads = scene.stores.center.reads;
-    scene.click(scene.item(u"allow"_s));
+    scene.click(scene.item(u"mainButton"_s));
     QCOMPARE(scene.stores.center.requests, 1);
     QCOMPARE(scene.stores.center.reads, reads + 1);
     QVERIFY(scene.item(u"complete"_s)->isVisible());
@@ -205,7 +205,7 @@ void OnboardingTest::doneMarksOnboardingAsDone()
     scene.turnTo(OnboardingState::Complete);
     QVERIFY(!scene.stores.settings.hasOnboarded());
     QSignalSpy finished(scene.state.get(), &OnboardingState::finished);
-    scene.click(scene.item(u"done"_s));
+    scene.click(scene.item(u"mainButton"_s));
     QVERIFY(scene.stores.settings.hasOnboarded());
     QCOMPARE(finished.count(), 1);
 }
@@ -254,15 +254,15 @@ void OnboardingTest::isOperatedByKeysAlone()
     QCOMPARE(scene.view.activeFocusItem(), scene.item(u"choice-2"_s));
     scene.key(Qt::Key_Up);
     QCOMPARE(scene.state->selected(), 1);
-    QVERIFY(scene.tabTo(scene.item(u"continueToPermission"_s)));
+    QVERIFY(scene.tabTo(scene.item(u"mainButton"_s)));
     scene.key(Qt::Key_Space);
     QCOMPARE(scene.stores.settings.primaryService()->id, ServiceID::chatgpt);
-    QCOMPARE(scene.view.activeFocusItem(), scene.item(u"allow"_s));
-    QVERIFY(scene.item(u"allow"_s)->property("visualFocus").toBool());
+    QCOMPARE(scene.view.activeFocusItem(), scene.item(u"mainButton"_s));
+    QVERIFY(scene.item(u"mainButton"_s)->property("visualFocus").toBool());
     scene.key(Qt::Key_Backtab);
     QCOMPARE(scene.view.activeFocusItem(), scene.item(u"notNow"_s));
     scene.key(Qt::Key_Return);
-    QCOMPARE(scene.view.activeFocusItem(), scene.item(u"done"_s));
+    QCOMPARE(scene.view.activeFocusItem(), scene.item(u"mainButton"_s));
     scene.key(Qt::Key_Return);
     QVERIFY(scene.stores.settings.hasOnboarded());
 }
@@ -305,8 +305,8 @@ void OnboardingTest::rightToLeftEverythingIsMirrored()
     scene.open();
     scene.turnTo(OnboardingState::PrimaryPicker);
     QCOMPARE(scene.frame(u"dots"_s).right(), 380.0);
-    QCOMPARE(scene.frame(u"continueToPermission"_s).left(), 20.0);
-    QVERIFY(scene.frame(u"back"_s).left() > scene.frame(u"continueToPermission"_s).right());
+    QCOMPARE(scene.frame(u"mainButton"_s).left(), 20.0);
+    QVERIFY(scene.frame(u"back"_s).left() > scene.frame(u"mainButton"_s).right());
     QVERIFY(scene.frame(findItem(scene.item(u"choice-0"_s), u"checkmark"_s)).left() < 60);
 }
 

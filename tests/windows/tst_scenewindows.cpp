@@ -188,7 +188,7 @@ void SceneWindowsTest::doneClosesTheFirstRunWindow()
     desktop.onboarding.open();
     auto *view = desktop.onboarding.view();
     QVERIFY(QTest::qWaitForWindowActive(view));
-    for (const auto &button : {u"continueToPicker"_s, u"continueToPermission"_s, u"notNow"_s, u"done"_s}) {
+    for (const auto &button : {u"mainButton"_s, u"mainButton"_s, u"notNow"_s, u"mainButton"_s}) {
         QVERIFY(desktop.onboarding.isOpen());
         click(view, button);
         if (desktop.onboarding.isOpen()) {

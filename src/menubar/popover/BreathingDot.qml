@@ -17,16 +17,14 @@ StatusDot {
         onStopped: dot.opacity = 1
 
         NumberAnimation {
-            duration: 1700
-            easing.bezierCurve: [0.42, 0, 0.58, 1, 1, 1]
-            easing.type: Easing.BezierSpline
+            duration: Tokens.breath.duration
+            easing: Tokens.breath.curve
             from: 1
             to: 0.45
         }
         NumberAnimation {
-            duration: 1700
-            easing.bezierCurve: [0.42, 0, 0.58, 1, 1, 1]
-            easing.type: Easing.BezierSpline
+            duration: Tokens.breath.duration
+            easing: Tokens.breath.curve
             from: 0.45
             to: 1
         }

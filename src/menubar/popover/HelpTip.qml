@@ -7,7 +7,7 @@ T.ToolTip {
     id: tip
 
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent | T.Popup.CloseOnReleaseOutsideParent
-    delay: 700
+    delay: Tokens.helpDelay
     implicitHeight: contentHeight + topPadding + bottomPadding
     implicitWidth: contentWidth + leftPadding + rightPadding
     margins: 6
@@ -19,12 +19,11 @@ T.ToolTip {
     background: Rectangle {
         border.color: Tokens.hairline
         color: Tokens.card
-        radius: 5
+        radius: Tokens.highlightRadius
     }
-    contentItem: Text {
+    contentItem: Label {
         color: Tokens.labelPrimary
         font: Tokens.metadata
         text: tip.text
-        textFormat: Text.PlainText
     }
 }

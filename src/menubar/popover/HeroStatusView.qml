@@ -13,30 +13,27 @@ Item {
     Accessible.role: Accessible.StaticText
     implicitHeight: checkedLine.y + checkedLine.height
 
-    Text {
+    Label {
         id: name
 
         anchors.left: parent.left
         color: Tokens.labelPrimary
-        font: Tokens.tracked(Tokens.heroName, -0.44)
-        horizontalAlignment: Text.AlignLeft
+        font: Tokens.heroTitle
         objectName: "heroName"
         text: hero.popover.heroName
-        textFormat: Text.PlainText
         width: Math.min(implicitWidth, hero.width - (affected.visible ? affected.width + affected.anchors.leftMargin : 0))
         wrapMode: Text.Wrap
     }
-    Text {
+    Label {
         id: affected
 
         anchors.baseline: name.baseline
         anchors.left: name.right
         anchors.leftMargin: 8
         color: Tokens.labelQuaternary
-        font: Tokens.tracked(Tokens.systemFont(10, Font.DemiBold), 0.6)
+        font: Tokens.affectedTag
         objectName: "affectedTag"
         text: "AFFECTED"
-        textFormat: Text.PlainText
         visible: hero.popover.heroIsPromoted
     }
     StatusLine {
@@ -67,7 +64,7 @@ Item {
         opacity: 0
         visible: opacity > 0
     }
-    Text {
+    Label {
         id: body
 
         readonly property real lineSpacing: 5.625
@@ -78,12 +75,10 @@ Item {
         anchors.topMargin: 9
         color: Tokens.labelSecondary
         font: Tokens.bodyText
-        horizontalAlignment: Text.AlignLeft
         lineHeight: metrics.height + lineSpacing
         lineHeightMode: Text.FixedHeight
         objectName: "bodyLine"
         text: hero.popover.heroBodyLine
-        textFormat: Text.PlainText
         wrapMode: Text.Wrap
 
         FontMetrics {
@@ -109,12 +104,11 @@ Item {
             color: statusLine.dotColor
             objectName: "breathingDot"
         }
-        Text {
+        Label {
             color: Tokens.labelQuaternary
-            font: Tokens.withTabularDigits(Tokens.metadata)
+            font: Tokens.checkedTime
             objectName: "checkedText"
             text: hero.popover.checkedText
-            textFormat: Text.PlainText
             width: Math.min(implicitWidth, checkedLine.width - breathingDot.width - checkedLine.spacing)
             wrapMode: Text.Wrap
         }

@@ -7,6 +7,8 @@ Item {
 
     required property PopoverState popover
 
+    readonly property real gearSize: 14
+
     implicitHeight: rule.height + line.height
 
     Rectangle {
@@ -15,50 +17,48 @@ Item {
         anchors.left: parent.left
         anchors.right: parent.right
         color: Tokens.separator
-        height: 1
+        height: Tokens.hairlineWidth
         objectName: "footerRule"
     }
     Item {
         id: line
 
         anchors.left: parent.left
-        anchors.leftMargin: 18
+        anchors.leftMargin: Tokens.popoverPadding
         anchors.right: parent.right
-        anchors.rightMargin: 12
+        // The gear ends where the rest does; the button reaches further.
+        anchors.rightMargin: Tokens.popoverPadding - (settings.width - footer.gearSize) / 2
         anchors.top: rule.bottom
-        height: 38
+        height: Tokens.footerHeight
 
-        Text {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
+        Paragraph {
             anchors.left: parent.left
             anchors.right: settings.left
             anchors.verticalCenter: parent.verticalCenter
             color: Tokens.labelTertiary
             elide: Text.ElideRight
             font: Tokens.metadata
-            horizontalAlignment: Text.AlignLeft
             objectName: "armedChannel"
             text: footer.popover.armedChannelLabel
-            textFormat: Text.PlainText
+            wrapMode: Text.NoWrap
         }
         PlainButton {
             id: settings
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            height: 26
+            height: Tokens.smallButtonHeight
             hoverEnabled: true
             objectName: "settingsButton"
             text: "Settings"
-            width: 26
+            width: height
 
             background: Rectangle {
-                color: settings.down ? Qt.alpha(Tokens.primary, 0.1) : settings.hovered ? Qt.alpha(Tokens.primary, 0.06) : "transparent"
-                radius: 5
+                color: settings.down ? Tokens.highlightPressed : settings.hovered ? Tokens.highlight : "transparent"
+                radius: Tokens.highlightRadius
 
                 FocusRing {
-                    innerRadius: 5
+                    innerRadius: parent.radius
                     visible: settings.visualFocus
                 }
             }
@@ -66,9 +66,9 @@ Item {
                 GearSymbol {
                     anchors.centerIn: parent
                     color: Tokens.labelTertiary
-                    height: 14
+                    height: footer.gearSize
                     objectName: "gear"
-                    width: 14
+                    width: footer.gearSize
                 }
             }
 

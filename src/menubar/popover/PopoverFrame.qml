@@ -10,12 +10,11 @@ PopoverFrameItem {
 
     required property PopoverState popover
 
-    readonly property real hairline: 1
-    readonly property real radius: translucent ? 12 : 0
+    readonly property real radius: translucent ? Tokens.windowRadius : 0
 
     card: Qt.rect(content.x, content.y, content.width, content.height)
-    height: content.y + content.height + (translucent ? Math.min(shadow.below, roomBelow) : hairline)
-    width: content.x + content.width + (translucent ? Math.min(shadow.blur, roomRight) : hairline)
+    height: content.y + content.height + (translucent ? Math.min(shadow.below, roomBelow) : Tokens.hairlineWidth)
+    width: content.x + content.width + (translucent ? Math.min(shadow.blur, roomRight) : Tokens.hairlineWidth)
 
     WindowShadow {
         id: shadow
@@ -23,13 +22,13 @@ PopoverFrameItem {
         /// How far it reaches beyond the popover.
         readonly property real above: blur - drop
         readonly property real below: blur + drop
-        readonly property real drop: 10
+        readonly property real drop: Tokens.windowShadowDrop
 
         anchors.fill: content
         anchors.margins: -blur
         anchors.bottomMargin: -below
         anchors.topMargin: -above
-        blur: 34
+        blur: Tokens.windowShadowBlur
         color: Tokens.shadow
         visible: frame.translucent
     }
@@ -41,9 +40,9 @@ PopoverFrameItem {
     }
     Rectangle {
         anchors.fill: content
-        anchors.margins: -frame.hairline
+        anchors.margins: -Tokens.hairlineWidth
         color: Tokens.hairline
-        radius: frame.translucent ? frame.radius + frame.hairline : 0
+        radius: frame.translucent ? frame.radius + Tokens.hairlineWidth : 0
     }
     Rectangle {
         anchors.fill: content
@@ -58,7 +57,7 @@ PopoverFrameItem {
         objectName: "statusPopover"
         popover: frame.popover
         width: implicitWidth
-        x: frame.translucent ? Math.min(shadow.blur, frame.roomLeft) : frame.hairline
-        y: frame.translucent ? Math.min(shadow.above, frame.roomAbove) : frame.hairline
+        x: frame.translucent ? Math.min(shadow.blur, frame.roomLeft) : Tokens.hairlineWidth
+        y: frame.translucent ? Math.min(shadow.above, frame.roomAbove) : Tokens.hairlineWidth
     }
 }

@@ -23,12 +23,11 @@ Row {
         objectName: "statusDot"
         width: 8
     }
-    Text {
+    Label {
         color: colors.text
-        font: Tokens.tracked(Tokens.status, -0.065)
+        font: Tokens.statusLabel
         objectName: "statusLabel"
         text: line.label
-        textFormat: Text.PlainText
         width: Math.min(implicitWidth, line.width - dot.width - line.spacing)
         wrapMode: Text.Wrap
     }

@@ -31,8 +31,8 @@ FocusScope {
     Accessible.role: Accessible.Pane
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
-    implicitHeight: Math.max(260, list.y + list.height + stack.leastSpace + footer.height)
-    implicitWidth: 320
+    implicitHeight: Math.max(Tokens.popoverLeastHeight, list.y + list.height + stack.leastSpace + footer.height)
+    implicitWidth: Tokens.popoverWidth
 
     Keys.onDownPressed: list.focusRow(0)
     Keys.onUpPressed: list.focusRow(Infinity)
@@ -68,9 +68,9 @@ FocusScope {
             id: hero
 
             anchors.left: parent.left
-            anchors.leftMargin: 18
+            anchors.leftMargin: Tokens.popoverPadding
             anchors.right: parent.right
-            anchors.rightMargin: 18
+            anchors.rightMargin: Tokens.popoverPadding
             anchors.top: parent.top
             anchors.topMargin: 14
             animated: root.risen && !Tokens.reduceMotion
@@ -85,7 +85,7 @@ FocusScope {
             anchors.top: hero.bottom
             anchors.topMargin: 13
             color: Tokens.separator
-            height: 1
+            height: Tokens.hairlineWidth
             objectName: "separator"
         }
         WatchListView {

@@ -31,7 +31,6 @@ Item {
 
         anchors.left: parent.left
         anchors.right: parent.right
-        horizontalAlignment: Text.AlignLeft
         objectName: "groupHeading"
         title: list.popover.groupHeading
     }

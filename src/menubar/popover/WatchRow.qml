@@ -30,18 +30,16 @@ PlainButton {
 
         implicitHeight: nameText.implicitHeight
 
-        Text {
+        Label {
             id: nameText
 
             anchors.left: parent.left
             anchors.right: dot.left
             anchors.rightMargin: 8
-            color: Qt.alpha(Tokens.primary, 0.78)
+            color: Tokens.watchName
             font: Tokens.rowStrong
-            horizontalAlignment: Text.AlignLeft
             objectName: "name"
             text: content.name
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
         }
         StatusDot {
@@ -57,9 +55,9 @@ PlainButton {
     }
 
     background: Rectangle {
-        color: row.down ? Qt.alpha(Tokens.primary, 0.1) : row.hovered || row.visualFocus ? Qt.alpha(Tokens.primary, 0.06) : "transparent"
+        color: row.down ? Tokens.highlightPressed : row.hovered || row.visualFocus ? Tokens.highlight : "transparent"
         objectName: "highlight"
-        radius: 5
+        radius: Tokens.highlightRadius
     }
     contentItem: Content {
         dotColor: colors.dot

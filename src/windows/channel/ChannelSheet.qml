@@ -16,45 +16,36 @@ FocusScope {
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     implicitHeight: column.implicitHeight
-    implicitWidth: 360
+    implicitWidth: Tokens.sheetWidth
 
-    component Note: Text {
-        Accessible.name: text
-        Accessible.role: Accessible.StaticText
-        horizontalAlignment: Text.AlignLeft
+    component Note: Paragraph {
         lineHeight: 1.08
-        textFormat: Text.PlainText
         visible: text !== ""
         width: parent.width
-        wrapMode: Text.Wrap
     }
 
     Column {
         id: column
 
         anchors.left: parent.left
-        anchors.leftMargin: 22
+        anchors.leftMargin: Tokens.windowPadding
         anchors.right: parent.right
-        anchors.rightMargin: 22
-        bottomPadding: 20
+        anchors.rightMargin: Tokens.windowPadding
+        bottomPadding: Tokens.sheetPadding
         spacing: 12
-        topPadding: 20
+        topPadding: Tokens.sheetPadding
 
         Column {
             spacing: 5
             width: parent.width
 
-            Text {
-                Accessible.name: text
+            Paragraph {
                 Accessible.role: Accessible.Heading
                 color: Tokens.labelPrimary
-                font: Tokens.systemFont(16, Font.DemiBold)
-                horizontalAlignment: Text.AlignLeft
+                font: Tokens.channelTitle
                 objectName: "title"
                 text: root.sheet.title
-                textFormat: Text.PlainText
                 width: parent.width
-                wrapMode: Text.Wrap
             }
             Note {
                 color: Tokens.labelSecondary
@@ -104,7 +95,7 @@ FocusScope {
         }
         Note {
             color: Tokens.labelTertiary
-            font: Tokens.systemFont(11.5, Font.Normal)
+            font: Tokens.footnote
             objectName: "footnote"
             text: root.sheet.footnote
         }
@@ -117,7 +108,7 @@ FocusScope {
 
                 anchors.left: parent.left
                 enabled: root.sheet.isConfigured
-                height: 26
+                height: Tokens.smallButtonHeight
                 objectName: "arm"
                 title: root.sheet.isArmed ? "Armed" : "Arm this channel"
 

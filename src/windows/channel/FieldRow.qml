@@ -12,22 +12,26 @@ FocusScope {
 
     signal edited(string text)
 
-    implicitHeight: Math.max(38, field.height + 12, labelText.height + 12)
+    implicitHeight: Math.max(ground.implicitHeight, field.height + 12, labelText.height + 12)
 
-    Text {
+    CardRow {
+        id: ground
+
+        anchors.fill: parent
+        implicitHeight: Tokens.fieldRowHeight
+    }
+    Label {
         id: labelText
 
         anchors.left: parent.left
-        anchors.leftMargin: 12
+        anchors.leftMargin: Tokens.rowPadding
         anchors.right: field.left
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
         color: Tokens.labelPrimary
         font: Tokens.row
-        horizontalAlignment: Text.AlignLeft
         objectName: "label"
         text: row.label
-        textFormat: Text.PlainText
         wrapMode: Text.Wrap
     }
     T.TextField {
@@ -35,13 +39,13 @@ FocusScope {
 
         Accessible.name: row.label
         anchors.right: parent.right
-        anchors.rightMargin: 12
+        anchors.rightMargin: Tokens.rowPadding
         anchors.verticalCenter: parent.verticalCenter
         color: Tokens.labelPrimary
         focus: true
-        font: Tokens.systemFont(12.5, Font.Normal)
+        font: Tokens.bodyText
         hoverEnabled: true
-        implicitHeight: Math.max(24, contentHeight + topPadding + bottomPadding)
+        implicitHeight: Math.max(Tokens.fieldHeight, contentHeight + topPadding + bottomPadding)
         // What is typed here are addresses and secrets: nothing to learn, complete or correct.
         inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
         leftPadding: 8
@@ -50,20 +54,20 @@ FocusScope {
         placeholderTextColor: Tokens.labelQuaternary
         rightPadding: 8
         selectByMouse: true
-        selectedTextColor: "white"
+        selectedTextColor: Tokens.actionText
         selectionColor: Tokens.action
         text: row.text
         verticalAlignment: TextInput.AlignVCenter
-        width: 190
+        width: Tokens.fieldWidth
 
         background: Rectangle {
-            border.color: Qt.alpha(Tokens.primary, field.hovered ? 0.24 : 0.15)
+            border.color: field.hovered ? Tokens.fieldLineHovered : Tokens.fieldLine
             color: Tokens.textField
-            radius: 6
+            radius: Tokens.fieldRadius
 
             FocusRing {
-                anchors.margins: -1
-                innerRadius: 5
+                anchors.margins: -Tokens.hairlineWidth
+                innerRadius: Tokens.fieldRadius - Tokens.hairlineWidth
                 visible: field.activeFocus
             }
         }
@@ -79,21 +83,17 @@ FocusScope {
         }
         onTextEdited: row.edited(text)
 
-        Text {
+        Label {
             color: field.placeholderTextColor
             elide: Text.ElideRight
             font: field.font
             height: parent.height
-            horizontalAlignment: Text.AlignLeft
             objectName: "placeholder"
             text: field.placeholderText
-            textFormat: Text.PlainText
             verticalAlignment: Text.AlignVCenter
             visible: field.length === 0 && field.preeditText === ""
             width: field.width - field.leftPadding - field.rightPadding
             x: field.leftPadding
         }
-    }
-    CardRowRule {
     }
 }

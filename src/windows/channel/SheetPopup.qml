@@ -23,7 +23,7 @@ T.Popup {
     width: contentItem.implicitWidth
 
     T.Overlay.modal: Rectangle {
-        color: Qt.alpha("black", 0.32)
+        color: Tokens.dim
         objectName: "dim"
     }
     background: Item {
@@ -37,14 +37,14 @@ T.Popup {
         }
         Rectangle {
             anchors.fill: parent
-            anchors.margins: -1
+            anchors.margins: -Tokens.hairlineWidth
             color: Tokens.hairline
-            radius: 13
+            radius: Tokens.windowRadius + Tokens.hairlineWidth
         }
         Rectangle {
             anchors.fill: parent
             color: Tokens.window
-            radius: 12
+            radius: Tokens.windowRadius
         }
     }
     contentItem: ChannelSheet {
@@ -56,8 +56,8 @@ T.Popup {
     }
     enter: Transition {
         NumberAnimation {
-            duration: Tokens.reduceMotion ? 0 : 180
-            easing: Tokens.statusSwap.curve
+            duration: Tokens.reduceMotion ? 0 : Tokens.sheetFade.duration
+            easing: Tokens.sheetFade.curve
             from: 0
             property: "opacity"
             to: 1

@@ -10,36 +10,38 @@ Item {
 
     Accessible.name: label + ": " + value
     Accessible.role: Accessible.StaticText
-    implicitHeight: Math.max(31, valueText.height + 12)
+    implicitHeight: Math.max(ground.implicitHeight, valueText.height + 12)
 
-    Text {
+    CardRow {
+        id: ground
+
+        anchors.fill: parent
+        implicitHeight: Tokens.valueRowHeight
+    }
+    Label {
         id: labelText
 
         anchors.left: parent.left
-        anchors.leftMargin: 12
+        anchors.leftMargin: Tokens.rowPadding
         anchors.verticalCenter: parent.verticalCenter
         color: Tokens.labelPrimary
         font: Tokens.row
         objectName: "label"
         text: row.label
-        textFormat: Text.PlainText
     }
-    Text {
+    Label {
         id: valueText
 
         anchors.left: labelText.right
-        anchors.leftMargin: 12
+        anchors.leftMargin: Tokens.rowPadding
         anchors.right: parent.right
-        anchors.rightMargin: 12
+        anchors.rightMargin: Tokens.rowPadding
         anchors.verticalCenter: parent.verticalCenter
         color: Tokens.labelSecondary
         font: Tokens.row
         horizontalAlignment: Text.AlignRight
         objectName: "value"
         text: row.value
-        textFormat: Text.PlainText
         wrapMode: Text.Wrap
-    }
-    CardRowRule {
     }
 }

@@ -1,44 +1,38 @@
 import QtQuick
-import QtQuick.Templates as T
 import Kelvo
 
-/// One of several, in a list of which one can be selected.
-T.RadioButton {
+/// One option of a list.
+ChoiceOption {
     id: row
 
-    Accessible.name: text
-    hoverEnabled: true
-    implicitHeight: Math.max(24, nameText.implicitHeight + 6)
+    implicitHeight: Math.max(implicitBackgroundHeight, nameText.implicitHeight + 6)
 
-    background: CardRowGround {
-        down: row.down
-        focused: row.visualFocus
-        hovered: row.hovered
+    background: CardRow {
+        button: row
+        implicitHeight: Tokens.choiceRowHeight
     }
 
     Item {
         anchors.fill: parent
 
-        Text {
+        Label {
             id: nameText
 
             anchors.left: parent.left
-            anchors.leftMargin: 12
+            anchors.leftMargin: Tokens.rowPadding
             anchors.right: checkmark.left
             anchors.verticalCenter: parent.verticalCenter
             color: Tokens.labelPrimary
             elide: Text.ElideRight
             font: Tokens.row
-            horizontalAlignment: Text.AlignLeft
             objectName: "name"
             text: row.text
-            textFormat: Text.PlainText
         }
         LineSymbol {
             id: checkmark
 
             anchors.right: parent.right
-            anchors.rightMargin: 12
+            anchors.rightMargin: Tokens.rowPadding
             anchors.verticalCenter: parent.verticalCenter
             color: Tokens.action
             height: 11
@@ -48,8 +42,5 @@ T.RadioButton {
             visible: row.checked
             width: 11
         }
-    }
-
-    CardRowRule {
     }
 }

@@ -14,9 +14,9 @@ Item {
 
     Column {
         anchors.left: parent.left
-        anchors.leftMargin: 32
+        anchors.leftMargin: Tokens.pagePadding
         anchors.right: parent.right
-        anchors.rightMargin: 32
+        anchors.rightMargin: Tokens.pagePadding
         anchors.verticalCenter: parent.verticalCenter
 
         Item {
@@ -30,8 +30,7 @@ Item {
             height: 16
             width: 1
         }
-        Text {
-            Accessible.name: text
+        Paragraph {
             Accessible.role: Accessible.Heading
             color: Tokens.labelPrimary
             font: page.headingFont
@@ -39,46 +38,36 @@ Item {
             lineHeight: 1.05
             objectName: "heading"
             text: page.heading
-            textFormat: Text.PlainText
             width: parent.width
-            wrapMode: Text.Wrap
         }
         Item {
             height: 9
             width: 1
         }
-        Text {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
+        Paragraph {
             color: Tokens.labelSecondary
             font: Tokens.bodyText
             horizontalAlignment: Text.AlignHCenter
             lineHeight: 1.25
             objectName: "body"
             text: page.body
-            textFormat: Text.PlainText
             width: parent.width
-            wrapMode: Text.Wrap
         }
         Item {
             height: 8
             visible: remark.visible
             width: 1
         }
-        Text {
+        Paragraph {
             id: remark
 
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
             color: Tokens.labelTertiary
-            font: Tokens.systemFont(11.5, Font.Normal)
+            font: Tokens.footnote
             horizontalAlignment: Text.AlignHCenter
             objectName: "remark"
             text: page.remark
-            textFormat: Text.PlainText
             visible: text !== ""
             width: parent.width
-            wrapMode: Text.Wrap
         }
     }
 }

@@ -26,7 +26,7 @@ QVariantMap OnboardingSceneWindow::makeState(QObject *owner)
 
 void OnboardingSceneWindow::setSizes(QQuickView &view) const
 {
-    constexpr QSize size(400, 300);
+    constexpr QSize size(Tokens::onboardingWidth, Tokens::onboardingHeight);
     view.setMinimumSize(size);
     view.setMaximumSize(size);
     view.resize(size);

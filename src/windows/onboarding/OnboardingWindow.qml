@@ -14,10 +14,12 @@ FocusScope {
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     focus: true
-    implicitHeight: 300
-    implicitWidth: 400
+    implicitHeight: Tokens.onboardingHeight
+    implicitWidth: Tokens.onboardingWidth
 
+    // The main button takes the focus when a page is turned to, and shows it to those who use keys.
     onPageChanged: {
+        mainButton.forceActiveFocus(pages.turnedByKey ? Qt.TabFocusReason : Qt.OtherFocusReason);
         if (!Tokens.reduceMotion) {
             appear.restart();
         }
@@ -25,21 +27,6 @@ FocusScope {
 
     component Page: OnboardingPage {
         anchors.fill: parent
-    }
-    /// The button that leads on. It takes the focus when its page is turned to, and shows it to those who use keys.
-    component MainButton: FilledButton {
-        required property bool isCurrent
-        required property bool showsFocus
-
-        height: 28
-        visible: isCurrent
-
-        Component.onCompleted: focus = isCurrent
-        onIsCurrentChanged: {
-            if (isCurrent) {
-                forceActiveFocus(showsFocus ? Qt.TabFocusReason : Qt.OtherFocusReason);
-            }
-        }
     }
 
     Item {
@@ -57,7 +44,7 @@ FocusScope {
         Page {
             body: "Kelvo watches the AI tools you work in and notifies you the moment one is usable again."
             heading: "Stop checking.\nWe’ll tell you."
-            headingFont: Tokens.tracked(Tokens.heroName, -0.44)
+            headingFont: Tokens.heroTitle
             objectName: "promise"
             visible: root.page === OnboardingState.Promise
 
@@ -122,11 +109,11 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: parent.right
-        height: 55
+        height: Tokens.barHeight
 
         PageDots {
             anchors.left: parent.left
-            anchors.leftMargin: 20
+            anchors.leftMargin: Tokens.barPadding
             anchors.verticalCenter: buttons.verticalCenter
             count: 4
             current: root.page
@@ -138,7 +125,7 @@ FocusScope {
             anchors.bottom: parent.bottom
             anchors.bottomMargin: 13
             anchors.right: parent.right
-            anchors.rightMargin: 20
+            anchors.rightMargin: Tokens.barPadding
             spacing: 16
 
             QuietButton {
@@ -165,47 +152,41 @@ FocusScope {
                     root.onboarding.skipPermission();
                 }
             }
-            MainButton {
-                isCurrent: root.page === OnboardingState.Promise
-                objectName: "continueToPicker"
-                showsFocus: pages.turnedByKey
-                title: "Continue"
+            FilledButton {
+                id: mainButton
+
+                enabled: root.page !== OnboardingState.PrimaryPicker || root.onboarding.hasSelection
+                focus: true
+                height: Tokens.buttonHeight
+                objectName: "mainButton"
+                title: {
+                    switch (root.page) {
+                    case OnboardingState.Permission:
+                        return "Allow notifications";
+                    case OnboardingState.Complete:
+                        return "Done";
+                    default:
+                        return "Continue";
+                    }
+                }
 
                 onClicked: {
                     pages.turnedByKey = visualFocus;
-                    root.onboarding.continueToPicker();
+                    switch (root.page) {
+                    case OnboardingState.Promise:
+                        root.onboarding.continueToPicker();
+                        break;
+                    case OnboardingState.PrimaryPicker:
+                        root.onboarding.continueToPermission();
+                        break;
+                    case OnboardingState.Permission:
+                        root.onboarding.allowNotifications();
+                        break;
+                    case OnboardingState.Complete:
+                        root.onboarding.finish();
+                        break;
+                    }
                 }
-            }
-            MainButton {
-                enabled: root.onboarding.hasSelection
-                isCurrent: root.page === OnboardingState.PrimaryPicker
-                objectName: "continueToPermission"
-                showsFocus: pages.turnedByKey
-                title: "Continue"
-
-                onClicked: {
-                    pages.turnedByKey = visualFocus;
-                    root.onboarding.continueToPermission();
-                }
-            }
-            MainButton {
-                isCurrent: root.page === OnboardingState.Permission
-                objectName: "allow"
-                showsFocus: pages.turnedByKey
-                title: "Allow notifications"
-
-                onClicked: {
-                    pages.turnedByKey = visualFocus;
-                    root.onboarding.allowNotifications();
-                }
-            }
-            MainButton {
-                isCurrent: root.page === OnboardingState.Complete
-                objectName: "done"
-                showsFocus: pages.turnedByKey
-                title: "Done"
-
-                onClicked: root.onboarding.finish()
             }
         }
     }

@@ -20,7 +20,7 @@ Row {
         StatusDot {
             required property int index
 
-            color: index === dots.current ? Tokens.labelSecondary : Qt.alpha(Tokens.primary, 0.18)
+            color: index === dots.current ? Tokens.labelSecondary : Tokens.pageDot
             height: 6
             objectName: "dot-" + index
             width: 6

@@ -13,29 +13,26 @@ PlainButton {
     Accessible.description: isArmed ? "Alerts go here" : ""
     Accessible.name: stateText === "" ? title : title + ", " + stateText
     hoverEnabled: true
-    implicitHeight: 34
     text: title
 
-    background: CardRowGround {
-        down: row.down
-        focused: row.visualFocus
-        hovered: row.hovered
+    background: CardRow {
+        button: row
+        implicitHeight: Tokens.rowHeight
     }
 
     Item {
         anchors.fill: parent
 
-        Text {
+        Label {
             anchors.left: parent.left
-            anchors.leftMargin: 12
+            anchors.leftMargin: Tokens.rowPadding
             anchors.verticalCenter: parent.verticalCenter
             color: row.enabled ? Tokens.labelPrimary : Tokens.labelTertiary
             font: Tokens.row
             objectName: "title"
             text: row.title
-            textFormat: Text.PlainText
         }
-        Text {
+        Label {
             anchors.right: checkmark.left
             anchors.rightMargin: 10
             anchors.verticalCenter: parent.verticalCenter
@@ -43,13 +40,12 @@ PlainButton {
             font: Tokens.metadata
             objectName: "state"
             text: row.stateText
-            textFormat: Text.PlainText
         }
         LineSymbol {
             id: checkmark
 
             anchors.right: parent.right
-            anchors.rightMargin: 12
+            anchors.rightMargin: Tokens.rowPadding
             anchors.verticalCenter: parent.verticalCenter
             color: Tokens.action
             height: 12
@@ -59,8 +55,5 @@ PlainButton {
             visible: row.isArmed
             width: 12
         }
-    }
-
-    CardRowRule {
     }
 }

@@ -15,17 +15,17 @@ PlainButton {
     padding: reach
 
     contentItem: Rectangle {
-        border.color: Qt.alpha(Tokens.primary, box.hovered || box.down ? 0.36 : 0.2)
-        border.width: box.isOn ? 0 : 1
-        color: !box.isOn ? Tokens.textField : box.down ? Qt.darker(Tokens.action, 1.15) : box.hovered ? Qt.lighter(Tokens.action, 1.08) : Tokens.action
-        implicitHeight: 15
-        implicitWidth: 15
+        border.color: box.hovered || box.down ? Tokens.checkboxLineHovered : Tokens.checkboxLine
+        border.width: box.isOn ? 0 : Tokens.hairlineWidth
+        color: !box.isOn ? Tokens.textField : box.down ? Tokens.actionPressed : box.hovered ? Tokens.actionHovered : Tokens.action
+        implicitHeight: Tokens.checkboxSize
+        implicitWidth: Tokens.checkboxSize
         objectName: "box"
-        radius: 4
+        radius: Tokens.checkboxRadius
 
         LineSymbol {
             anchors.centerIn: parent
-            color: "white"
+            color: Tokens.actionText
             height: 10
             lineWidth: 1.7
             objectName: "checkmark"

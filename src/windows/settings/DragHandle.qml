@@ -16,7 +16,6 @@ MouseArea {
 
     cursorShape: isDragging ? Qt.ClosedHandCursor : Qt.OpenHandCursor
     hoverEnabled: true
-    implicitHeight: 34
     implicitWidth: 28
     preventStealing: true
 

@@ -1,48 +1,34 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import Kelvo
 
-/// A choice of one among a few, side by side. It shows what it is told to; `chosen` says what the user wants. The
-/// keyboard reaches it as one, and the arrow keys choose.
-Item {
+/// A choice of one among a few, side by side.
+ChoiceGroup {
     id: choice
 
     required property list<string> titles
-    required property int current
 
     readonly property real inset: 2
     readonly property real segmentWidth: {
         let widest = 0;
         for (let i = 0; i < segments.count; ++i) {
-            widest = Math.max(widest, (segments.itemAt(i) as T.RadioButton)?.implicitWidth ?? 0);
+            widest = Math.max(widest, (segments.itemAt(i) as ChoiceOption)?.implicitWidth ?? 0);
         }
         return Math.ceil(widest);
     }
 
-    signal chosen(int index)
-
-    function chooseByKey(step: int) {
-        const next = current + step;
-        if (next >= 0 && next < segments.count) {
-            chosen(next);
-            segments.itemAt(next).forceActiveFocus(Qt.TabFocusReason);
-        }
-    }
-
-    implicitHeight: 30
+    implicitHeight: Tokens.segmentHeight
     implicitWidth: segments.count * segmentWidth
+    options: segments
 
-    Keys.onDownPressed: chooseByKey(1)
     Keys.onLeftPressed: chooseByKey(LayoutMirroring.enabled ? 1 : -1)
     Keys.onRightPressed: chooseByKey(LayoutMirroring.enabled ? -1 : 1)
-    Keys.onUpPressed: chooseByKey(-1)
 
     Rectangle {
         anchors.fill: parent
-        color: Qt.alpha(Tokens.primary, 0.07)
-        radius: 8
+        color: Tokens.segmentTrack
+        radius: Tokens.segmentRadius
     }
     Item {
         id: thumb
@@ -58,8 +44,8 @@ Item {
             enabled: !Tokens.reduceMotion
 
             NumberAnimation {
-                duration: 160
-                easing: Tokens.statusSwap.curve
+                duration: Tokens.controlSlide.duration
+                easing: Tokens.controlSlide.curve
             }
         }
 
@@ -68,13 +54,13 @@ Item {
             anchors.margins: -blur
             anchors.topMargin: -blur + 1
             blur: 3
-            color: Qt.alpha("black", 0.2)
+            color: Tokens.segmentShadow
         }
         Rectangle {
             anchors.fill: face
-            anchors.margins: -1
-            color: Qt.alpha(Tokens.primary, 0.06)
-            radius: 7
+            anchors.margins: -Tokens.hairlineWidth
+            color: Tokens.cardLine
+            radius: face.radius + Tokens.hairlineWidth
         }
         Rectangle {
             id: face
@@ -82,7 +68,7 @@ Item {
             anchors.fill: parent
             anchors.margins: choice.inset
             color: Tokens.card
-            radius: 6
+            radius: Tokens.segmentRadius - choice.inset
         }
     }
     Row {
@@ -93,39 +79,27 @@ Item {
 
             model: choice.titles
 
-            T.RadioButton {
+            ChoiceOption {
                 id: segment
 
-                required property int index
-                required property string modelData
-
-                Accessible.name: text
-                checked: choice.current === index
-                focusPolicy: checked || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
+                group: choice
                 height: choice.height
-                hoverEnabled: true
                 implicitWidth: implicitContentWidth + leftPadding + rightPadding
                 objectName: "segment-" + index
                 padding: 13
-                text: modelData
                 width: choice.segmentWidth
 
-                contentItem: Text {
-                    color: segment.checked || segment.down ? Tokens.labelPrimary : segment.hovered ? Qt.alpha(Tokens.primary, 0.7) : Tokens.labelSecondary
+                contentItem: Label {
+                    color: segment.checked || segment.down ? Tokens.labelPrimary : segment.hovered ? Tokens.segmentHovered : Tokens.labelSecondary
                     font: Tokens.status
                     horizontalAlignment: Text.AlignHCenter
                     text: segment.text
-                    textFormat: Text.PlainText
                     verticalAlignment: Text.AlignVCenter
                 }
 
-                Keys.onEnterPressed: choice.chosen(index)
-                Keys.onReturnPressed: choice.chosen(index)
-                onToggled: choice.chosen(index)
-
                 FocusRing {
                     anchors.margins: choice.inset - border.width
-                    innerRadius: 6
+                    innerRadius: face.radius
                     visible: segment.visualFocus
                 }
             }

@@ -9,7 +9,7 @@ Item {
 
     required property SettingsState settings
 
-    readonly property real rowHeight: 34
+    readonly property real rowHeight: Tokens.rowHeight
     readonly property bool isDragging: lifted !== null
     /// The row that is dragged.
     property ServiceRow lifted: null
@@ -104,8 +104,8 @@ Item {
                 enabled: !row.isLifted && !Tokens.reduceMotion
 
                 NumberAnimation {
-                    duration: 180
-                    easing: Tokens.statusSwap.curve
+                    duration: Tokens.rowMove.duration
+                    easing: Tokens.rowMove.curve
                 }
             }
 

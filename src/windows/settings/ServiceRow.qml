@@ -28,7 +28,7 @@ Item {
     Accessible.name: isPrimary ? name + ", primary" : name
     Accessible.role: Accessible.CheckBox
     activeFocusOnTab: true
-    implicitHeight: 34
+    implicitHeight: ground.implicitHeight
 
     Accessible.onPressAction: toggled()
     Accessible.onToggleAction: toggled()
@@ -45,10 +45,15 @@ Item {
         }
     }
 
-    CardRowGround {
+    CardRow {
+        id: ground
+
         anchors.fill: parent
         focused: row.activeFocus && !row.isFocusedByMouse
+        // The rules stay where they are while rows are dragged over them.
+        hasRule: false
         hovered: hover.hovered
+        implicitHeight: Tokens.rowHeight
 
         Item {
             anchors.fill: parent
@@ -59,19 +64,19 @@ Item {
                 anchors.fill: parent
                 anchors.margins: -blur
                 blur: 8
-                color: Qt.alpha("black", 0.22)
+                color: Tokens.liftedShadow
             }
             Rectangle {
                 anchors.fill: parent
                 color: Tokens.hairline
-                radius: 7
+                radius: Tokens.rowRadius + Tokens.hairlineWidth
             }
             Rectangle {
                 anchors.fill: parent
-                anchors.margins: 1
+                anchors.margins: Tokens.hairlineWidth
                 color: Tokens.card
                 objectName: "lifted"
-                radius: 6
+                radius: Tokens.rowRadius
             }
         }
     }
@@ -87,7 +92,7 @@ Item {
             anchors.top: parent.top
             objectName: "handle"
         }
-        Text {
+        Label {
             id: nameText
 
             anchors.left: dragHandle.right
@@ -95,10 +100,8 @@ Item {
             color: Tokens.labelPrimary
             elide: Text.ElideRight
             font: Tokens.row
-            horizontalAlignment: Text.AlignLeft
             objectName: "name"
             text: row.name
-            textFormat: Text.PlainText
             width: Math.min(implicitWidth, row.width - dragHandle.width - checkbox.width - 16 - (primary.visible ? primary.width + primary.anchors.leftMargin : 0))
         }
         CapsTag {
@@ -116,7 +119,7 @@ Item {
             id: checkbox
 
             anchors.right: parent.right
-            anchors.rightMargin: 12 - reach
+            anchors.rightMargin: Tokens.rowPadding - reach
             anchors.verticalCenter: parent.verticalCenter
             isOn: row.isOn
             objectName: "checkbox"

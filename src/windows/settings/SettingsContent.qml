@@ -11,11 +11,11 @@ Column {
 
     readonly property alias services: serviceList
 
-    bottomPadding: 22
-    leftPadding: 22
-    rightPadding: 22
-    spacing: 20
-    topPadding: 22
+    bottomPadding: Tokens.windowPadding
+    leftPadding: Tokens.windowPadding
+    rightPadding: Tokens.windowPadding
+    spacing: Tokens.sectionSpacing
+    topPadding: Tokens.windowPadding
 
     component Section: Column {
         objectName: "section"
@@ -33,7 +33,6 @@ Column {
 
                 anchors.left: parent.left
                 anchors.verticalCenter: parent.verticalCenter
-                horizontalAlignment: Text.AlignLeft
                 objectName: "servicesHeading"
                 title: "Services · drag to order"
                 width: Math.min(implicitWidth, hint.x - 8)
@@ -55,13 +54,10 @@ Column {
                     shape: LineSymbol.Info
                     width: 12
                 }
-                Text {
-                    Accessible.name: text
-                    Accessible.role: Accessible.StaticText
+                Paragraph {
                     color: Tokens.labelTertiary
-                    font: Tokens.systemFont(11.5, Font.Normal)
+                    font: Tokens.footnote
                     text: "Top one is shown first"
-                    textFormat: Text.PlainText
                 }
             }
         }
@@ -81,7 +77,6 @@ Column {
     }
     Section {
         SectionCaps {
-            horizontalAlignment: Text.AlignLeft
             objectName: "intervalHeading"
             title: "Check every"
             width: parent.width
@@ -97,7 +92,6 @@ Column {
     }
     Section {
         SectionCaps {
-            horizontalAlignment: Text.AlignLeft
             objectName: "watchingHeading"
             title: "Watching"
             width: parent.width
@@ -126,7 +120,6 @@ Column {
     }
     Section {
         SectionCaps {
-            horizontalAlignment: Text.AlignLeft
             objectName: "channelsHeading"
             title: "Tell me where"
             width: parent.width
@@ -152,18 +145,13 @@ Column {
                 }
             }
         }
-        Text {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
+        Paragraph {
             bottomPadding: 2
             color: Tokens.labelTertiary
-            font: Tokens.systemFont(11.5, Font.Normal)
-            horizontalAlignment: Text.AlignLeft
+            font: Tokens.footnote
             objectName: "channelsFootnote"
             text: "One channel is armed at a time, so a recovery never arrives four ways."
-            textFormat: Text.PlainText
             width: parent.width
-            wrapMode: Text.Wrap
         }
         Card {
             width: parent.width

@@ -11,8 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int width = 400;
-constexpr int leastHeight = 560;
 /// What the desktop draws around a window, about: it is not known before the window is shown.
 constexpr int titleBarHeight = 40;
 
@@ -40,9 +38,9 @@ void SettingsSceneWindow::setSizes(QQuickView &view) const
 {
     const int contentHeight = static_cast<int>(std::ceil(view.rootObject()->implicitHeight()));
     const int room = view.screen()->availableGeometry().height() - titleBarHeight;
-    view.setMinimumSize({width, std::min(leastHeight, room)});
-    view.setMaximumSize({width, contentHeight});
-    view.resize(width, std::min(contentHeight, room));
+    view.setMinimumSize({Tokens::settingsWidth, std::min(Tokens::settingsLeastHeight, room)});
+    view.setMaximumSize({Tokens::settingsWidth, contentHeight});
+    view.resize(Tokens::settingsWidth, std::min(contentHeight, room));
 }
 
 } // namespace kelvo

@@ -14,8 +14,8 @@ FocusScope {
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     focus: true
-    implicitHeight: Math.max(560, content.implicitHeight)
-    implicitWidth: 400
+    implicitHeight: Math.max(Tokens.settingsLeastHeight, content.implicitHeight)
+    implicitWidth: Tokens.settingsWidth
 
     Keys.onEscapePressed: event => {
         event.accepted = content.services.isDragging;
@@ -50,7 +50,7 @@ FocusScope {
             return Math.max(-reach, Math.min(beyondTop + beyondBottom, reach)) / 3;
         }
 
-        interval: 16
+        interval: Tokens.frameTime
         repeat: true
         running: content.services.isDragging && speed !== 0
 

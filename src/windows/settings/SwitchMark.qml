@@ -7,16 +7,16 @@ Item {
 
     required property bool isOn
 
-    implicitHeight: 19
-    implicitWidth: 32
+    implicitHeight: Tokens.switchHeight
+    implicitWidth: Tokens.switchWidth
 
     PillShape {
         anchors.fill: parent
-        color: mark.isOn ? Tokens.action : Qt.alpha(Tokens.primary, 0.14)
+        color: mark.isOn ? Tokens.action : Tokens.switchTrack
         objectName: "track"
     }
     StatusDot {
-        color: Qt.alpha("black", 0.12)
+        color: Tokens.knobShadow
         height: knob.height
         width: knob.width
         x: knob.x
@@ -27,7 +27,7 @@ Item {
 
         readonly property bool atRight: mark.isOn !== mark.LayoutMirroring.enabled
 
-        color: "white"
+        color: Tokens.switchKnob
         height: 15
         objectName: "knob"
         width: 15
@@ -38,8 +38,8 @@ Item {
             enabled: !Tokens.reduceMotion
 
             NumberAnimation {
-                duration: 160
-                easing: Tokens.statusSwap.curve
+                duration: Tokens.controlSlide.duration
+                easing: Tokens.controlSlide.curve
             }
         }
     }

@@ -30,10 +30,8 @@ T.CheckBox {
     }
     text: title
 
-    background: CardRowGround {
-        down: row.down
-        focused: row.visualFocus
-        hovered: row.hovered
+    background: CardRow {
+        button: row
     }
 
     Accessible.onPressAction: flip()
@@ -43,8 +41,8 @@ T.CheckBox {
 
     Item {
         anchors.fill: parent
-        anchors.leftMargin: 12
-        anchors.rightMargin: 12
+        anchors.leftMargin: Tokens.rowPadding
+        anchors.rightMargin: Tokens.rowPadding
 
         Column {
             id: texts
@@ -61,15 +59,13 @@ T.CheckBox {
                 spacing: 8
                 width: parent.width
 
-                Text {
+                Label {
                     id: titleText
 
                     color: row.enabled ? Tokens.labelPrimary : Tokens.labelTertiary
                     font: Tokens.row
-                    horizontalAlignment: Text.AlignLeft
                     objectName: "title"
                     text: row.title
-                    textFormat: Text.PlainText
                     width: Math.min(implicitWidth, titleLine.width - (tagText.visible ? tagText.width + titleLine.spacing : 0))
                     wrapMode: Text.Wrap
                 }
@@ -83,13 +79,11 @@ T.CheckBox {
                     visible: row.tag !== ""
                 }
             }
-            Text {
+            Label {
                 color: row.enabled ? Tokens.labelSecondary : Tokens.labelTertiary
-                font: Tokens.systemFont(11.5, Font.Normal)
-                horizontalAlignment: Text.AlignLeft
+                font: Tokens.footnote
                 objectName: "subtitle"
                 text: row.subtitle
-                textFormat: Text.PlainText
                 width: parent.width
                 wrapMode: Text.Wrap
             }
@@ -103,8 +97,5 @@ T.CheckBox {
             objectName: "switch"
             opacity: row.enabled ? 1 : 0.5
         }
-    }
-
-    CardRowRule {
     }
 }

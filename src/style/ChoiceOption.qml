@@ -1,0 +1,20 @@
+import QtQuick
+import QtQuick.Templates as T
+import Kelvo
+
+/// One option of a ChoiceGroup, without an appearance of its own.
+T.RadioButton {
+    required property ChoiceGroup group
+    required property int index
+    required property string modelData
+
+    Accessible.name: text
+    checked: group.current === index
+    focusPolicy: activeFocus || group.tabStop === index ? Qt.StrongFocus : Qt.ClickFocus
+    hoverEnabled: true
+    text: modelData
+
+    Keys.onEnterPressed: group.chosen(index)
+    Keys.onReturnPressed: group.chosen(index)
+    onToggled: group.chosen(index)
+}
