@@ -15,9 +15,9 @@ class BusConnectionTest : public QObject
 
 private Q_SLOTS:
     void connectsAtOnceToARunningBus();
-    void connectsToABusThatComesLater();
-    void connectsAgainAfterTheBusWasRestarted();
-    void isSilentWithoutAnAddress();
+    void connectsToABusThatStartsLater();
+    void connectsAgainAfterTheBusRestarts();
+    void doesNothingWithoutAnAddress();
     void followsTheOwnerOfAName();
     void followsTheOwnerOfANameAcrossARestartOfTheBus();
 };
@@ -31,7 +31,7 @@ void BusConnectionTest::connectsAtOnceToARunningBus()
     QVERIFY(bus.connection().isConnected());
 }
 
-void BusConnectionTest::connectsToABusThatComesLater()
+void BusConnectionTest::connectsToABusThatStartsLater()
 {
     PrivateBus daemon;
     BusConnection bus(daemon.address());
@@ -43,7 +43,7 @@ void BusConnectionTest::connectsToABusThatComesLater()
     QVERIFY(bus.isConnected());
 }
 
-void BusConnectionTest::connectsAgainAfterTheBusWasRestarted()
+void BusConnectionTest::connectsAgainAfterTheBusRestarts()
 {
     PrivateBus daemon;
     daemon.start();
@@ -62,7 +62,7 @@ void BusConnectionTest::connectsAgainAfterTheBusWasRestarted()
     }
 }
 
-void BusConnectionTest::isSilentWithoutAnAddress()
+void BusConnectionTest::doesNothingWithoutAnAddress()
 {
     const BusConnection bus({});
     QVERIFY(!bus.isConnected());

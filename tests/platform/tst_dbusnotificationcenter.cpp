@@ -23,7 +23,7 @@ const QStringList markup{u"body"_s, u"body-markup"_s};
 const LocalNotification claude{u"1"_s, u"Claude is back"_s, u"You can continue working."_s};
 const LocalNotification odd{u"2"_s, u"<A> & B"_s, u"a < b & c > \"d\""_s};
 
-/// An icon of the right size: its upper half one colour, its lower half another that can be seen through.
+/// An icon whose upper half has one colour and whose lower half has a translucent one.
 QImage twoColoured()
 {
     QImage image(64, 64, QImage::Format_ARGB32);
@@ -47,24 +47,24 @@ private Q_SLOTS:
     void cleanup();
     void postsASilentNotificationUnderItsOwnName();
     void namesItsIconWhenTheIconThemeHasIt();
-    void sendsItsIconAsAPictureWhenTheIconThemeDoesNotHaveIt();
-    void withoutAnIconItNamesNoneThatIsNotThere();
+    void sendsItsIconAsImageDataWhenTheIconThemeLacksIt();
+    void namesNoIconWhenNoneIsAvailable();
     void escapesTheBodyForAServerThatReadsMarkup();
-    void leavesTheBodyAloneForAServerThatDoesNot();
+    void sendsThePlainBodyToAServerThatReadsNoMarkup();
     void asksAServerOnceForItsCapabilities();
     void asksTheServerThatReplacesAnother();
-    void usesAServerThatComesLater();
+    void usesAServerThatStartsLater();
     void startsAServerThatTheBusCanStart();
     void forgetsTheCapabilitiesOfAServerThatLeft();
-    void dropsAnAlertThatNobodyCanShow();
-    void cannotServeWithoutABus();
-    void servesOnceTheBusIsBack();
-    void postsNothingLateThatWaitedWhenTheBusWent();
+    void dropsAnAlertWithoutAServer();
+    void isUnavailableWithoutABus();
+    void isAvailableAgainWhenTheBusIsBack();
+    void dropsPendingAlertsWhenTheBusIsLost();
     void isAuthorizedByARunningServer();
     void isAuthorizedByAServerThatCanBeStarted();
     void isNotDeterminedWithoutAServer();
     void isNotDeterminedWithoutABus();
-    void asksTheUserNothing();
+    void doesNotAskTheUserForPermission();
 
 private:
     std::unique_ptr<DBusNotificationCenter> center() const
@@ -89,7 +89,7 @@ void DBusNotificationCenterTest::cleanup()
     daemon_.reset();
 }
 
-// What the bus starts only tells so by a file, and keeps the call waiting: the test takes the name.
+// The program that the bus starts only creates a file. The call waits until the test itself claims the name.
 void DBusNotificationCenterTest::addStartableServer(const QString &started) const
 {
     daemon_->addActivatable(u"org.freedesktop.Notifications"_s, u"/bin/sh -c 'touch %1; sleep 10'"_s.arg(started));
@@ -98,7 +98,7 @@ void DBusNotificationCenterTest::addStartableServer(const QString &started) cons
 AuthorizationStatus DBusNotificationCenterTest::status(DBusNotificationCenter &center)
 {
     const auto future = center.authorizationStatus();
-    // A denial is what no server can cause: it stands for a question that was never answered.
+    // No server can cause `denied`, so it stands for a call that was never answered.
     return QTest::qWaitFor([&] { return future.isFinished(); }) ? future.result() : AuthorizationStatus::denied;
 }
 
@@ -147,7 +147,7 @@ void DBusNotificationCenterTest::namesItsIconWhenTheIconThemeHasIt()
     QVERIFY(!server.notifications().first().hints.contains(u"image-data"_s));
 }
 
-void DBusNotificationCenterTest::sendsItsIconAsAPictureWhenTheIconThemeDoesNotHaveIt()
+void DBusNotificationCenterTest::sendsItsIconAsImageDataWhenTheIconThemeLacksIt()
 {
     QGuiApplication::setWindowIcon(QIcon(QPixmap::fromImage(twoColoured())));
     daemon_->start();
@@ -180,7 +180,7 @@ void DBusNotificationCenterTest::sendsItsIconAsAPictureWhenTheIconThemeDoesNotHa
     QCOMPARE(data.last(4), QByteArray("\x10\x20\x30\x80", 4));
 }
 
-void DBusNotificationCenterTest::withoutAnIconItNamesNoneThatIsNotThere()
+void DBusNotificationCenterTest::namesNoIconWhenNoneIsAvailable()
 {
     daemon_->start();
     const FakeNotificationServer server(*daemon_, plain);
@@ -202,7 +202,7 @@ void DBusNotificationCenterTest::escapesTheBodyForAServerThatReadsMarkup()
     QCOMPARE(server.notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
 }
 
-void DBusNotificationCenterTest::leavesTheBodyAloneForAServerThatDoesNot()
+void DBusNotificationCenterTest::sendsThePlainBodyToAServerThatReadsNoMarkup()
 {
     daemon_->start();
     const FakeNotificationServer server(*daemon_, plain);
@@ -240,7 +240,7 @@ void DBusNotificationCenterTest::asksTheServerThatReplacesAnother()
     QCOMPARE(second.notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
 }
 
-void DBusNotificationCenterTest::usesAServerThatComesLater()
+void DBusNotificationCenterTest::usesAServerThatStartsLater()
 {
     daemon_->start();
     const auto center = this->center();
@@ -276,7 +276,7 @@ void DBusNotificationCenterTest::forgetsTheCapabilitiesOfAServerThatLeft()
     QTRY_COMPARE(first->notifications().size(), 1);
 
     first.reset();
-    QTRY_VERIFY(!center->authorizationStatus().isFinished()); // it has to ask the bus again: it saw the server leave
+    QTRY_VERIFY(!center->authorizationStatus().isFinished()); // the server has left, so the bus must be asked again
     center->add(odd);
     QTRY_VERIFY(QFile::exists(started));
     const FakeNotificationServer second(*daemon_, markup);
@@ -284,13 +284,13 @@ void DBusNotificationCenterTest::forgetsTheCapabilitiesOfAServerThatLeft()
     QCOMPARE(second.notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
 }
 
-void DBusNotificationCenterTest::dropsAnAlertThatNobodyCanShow()
+void DBusNotificationCenterTest::dropsAnAlertWithoutAServer()
 {
     daemon_->start();
     const auto center = this->center();
     QTest::failOnWarning(QRegularExpression(u".*"_s));
     center->add(claude);
-    QCOMPARE(status(*center), AuthorizationStatus::notDetermined); // the bus answers in order: it refused by now
+    QCOMPARE(status(*center), AuthorizationStatus::notDetermined); // the bus answers in order, so it has refused by now
 
     const FakeNotificationServer server(*daemon_, plain);
     QTRY_COMPARE(server.questions(), 1);
@@ -299,7 +299,7 @@ void DBusNotificationCenterTest::dropsAnAlertThatNobodyCanShow()
     QCOMPARE(server.notifications().first().summary, odd.title);
 }
 
-void DBusNotificationCenterTest::cannotServeWithoutABus()
+void DBusNotificationCenterTest::isUnavailableWithoutABus()
 {
     const auto center = this->center();
     QVERIFY(!center->canServeThisProcess());
@@ -307,7 +307,7 @@ void DBusNotificationCenterTest::cannotServeWithoutABus()
     center->add(claude);
 }
 
-void DBusNotificationCenterTest::servesOnceTheBusIsBack()
+void DBusNotificationCenterTest::isAvailableAgainWhenTheBusIsBack()
 {
     daemon_->start();
     auto server = std::make_unique<FakeNotificationServer>(*daemon_, plain);
@@ -327,7 +327,7 @@ void DBusNotificationCenterTest::servesOnceTheBusIsBack()
     QCOMPARE(server->notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
 }
 
-void DBusNotificationCenterTest::postsNothingLateThatWaitedWhenTheBusWent()
+void DBusNotificationCenterTest::dropsPendingAlertsWhenTheBusIsLost()
 {
     daemon_->start();
     const QTemporaryDir directory;
@@ -352,9 +352,9 @@ void DBusNotificationCenterTest::isAuthorizedByARunningServer()
     daemon_->start();
     const FakeNotificationServer server(*daemon_, plain);
     const auto center = this->center();
-    QCOMPARE(status(*center), AuthorizationStatus::authorized); // asked of the bus
+    QCOMPARE(status(*center), AuthorizationStatus::authorized); // the bus was asked
     QTRY_COMPARE(server.questions(), 1);
-    QVERIFY(center->authorizationStatus().isFinished()); // known by now
+    QVERIFY(center->authorizationStatus().isFinished()); // the owner is known by now
     QCOMPARE(status(*center), AuthorizationStatus::authorized);
 }
 
@@ -379,7 +379,7 @@ void DBusNotificationCenterTest::isNotDeterminedWithoutABus()
     QCOMPARE(status(*center), AuthorizationStatus::notDetermined);
 }
 
-void DBusNotificationCenterTest::asksTheUserNothing()
+void DBusNotificationCenterTest::doesNotAskTheUserForPermission()
 {
     daemon_->start();
     const auto center = this->center();

@@ -31,13 +31,13 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void isTheInstanceWhenThereIsNoOther();
-    void handsOverToTheInstanceThatRuns();
-    void answersTheCallsOfADesktop();
-    void leavesTheNameToTheNextStart();
-    void endsBesideAnOwnerThatDoesNotAnswerWell();
+    void handsOverToTheRunningInstance();
+    void implementsTheApplicationInterface();
+    void releasesTheNameForTheNextStart();
+    void exitsWhenTheOwnerAnswersWithAnError();
     void runsWithoutABus();
-    void takesTheNameOnABusThatComesLater();
-    void takesTheNameAgainOnARestartedBus();
+    void claimsTheNameOnABusThatStartsLater();
+    void claimsTheNameAgainOnARestartedBus();
 
 private:
     std::unique_ptr<DBusSingleInstance> instance() const
@@ -59,7 +59,7 @@ void DBusSingleInstanceTest::cleanup()
     daemon_.reset();
 }
 
-// The other start waits for an answer of the first, so it needs a thread of its own as it has a process.
+// The second instance blocks until the first one answers, so it runs in another thread here.
 std::optional<bool> DBusSingleInstanceTest::startAnother() const
 {
     std::optional<bool> acquired;
@@ -76,7 +76,7 @@ void DBusSingleInstanceTest::isTheInstanceWhenThereIsNoOther()
     QVERIFY(instance()->acquire());
 }
 
-void DBusSingleInstanceTest::handsOverToTheInstanceThatRuns()
+void DBusSingleInstanceTest::handsOverToTheRunningInstance()
 {
     daemon_->start();
     const auto first = instance();
@@ -88,7 +88,7 @@ void DBusSingleInstanceTest::handsOverToTheInstanceThatRuns()
     QCOMPARE(activated.count(), 2);
 }
 
-void DBusSingleInstanceTest::answersTheCallsOfADesktop()
+void DBusSingleInstanceTest::implementsTheApplicationInterface()
 {
     daemon_->start();
     const auto first = instance();
@@ -109,7 +109,7 @@ void DBusSingleInstanceTest::answersTheCallsOfADesktop()
     }
 }
 
-void DBusSingleInstanceTest::leavesTheNameToTheNextStart()
+void DBusSingleInstanceTest::releasesTheNameForTheNextStart()
 {
     daemon_->start();
     auto first = instance();
@@ -118,10 +118,10 @@ void DBusSingleInstanceTest::leavesTheNameToTheNextStart()
     QVERIFY(instance()->acquire());
 }
 
-void DBusSingleInstanceTest::endsBesideAnOwnerThatDoesNotAnswerWell()
+void DBusSingleInstanceTest::exitsWhenTheOwnerAnswersWithAnError()
 {
     daemon_->start();
-    // It owns the name and has no such object.
+    // This owner has the name but not the object.
     const BusService owner(*daemon_, u"app.kelvo.Kelvo"_s, u"/elsewhere"_s, this,
                            QDBusConnection::ExportScriptableSlots);
     QCOMPARE(startAnother(), std::optional(false));
@@ -132,7 +132,7 @@ void DBusSingleInstanceTest::runsWithoutABus()
     QVERIFY(instance()->acquire());
 }
 
-void DBusSingleInstanceTest::takesTheNameOnABusThatComesLater()
+void DBusSingleInstanceTest::claimsTheNameOnABusThatStartsLater()
 {
     const auto first = instance();
     const QSignalSpy activated(first.get(), &SingleInstance::activationRequested);
@@ -144,7 +144,7 @@ void DBusSingleInstanceTest::takesTheNameOnABusThatComesLater()
     QCOMPARE(activated.count(), 1);
 }
 
-void DBusSingleInstanceTest::takesTheNameAgainOnARestartedBus()
+void DBusSingleInstanceTest::claimsTheNameAgainOnARestartedBus()
 {
     daemon_->start();
     const auto first = instance();

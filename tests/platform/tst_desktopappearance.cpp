@@ -46,21 +46,21 @@ private Q_SLOTS:
     void readsTheColorSchemeOfThePortal_data();
     void readsTheColorSchemeOfThePortal();
     void followsTheColorSchemeLive();
-    void followsAPortalThatComesLater();
-    void readsTheSettingsAgainWhenThePortalOrTheBusWasRestarted();
-    void tellsOnlyOfAnswersThatChanged();
+    void followsAPortalThatStartsLater();
+    void readsTheSettingsAgainWhenThePortalOrTheBusRestarts();
+    void reportsOnlyValuesThatChanged();
     void reducesMotionAsThePortalSays();
-    void reducesMotionWhereGnomeTurnsAnimationsOff();
-    void readsTheThemeWhereThereIsNoPreference_data();
-    void readsTheThemeWhereThereIsNoPreference();
-    void followsThePaletteWhereTheDesktopSaysNothing();
-    void holdsThatGnomesBarIsDark();
-    void holdsThatOtherPanelsAreAsTheWindows();
-    void readsTheDarknessOfXfcesPanelLive();
+    void reducesMotionWhenGnomeTurnsAnimationsOff();
+    void readsTheThemeWithoutAPreference_data();
+    void readsTheThemeWithoutAPreference();
+    void followsThePaletteWithoutDesktopSettings();
+    void theBarOfGnomeIsDark();
+    void otherPanelsFollowTheWindows();
+    void followsTheDarkModeOfXfcesPanel();
     void aPanelThatIsNeitherDarkNorLightCountsAsLight_data();
     void aPanelThatIsNeitherDarkNorLightCountsAsLight();
-    void findsXfceByItsPanel();
-    void asksNothingOfXfceElsewhere();
+    void detectsXfceByItsPanel();
+    void doesNotCallXfconfOnOtherDesktops();
     void readsTheThemeOfXfce();
 
 private:
@@ -108,7 +108,7 @@ void DesktopAppearanceTest::readsTheColorSchemeOfThePortal()
     QTRY_COMPARE(portal.reads(), 1);
     QTRY_COMPARE(appearance->isDark(), dark);
 
-    // The answer to a second change shows that the first reading stood.
+    // The reaction to a second change shows that the first one was read correctly.
     portal.set(appearanceGroup, colorScheme, dark ? 2U : 1U);
     QTRY_COMPARE(appearance->isDark(), !dark);
 }
@@ -126,7 +126,7 @@ void DesktopAppearanceTest::followsTheColorSchemeLive()
     QCOMPARE(changed.count(), 2);
 }
 
-void DesktopAppearanceTest::followsAPortalThatComesLater()
+void DesktopAppearanceTest::followsAPortalThatStartsLater()
 {
     const auto appearance = this->appearance();
     QVERIFY(!appearance->isDark());
@@ -134,7 +134,7 @@ void DesktopAppearanceTest::followsAPortalThatComesLater()
     QTRY_VERIFY(appearance->isDark());
 }
 
-void DesktopAppearanceTest::readsTheSettingsAgainWhenThePortalOrTheBusWasRestarted()
+void DesktopAppearanceTest::readsTheSettingsAgainWhenThePortalOrTheBusRestarts()
 {
     auto portal = std::make_unique<FakePortal>(*daemon_, withScheme(1));
     const auto appearance = this->appearance();
@@ -153,7 +153,7 @@ void DesktopAppearanceTest::readsTheSettingsAgainWhenThePortalOrTheBusWasRestart
     QTRY_VERIFY(!appearance->isDark());
 }
 
-void DesktopAppearanceTest::tellsOnlyOfAnswersThatChanged()
+void DesktopAppearanceTest::reportsOnlyValuesThatChanged()
 {
     FakePortal portal(*daemon_, withScheme(1));
     const auto appearance = this->appearance();
@@ -176,7 +176,7 @@ void DesktopAppearanceTest::reducesMotionAsThePortalSays()
     QTRY_VERIFY(!appearance->reduceMotion());
 }
 
-void DesktopAppearanceTest::reducesMotionWhereGnomeTurnsAnimationsOff()
+void DesktopAppearanceTest::reducesMotionWhenGnomeTurnsAnimationsOff()
 {
     FakePortal portal(*daemon_, {{gnomeGroup, {{u"enable-animations"_s, false}}}});
     const auto appearance = this->appearance();
@@ -185,7 +185,7 @@ void DesktopAppearanceTest::reducesMotionWhereGnomeTurnsAnimationsOff()
     QTRY_VERIFY(!appearance->reduceMotion());
 }
 
-void DesktopAppearanceTest::readsTheThemeWhereThereIsNoPreference_data()
+void DesktopAppearanceTest::readsTheThemeWithoutAPreference_data()
 {
     QTest::addColumn<QString>("theme");
     QTest::addColumn<bool>("dark");
@@ -194,18 +194,18 @@ void DesktopAppearanceTest::readsTheThemeWhereThereIsNoPreference_data()
     QTest::newRow("Adwaita") << u"Adwaita"_s << false;
 }
 
-void DesktopAppearanceTest::readsTheThemeWhereThereIsNoPreference()
+void DesktopAppearanceTest::readsTheThemeWithoutAPreference()
 {
     QFETCH(const QString, theme);
     QFETCH(const bool, dark);
     QGuiApplication::setPalette(paletteOf(dark ? Qt::white : Qt::black));
     FakePortal portal(*daemon_, {{appearanceGroup, {{colorScheme, 0U}}}, {gnomeGroup, {{u"gtk-theme"_s, theme}}}});
     const auto appearance = this->appearance();
-    QCOMPARE(appearance->isDark(), !dark); // the palette's, until the portal answered
+    QCOMPARE(appearance->isDark(), !dark); // from the palette, until the portal has answered
     QTRY_COMPARE(appearance->isDark(), dark);
 }
 
-void DesktopAppearanceTest::followsThePaletteWhereTheDesktopSaysNothing()
+void DesktopAppearanceTest::followsThePaletteWithoutDesktopSettings()
 {
     daemon_->kill();
     const auto appearance = this->appearance();
@@ -218,14 +218,14 @@ void DesktopAppearanceTest::followsThePaletteWhereTheDesktopSaysNothing()
     QCOMPARE(changed.count(), 1);
 }
 
-void DesktopAppearanceTest::holdsThatGnomesBarIsDark()
+void DesktopAppearanceTest::theBarOfGnomeIsDark()
 {
     const auto appearance = this->appearance({u"ubuntu"_s, u"GNOME"_s});
     QVERIFY(!appearance->isDark());
     QVERIFY(appearance->panelIsDark());
 }
 
-void DesktopAppearanceTest::holdsThatOtherPanelsAreAsTheWindows()
+void DesktopAppearanceTest::otherPanelsFollowTheWindows()
 {
     FakePortal portal(*daemon_, withScheme(1));
     const auto appearance = this->appearance({u"KDE"_s});
@@ -233,7 +233,7 @@ void DesktopAppearanceTest::holdsThatOtherPanelsAreAsTheWindows()
     QTRY_VERIFY(appearance->panelIsDark());
 }
 
-void DesktopAppearanceTest::readsTheDarknessOfXfcesPanelLive()
+void DesktopAppearanceTest::followsTheDarkModeOfXfcesPanel()
 {
     FakeXfconf xfconf(*daemon_);
     xfconf.set(panelChannel, panelDarkMode, true);
@@ -245,7 +245,7 @@ void DesktopAppearanceTest::readsTheDarknessOfXfcesPanelLive()
     QTRY_VERIFY(!appearance->panelIsDark());
     xfconf.set(panelChannel, panelDarkMode, true);
     QTRY_VERIFY(appearance->panelIsDark());
-    // Without the property the panel looks as the theme does.
+    // Without the property the panel follows the theme.
     xfconf.remove(panelChannel, panelDarkMode);
     QTRY_VERIFY(!appearance->panelIsDark());
 }
@@ -268,7 +268,7 @@ void DesktopAppearanceTest::aPanelThatIsNeitherDarkNorLightCountsAsLight()
     QTRY_VERIFY(!appearance->panelIsDark());
 }
 
-void DesktopAppearanceTest::findsXfceByItsPanel()
+void DesktopAppearanceTest::detectsXfceByItsPanel()
 {
     FakeXfconf xfconf(*daemon_);
     xfconf.set(panelChannel, panelDarkMode, true);
@@ -279,7 +279,7 @@ void DesktopAppearanceTest::findsXfceByItsPanel()
     QTRY_VERIFY(appearance->panelIsDark());
 }
 
-void DesktopAppearanceTest::asksNothingOfXfceElsewhere()
+void DesktopAppearanceTest::doesNotCallXfconfOnOtherDesktops()
 {
     FakeXfconf xfconf(*daemon_);
     FakePortal portal(*daemon_, withScheme(1));

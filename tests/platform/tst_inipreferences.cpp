@@ -21,7 +21,7 @@
 
 using namespace Qt::StringLiterals;
 
-// In a child process: says what is not so, and ends it with a failure.
+// For child processes: prints a condition that does not hold, and exits with a failure.
 #define EXPECT(condition)                                                                                              \
     do {                                                                                                               \
         if (!(condition)) {                                                                                            \
@@ -59,7 +59,7 @@ bool setMode(const QString &path, mode_t mode)
     return ::chmod(QFile::encodeName(path).constData(), mode) == 0;
 }
 
-/// Gives the file to the user whom `asOrdinaryUser` becomes.
+/// Changes the owner of the file to the user of `asOrdinaryUser`.
 bool giveAway(const QString &path)
 {
     return ::geteuid() != 0 || ::chown(QFile::encodeName(path).constData(), nobody, nobody) == 0;
@@ -75,7 +75,7 @@ int inChild(const std::function<int()> &body)
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
-/// Runs in a child process that permission bits bind.
+/// Runs `body` in a child process without root privileges, for which permission bits are effective.
 int asOrdinaryUser(const std::function<int()> &body)
 {
     return inChild([&] {
@@ -86,7 +86,7 @@ int asOrdinaryUser(const std::function<int()> &body)
     });
 }
 
-/// Counts every event that is delivered while it lives.
+/// Counts all events that are delivered during its lifetime.
 class EventCounter : public QObject
 {
 public:
@@ -112,7 +112,8 @@ private:
 
     QString inHome(const QString &name) const { return home_->filePath(name); }
 
-    /// What a next start reads. A copy, because QSettings remembers within one process what it wrote.
+    /// Returns the preferences as the next start would read them. Reads a copy of the file, because QSettings caches
+    /// files within a process.
     std::unique_ptr<IniPreferences> nextStart()
     {
         const QString copy = inHome(u"copy%1.conf"_s.arg(++copies_));
@@ -138,7 +139,7 @@ private Q_SLOTS:
 
     // MARK: reading
 
-    void booleans_data()
+    void aBooleanIsRead_data()
     {
         QTest::addColumn<QByteArray>("line");
         QTest::addColumn<std::optional<bool>>("expected");
@@ -162,14 +163,14 @@ private Q_SLOTS:
         row("other=true", std::nullopt);
     }
 
-    void booleans()
+    void aBooleanIsRead()
     {
         QFETCH(QByteArray, line);
         QFETCH(std::optional<bool>, expected);
         QCOMPARE(reading("[General]\n" + line + "\n")->boolean(u"k"_s), expected);
     }
 
-    void integers_data()
+    void anIntegerIsRead_data()
     {
         QTest::addColumn<QByteArray>("line");
         QTest::addColumn<std::optional<int>>("expected");
@@ -194,14 +195,14 @@ private Q_SLOTS:
         row("other=60", std::nullopt);
     }
 
-    void integers()
+    void anIntegerIsRead()
     {
         QFETCH(QByteArray, line);
         QFETCH(std::optional<int>, expected);
         QCOMPARE(reading("[General]\n" + line + "\n")->integer(u"k"_s), expected);
     }
 
-    void textsOfAllKinds_data()
+    void textsAndListsAreRead_data()
     {
         QTest::addColumn<QByteArray>("line");
         QTest::addColumn<std::optional<QString>>("text");
@@ -229,7 +230,7 @@ private Q_SLOTS:
         row("other=x", std::nullopt, std::nullopt);
     }
 
-    void textsOfAllKinds()
+    void textsAndListsAreRead()
     {
         QFETCH(QByteArray, line);
         QFETCH(std::optional<QString>, text);
@@ -255,7 +256,7 @@ private Q_SLOTS:
 
     // MARK: round trips
 
-    void valuesOfEveryTypeComeBack()
+    void valuesOfEveryTypeAreReadBack()
     {
         IniPreferences preferences(path_);
         const auto verify = [](const IniPreferences &each) {
@@ -278,7 +279,7 @@ private Q_SLOTS:
         QVERIFY(verify(*nextStart()));
     }
 
-    void everyTextComesBack_data()
+    void everyTextIsReadBack_data()
     {
         QTest::addColumn<QString>("text");
         const QStringList texts{
@@ -322,7 +323,7 @@ private Q_SLOTS:
             QTest::newRow(qPrintable(text.left(40).toHtmlEscaped())) << text;
     }
 
-    void everyTextComesBack()
+    void everyTextIsReadBack()
     {
         QFETCH(QString, text);
         IniPreferences(path_).setText(u"k"_s, text);
@@ -335,7 +336,7 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(path_ + u".bak"_s));
     }
 
-    void randomTextsComeBack()
+    void randomTextsAreReadBack()
     {
         QRandomGenerator random(20260105);
         const QString alphabet = u"ab01,;\"'\\%= \t\n\r@()[]#&xüß世\u00a0"_s;
@@ -359,7 +360,7 @@ private Q_SLOTS:
 
     // MARK: the file
 
-    void theDefaultPlaceIsTheConfigurationDirectory_data()
+    void theDefaultFileIsInTheConfigurationDirectory_data()
     {
         QTest::addColumn<QByteArray>("configHome");
         QTest::addColumn<QString>("expected");
@@ -367,7 +368,7 @@ private Q_SLOTS:
         QTest::newRow("unset") << QByteArray() << u".config/Kelvo/Kelvo.conf"_s;
     }
 
-    void theDefaultPlaceIsTheConfigurationDirectory()
+    void theDefaultFileIsInTheConfigurationDirectory()
     {
         QFETCH(QByteArray, configHome);
         QFETCH(QString, expected);
@@ -395,7 +396,7 @@ private Q_SLOTS:
         QCOMPARE(::umask(022), mode_t(022));
     }
 
-    void aWiderModeIsNarrowed()
+    void aWiderModeIsRestricted()
     {
         QVERIFY(place(path_, "[General]\na=1\n"));
         QVERIFY(setMode(path_, 0664));
@@ -405,7 +406,7 @@ private Q_SLOTS:
         QCOMPARE(contents(path_), "[General]\na=1\nb=2\n"_ba);
     }
 
-    void aSymbolicLinkStaysOne()
+    void aSymbolicLinkIsKept()
     {
         QVERIFY(QDir(home_->path()).mkdir(u"dotfiles"_s));
         const QString target = inHome(u"dotfiles/kelvo.conf"_s);
@@ -417,7 +418,7 @@ private Q_SLOTS:
         QCOMPARE(modeOf(target), mode_t(0600));
     }
 
-    void anotherKeyEditedByHandSurvives()
+    void anotherKeyEditedByHandIsKept()
     {
         IniPreferences preferences(path_);
         preferences.setInteger(u"checkInterval"_s, 60);
@@ -426,7 +427,7 @@ private Q_SLOTS:
         QCOMPARE(contents(path_), "[General]\ncheckInterval=300\nslackChannelLabel=by hand\n\n[Notes]\nmine=yes\n"_ba);
     }
 
-    void aWriteChangesItsOwnLineAlone_data()
+    void aWriteChangesOnlyItsOwnLine_data()
     {
         QTest::addColumn<QByteArray>("before");
         QTest::addColumn<QByteArray>("after");
@@ -451,7 +452,7 @@ private Q_SLOTS:
         row("a comment behind a value", "[General]\na=2;\"3\n", "[General]\na=2;\"3\nk=7\n");
     }
 
-    void aWriteChangesItsOwnLineAlone()
+    void aWriteChangesOnlyItsOwnLine()
     {
         QFETCH(QByteArray, before);
         QFETCH(QByteArray, after);
@@ -472,7 +473,7 @@ private Q_SLOTS:
         QVERIFY(QFile::exists(path_));
     }
 
-    void nothingIsLeftToDoAfterAWrite()
+    void nothingIsPendingAfterAWrite()
     {
         IniPreferences preferences(path_);
         preferences.setInteger(u"k"_s, 1);
@@ -482,9 +483,9 @@ private Q_SLOTS:
         QCOMPARE(events.count, 0);
     }
 
-    // MARK: files that others spoiled
+    // MARK: damaged files
 
-    void whatCanBeReadOfASpoiledFileIsReadAndTheOriginalIsKept_data()
+    void theReadablePartOfADamagedFileIsReadAndTheOriginalIsKept_data()
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("an open quote") << "[General]\na=1\nb=\"2\n"_ba;
@@ -492,7 +493,7 @@ private Q_SLOTS:
         QTest::newRow("binary") << QByteArray("[General]\na=1\n\0\"\1\2=\3\n", 22);
     }
 
-    void whatCanBeReadOfASpoiledFileIsReadAndTheOriginalIsKept()
+    void theReadablePartOfADamagedFileIsReadAndTheOriginalIsKept()
     {
         QFETCH(QByteArray, bytes);
         const auto preferences = reading(bytes);
@@ -505,12 +506,12 @@ private Q_SLOTS:
         QCOMPARE(nextStart()->integer(u"a"_s), 1);
         QCOMPARE(nextStart()->integer(u"c"_s), 7);
 
-        // The rewritten file is sound: the copy stays that of the spoiled one.
+        // The rewritten file is valid, so the backup is not overwritten.
         preferences->setInteger(u"c"_s, 8);
         QCOMPARE(contents(path_ + u".bak"_s), bytes);
     }
 
-    void pureGarbageIsKeptToo()
+    void aFileOfRandomBytesIsBackedUpToo()
     {
         QByteArray garbage(5000, '\0');
         QRandomGenerator random(1);
@@ -522,7 +523,7 @@ private Q_SLOTS:
         QCOMPARE(nextStart()->integer(u"c"_s), 7);
     }
 
-    void aSpoiledFileThatCannotBeKeptIsNotOverwritten()
+    void aDamagedFileThatCannotBeBackedUpIsNotOverwritten()
     {
         const QByteArray bytes = "[General]\na=1\nb=\"2\n";
         QVERIFY(QDir(home_->path()).mkpath(u"Kelvo.conf.bak/full"_s));
@@ -532,9 +533,9 @@ private Q_SLOTS:
         QCOMPARE(preferences->integer(u"a"_s), 2);
     }
 
-    // MARK: places that refuse
+    // MARK: files that cannot be written
 
-    void anUnreadableFileIsLeftAlone()
+    void aFileWithoutReadPermissionIsNotChanged()
     {
         const QByteArray bytes = "[General]\na=1\n";
         QVERIFY(place(path_, bytes));
@@ -558,7 +559,7 @@ private Q_SLOTS:
                  0);
     }
 
-    void aDirectoryInPlaceOfTheFileIsLeftAlone()
+    void aDirectoryInPlaceOfTheFileIsNotChanged()
     {
         QVERIFY(QDir(home_->path()).mkpath(u"Kelvo.conf"_s));
         IniPreferences preferences(path_);
@@ -568,9 +569,9 @@ private Q_SLOTS:
         QCOMPARE(QDir(home_->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{u"Kelvo.conf"_s});
     }
 
-    void aDeviceInPlaceOfTheFileIsLeftAlone()
+    void aDeviceInPlaceOfTheFileIsNotChanged()
     {
-        // One of our own: a mistake here must not cost the system its /dev/null.
+        // Use a separate device, so that a defect cannot replace the /dev/null of the system.
         if (::mknod(QFile::encodeName(path_).constData(), S_IFCHR | 0600, makedev(1, 3)) != 0)
             QSKIP("only root makes devices");
         IniPreferences preferences(path_);
@@ -581,7 +582,7 @@ private Q_SLOTS:
         QVERIFY(S_ISCHR(info.st_mode));
     }
 
-    void aPipeInPlaceOfTheFileDoesNotHoldUpTheStart()
+    void aPipeInPlaceOfTheFileDoesNotBlockTheStart()
     {
         QCOMPARE(::mkfifo(QFile::encodeName(path_).constData(), 0600), 0);
         QCOMPARE(inChild([&] {
@@ -649,7 +650,7 @@ private Q_SLOTS:
                      EXPECT(preferences.text(u"big"_s) == tooMuch);
                      EXPECT(QDir(home_->path()).entryList(QDir::Files) == QStringList{u"Kelvo.conf"_s});
 
-                     // The event loop does not try again behind our back; the next write does.
+                     // The event loop does not try again; the next write does.
                      limit.rlim_cur = limit.rlim_max;
                      EXPECT(::setrlimit(RLIMIT_FSIZE, &limit) == 0);
                      QCoreApplication::sendPostedEvents();
@@ -663,7 +664,7 @@ private Q_SLOTS:
 
     // MARK: killed
 
-    void killedAtAnyMomentTheFileIsTheOldOrTheNewOne()
+    void theFileIsTheOldOrTheNewOneWhenTheProcessIsKilled()
     {
         constexpr int length = 3000;
         QRandomGenerator random(7);
@@ -688,7 +689,7 @@ private Q_SLOTS:
             for (const QFileInfo &entry : entries)
                 QCOMPARE(modeOf(entry.filePath()) & 077, mode_t(0));
 
-            // The next start is not held up and can write.
+            // The next start does not block and can write.
             IniPreferences next(path_);
             next.setInteger(u"round"_s, round);
             QVERIFY(contents(path_).contains("\nround=" + QByteArray::number(round) + "\n"));

@@ -17,8 +17,8 @@ class LinuxPlatformTest : public QObject
 
 private Q_SLOTS:
     void init();
-    void isCompleteAndQuietWithoutAnyBus();
-    void sharesOneConnectionToEachBus();
+    void isCompleteAndPrintsNothingWithoutABus();
+    void usesOneConnectionToEachBus();
 
 private:
     QTemporaryDir home_;
@@ -31,7 +31,7 @@ void LinuxPlatformTest::init()
     QTest::failOnWarning(QRegularExpression(u".*"_s));
 }
 
-void LinuxPlatformTest::isCompleteAndQuietWithoutAnyBus()
+void LinuxPlatformTest::isCompleteAndPrintsNothingWithoutABus()
 {
     const PrivateBus absent;
     qputenv("DBUS_SESSION_BUS_ADDRESS", absent.address().toUtf8());
@@ -44,7 +44,7 @@ void LinuxPlatformTest::isCompleteAndQuietWithoutAnyBus()
     QVERIFY(platform.notificationCenter && !platform.notificationCenter->canServeThisProcess());
 }
 
-void LinuxPlatformTest::sharesOneConnectionToEachBus()
+void LinuxPlatformTest::usesOneConnectionToEachBus()
 {
     PrivateBus session;
     session.start();
@@ -60,7 +60,7 @@ void LinuxPlatformTest::sharesOneConnectionToEachBus()
     for (const auto *bus : {&session, &system}) {
         const auto observer = bus->connect();
         const auto names = observer.interface()->registeredServiceNames().value();
-        QCOMPARE(names.filter(QRegularExpression(u"^:"_s)).size(), 2); // the observer is the other
+        QCOMPARE(names.filter(QRegularExpression(u"^:"_s)).size(), 2); // the observer and the program
     }
 }
 

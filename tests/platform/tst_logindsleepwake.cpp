@@ -13,13 +13,13 @@ class LogindSleepWakeTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void tellsOfSleepAndWake();
-    void repeatsNothing();
-    void findsALoginManagerThatComesLater();
-    void findsABusThatComesLater();
-    void wakesWhenTheLoginManagerGoesAwayAsleep();
-    void tellsNothingWhenTheLoginManagerGoesAwayAwake();
-    void wakesWhenTheBusGoesAwayAsleepAndListensToTheNextOne();
+    void reportsSleepAndWake();
+    void doesNotRepeatSignals();
+    void findsALoginManagerThatStartsLater();
+    void findsABusThatStartsLater();
+    void reportsAWakeWhenTheLoginManagerEndsDuringSleep();
+    void reportsNothingWhenTheLoginManagerEndsWhileAwake();
+    void reportsAWakeWhenTheBusEndsDuringSleepAndUsesTheNextBus();
 
 private:
     void watch();
@@ -49,7 +49,7 @@ void LogindSleepWakeTest::watch()
     connect(sleepWake_.get(), &SleepWake::didWake, this, [this] { told_ << QStringLiteral("wake"); });
 }
 
-// There is no telling from outside when the program has begun to listen, so the signal is repeated until it is heard.
+// The subscription cannot be observed from outside, so the signal is repeated until it is received.
 void LogindSleepWakeTest::sleepOnceHeard(FakeLogind &logind)
 {
     const auto heard = told_.size();
@@ -57,7 +57,7 @@ void LogindSleepWakeTest::sleepOnceHeard(FakeLogind &logind)
     QCOMPARE(told_.last(), QStringLiteral("sleep"));
 }
 
-void LogindSleepWakeTest::tellsOfSleepAndWake()
+void LogindSleepWakeTest::reportsSleepAndWake()
 {
     daemon_->start();
     FakeLogind logind(*daemon_);
@@ -70,7 +70,7 @@ void LogindSleepWakeTest::tellsOfSleepAndWake()
     QCOMPARE(told_.last(), QStringLiteral("sleep"));
 }
 
-void LogindSleepWakeTest::repeatsNothing()
+void LogindSleepWakeTest::doesNotRepeatSignals()
 {
     daemon_->start();
     FakeLogind logind(*daemon_);
@@ -84,7 +84,7 @@ void LogindSleepWakeTest::repeatsNothing()
     QCOMPARE(told_, (QStringList{QStringLiteral("sleep"), QStringLiteral("wake"), QStringLiteral("sleep")}));
 }
 
-void LogindSleepWakeTest::findsALoginManagerThatComesLater()
+void LogindSleepWakeTest::findsALoginManagerThatStartsLater()
 {
     daemon_->start();
     watch();
@@ -92,7 +92,7 @@ void LogindSleepWakeTest::findsALoginManagerThatComesLater()
     sleepOnceHeard(logind);
 }
 
-void LogindSleepWakeTest::findsABusThatComesLater()
+void LogindSleepWakeTest::findsABusThatStartsLater()
 {
     watch();
     daemon_->start();
@@ -100,7 +100,7 @@ void LogindSleepWakeTest::findsABusThatComesLater()
     sleepOnceHeard(logind);
 }
 
-void LogindSleepWakeTest::wakesWhenTheLoginManagerGoesAwayAsleep()
+void LogindSleepWakeTest::reportsAWakeWhenTheLoginManagerEndsDuringSleep()
 {
     daemon_->start();
     auto logind = std::make_unique<FakeLogind>(*daemon_);
@@ -114,7 +114,7 @@ void LogindSleepWakeTest::wakesWhenTheLoginManagerGoesAwayAsleep()
     sleepOnceHeard(*logind);
 }
 
-void LogindSleepWakeTest::tellsNothingWhenTheLoginManagerGoesAwayAwake()
+void LogindSleepWakeTest::reportsNothingWhenTheLoginManagerEndsWhileAwake()
 {
     daemon_->start();
     auto logind = std::make_unique<FakeLogind>(*daemon_);
@@ -129,7 +129,7 @@ void LogindSleepWakeTest::tellsNothingWhenTheLoginManagerGoesAwayAwake()
     QCOMPARE(told_, (QStringList{QStringLiteral("sleep"), QStringLiteral("wake"), QStringLiteral("sleep")}));
 }
 
-void LogindSleepWakeTest::wakesWhenTheBusGoesAwayAsleepAndListensToTheNextOne()
+void LogindSleepWakeTest::reportsAWakeWhenTheBusEndsDuringSleepAndUsesTheNextBus()
 {
     daemon_->start();
     auto logind = std::make_unique<FakeLogind>(*daemon_);

@@ -20,10 +20,10 @@ namespace kelvo {
 
 namespace {
 
-/// What CTest takes for "skipped".
+/// The exit code that CTest reports as "skipped".
 constexpr int skipped = 77;
 
-/// Moves this process into an empty network of its own, as root of which it may set up interfaces and routes.
+/// Moves this process into a new, empty network namespace in which it may set up interfaces and routes.
 bool enterOwnNetwork()
 {
     if (::geteuid() == 0 && ::unshare(CLONE_NEWNET) == 0) {
@@ -37,7 +37,7 @@ bool enterOwnNetwork()
     return true;
 }
 
-/// Whether the kernel counts the interface as running, which it may notice late.
+/// Whether the kernel reports the interface as running. This can be delayed.
 bool runs(const QString &interface)
 {
     return QNetworkInterface::interfaceFromName(interface).flags().testFlag(QNetworkInterface::IsRunning);
@@ -57,22 +57,22 @@ class RtnetlinkNetworkWatchTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void aNetworkThatComesUpIsTold();
-    void aDefaultRouteOfIPv6IsTold();
-    void anotherAddressIsTold();
-    void aLostNetworkIsNotToldButItsReturnIs();
-    void anotherRouterIsTold();
-    void aVirtualPrivateNetworkIsTold_data();
-    void aVirtualPrivateNetworkIsTold();
-    void aCableThatIsPluggedInAgainIsTold();
-    void anInterfaceWithoutADefaultRouteIsNotTold();
-    void whatStandsAlreadyIsNotTold();
+    void aNetworkThatComesUpIsReported();
+    void aDefaultRouteOfIPv6IsReported();
+    void anotherAddressIsReported();
+    void theReturnOfALostNetworkIsReportedButNotItsLoss();
+    void anotherRouterIsReported();
+    void aVirtualPrivateNetworkIsReported_data();
+    void aVirtualPrivateNetworkIsReported();
+    void aCableThatIsPluggedInAgainIsReported();
+    void anInterfaceWithoutADefaultRouteIsNotReported();
+    void theInitialNetworkIsNotReported();
     void leavesNoDescriptorBehind();
 
 private:
-    /// Runs `ip` with these arguments, and delivers what the kernel said meanwhile.
+    /// Runs `ip` with these arguments and processes the pending events.
     static bool ip(const QString &arguments);
-    /// An interface NAME0 that runs as soon as it is up: the other end of its cable, NAME1, is up already.
+    /// Adds a pair of connected interfaces, NAME0 and NAME1. NAME1 is up, so NAME0 runs as soon as it is up.
     static bool addInterface(const QString &name);
     static bool bringUp();
 };
@@ -106,7 +106,7 @@ void RtnetlinkNetworkWatchTest::cleanup()
     QVERIFY(ip(u"link delete lan0"_s));
 }
 
-void RtnetlinkNetworkWatchTest::aNetworkThatComesUpIsTold()
+void RtnetlinkNetworkWatchTest::aNetworkThatComesUpIsReported()
 {
     RtnetlinkNetworkWatch watch;
     const QSignalSpy changed(&watch, &NetworkWatch::changed);
@@ -117,19 +117,19 @@ void RtnetlinkNetworkWatchTest::aNetworkThatComesUpIsTold()
     QTRY_COMPARE(changed.count(), 1);
 }
 
-void RtnetlinkNetworkWatchTest::aDefaultRouteOfIPv6IsTold()
+void RtnetlinkNetworkWatchTest::aDefaultRouteOfIPv6IsReported()
 {
     RtnetlinkNetworkWatch watch;
     const QSignalSpy changed(&watch, &NetworkWatch::changed);
     QVERIFY(ip(u"link set lan0 up"_s));
     QVERIFY(ip(u"-6 route add default via fe80::1 dev lan0"_s));
-    // Its link-local address leads nowhere.
+    // A link-local address is not a way out.
     QCOMPARE(changed.count(), 0);
     QVERIFY(ip(u"address add 2001:db8::2/64 dev lan0 nodad"_s));
     QTRY_COMPARE(changed.count(), 1);
 }
 
-void RtnetlinkNetworkWatchTest::anotherAddressIsTold()
+void RtnetlinkNetworkWatchTest::anotherAddressIsReported()
 {
     QVERIFY(bringUp());
     RtnetlinkNetworkWatch watch;
@@ -140,7 +140,7 @@ void RtnetlinkNetworkWatchTest::anotherAddressIsTold()
     QTRY_COMPARE(changed.count(), 1);
 }
 
-void RtnetlinkNetworkWatchTest::aLostNetworkIsNotToldButItsReturnIs()
+void RtnetlinkNetworkWatchTest::theReturnOfALostNetworkIsReportedButNotItsLoss()
 {
     QVERIFY(bringUp());
     RtnetlinkNetworkWatch watch;
@@ -152,7 +152,7 @@ void RtnetlinkNetworkWatchTest::aLostNetworkIsNotToldButItsReturnIs()
     QTRY_COMPARE(changed.count(), 1);
 }
 
-void RtnetlinkNetworkWatchTest::anotherRouterIsTold()
+void RtnetlinkNetworkWatchTest::anotherRouterIsReported()
 {
     QVERIFY(bringUp());
     RtnetlinkNetworkWatch watch;
@@ -161,7 +161,7 @@ void RtnetlinkNetworkWatchTest::anotherRouterIsTold()
     QTRY_COMPARE(changed.count(), 1);
 }
 
-void RtnetlinkNetworkWatchTest::aVirtualPrivateNetworkIsTold_data()
+void RtnetlinkNetworkWatchTest::aVirtualPrivateNetworkIsReported_data()
 {
     QTest::addColumn<QString>("route");
     QTest::newRow("two halves of the addresses") << u"route add 0.0.0.0/1 dev vpn0"_s;
@@ -169,7 +169,7 @@ void RtnetlinkNetworkWatchTest::aVirtualPrivateNetworkIsTold_data()
     QTest::newRow("preferred by its metric") << u"route add default dev vpn0 metric 5"_s;
 }
 
-void RtnetlinkNetworkWatchTest::aVirtualPrivateNetworkIsTold()
+void RtnetlinkNetworkWatchTest::aVirtualPrivateNetworkIsReported()
 {
     QFETCH(QString, route);
     QVERIFY(bringUp());
@@ -185,7 +185,7 @@ void RtnetlinkNetworkWatchTest::aVirtualPrivateNetworkIsTold()
     QTRY_COMPARE(changed.count(), 1);
 }
 
-void RtnetlinkNetworkWatchTest::aCableThatIsPluggedInAgainIsTold()
+void RtnetlinkNetworkWatchTest::aCableThatIsPluggedInAgainIsReported()
 {
     QVERIFY(bringUp());
     RtnetlinkNetworkWatch watch;
@@ -196,7 +196,7 @@ void RtnetlinkNetworkWatchTest::aCableThatIsPluggedInAgainIsTold()
     QTRY_COMPARE(changed.count(), 1);
 }
 
-void RtnetlinkNetworkWatchTest::anInterfaceWithoutADefaultRouteIsNotTold()
+void RtnetlinkNetworkWatchTest::anInterfaceWithoutADefaultRouteIsNotReported()
 {
     QVERIFY(bringUp());
     RtnetlinkNetworkWatch watch;
@@ -209,7 +209,7 @@ void RtnetlinkNetworkWatchTest::anInterfaceWithoutADefaultRouteIsNotTold()
     QCOMPARE(changed.count(), 0);
 }
 
-void RtnetlinkNetworkWatchTest::whatStandsAlreadyIsNotTold()
+void RtnetlinkNetworkWatchTest::theInitialNetworkIsNotReported()
 {
     QVERIFY(bringUp());
     RtnetlinkNetworkWatch watch;

@@ -31,7 +31,7 @@ auto handlerOf(int signal)
     return action.sa_handler;
 }
 
-/// An event loop that no longer turns: it only says when the first signal has come in.
+/// Blocks the event loop. Prints a line when the first signal has arrived.
 [[noreturn]] void hang()
 {
     while (handlerOf(SIGTERM) != SIG_DFL)
@@ -41,7 +41,7 @@ auto handlerOf(int signal)
         ::pause();
 }
 
-/// The program that the signals are sent to: it says when it is ready and, after its event loop, that it left cleanly.
+/// The program that receives the signals. It prints a line when it is ready and another one after its event loop.
 int runChild(QCoreApplication &application, const QString &kind)
 {
     if (kind == u"nohup"_s)
@@ -97,7 +97,7 @@ private Q_SLOTS:
         child_.waitForFinished();
     }
 
-    void aSignalEndsTheEventLoopCleanly_data()
+    void aSignalExitsTheEventLoopCleanly_data()
     {
         QTest::addColumn<int>("signal");
         QTest::newRow("SIGTERM") << SIGTERM;
@@ -105,7 +105,7 @@ private Q_SLOTS:
         QTest::newRow("SIGHUP") << SIGHUP;
     }
 
-    void aSignalEndsTheEventLoopCleanly()
+    void aSignalExitsTheEventLoopCleanly()
     {
         QFETCH(int, signal);
         start(u"plain"_s);
@@ -117,7 +117,7 @@ private Q_SLOTS:
         QCOMPARE(child_.exitCode(), 0);
     }
 
-    void twoKindsAtOnceStillEndItCleanly()
+    void twoSignalsAtOnceExitItCleanly()
     {
         start(u"plain"_s);
         send(SIGTERM);
@@ -128,7 +128,7 @@ private Q_SLOTS:
         QCOMPARE(child_.exitCode(), 0);
     }
 
-    void theSecondSignalEndsAHangingProgram()
+    void theSecondSignalKillsAHangingProgram()
     {
         start(u"stuck"_s);
         send(SIGTERM);

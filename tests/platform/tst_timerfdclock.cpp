@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// The kernel's side, as the clock under test sees it.
+// Makes the system calls of the clock under test fail.
 bool noDescriptorLeft = false;
 bool refusesToArm = false;
 int lastClockId = -1;
@@ -25,7 +25,7 @@ int lastFlags = -1;
 
 } // namespace
 
-/// Stands before the C library's, so that a test can run out of descriptors without taking them from everyone.
+/// Replaces the function of the C library, so that a test can let it fail without using up all descriptors.
 extern "C" int timerfd_create(int clockId, int flags) noexcept
 {
     lastClockId = clockId;
@@ -65,7 +65,7 @@ qsizetype openDescriptors()
     return QDir(u"/proc/self/fd"_s).entryList(QDir::Files | QDir::System).size();
 }
 
-/// How often the main thread went to sleep so far, which is how often it was woken.
+/// The number of times that the main thread has gone to sleep, and so has been woken up.
 long sleeps()
 {
     rusage usage{};
@@ -85,13 +85,13 @@ private:
 private Q_SLOTS:
     void initTestCase()
     {
-        // The event loop opens descriptors of its own at first use.
+        // The event loop opens descriptors at its first use.
         int calls = 0;
         const TimerPtr timer = clock_.after(0ms, [&] { ++calls; });
         QTRY_COMPARE(calls, 1);
     }
 
-    void callsOnceAndNotBeforeTheWaitIsOver_data()
+    void callsOnceAndNotBeforeTheEndOfTheWait_data()
     {
         QTest::addColumn<int>("wait");
         QTest::newRow("1 ms") << 1;
@@ -99,7 +99,7 @@ private Q_SLOTS:
         QTest::newRow("over a second") << 1003;
     }
 
-    void callsOnceAndNotBeforeTheWaitIsOver()
+    void callsOnceAndNotBeforeTheEndOfTheWait()
     {
         QFETCH(int, wait);
         int calls = 0;
@@ -118,7 +118,7 @@ private Q_SLOTS:
         QCOMPARE(calls, 1);
     }
 
-    void aWaitThatIsOverAlreadyCallsFromTheEventLoop_data()
+    void aWaitOfZeroOrLessCallsFromTheEventLoop_data()
     {
         QTest::addColumn<qint64>("wait");
         QTest::newRow("zero") << qint64(0);
@@ -126,7 +126,7 @@ private Q_SLOTS:
         QTest::newRow("very negative") << qint64(-5'000'000'000);
     }
 
-    void aWaitThatIsOverAlreadyCallsFromTheEventLoop()
+    void aWaitOfZeroOrLessCallsFromTheEventLoop()
     {
         QFETCH(qint64, wait);
         int calls = 0;
@@ -135,14 +135,14 @@ private Q_SLOTS:
         QTRY_COMPARE(calls, 1);
     }
 
-    void countsThroughSuspendAndLeavesNoDescriptorToChildren()
+    void countsThroughSuspendAndDoesNotPassItsDescriptorToChildren()
     {
         const TimerPtr timer = clock_.after(1h, [] { });
         QCOMPARE(lastClockId, CLOCK_BOOTTIME);
         QCOMPARE(lastFlags & TFD_CLOEXEC, TFD_CLOEXEC);
     }
 
-    void aNearerCallComesBeforeAFarOneArmedEarlier()
+    void anEarlierDeadlineFiresBeforeALaterOneSetBefore()
     {
         int farCalls = 0;
         int nearCalls = 0;
@@ -163,9 +163,9 @@ private Q_SLOTS:
         QCOMPARE(cancelled, 0);
     }
 
-    void aDueTimerThatAnotherCallDestroysDoesNotCall()
+    void aDueTimerDestroyedByAnotherCallbackDoesNotCall()
     {
-        // Both are due when the event loop looks; whichever is served first cancels the other.
+        // Both timers are due in the same turn of the event loop. The one that fires first destroys the other.
         int calls = 0;
         TimerPtr first;
         TimerPtr second;
@@ -187,7 +187,7 @@ private Q_SLOTS:
         QCOMPARE(calls, 1);
     }
 
-    void aTimerMayBeDestroyedInItsOwnCall()
+    void aTimerMayBeDestroyedByItsOwnCallback()
     {
         const auto capture = std::make_shared<int>(7);
         int seen = 0;
@@ -200,7 +200,7 @@ private Q_SLOTS:
         QCOMPARE(capture.use_count(), 1L);
     }
 
-    void aCallMayArmTheNextInItsPlace()
+    void aCallbackMayReplaceItsOwnTimer()
     {
         int calls = 0;
         TimerPtr timer;
@@ -212,9 +212,10 @@ private Q_SLOTS:
         QTRY_COMPARE(calls, 50);
     }
 
-    void aReusedDescriptorDoesNotMakeTheNextCallEarly()
+    void aReusedDescriptorDoesNotFireTheNextTimerEarly()
     {
-        // The cancelled timer's descriptor, due in this very turn of the event loop, goes to a call that is far away.
+        // The descriptor of a destroyed timer, which is due in this turn of the event loop, is reused by a timer that is
+        // due much later.
         int farCalls = 0;
         int witness = 0;
         TimerPtr due;
@@ -232,7 +233,7 @@ private Q_SLOTS:
         QCOMPARE(farCalls, 0);
     }
 
-    void descriptorsAreReturned()
+    void descriptorsAreClosed()
     {
         const auto before = openDescriptors();
         int calls = 0;
@@ -290,7 +291,7 @@ private Q_SLOTS:
         const TimerPtr farther = clock_.after(2h, [] { });
         const long before = sleeps();
         loop.exec();
-        // One sleep until the end, and a few to spare for paging; a timer that ticks at a screen’s pace makes eighteen.
+        // One sleep until the end, and a margin for paging. A timer that fires at the frame rate would cause eighteen.
         QVERIFY2(sleeps() - before <= 8, qPrintable(QString::number(sleeps() - before)));
     }
 };

@@ -38,7 +38,7 @@ QByteArray valueOf(const QByteArray &entry, const QByteArray &key)
     return {};
 }
 
-/// The escapes of any text in a desktop file.
+/// Removes the escapes of a string in a desktop file.
 QByteArray unescaped(const QByteArray &value)
 {
     QByteArray text;
@@ -58,7 +58,7 @@ QByteArray unescaped(const QByteArray &value)
     return text;
 }
 
-/// The program that an Exec line starts, read as a session does: escapes, then quotes, then field codes.
+/// Returns the program that an Exec line starts: removes escapes, then quotes, then field codes, as a session does.
 QString programOf(const QByteArray &exec)
 {
     const QByteArray line = unescaped(exec);
@@ -118,7 +118,7 @@ private Q_SLOTS:
 
     // MARK: reading
 
-    void readsWhetherAFileStartsIt_data()
+    void readsWhetherAFileStartsTheProgram_data()
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<bool>("expected");
@@ -141,7 +141,7 @@ private Q_SLOTS:
         row("garbage", "\xff\xfe=[\n]]==\n", false);
     }
 
-    void readsWhetherAFileStartsIt()
+    void readsWhetherAFileStartsTheProgram()
     {
         QFETCH(QByteArray, bytes);
         QFETCH(bool, expected);
@@ -150,7 +150,7 @@ private Q_SLOTS:
         QCOMPARE(item().isEnabled(), expected);
     }
 
-    void readsTheStateAfreshEachTime()
+    void readsTheStateOnEachCall()
     {
         const XdgLoginItem one = item();
         QVERIFY(!one.isEnabled());
@@ -160,7 +160,7 @@ private Q_SLOTS:
         QVERIFY(!one.isEnabled());
     }
 
-    void theUsersFileComesBeforeTheSystems()
+    void theUsersFileOverridesTheSystems()
     {
         QVERIFY(place(lastSystemFile_, "[Desktop Entry]\nType=Application\n"));
         QVERIFY(item().isEnabled());
@@ -192,7 +192,7 @@ private Q_SLOTS:
         QCOMPARE(QFile::permissions(userFile_), all);
     }
 
-    void anyPathSurvivesTheQuoting_data()
+    void everyPathIsQuotedCorrectly_data()
     {
         QTest::addColumn<QString>("path");
         const QStringList paths{u"/usr/bin/kelvo"_s,
@@ -209,7 +209,7 @@ private Q_SLOTS:
             QTest::newRow(qPrintable(path.toHtmlEscaped())) << path;
     }
 
-    void anyPathSurvivesTheQuoting()
+    void everyPathIsQuotedCorrectly()
     {
         QFETCH(QString, path);
         XdgLoginItem odd(path, configDirs_);
@@ -227,7 +227,7 @@ private Q_SLOTS:
         QCOMPARE(contents(userFile_), own);
     }
 
-    void registeringReplacesWhatDoesNotStartThisProgram_data()
+    void registeringReplacesAFileThatDoesNotStartThisProgram_data()
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("an old place") << "[Desktop Entry]\nType=Application\nExec=\"/old/kelvo\"\n"_ba;
@@ -236,7 +236,7 @@ private Q_SLOTS:
         QTest::newRow("garbage") << "\xff\xff"_ba;
     }
 
-    void registeringReplacesWhatDoesNotStartThisProgram()
+    void registeringReplacesAFileThatDoesNotStartThisProgram()
     {
         QFETCH(QByteArray, bytes);
         QVERIFY(place(userFile_, bytes));
@@ -269,13 +269,13 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(userFile_));
     }
 
-    void removingWhatIsNotThereSucceeds()
+    void removingAnAbsentFileSucceeds()
     {
         QVERIFY(item().unregisterItem());
         QVERIFY(QDir(root_->path()).isEmpty());
     }
 
-    void hidesASystemsFile()
+    void overridesASystemsFileWithAHiddenEntry()
     {
         const QByteArray bytes = "[Desktop Entry]\nType=Application\nExec=kelvo\n";
         QVERIFY(place(lastSystemFile_, bytes));
@@ -290,9 +290,9 @@ private Q_SLOTS:
         }
     }
 
-    // MARK: places that refuse
+    // MARK: files that cannot be written
 
-    void aDirectoryInTheWayRefuses()
+    void aDirectoryInPlaceOfTheFileIsAFailure()
     {
         QVERIFY(QDir().mkpath(userFile_ + u"/full"_s));
         QVERIFY(!item().registerItem());
@@ -305,7 +305,7 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(userFile_ + u"/full"_s).isDir());
     }
 
-    void aFileInPlaceOfTheDirectoryRefuses()
+    void aFileInPlaceOfTheDirectoryIsAFailure()
     {
         QVERIFY(place(configDirs_.at(0) + u"/autostart"_s, "in the way"));
         QVERIFY(!item().registerItem());
@@ -313,9 +313,9 @@ private Q_SLOTS:
         QCOMPARE(contents(configDirs_.at(0) + u"/autostart"_s), "in the way"_ba);
     }
 
-    void aReadOnlyPlaceRefuses()
+    void aReadOnlyDirectoryIsAFailure()
     {
-        // The kernel's own tree, which refuses root as well.
+        // /proc cannot be written, not even by root.
         XdgLoginItem there(program, {u"/proc/self"_s});
         QVERIFY(!there.registerItem());
         QVERIFY(!there.isEnabled());
@@ -324,7 +324,7 @@ private Q_SLOTS:
 
     // MARK: this session
 
-    void usesTheDirectoriesAndTheProgramOfThisSession_data()
+    void usesTheDirectoriesAndTheProgramOfTheSession_data()
     {
         QTest::addColumn<QString>("image");
         QTest::addColumn<QString>("expected");
@@ -332,7 +332,7 @@ private Q_SLOTS:
         QTest::newRow("AppImage") << u"/home/me/My Apps/Kelvo.AppImage"_s << u"/home/me/My Apps/Kelvo.AppImage"_s;
     }
 
-    void usesTheDirectoriesAndTheProgramOfThisSession()
+    void usesTheDirectoriesAndTheProgramOfTheSession()
     {
         QFETCH(QString, image);
         QFETCH(QString, expected);
