@@ -31,7 +31,8 @@ FocusScope {
     Accessible.role: Accessible.Pane
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
-    implicitHeight: Math.max(260, list.y + list.height + stack.leastSpace + footer.height)
+    // Whole, as a window is: the lines of some fonts are not.
+    implicitHeight: Math.ceil(Math.max(260, list.y + list.height + stack.leastSpace + footer.height))
     implicitWidth: 320
 
     Keys.onDownPressed: list.focusRow(0)
