@@ -1,5 +1,6 @@
 #include "alerts/NotifierStore.h"
 
+#include "ReadyFuture.h"
 #include "WhileAlive.h"
 
 #include <QJsonDocument>
@@ -36,7 +37,7 @@ void NotifierStore::refreshAuthorization()
 QFuture<void> NotifierStore::requestAuthorization()
 {
     if (!center_.canServeThisProcess()) {
-        return QtFuture::makeReadyFuture();
+        return readyFuture();
     }
     return center_.requestAuthorization().then(whileAlive(this, [this] { refreshAuthorization(); }));
 }
@@ -71,7 +72,7 @@ QFuture<bool> NotifierStore::post(const QString &text, RemoteChannel channel)
     case RemoteChannel::email:
     case RemoteChannel::whatsapp: break;
     }
-    return QtFuture::makeReadyFuture(false);
+    return readyFuture(false);
 }
 
 QFuture<bool> NotifierStore::postSlack(const QString &text, const QString &webhook)
@@ -82,7 +83,7 @@ QFuture<bool> NotifierStore::postSlack(const QString &text, const QString &webho
 QFuture<bool> NotifierStore::postTelegram(const QString &text, const QString &token, const QString &chatID)
 {
     if (token.isEmpty() || chatID.isEmpty()) {
-        return QtFuture::makeReadyFuture(false);
+        return readyFuture(false);
     }
     return postJson("https://api.telegram.org/bot"_L1 + token + "/sendMessage"_L1,
                     {{u"chat_id"_s, chatID}, {u"text"_s, text}});
@@ -92,7 +93,7 @@ QFuture<bool> NotifierStore::postJson(const QString &address, const QJsonObject 
 {
     const QUrl url(address, QUrl::StrictMode);
     if (!url.isValid()) {
-        return QtFuture::makeReadyFuture(false);
+        return readyFuture(false);
     }
     return session_.postJson(url, QJsonDocument(message).toJson(QJsonDocument::Compact))
         .then([](const HttpResponse &response) {

@@ -1,5 +1,6 @@
 #include "http/HttpRound.h"
 
+#include "ReadyFuture.h"
 #include "WhileAlive.h"
 #include "http/HttpAddress.h"
 #include "http/RouteFinder.h"
@@ -42,11 +43,11 @@ HttpRound::~HttpRound()
 QFuture<bool> HttpRound::prepare(const QUrl &url)
 {
     if (!routes_) {
-        return QtFuture::makeReadyFuture(true);
+        return readyFuture(true);
     }
     const QUrl origin = originOf(url);
     if (const auto known = routes_->known.constFind(origin); known != routes_->known.cend()) {
-        return QtFuture::makeReadyFuture(known->has_value());
+        return readyFuture(known->has_value());
     }
     auto &waiting = waiting_[origin];
     auto &promise = waiting.emplace_back();

@@ -1,5 +1,6 @@
 #include "http/HttpSession.h"
 
+#include "ReadyFuture.h"
 #include "http/HttpAddress.h"
 #include "http/HttpRound.h"
 #include "http/HttpTransfer.h"
@@ -60,7 +61,7 @@ QFuture<HttpResponse> HttpSession::send(const QNetworkRequest &request, HttpBody
                                         const std::optional<QByteArray> &post)
 {
     if (!isWebAddress(request.url())) {
-        return QtFuture::makeReadyFuture(HttpResponse{});
+        return readyFuture(HttpResponse{});
     }
     auto *transfer = new HttpTransfer(currentRound(), request, body, post, limits_, this);
     return transfer->future();

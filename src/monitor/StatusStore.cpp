@@ -1,5 +1,6 @@
 #include "monitor/StatusStore.h"
 
+#include "ReadyFuture.h"
 #include "WhileAlive.h"
 
 #include <QFuture>
@@ -122,7 +123,7 @@ void StatusStore::restartPolling(bool immediate)
 QFuture<void> StatusStore::checkAll()
 {
     if (!settings_.watchOnThisMac()) {
-        return QtFuture::makeReadyFuture();
+        return readyFuture();
     }
     const auto services = settings_.watchedServices();
     QList<QFuture<void>> checks;
@@ -226,7 +227,7 @@ std::chrono::seconds StatusStore::pollInterval() const
 
 QFuture<void> StatusStore::pollRound()
 {
-    return isAsleep_ ? QtFuture::makeReadyFuture() : checkAll();
+    return isAsleep_ ? readyFuture() : checkAll();
 }
 
 QFuture<void> StatusStore::check(const Service &service)
@@ -234,7 +235,7 @@ QFuture<void> StatusStore::check(const Service &service)
     const auto judge = [this, service](const StatusReading &reading) {
         if (!isRecoveryCandidate(status(service.id), reading)) {
             record(service, reading, false);
-            return QtFuture::makeReadyFuture();
+            return readyFuture();
         }
         return checks_.probe(service).then(
             whileAlive(this, [this, service, reading](bool isUsable) { record(service, reading, isUsable); }));

@@ -1,5 +1,7 @@
 #include "sources/DocumentDecoder.h"
 
+#include "ReadyFuture.h"
+
 #include <QPromise>
 
 #include <memory>
@@ -21,7 +23,7 @@ DocumentDecoder::~DocumentDecoder()
 QFuture<std::optional<StatusReading>> DocumentDecoder::run(const QByteArray &document, Decode decode)
 {
     if (document.size() < largeSize) {
-        return QtFuture::makeReadyFuture(decode(document));
+        return readyFuture(decode(document));
     }
     auto promise = std::make_shared<QPromise<std::optional<StatusReading>>>();
     promise->start();

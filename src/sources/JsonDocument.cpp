@@ -13,6 +13,9 @@ std::optional<JsonDocument> JsonDocument::parse(QByteArrayView bytes)
     if (bytes.isEmpty()) {
         return std::nullopt; // the data pointer may be null, and the parser copies from it
     }
+    if (bytes.startsWith(byteOrderMark)) {
+        return std::nullopt; // newer parsers pass over one themselves, and so over a second one here
+    }
     JsonDocument document;
     if (document.parser_->parse(bytes.data(), static_cast<size_t>(bytes.size())).get(document.root_)
         != simdjson::SUCCESS) {

@@ -41,23 +41,26 @@ void ProxiedProcess::setEnvironment(const QString &name, const QString &value)
 void ProxiedProcess::start()
 {
     process_.start(QStringLiteral(KELVO_WITH_AUTHORITY), QStringList{trusted_.path(), program_} + arguments_);
-    process_.waitForStarted();
+    hasRun_ = process_.waitForStarted();
 }
 
 int ProxiedProcess::stop(int signal)
 {
-    ::kill(static_cast<pid_t>(process_.processId()), signal);
+    // Without a process the id is 0, by which `kill` means the whole process group of this test.
+    if (const auto id = static_cast<pid_t>(process_.processId()); id > 0) {
+        ::kill(id, signal);
+    }
     return waitForEnd();
 }
 
 int ProxiedProcess::waitForEnd()
 {
-    if (!process_.waitForFinished(20'000)) {
+    if (isRunning() && !process_.waitForFinished(20'000)) {
         process_.kill();
         process_.waitForFinished();
         return -1;
     }
-    return process_.exitStatus() == QProcess::NormalExit ? process_.exitCode() : -1;
+    return hasRun_ && process_.exitStatus() == QProcess::NormalExit ? process_.exitCode() : -1;
 }
 
 } // namespace kelvo

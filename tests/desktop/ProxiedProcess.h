@@ -24,7 +24,8 @@ public:
     void setEnvironment(const QString &name, const QString &value);
 
     void start();
-    /// Ends the program with SIGTERM, or another signal. Gives what it exited with, or -1 when a signal killed it.
+    /// Ends the program with SIGTERM, or another signal. Gives what it exited with, or -1 when a signal killed it or it
+    /// never ran. Does nothing when it has ended already.
     int stop(int signal = 15);
     /// Waits for the program to end by itself. Gives what it exited with, or -1.
     int waitForEnd();
@@ -40,6 +41,7 @@ private:
     std::unique_ptr<CertificateAuthority> authority_;
     QTemporaryDir trusted_;
     QProcess process_;
+    bool hasRun_ = false;
 };
 
 } // namespace kelvo

@@ -242,7 +242,8 @@ void OverlappingChecksTest::everyOrderOfAnswersRaisesTheRightAlerts()
                 listener.hearService(service->isUsable);
             }
             const auto found = fault(run, listener, event, alertsBefore);
-            QVERIFY2(found.isEmpty(), qPrintable(found + u": "_s + text({story.begin(), story.begin() + step + 1})));
+            const auto end = story.begin() + static_cast<std::ptrdiff_t>(step) + 1;
+            QVERIFY2(found.isEmpty(), qPrintable(found + u": "_s + text({story.begin(), end})));
         }
         ++told;
     }

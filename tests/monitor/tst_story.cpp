@@ -10,8 +10,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto claude = ServiceID::claude;
-
 /// The answers of one round: the health on the status page, and whether the probe succeeds.
 struct Look
 {

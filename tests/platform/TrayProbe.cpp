@@ -1,7 +1,7 @@
 // A program with nothing but an item in the tray: what decides about the tray, Qt decides once in a process.
 //
 // Each line on standard input is a command of the test: "icon <colour>", "tooltip <text>", "menu <entry>", "show".
-// The last one prints "shown", each click of the item "activated".
+// The last one prints "shown", each click of the item "activated", each choice of an entry "chosen <entry>".
 
 #include "platform/linux/TrayStatusItem.h"
 
@@ -70,7 +70,7 @@ int main(int argc, char **argv)
         } else if (command == "tooltip"_L1) {
             item.setToolTip(argument);
         } else if (command == "menu"_L1) {
-            menu.addAction(argument);
+            menu.addAction(argument, [argument] { say(qPrintable("chosen "_L1 + argument)); });
             item.setMenu(&menu);
         } else if (command == "show"_L1) {
             item.show();

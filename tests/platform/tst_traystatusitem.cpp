@@ -1,3 +1,4 @@
+#include "platform/linux/StatusNotifierMenu.h"
 #include "support/FakeStatusNotifierWatcher.h"
 #include "support/FakeXEmbedTray.h"
 #include "support/PrivateBus.h"
@@ -10,6 +11,7 @@
 #include <QDBusVariant>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QVariantMap>
@@ -33,6 +35,8 @@ private Q_SLOTS:
     void appearsAgainAfterARestartOfTheTray();
     void appearsAgainAfterARestartOfTheBus();
     void tellsOfAClick();
+    void tellsOfAChosenEntry();
+    void separatorsAndDisabledEntriesAreToldAsSuch();
     void carriesWhatWasSetBeforeItWasShown();
     void carriesWhatWasSetAfterItWasShown();
     void embedsWhereThereIsNoBus();
@@ -47,6 +51,7 @@ private:
     QVariant ask(const QString &path, const QString &interface, const QString &method, const QVariantList &arguments);
     QVariant itemProperty(const QString &name);
     QString toolTip();
+    QString menuPath();
     QStringList menuEntries();
 
     std::unique_ptr<VirtualDisplay> display_;
@@ -112,7 +117,7 @@ QVariant TrayStatusItemTest::ask(const QString &path, const QString &interface, 
     question.setArguments(arguments);
     const auto answer = tray_->connection().asyncCall(question);
     const bool answered = QTest::qWaitFor([&] { return answer.isFinished(); }) && !answer.isError();
-    return answered ? answer.reply().arguments().last() : QVariant();
+    return answered ? answer.reply().arguments().value(answer.reply().arguments().size() - 1) : QVariant();
 }
 
 QVariant TrayStatusItemTest::itemProperty(const QString &name)
@@ -143,11 +148,15 @@ QString TrayStatusItemTest::toolTip()
     return title;
 }
 
+QString TrayStatusItemTest::menuPath()
+{
+    return itemProperty(u"Menu"_s).value<QDBusObjectPath>().path();
+}
+
 QStringList TrayStatusItemTest::menuEntries()
 {
-    const auto path = itemProperty(u"Menu"_s).value<QDBusObjectPath>().path();
-    const auto layout =
-        ask(path, u"com.canonical.dbusmenu"_s, u"GetLayout"_s, {0, 1, QStringList{u"label"_s}}).value<QDBusArgument>();
+    const auto layout = ask(menuPath(), u"com.canonical.dbusmenu"_s, u"GetLayout"_s, {0, 1, QStringList{u"label"_s}})
+                            .value<QDBusArgument>();
     if (layout.currentSignature() != "(ia{sv}av)"_L1) {
         return {};
     }
@@ -241,6 +250,7 @@ void TrayStatusItemTest::appearsAgainAfterARestartOfTheBus()
     tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
     QTRY_COMPARE(tray_->items().size(), 1);
     QTRY_COMPARE(itemProperty(u"Status"_s), QVariant(u"Active"_s));
+    QCOMPARE(toolTip(), u"Claude"_s);
 }
 
 void TrayStatusItemTest::tellsOfAClick()
@@ -259,6 +269,58 @@ void TrayStatusItemTest::tellsOfAClick()
     click(u"SecondaryActivate"_s); // the middle button, which means nothing here
     click(u"Activate"_s);
     QTRY_COMPARE(said(), QByteArray("shown\nactivated\n"));
+}
+
+void TrayStatusItemTest::tellsOfAChosenEntry()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nmenu Settings\nmenu Quit\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QTRY_COMPARE(said(), QByteArray("shown\n"));
+    const auto event = [&](int entry, const QString &kind) {
+        ask(menuPath(), u"com.canonical.dbusmenu"_s, u"Event"_s,
+            {entry, kind, QVariant::fromValue(QDBusVariant(0)), 0U});
+    };
+    event(2, u"hovered"_s);
+    event(7, u"clicked"_s); // of which there is none
+    event(2, u"clicked"_s);
+    QTRY_COMPARE(said(), QByteArray("shown\nchosen Quit\n"));
+}
+
+void TrayStatusItemTest::separatorsAndDisabledEntriesAreToldAsSuch()
+{
+    QMenu menu;
+    menu.addAction(u"Open_it"_s);
+    menu.addSeparator();
+    menu.addAction(u"Quit"_s)->setEnabled(false);
+    StatusNotifierMenu onBus;
+    QSignalSpy updates(&onBus, &StatusNotifierMenu::LayoutUpdated);
+    onBus.setMenu(&menu);
+    QCOMPARE(updates.size(), 1);
+
+    MenuLayout layout;
+    const auto revision = onBus.GetLayout(0, -1, {}, layout);
+    QCOMPARE(layout.properties, (QVariantMap{{u"children-display"_s, u"submenu"_s}}));
+    QList<QVariantMap> entries;
+    for (const auto &child : layout.children) {
+        entries.append(child.value<MenuLayout>().properties);
+    }
+    const QList<QVariantMap> expected{
+        {{u"label"_s, u"Open__it"_s}, {u"enabled"_s, true}, {u"visible"_s, true}},
+        {{u"type"_s, u"separator"_s}},
+        {{u"label"_s, u"Quit"_s}, {u"enabled"_s, false}, {u"visible"_s, true}},
+    };
+    QCOMPARE(entries, expected);
+    const auto asked = onBus.GetGroupProperties({3, 9}, {u"enabled"_s});
+    QCOMPARE(asked.size(), 1);
+    QCOMPARE(asked.first().id, 3);
+    QCOMPARE(asked.first().properties, (QVariantMap{{u"enabled"_s, false}}));
+
+    menu.actions().last()->setEnabled(true);
+    QCOMPARE(updates.size(), 2);
+    QVERIFY(onBus.GetLayout(0, 0, {}, layout) > revision);
+    QVERIFY(layout.children.isEmpty());
 }
 
 void TrayStatusItemTest::carriesWhatWasSetBeforeItWasShown()
@@ -320,5 +382,5 @@ void TrayStatusItemTest::prefersTheTrayOnTheBusToOneOfX11()
 
 } // namespace kelvo
 
-QTEST_GUILESS_MAIN(kelvo::TrayStatusItemTest)
+QTEST_MAIN(kelvo::TrayStatusItemTest)
 #include "tst_traystatusitem.moc"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ReadyFuture.h"
 #include "platform/NotificationCenter.h"
 
 #include <QStringList>
@@ -18,13 +19,13 @@ public:
     QFuture<AuthorizationStatus> authorizationStatus() override
     {
         ++reads;
-        return QtFuture::makeReadyFuture(status);
+        return readyFuture(status);
     }
 
     QFuture<void> requestAuthorization() override
     {
         ++requests;
-        return QtFuture::makeReadyFuture();
+        return readyFuture();
     }
 
     void add(const LocalNotification &notification) override

@@ -1,5 +1,7 @@
 #include "support/FakeStatusChecks.h"
 
+#include "ReadyFuture.h"
+
 #include <algorithm>
 
 namespace kelvo {
@@ -38,7 +40,7 @@ QFuture<StatusReading> FakeStatusChecks::read(const Service &service)
     asked_.push_back({Kind::read, service.id});
     if (readScript) {
         if (const auto reading = readScript(service.id)) {
-            return QtFuture::makeReadyFuture(*reading);
+            return readyFuture(*reading);
         }
     }
     return leaveOpen(readings_, question);
@@ -50,7 +52,7 @@ QFuture<bool> FakeStatusChecks::probe(const Service &service)
     asked_.push_back({Kind::probe, service.id});
     if (probeScript) {
         if (const auto isUsable = probeScript(service.id)) {
-            return QtFuture::makeReadyFuture(*isUsable);
+            return readyFuture(*isUsable);
         }
     }
     return leaveOpen(probes_, question);

@@ -31,7 +31,8 @@ FocusScope {
     Accessible.role: Accessible.Pane
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
-    implicitHeight: Math.max(Tokens.popoverLeastHeight, list.y + list.height + stack.leastSpace + footer.height)
+    // A window has a whole height, and the lines of some fonts do not.
+    implicitHeight: Math.ceil(Math.max(Tokens.popoverLeastHeight, list.y + list.height + stack.leastSpace + footer.height))
     implicitWidth: Tokens.popoverWidth
 
     Keys.onDownPressed: list.focusRow(0)

@@ -35,7 +35,7 @@ std::unique_ptr<SingleInstance> makeSingleInstance()
 
 QString libraryFolder()
 {
-    return QStringLiteral("../lib/kelvo");
+    return QStringLiteral(KELVO_LIBRARY_FOLDER);
 }
 
 } // namespace kelvo

@@ -18,7 +18,7 @@ const auto watcherPath = u"/StatusNotifierWatcher"_s;
 /// How long the start may wait for the tray's first answer. One that is there answers within a millisecond or two.
 constexpr auto firstAnswerAtMost = 200ms;
 
-/// Asks for what Qt looks at too: it takes a watcher without a host for no tray at all.
+/// Whether somebody shows the items that the watcher knows. A watcher without a host is no tray.
 QDBusMessage hostQuestion(const QString &watcher)
 {
     auto question = QDBusMessage::createMethodCall(watcher, watcherPath, u"org.freedesktop.DBus.Properties"_s,
@@ -48,9 +48,8 @@ TrayStatusItem::TrayStatusItem(std::shared_ptr<BusConnection> sessionBus)
     connect(&xembed_, &XEmbedTray::appeared, this, &TrayStatusItem::awaitHost);
     // An item on the bus ends with the bus.
     connect(bus_.get(), &BusConnection::disconnected, this, [this] {
-        if (isOnBus_) {
-            item_.reset();
-        }
+        busItem_.reset();
+        registeredWith_.clear();
     });
     busTrayGrace_.setSingleShot(true);
     connect(&busTrayGrace_, &QTimer::timeout, this, &TrayStatusItem::settleForXEmbed);
@@ -59,30 +58,39 @@ TrayStatusItem::TrayStatusItem(std::shared_ptr<BusConnection> sessionBus)
 void TrayStatusItem::setIcon(const QIcon &icon)
 {
     icon_ = icon;
-    if (item_) {
-        item_->setIcon(icon);
+    if (busItem_) {
+        busItem_->setIcon(icon);
+    }
+    if (embedded_) {
+        embedded_->setIcon(icon);
     }
 }
 
 void TrayStatusItem::setToolTip(const QString &text)
 {
     toolTip_ = text;
-    if (item_) {
-        item_->setToolTip(text);
+    if (busItem_) {
+        busItem_->setToolTip(text);
+    }
+    if (embedded_) {
+        embedded_->setToolTip(text);
     }
 }
 
 void TrayStatusItem::setMenu(QMenu *menu)
 {
     menu_ = menu;
-    if (item_) {
-        item_->setContextMenu(menu);
+    if (busItem_) {
+        busItem_->setMenu(menu);
+    }
+    if (embedded_) {
+        embedded_->setContextMenu(menu);
     }
 }
 
 QRect TrayStatusItem::geometry() const
 {
-    return item_ ? item_->geometry() : QRect();
+    return embedded_ ? embedded_->geometry() : QRect();
 }
 
 void TrayStatusItem::show()
@@ -92,18 +100,18 @@ void TrayStatusItem::show()
     }
     shown_ = true;
     if (!bus_->isConnected()) {
-        place();
+        embed();
         return;
     }
     // Asked once while waiting, so that a ring whose tray is there does not come behind all else that starts.
-    onHostKnown(saysRegistered(
-        bus_->connection().call(hostQuestion(watcherName), QDBus::Block, static_cast<int>(firstAnswerAtMost.count()))));
+    onHostKnown(
+        bus_->connection().call(hostQuestion(watcherName), QDBus::Block, static_cast<int>(firstAnswerAtMost.count())));
     awaitHost();
 }
 
 void TrayStatusItem::awaitHost()
 {
-    if (!shown_ || item_) {
+    if (!shown_ || embedded_) {
         return;
     }
     if (!watcher_.isOwned()) {
@@ -113,40 +121,56 @@ void TrayStatusItem::awaitHost()
         return;
     }
     busTrayGrace_.stop();
-    bus_->call(hostQuestion(watcher_.owner()), this,
-               [this](const QDBusMessage &answer) { onHostKnown(saysRegistered(answer)); });
+    bus_->call(hostQuestion(watcher_.owner()), this, [this](const QDBusMessage &answer) { onHostKnown(answer); });
 }
 
-void TrayStatusItem::onHostKnown(bool registered)
+void TrayStatusItem::onHostKnown(const QDBusMessage &answer)
 {
-    if (registered && !item_) {
-        isOnBus_ = true;
-        place();
+    if (saysRegistered(answer) && !embedded_) {
+        placeOnBus(answer.service());
     }
 }
 
 void TrayStatusItem::settleForXEmbed()
 {
-    if (!item_ && xembed_.isPresent()) {
-        place();
+    if (!busItem_ && xembed_.isPresent()) {
+        embed();
     }
 }
 
-void TrayStatusItem::place()
+/// A tray that has been asked is not asked again; one that started anew knows of nothing.
+void TrayStatusItem::placeOnBus(const QString &watcher)
 {
-    if (item_) {
+    busTrayGrace_.stop();
+    if (!busItem_) {
+        busItem_ = std::make_unique<StatusNotifierItem>(bus_->connection());
+        busItem_->setIcon(icon_);
+        busItem_->setToolTip(toolTip_);
+        busItem_->setMenu(menu_);
+        connect(busItem_.get(), &StatusNotifierItem::activated, this, &StatusItem::activated);
+    }
+    if (registeredWith_ != watcher) {
+        registeredWith_ = watcher;
+        busItem_->registerWith(watcher);
+    }
+}
+
+/// QSystemTrayIcon decides at its first use whether the process embeds its items; so none is made before that is known.
+void TrayStatusItem::embed()
+{
+    if (embedded_) {
         return;
     }
     busTrayGrace_.stop();
-    item_ = std::make_unique<QSystemTrayIcon>(icon_);
-    item_->setToolTip(toolTip_);
-    item_->setContextMenu(menu_);
-    connect(item_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+    embedded_ = std::make_unique<QSystemTrayIcon>(icon_);
+    embedded_->setToolTip(toolTip_);
+    embedded_->setContextMenu(menu_);
+    connect(embedded_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger) {
             Q_EMIT activated();
         }
     });
-    item_->show();
+    embedded_->show();
 }
 
 } // namespace kelvo

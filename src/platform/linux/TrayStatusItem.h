@@ -2,6 +2,7 @@
 
 #include "platform/StatusItem.h"
 #include "platform/linux/BusNameOwner.h"
+#include "platform/linux/StatusNotifierItem.h"
 #include "platform/linux/XEmbedTray.h"
 
 #include <QIcon>
@@ -16,8 +17,7 @@ namespace kelvo {
 
 /// The item in a tray of either kind: one that asks for items over the session bus, or one that embeds X11 windows.
 ///
-/// Qt settles for one kind, once and for the whole process, when the first QSystemTrayIcon is made; so none is made
-/// before there is a tray. The bus's kind is preferred where both are offered.
+/// The bus's kind is preferred where both are offered.
 class TrayStatusItem : public StatusItem
 {
     Q_OBJECT
@@ -35,9 +35,10 @@ private Q_SLOTS:
     void awaitHost();
 
 private:
-    void onHostKnown(bool registered);
+    void onHostKnown(const QDBusMessage &answer);
     void settleForXEmbed();
-    void place();
+    void placeOnBus(const QString &watcher);
+    void embed();
 
     std::shared_ptr<BusConnection> bus_;
     BusNameOwner watcher_;
@@ -47,8 +48,9 @@ private:
     QString toolTip_;
     QPointer<QMenu> menu_;
     bool shown_ = false;
-    bool isOnBus_ = false;
-    std::unique_ptr<QSystemTrayIcon> item_;
+    std::unique_ptr<StatusNotifierItem> busItem_;
+    QString registeredWith_; ///< the unique name of the tray that was asked for a place
+    std::unique_ptr<QSystemTrayIcon> embedded_;
 };
 
 } // namespace kelvo

@@ -37,7 +37,7 @@ void handle(int signal)
     struct sigaction action = {};
     action.sa_handler = tellEventLoop;
     // SA_RESETHAND: a second signal kills the process even if the event loop is blocked.
-    action.sa_flags = SA_RESTART | SA_RESETHAND;
+    action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
     sigemptyset(&action.sa_mask);
     ::sigaction(signal, &action, nullptr);
 }

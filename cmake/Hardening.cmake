@@ -1,0 +1,21 @@
+# kelvo_harden_releases(TARGET): whatever links the interface library is built with the compiler's and linker's defences
+# against memory errors, in every build type that optimises. (The others are for the sanitizers and the debugger.)
+include(CheckCXXCompilerFlag)
+
+function(kelvo_harden_releases target)
+  set(compile -fstack-protector-strong)
+  foreach(flag IN ITEMS -fstack-clash-protection -fcf-protection=full)
+    string(MAKE_C_IDENTIFIER "HAS${flag}" has)
+    check_cxx_compiler_flag(-Werror\ ${flag} ${has})
+    if(${has})
+      list(APPEND compile ${flag})
+    endif()
+  endforeach()
+  # Distributions set a lower level on the command line.
+  list(APPEND compile -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
+  set(optimises $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+  target_compile_options(${target} INTERFACE "$<${optimises}:${compile}>")
+  if(NOT APPLE)
+    target_link_options(${target} INTERFACE "$<${optimises}:LINKER:-z,relro,-z,now,-z,noexecstack>")
+  endif()
+endfunction()

@@ -1,0 +1,165 @@
+#include "platform/linux/StatusNotifierItem.h"
+
+#include <QCoreApplication>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QImage>
+#include <QPixmap>
+#include <QtEndian>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+namespace {
+
+const auto itemPath = u"/StatusNotifierItem"_s;
+const auto menuObjectPath = u"/MenuBar"_s;
+
+/// The heights of common panels' icons, at one and two pixels a point. A tray takes the next one.
+constexpr int iconSizes[] = {16, 22, 24, 32, 44, 48, 64};
+
+IconPixmap iconPixmap(const QIcon &icon, int size)
+{
+    const auto image = icon.pixmap(QSize(size, size), 1.0).toImage().convertToFormat(QImage::Format_ARGB32);
+    IconPixmap pixmap{image.width(), image.height(), QByteArray(image.sizeInBytes(), Qt::Uninitialized)};
+    // The rows of an image with 32 bits a pixel follow each other without gaps.
+    qToBigEndian<quint32>(image.constBits(), image.sizeInBytes() / 4, pixmap.argb.data());
+    return pixmap;
+}
+
+} // namespace
+
+QDBusArgument &operator<<(QDBusArgument &argument, const IconPixmap &pixmap)
+{
+    argument.beginStructure();
+    argument << pixmap.width << pixmap.height << pixmap.argb;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, IconPixmap &pixmap)
+{
+    argument.beginStructure();
+    argument >> pixmap.width >> pixmap.height >> pixmap.argb;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument &operator<<(QDBusArgument &argument, const ItemToolTip &toolTip)
+{
+    argument.beginStructure();
+    argument << toolTip.iconName << toolTip.icon << toolTip.title << toolTip.text;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, ItemToolTip &toolTip)
+{
+    argument.beginStructure();
+    argument >> toolTip.iconName >> toolTip.icon >> toolTip.title >> toolTip.text;
+    argument.endStructure();
+    return argument;
+}
+
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection &connection)
+    : connection_(connection)
+{
+    qDBusRegisterMetaType<IconPixmap>();
+    qDBusRegisterMetaType<QList<IconPixmap>>();
+    qDBusRegisterMetaType<ItemToolTip>();
+    connection_.registerObject(itemPath, this, QDBusConnection::ExportScriptableContents);
+    connection_.registerObject(menuObjectPath, &menu_, QDBusConnection::ExportScriptableContents);
+}
+
+StatusNotifierItem::~StatusNotifierItem()
+{
+    connection_.unregisterObject(menuObjectPath);
+    connection_.unregisterObject(itemPath);
+}
+
+void StatusNotifierItem::setIcon(const QIcon &icon)
+{
+    icon_ = icon;
+    Q_EMIT NewIcon();
+}
+
+void StatusNotifierItem::setToolTip(const QString &text)
+{
+    toolTip_ = text;
+    Q_EMIT NewToolTip();
+}
+
+void StatusNotifierItem::setMenu(QMenu *menu)
+{
+    menu_.setMenu(menu);
+}
+
+void StatusNotifierItem::registerWith(const QString &watcher) const
+{
+    const auto name = u"org.kde.StatusNotifierWatcher"_s;
+    auto request = QDBusMessage::createMethodCall(watcher, u"/StatusNotifierWatcher"_s, name,
+                                                  u"RegisterStatusNotifierItem"_s);
+    request << connection_.baseService();
+    connection_.send(request);
+}
+
+QString StatusNotifierItem::category() const
+{
+    return u"ApplicationStatus"_s;
+}
+
+/// By which a tray remembers the item's place from session to session.
+QString StatusNotifierItem::id() const
+{
+    return QCoreApplication::applicationName();
+}
+
+QString StatusNotifierItem::status() const
+{
+    return u"Active"_s;
+}
+
+QList<IconPixmap> StatusNotifierItem::pixmaps() const
+{
+    QList<IconPixmap> pixmaps;
+    if (!icon_.isNull()) {
+        for (const int size : iconSizes) {
+            pixmaps.append(iconPixmap(icon_, size));
+        }
+    }
+    return pixmaps;
+}
+
+QDBusObjectPath StatusNotifierItem::menuPath() const
+{
+    return QDBusObjectPath(menuObjectPath);
+}
+
+void StatusNotifierItem::Activate(int, int)
+{
+    Q_EMIT activated();
+}
+
+void StatusNotifierItem::SecondaryActivate(int, int)
+{
+    // The middle button means nothing here.
+}
+
+void StatusNotifierItem::ContextMenu(int, int)
+{
+    // The tray shows the menu itself, from the menu's own interface.
+}
+
+void StatusNotifierItem::Scroll(int, const QString &)
+{
+    // Nor does the wheel.
+}
+
+void StatusNotifierItem::ProvideXdgActivationToken(const QString &token)
+{
+    // From where Qt takes it for the next window that it opens.
+    qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+}
+
+} // namespace kelvo

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "platform/linux/StatusNotifierMenu.h"
+
+#include <QByteArray>
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusObjectPath>
+#include <QIcon>
+#include <QList>
+#include <QObject>
+#include <QString>
+
+class QMenu;
+
+namespace kelvo {
+
+/// An image of a StatusNotifierItem: 32 bits a pixel, ARGB, the most significant byte first.
+struct IconPixmap
+{
+    int width = 0;
+    int height = 0;
+    QByteArray argb;
+};
+QDBusArgument &operator<<(QDBusArgument &argument, const IconPixmap &pixmap);
+const QDBusArgument &operator>>(const QDBusArgument &argument, IconPixmap &pixmap);
+
+/// What a StatusNotifierItem tells of the mouse over it.
+struct ItemToolTip
+{
+    QString iconName;
+    QList<IconPixmap> icon;
+    QString title;
+    QString text;
+};
+QDBusArgument &operator<<(QDBusArgument &argument, const ItemToolTip &toolTip);
+const QDBusArgument &operator>>(const QDBusArgument &argument, ItemToolTip &toolTip);
+
+/// One item for trays that ask for items over the bus, on one connection: the interface org.kde.StatusNotifierItem, as
+/// freedesktop.org describes it, and the item's menu.
+///
+/// Qt's own item cannot take its place. It looks for trays on the connection that the process opened first, which is not
+/// made again after a restart of the bus.
+class StatusNotifierItem : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
+
+    Q_PROPERTY(QString Category READ category CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(QString Id READ id CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(QString Title READ id CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(QString Status READ status CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(int WindowId READ windowId CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(QString IconName READ noName CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(QList<kelvo::IconPixmap> IconPixmap READ pixmaps SCRIPTABLE true)
+    Q_PROPERTY(QString OverlayIconName READ noName CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(QList<kelvo::IconPixmap> OverlayIconPixmap READ noPixmaps CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(QString AttentionIconName READ noName CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(QList<kelvo::IconPixmap> AttentionIconPixmap READ noPixmaps CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(kelvo::ItemToolTip ToolTip READ toolTip SCRIPTABLE true)
+    Q_PROPERTY(bool ItemIsMenu READ isMenu CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(QDBusObjectPath Menu READ menuPath CONSTANT SCRIPTABLE true)
+
+public:
+    /// Is on the bus from now on, at the usual paths, until it is destroyed.
+    explicit StatusNotifierItem(const QDBusConnection &connection);
+    ~StatusNotifierItem() override;
+
+    void setIcon(const QIcon &icon);
+    void setToolTip(const QString &text);
+    /// Not owned; must outlive the item. Null for none.
+    void setMenu(QMenu *menu);
+
+    /// Asks the tray with this unique name for a place.
+    void registerWith(const QString &watcher) const;
+
+    QString category() const;
+    QString id() const;
+    QString status() const;
+    int windowId() const { return 0; }
+    QString noName() const { return {}; }
+    QList<IconPixmap> pixmaps() const;
+    QList<IconPixmap> noPixmaps() const { return {}; }
+    ItemToolTip toolTip() const { return {{}, {}, toolTip_, {}}; }
+    bool isMenu() const { return false; }
+    QDBusObjectPath menuPath() const;
+
+public Q_SLOTS:
+    Q_SCRIPTABLE void Activate(int x, int y);
+    Q_SCRIPTABLE void SecondaryActivate(int x, int y);
+    Q_SCRIPTABLE void ContextMenu(int x, int y);
+    Q_SCRIPTABLE void Scroll(int delta, const QString &orientation);
+    /// The token by which the window that a click opens may take the focus, where the compositor wants one.
+    Q_SCRIPTABLE void ProvideXdgActivationToken(const QString &token);
+
+Q_SIGNALS:
+    /// The user clicked the item.
+    void activated();
+
+    Q_SCRIPTABLE void NewTitle();
+    Q_SCRIPTABLE void NewIcon();
+    Q_SCRIPTABLE void NewAttentionIcon();
+    Q_SCRIPTABLE void NewOverlayIcon();
+    Q_SCRIPTABLE void NewToolTip();
+    Q_SCRIPTABLE void NewStatus(const QString &status);
+
+private:
+    QDBusConnection connection_;
+    StatusNotifierMenu menu_;
+    QIcon icon_;
+    QString toolTip_;
+};
+
+} // namespace kelvo
