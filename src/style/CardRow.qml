@@ -2,13 +2,13 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvo
 
-/// What a row of a card stands on: the line under the row above it, a tint under the pointer, and the mark of the
-/// keyboard's focus. Its implicit height is the least height of the row. The tint does not reach the edges, so that it
-/// follows the round corners of the card.
+/// The background of a row of a card: the line below the previous row, a tint while the pointer is over the row, and the
+/// focus ring. Its implicit height is the minimum height of the row. The tint does not reach the edges because the card
+/// has round corners.
 Item {
     id: ground
 
-    /// The row, where it is a button.
+    /// The row, if it is a button; otherwise the row sets the properties below.
     property T.AbstractButton button: null
     property bool down: button?.down ?? false
     property bool hovered: button?.hovered ?? false

@@ -1,11 +1,11 @@
 import QtQuick
 
-/// A choice of one among several options. It shows what it is told to; `chosen` says what the user wants. The tab key
-/// reaches the options as one, and the arrow keys choose.
+/// A choice of one of several options. It shows `current`; the signal `chosen` reports what the user chooses. The Tab key
+/// moves the focus to the chosen option only, and the arrow keys choose.
 Item {
-    /// The position of the chosen option; -1 when there is none.
+    /// The index of the chosen option, or -1.
     required property int current
-    /// Makes the options, each a ChoiceOption.
+    /// Creates the options; each is a ChoiceOption.
     required property Repeater options
 
     readonly property int tabStop: Math.max(0, current)

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvo
 
-/// One option of a ChoiceGroup, without an appearance of its own.
+/// An option of a ChoiceGroup. It has no appearance.
 T.RadioButton {
     required property ChoiceGroup group
     required property int index

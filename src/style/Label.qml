@@ -1,6 +1,6 @@
 import QtQuick
 
-/// A text without markup, at the leading edge. A screen reader does not hear it by itself.
+/// A text without markup, aligned to the leading edge. It is not an element of the accessibility tree.
 Text {
     horizontalAlignment: Text.AlignLeft
     textFormat: Text.PlainText

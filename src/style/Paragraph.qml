@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// A label that a screen reader hears by itself. It wraps.
+/// A label that wraps and is an element of the accessibility tree.
 Label {
     Accessible.name: text
     Accessible.role: Accessible.StaticText

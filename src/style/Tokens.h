@@ -256,19 +256,19 @@ public:
 
     Motion popoverRise() const;
     Motion statusSwap() const;
-    /// A part of a control going from one place to another.
+    /// The movement of a part of a control.
     Motion controlSlide() const;
-    /// A row making room for another.
+    /// The movement of a row that makes room for another.
     Motion rowMove() const;
-    /// A sheet appearing.
+    /// The appearance of a sheet.
     Motion sheetFade() const;
-    /// A dot going dim, or bright again.
+    /// Half a period of a dot that dims and brightens.
     Motion breath() const;
     /// Whether views must stand still.
     bool reduceMotion() const;
-    /// Milliseconds that the pointer rests before a help tip appears.
+    /// The time until a tool tip appears, in milliseconds.
     static constexpr int helpDelay = 700;
-    /// Milliseconds from one frame to the next, for what moves step by step.
+    /// The interval of a movement in steps, in milliseconds.
     static constexpr int frameTime = 16;
 
     // Lines, in points
@@ -333,11 +333,11 @@ private:
     QColor resolve(QRgb light, QRgb dark) const { return QColor::fromRgb(isDark() ? dark : light); }
     QColor primary(float opacity) const { return faded(primary(), opacity); }
     static QColor faded(QColor color, float opacity);
-    /// The system's font at a size in points.
+    /// The system font at a size in points.
     static QFont systemFont(qreal points, QFont::Weight weight);
-    /// With that much more room, in points, after each letter.
+    /// The font with `tracking` points added after each letter.
     static QFont tracked(QFont font, qreal tracking);
-    /// With digits of one width, where Qt can ask the font for them (6.7 and later); else as it is.
+    /// The font with digits of equal width if Qt supports that (6.7 and later), else the font unchanged.
     static QFont withTabularDigits(QFont font);
 
     const Appearance *appearance_;

@@ -9,7 +9,7 @@
 
 namespace kelvo {
 
-/// ServiceHealth, known to QML as a type of values.
+/// Registers ServiceHealth as a QML value type.
 struct ServiceHealthValue
 {
     Q_GADGET
@@ -17,7 +17,7 @@ struct ServiceHealthValue
     QML_VALUE_TYPE(serviceHealth)
 };
 
-/// The colours of a health. They follow the desktop between light and dark.
+/// The colours of a health, in the light or dark appearance of the desktop.
 class HealthColors : public QObject
 {
     Q_OBJECT
@@ -37,7 +37,7 @@ public:
 
 Q_SIGNALS:
     void healthChanged();
-    /// Either colour may be another.
+    /// The colours may have changed.
     void changed();
 
 private:

@@ -26,7 +26,7 @@ Item {
         anchors.left: parent.left
         anchors.leftMargin: Tokens.popoverPadding
         anchors.right: parent.right
-        // The gear ends where the rest does; the button reaches further.
+        // Aligns the gear, not the button around it, with the content above.
         anchors.rightMargin: Tokens.popoverPadding - (settings.width - footer.gearSize) / 2
         anchors.top: rule.bottom
         height: Tokens.footerHeight

@@ -3,8 +3,8 @@ import Kelvo
 
 /// The popover with what surrounds it: round corners in a shadow where windows can be translucent, else a plain frame.
 ///
-/// The shadow ends where there is no more room: window managers move a window that reaches beyond the screen or under a
-/// panel, and the popover with it.
+/// The shadow is cut off where the window has no room, because window managers move a window that extends beyond the
+/// screen or under a panel.
 PopoverFrameItem {
     id: frame
 

@@ -8,20 +8,20 @@
 
 namespace kelvo {
 
-/// What the popover's window and its frame tell each other: the window says what there is to draw on, the frame says
-/// where it drew the popover.
+/// The interface between the window of the popover and the QML that draws its frame. The window sets whether it is
+/// translucent and how much room there is; the QML sets where the popover is.
 class PopoverFrameItem : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
     /// Whether the window is translucent.
     Q_PROPERTY(bool translucent READ isTranslucent WRITE setTranslucent NOTIFY translucentChanged FINAL)
-    /// How far the window may reach beyond the popover on each side.
+    /// How far the window may extend beyond the popover on each side, in points.
     Q_PROPERTY(int roomAbove READ roomAbove NOTIFY roomChanged FINAL)
     Q_PROPERTY(int roomBelow READ roomBelow NOTIFY roomChanged FINAL)
     Q_PROPERTY(int roomLeft READ roomLeft NOTIFY roomChanged FINAL)
     Q_PROPERTY(int roomRight READ roomRight NOTIFY roomChanged FINAL)
-    /// Where in the frame the popover itself is. The frame sets it.
+    /// The rectangle of the popover in the frame.
     Q_PROPERTY(QRectF card READ card WRITE setCard NOTIFY cardChanged FINAL)
 
 public:
@@ -35,7 +35,7 @@ public:
     QRectF card() const { return card_; }
 
     void setTranslucent(bool translucent);
-    /// Without it there is room for everything.
+    /// The room is unlimited until this is called.
     void setRoom(const QMargins &room);
     void setCard(const QRectF &card);
 

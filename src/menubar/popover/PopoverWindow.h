@@ -36,7 +36,7 @@ public:
 
     /// The window; nothing before the first opening.
     QQuickView *view() const { return view_.get(); }
-    /// The popover itself in the window.
+    /// The rectangle of the popover in its window.
     QRect card() const;
 
 Q_SIGNALS:

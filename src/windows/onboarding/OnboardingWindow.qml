@@ -17,7 +17,7 @@ FocusScope {
     implicitHeight: Tokens.onboardingHeight
     implicitWidth: Tokens.onboardingWidth
 
-    // The main button takes the focus when a page is turned to, and shows it to those who use keys.
+    // Each new page moves the focus to the main button. The focus ring is visible if the keyboard changed the page.
     onPageChanged: {
         mainButton.forceActiveFocus(pages.turnedByKey ? Qt.TabFocusReason : Qt.OtherFocusReason);
         if (!Tokens.reduceMotion) {

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Kelvo
 
-/// A choice of one among a few, side by side.
+/// A choice whose options are side by side.
 ChoiceGroup {
     id: choice
 

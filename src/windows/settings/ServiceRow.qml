@@ -50,7 +50,7 @@ Item {
 
         anchors.fill: parent
         focused: row.activeFocus && !row.isFocusedByMouse
-        // The rules stay where they are while rows are dragged over them.
+        // The list draws the rules, which stay in place while a row is dragged.
         hasRule: false
         hovered: hover.hovered
         implicitHeight: Tokens.rowHeight
