@@ -1,5 +1,5 @@
-# kelvo_harden_releases(TARGET): whatever links the interface library is built with the compiler's and linker's defences
-# against memory errors, in every build type that optimises. (The others are for the sanitizers and the debugger.)
+# kelvo_harden_releases(TARGET): adds hardening flags of compiler and linker to an interface library, for all build types
+# that optimise. Debug builds are used with sanitizers and debuggers instead.
 include(CheckCXXCompilerFlag)
 
 function(kelvo_harden_releases target)
@@ -11,7 +11,7 @@ function(kelvo_harden_releases target)
       list(APPEND compile ${flag})
     endif()
   endforeach()
-  # Distributions set a lower level on the command line.
+  # Undefine the macro first, because distributions define a lower level on the command line.
   list(APPEND compile -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
   set(optimises $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
   target_compile_options(${target} INTERFACE "$<${optimises}:${compile}>")

@@ -1,4 +1,4 @@
-# kelvo_mac_bundle(TARGET PLUGIN): the executable is built as Kelvo.app, with the plugin inside.
+# kelvo_mac_bundle(TARGET PLUGIN): builds the executable as Kelvo.app with the plugin inside.
 function(kelvo_mac_bundle target plugin)
   set_target_properties(${target} PROPERTIES
     MACOSX_BUNDLE TRUE

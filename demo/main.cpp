@@ -19,10 +19,10 @@ using namespace kelvo;
 
 namespace {
 
-/// A minute of the watching program passes in ten seconds.
+/// One minute of the program's waits passes in ten seconds.
 constexpr int acceleration = 6;
 
-/// The demo starts at no login.
+/// The demonstration cannot be registered to start at login.
 class NoLoginItem : public LoginItem
 {
 public:
@@ -31,7 +31,7 @@ public:
     bool unregisterItem() override { return true; }
 };
 
-/// Settings of the demo's own: all eight services, checked each minute, the introduction done.
+/// The settings of the demonstration: all eight services, checked every minute, with the onboarding completed.
 std::unique_ptr<Preferences> demoProfile()
 {
     const auto directory = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);

@@ -7,7 +7,7 @@
 
 namespace kelvo {
 
-/// What the program prints in place of starting.
+/// What the program prints instead of starting.
 struct CommandLineAnswer
 {
     QString line;
@@ -16,8 +16,8 @@ struct CommandLineAnswer
     bool operator==(const CommandLineAnswer &) const = default;
 };
 
-/// Returns the answer to the arguments after the program's name: the version, the help, or a refusal of anything else.
-/// Nothing without arguments: the program starts.
+/// Returns the answer to the arguments after the program's name: the version, the help, or an error for anything else.
+/// Returns nullopt when there are no arguments and the program should start.
 std::optional<CommandLineAnswer> commandLineAnswer(const QStringList &arguments);
 
 } // namespace kelvo

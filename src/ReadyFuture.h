@@ -8,7 +8,7 @@
 
 namespace kelvo {
 
-/// A future that is already finished.
+/// Returns a finished future.
 inline QFuture<void> readyFuture()
 {
     QPromise<void> promise;
@@ -17,9 +17,9 @@ inline QFuture<void> readyFuture()
     return promise.future();
 }
 
-/// A future that is already finished with `value`.
+/// Returns a finished future with the result `value`.
 ///
-/// QtFuture::makeReadyFuture says the same in Qt 6.4 and is deprecated later; what replaces it is not in Qt 6.4.
+/// It replaces QtFuture::makeReadyFuture, which newer versions of Qt deprecate. Its successors do not exist in Qt 6.4.
 template<typename Value>
 QFuture<std::decay_t<Value>> readyFuture(Value &&value)
 {

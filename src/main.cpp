@@ -20,7 +20,7 @@ int print(const CommandLineAnswer &answer)
     return answer.exitCode;
 }
 
-/// The version and the help need no display. Other arguments may be Qt's, which QApplication takes out.
+/// Answers --version and --help without a display. Other arguments may be Qt options, which QApplication removes.
 std::optional<CommandLineAnswer> answerWithoutDisplay(int argc, char *argv[])
 {
     QStringList arguments;

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// A small tag in capitals; its text is given in ordinary case.
+/// A small tag that shows its text in capitals.
 Label {
     id: tag
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// A group of rows on a ground of their own.
+/// A group of rows on a common background.
 Item {
     id: card
 

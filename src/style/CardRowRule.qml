@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// The line between a row of a card and the one above it.
+/// The line between a row of a card and the row above it.
 Rectangle {
     anchors.left: parent.left
     anchors.leftMargin: Tokens.hairlineWidth

@@ -1,12 +1,12 @@
 import QtQuick
 import Kelvo
 
-/// The button of the main thing to do. As wide as `fixedWidth`, or as its title asks for.
+/// The button for the main action. Its width is `fixedWidth`, or depends on its title.
 PlainButton {
     id: control
 
     required property string title
-    /// Points; 0 leaves the width to the title.
+    /// In points. If it is 0, the width depends on the title.
     property real fixedWidth: 0
 
     readonly property real sidePadding: fixedWidth > 0 ? 0 : 16

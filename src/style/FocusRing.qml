@@ -1,9 +1,9 @@
 import QtQuick
 import Kelvo
 
-/// The mark of keyboard focus, drawn just outside of what it surrounds.
+/// The focus indicator. It is drawn just outside of the item that it surrounds.
 Rectangle {
-    /// The corner radius of what is surrounded.
+    /// The corner radius of the surrounded item.
     property real innerRadius: 0
 
     anchors.fill: parent

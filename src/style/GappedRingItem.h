@@ -4,13 +4,13 @@
 
 namespace kelvo {
 
-/// The gapped ring, stroked in the item's colour around the rectangle that lies `inset` inside of the item.
+/// Draws the gapped ring in the item's colour. Its centre line is in the item's rectangle, reduced by `inset` on each side.
 class GappedRingItem : public kelvo::PaintedSymbol
 {
     Q_OBJECT
     QML_NAMED_ELEMENT(GappedRing)
     Q_PROPERTY(qreal lineWidth READ lineWidth WRITE setLineWidth NOTIFY lineWidthChanged FINAL)
-    /// Room for the outer half of the line; items do not draw outside of themselves.
+    /// The space for the outer half of the line, in points, because an item is clipped to its rectangle.
     Q_PROPERTY(qreal inset READ inset WRITE setInset NOTIFY insetChanged FINAL)
 
 public:

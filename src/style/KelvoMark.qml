@@ -1,12 +1,11 @@
 import QtQuick
 import Kelvo
 
-/// The brand's glyph: the ring with a dot at its centre. Decoration beside text that says the same, so it is not in the
-/// accessibility tree.
+/// The logo: the ring with a dot in its centre. It is decoration beside a text, so it is not in the accessibility tree.
 Item {
     id: mark
 
-    /// Points, of the square that the ring's line runs along.
+    /// The diameter of the ring's centre line, in points.
     required property real size
     required property color coreColor
 

@@ -14,7 +14,7 @@ namespace {
 constexpr double grid = 24.0;
 constexpr QPointF centre(12, 12);
 
-/// As wide as the line, once stroked: a line of no length would not be drawn at all.
+/// Adds a dot that is as wide as the line. Its length must not be zero, because QPainter does not draw such a line.
 void addDot(QPainterPath &path, QPointF at)
 {
     path.moveTo(at);
@@ -104,7 +104,7 @@ void LineSymbol::setLineWidth(qreal width)
     update();
 }
 
-// One path, so that a translucent colour is not laid twice where lines meet.
+// A single path, so that a translucent colour is not drawn twice where lines meet.
 void LineSymbol::paint(QPainter *painter)
 {
     const double unit = std::min(width(), height()) / grid;

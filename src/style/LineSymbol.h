@@ -4,13 +4,13 @@
 
 namespace kelvo {
 
-/// A symbol of thin lines with round ends, in the item's colour.
+/// A symbol drawn in thin lines with round ends, in the item's colour.
 class LineSymbol : public kelvo::PaintedSymbol
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(Shape shape READ shape WRITE setShape NOTIFY lookChanged FINAL)
-    /// Points, whatever the size of the symbol.
+    /// In points; it does not scale with the symbol.
     Q_PROPERTY(qreal lineWidth READ lineWidth WRITE setLineWidth NOTIFY lookChanged FINAL)
 
 public:

@@ -10,9 +10,9 @@ namespace kelvo {
 
 namespace {
 
-// Mode and state of the icon are ignored throughout: it carries its own colours and is never tinted.
-// `scaledPixmap` is left to the base class, which comes back to `pixmap` with the size in device pixels; what it is
-// given itself is device pixels before Qt 6.8 and device-independent pixels from then on.
+// The icon has its own colours and is not tinted, so its mode and state are ignored.
+// `scaledPixmap` is not overridden: its size is in device pixels before Qt 6.8 and in device-independent pixels since. The
+// implementation of the base class calls `pixmap` with device pixels in both cases.
 class Engine : public QIconEngine
 {
 public:

@@ -9,8 +9,8 @@ class QRectF;
 
 namespace kelvo {
 
-/// An icon that `paint` draws into a rectangle whenever it is asked for, so that it is sharp at every size and scale;
-/// never tinted. `sizes` is what it says to those who want a list, squares in pixels.
+/// Returns an icon that calls `paint` for each requested size, so that it is sharp at every size and scale. It is not
+/// tinted. `sizes` is the list of sizes that the icon reports (squares, side in pixels).
 QIcon paintedIcon(std::function<void(QPainter &, const QRectF &)> paint, const QList<int> &sizes);
 
 } // namespace kelvo

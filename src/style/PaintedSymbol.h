@@ -5,8 +5,8 @@
 
 namespace kelvo {
 
-/// A small drawing in one colour, sharp at every scale. Qt Quick's own rounded rectangles have corners of whole pixels
-/// on the software scene graph, which makes an edge of a dot this small.
+/// A small drawing in one colour, painted with QPainter at every scale. On the software scene graph, the corners of Qt
+/// Quick's own rounded rectangles consist of whole pixels, so a small dot would look angular.
 class PaintedSymbol : public QQuickPaintedItem
 {
     Q_OBJECT

@@ -1,8 +1,8 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A button without an appearance of its own. Return and Enter press it as Space does. A screen reader presses it like a
-/// key: a disabled button does nothing.
+/// A button without an appearance of its own. Return, Enter, Space and the press action of a screen reader activate it.
+/// A disabled button does nothing.
 T.Button {
     id: control
 

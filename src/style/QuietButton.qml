@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// A button that is only its title.
+/// A button that shows only its title.
 PlainButton {
     id: control
 

@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvo
 
-/// Scrolls what is higher than itself: by wheel, by touch, by its bar, and wherever the keyboard's focus goes. The mouse
-/// does not drag it, for it drags what is inside.
+/// Scrolls content that is higher than the area: with the wheel, by touch, with the scroll bar, and to the item with the
+/// keyboard focus. Dragging with the mouse does not scroll, because it moves items of the content.
 Flickable {
     id: area
 

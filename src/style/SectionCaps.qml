@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// The heading of a section in capitals; its text is given in ordinary case.
+/// The heading of a section. It shows its text in capitals.
 Paragraph {
     required property string title
 

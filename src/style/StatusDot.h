@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// A filled circle as large as its item.
+/// A filled circle that fills its item.
 class StatusDot : public kelvo::PaintedSymbol
 {
     Q_OBJECT

@@ -17,7 +17,7 @@ QEasingCurve cubic(QPointF first, QPointF second)
     return curve;
 }
 
-/// A fast start and a long soft landing.
+/// Starts fast and decelerates for a long time.
 QEasingCurve softLanding()
 {
     return cubic({0.2, 0.8}, {0.25, 1.0});
@@ -48,8 +48,8 @@ void Tokens::setAppearance(const Appearance &appearance)
     processAppearance = &appearance;
 }
 
-// Screens report 96 dpi or more where the layout is drawn at 72: undone here, a point is one device-independent pixel.
-// Hinting would round the widths of fractional sizes.
+// The layout assumes 72 dpi, but screens report 96 dpi or more. The correction makes a point one device-independent pixel.
+// Hinting is disabled, because it would round the widths of fractional sizes.
 QFont Tokens::systemFont(qreal points, QFont::Weight weight)
 {
     constexpr double layoutDpi = 72.0;

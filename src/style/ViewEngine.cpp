@@ -4,7 +4,8 @@
 
 #include <QQuickWindow>
 
-// The module's own registration. Being named here, it is linked, and so runs before main.
+// The generated registration of the QML module. Referring to it here makes the linker include its object file, whose
+// static initialiser registers the module.
 extern void qml_register_types_Kelvo();
 
 namespace kelvo {
@@ -18,7 +19,7 @@ ViewEngine::ViewEngine(const Appearance &appearance)
 
 ViewEngine::~ViewEngine() = default;
 
-// Views this small need no GPU, whose drivers weigh several times as much as all the rest.
+// The software scene graph is sufficient for these views. A GPU driver would use several times the memory of the program.
 QQmlEngine &ViewEngine::get()
 {
     if (!engine_) {

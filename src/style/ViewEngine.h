@@ -8,11 +8,11 @@
 
 namespace kelvo {
 
-/// What all views run on. Costs nothing until the first of them is needed.
+/// The QML engine that all views share. It is created when the first view is needed.
 class ViewEngine
 {
 public:
-    /// The views follow `appearance`, which must outlive this.
+    /// The views follow `appearance`, which must outlive this object.
     explicit ViewEngine(const Appearance &appearance);
     ~ViewEngine();
     ViewEngine(const ViewEngine &) = delete;

@@ -4,7 +4,7 @@ class QKeyEvent;
 
 namespace kelvo {
 
-/// What the usual keys ask of any of this program's windows: Ctrl and W, comma or Q; on a Mac Cmd with them.
+/// The keyboard shortcuts of all windows: Ctrl+W closes, Ctrl+comma opens the settings, Ctrl+Q quits (on macOS, Cmd).
 enum class WindowKey { none, close, settings, quit };
 
 WindowKey windowKey(const QKeyEvent &event);

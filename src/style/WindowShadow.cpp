@@ -31,8 +31,8 @@ QSGNode *WindowShadow::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
     return patch;
 }
 
-/// The corners, with one pixel to stretch between them. A Gaussian blur of a rectangle is the product of the blurs of
-/// its sides; that the rectangle's corners are round is lost in it.
+/// Draws the four corners with one stretchable pixel between them. A Gaussian blur of a rectangle is the product of the
+/// blurs of its sides. The round corners of the rectangle are not visible after the blur.
 QImage WindowShadow::draw() const
 {
     const int corner = 2 * blur_;

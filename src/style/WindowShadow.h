@@ -5,13 +5,13 @@
 
 namespace kelvo {
 
-/// The soft shadow of a rectangle that lies `blur` inside of the item on every side. Drawn small and stretched.
+/// The soft shadow of the item's rectangle, reduced by `blur` on each side. It is drawn as a small nine-patch image.
 class WindowShadow : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QColor color MEMBER color_ NOTIFY lookChanged FINAL)
-    /// How far the shadow reaches out, twice its standard deviation.
+    /// The extent of the shadow outside of the rectangle: twice its standard deviation.
     Q_PROPERTY(int blur MEMBER blur_ NOTIFY lookChanged FINAL)
 
 public:

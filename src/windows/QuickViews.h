@@ -11,16 +11,16 @@
 
 namespace kelvo {
 
-/// The windows, in Qt Quick. Each is loaded when it first opens.
+/// The Qt Quick implementation of the views. Each view is loaded when it first opens.
 class QuickViews : public QObject, public Views
 {
     Q_OBJECT
 
 public:
-    /// Everything must outlive this.
+    /// All arguments must outlive this object.
     QuickViews(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform);
     ~QuickViews() override;
-    /// A ViewsFactory.
+    /// A ViewsFactory that never fails.
     static std::unique_ptr<Views> make(StatusStore &store, SettingsStore &settings, NotifierStore &notifier,
                                        Platform &platform);
 

@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-/// The entry to the library that the program loads at the first need of a window.
+/// The plugin object of the views library, which the program loads when the first view opens.
 class QuickViewsPlugin : public QObject, public ViewsPlugin
 {
     Q_OBJECT

@@ -13,7 +13,8 @@ namespace kelvo {
 
 namespace {
 
-/// Columns and rows would know their sizes only at the first frame, and the window would open in a wrong one.
+/// Lays out the item and its children now. Positioners would otherwise compute their sizes at the first frame, and the
+/// window would open with a wrong size.
 void layOut(QQuickItem &item)
 {
     for (auto *child : item.childItems()) {
@@ -37,7 +38,7 @@ SceneWindow::SceneWindow(ViewEngine &engine, const Appearance &appearance, QStri
     });
 }
 
-// Not `Later`, for the event loop may not run again.
+// Delete the view now: deleteLater() might never take effect, because the event loop may not run again.
 SceneWindow::~SceneWindow()
 {
     delete view_.release();

@@ -12,8 +12,8 @@
 
 namespace kelvo {
 
-/// An ordinary titled window around one view. The view is loaded when the window opens and gone when it closes, with
-/// everything that it holds; nothing is remembered between two openings.
+/// A normal window with a title and one view. The view and its state are created when the window opens and destroyed when
+/// it closes; nothing is kept between two openings.
 class SceneWindow : public QObject
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
     ~SceneWindow() override;
 
     bool isOpen() const { return view_ != nullptr; }
-    /// Opens the window, or brings the open one forward.
+    /// Opens the window. If it is open, brings it to the front.
     void open();
     void close();
 
@@ -30,21 +30,21 @@ public:
     QQuickView *view() const { return view_.get(); }
 
 Q_SIGNALS:
-    /// The window closed, whoever closed it.
+    /// The window was closed, by the user, the desktop or the program.
     void closed();
-    /// The user asks for the settings.
+    /// The user asked for the settings.
     void settingsRequested();
 
 protected:
     SceneWindow(ViewEngine &engine, const Appearance &appearance, QString title, QUrl source);
 
-    /// Makes what the view is given, anew for each opening, as children of `owner`.
+    /// Makes the initial properties of the view. Called for each opening. The objects are children of `owner`.
     virtual QVariantMap makeState(QObject *owner) = 0;
-    /// Sets the sizes that the window may take and the one that it opens with.
+    /// Sets the minimum, maximum and initial size of the window.
     virtual void setSizes(QQuickView &view) const = 0;
 
 private:
-    /// Deletes when control is back in the event loop: a view closes its own window from one of its handlers.
+    /// Deletes an object on the next turn of the event loop, because a view may close its own window from a handler.
     struct Later
     {
         void operator()(QObject *object) const { object->deleteLater(); }

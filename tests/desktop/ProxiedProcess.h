@@ -10,13 +10,13 @@
 
 namespace kelvo {
 
-/// A program that lives in the simulated internet: it reaches that through the proxy in its environment, and trusts its
-/// certificates because the system does.
+/// A program that uses a simulated internet: it reaches it through the proxy in its environment, and trusts its
+/// certificates because they are in the system's certificate directory.
 class ProxiedProcess
 {
 public:
     ProxiedProcess(SimulatedInternet &internet, QString program, QStringList arguments = {});
-    /// Ends the program if it still runs.
+    /// Ends the program if it is still running.
     ~ProxiedProcess();
     ProxiedProcess(const ProxiedProcess &) = delete;
     ProxiedProcess &operator=(const ProxiedProcess &) = delete;
@@ -24,15 +24,15 @@ public:
     void setEnvironment(const QString &name, const QString &value);
 
     void start();
-    /// Ends the program with SIGTERM, or another signal. Gives what it exited with, or -1 when a signal killed it or it
-    /// never ran. Does nothing when it has ended already.
+    /// Ends the program with a signal, by default SIGTERM. Returns its exit code, or -1 when the signal killed it or it
+    /// never ran. Sends no signal when it has already ended.
     int stop(int signal = 15);
-    /// Waits for the program to end by itself. Gives what it exited with, or -1.
+    /// Waits until the program exits by itself. Returns its exit code, or -1.
     int waitForEnd();
     bool isRunning() const { return process_.state() == QProcess::Running; }
     qint64 processId() const { return process_.processId(); }
     void writeLine() { process_.write("\n"); }
-    /// Everything that it printed so far.
+    /// Returns the output of the program since the last call.
     QByteArray output() { return process_.readAll(); }
 
 private:

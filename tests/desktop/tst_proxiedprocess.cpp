@@ -11,20 +11,20 @@ class ProxiedProcessTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void stoppingWhatNeverStartedSignalsNobody();
-    void stoppingWhatHasEndedSignalsNobody();
+    void stoppingAProcessThatNeverStartedSendsNoSignal();
+    void stoppingAProcessThatHasEndedSendsNoSignal();
 
 private:
     SimulatedInternet internet_;
 };
 
-void ProxiedProcessTest::stoppingWhatNeverStartedSignalsNobody()
+void ProxiedProcessTest::stoppingAProcessThatNeverStartedSendsNoSignal()
 {
     ProxiedProcess process(internet_, u"true"_s);
     QCOMPARE(process.stop(), -1);
 }
 
-void ProxiedProcessTest::stoppingWhatHasEndedSignalsNobody()
+void ProxiedProcessTest::stoppingAProcessThatHasEndedSendsNoSignal()
 {
     ProxiedProcess process(internet_, u"/nonexistent"_s);
     process.start();

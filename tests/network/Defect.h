@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// What is thrown where a situation cannot be brought about, or something goes wrong in it besides its figure.
+/// Thrown when a situation cannot be set up, or when something other than its measured value is wrong.
 struct Defect
 {
     QString text;

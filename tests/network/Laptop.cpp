@@ -31,7 +31,7 @@ QByteArray contentsOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// By the colour in the middle of the picture, which comes as alpha, red, green, blue.
+/// Returns the state that the colour in the centre of the picture (ARGB) stands for.
 RingState ringIn(const QByteArray &picture, int width, int height)
 {
     const auto middle = picture.mid(4 * (height / 2 * width + width / 2), 4);
@@ -150,7 +150,7 @@ void Laptop::beginToMeasure(bool closely)
     nextQuestion_.setInterval(closely ? 0ms : 50ms);
     longestPause_ = 0s;
     longestWork_ = 0s;
-    // The peak begins anew.
+    // Reset the peak.
     QFile reset(u"/proc/%1/clear_refs"_s.arg(program_.processId()));
     if (!reset.open(QIODevice::WriteOnly) || reset.write("5") != 1) {
         throw Defect{u"the peak of the memory cannot be set back"_s};
@@ -185,7 +185,7 @@ void Laptop::ask()
     asking_ = true;
     asked_.start();
     workBefore_ = mainThreadTime();
-    // It may be silent for longer than a caller usually waits.
+    // The program may block for longer than the default timeout of a call.
     auto *answer = new QDBusPendingCallWatcher(tray_.connection().asyncCall(question, 600'000), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, &Laptop::hear);
 }

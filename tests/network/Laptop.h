@@ -20,8 +20,8 @@
 
 namespace kelvo {
 
-/// The real program on the laptop, seen and handled from outside: by the tray, the notification service and the login
-/// manager on buses of its own.
+/// The real program on the laptop, operated and observed from outside through a fake tray, notification service and login
+/// manager on private buses.
 class Laptop : public QObject
 {
     Q_OBJECT
@@ -33,45 +33,45 @@ public:
     ~Laptop() override;
 
     void setEnvironment(const QString &name, const QString &value);
-    /// Further lines of the settings file. One service is watched, Claude.
+    /// Adds lines to the settings file. Only Claude is watched.
     void setSettings(const QByteArray &lines) { settings_ = lines; }
-    /// The pace while all is well; otherwise a minute.
+    /// Sets the check interval to five minutes instead of one.
     void setFiveMinutes() { fiveMinutes_ = true; }
     void start();
-    /// Asks it to end. Nothing where it does not within that time.
+    /// Ends the program and returns how long it took; nullopt when it took longer than `atMost`.
     std::optional<Seconds> quit(Seconds atMost);
 
-    // What a person does.
+    // Actions of the user.
 
     void sleep() { logind_.prepareForSleep(true); }
     void wake() { logind_.prepareForSleep(false); }
     void openPopover() { activate(); }
     void closePopover() { activate(); }
 
-    // What a person sees.
+    // What the user sees.
 
-    /// The ring as the tray last got it; nothing before the first.
+    /// The last ring that the tray received; nullopt before the first.
     std::optional<RingState> ring() const { return ring_; }
     QString toolTip() const { return toolTip_; }
     /// The titles of all alerts so far.
     QStringList alerts() const;
 
-    /// Waits until it is so. Gives how long it took, or nothing where it took longer than that.
+    /// Waits until `condition` holds. Returns how long it took; nullopt when it took longer than `atMost`.
     static std::optional<Seconds> await(const std::function<bool()> &condition, Seconds atMost);
     std::optional<Seconds> awaitRing(RingState state, Seconds atMost);
     std::optional<Seconds> awaitAlert(const QString &title, Seconds atMost);
-    /// Lets that time pass.
+    /// Processes events for this time.
     static void pass(Seconds time);
 
-    // What a person would feel.
+    // Measurements.
 
-    /// How long the main thread left a question unanswered at most since `beginToMeasure`.
+    /// The longest time that the main thread took to answer a D-Bus call since `beginToMeasure`.
     Seconds longestPause() const;
-    /// How long the main thread computed at most between two answers since `beginToMeasure`.
+    /// The longest processor time of the main thread between two answers since `beginToMeasure`.
     Seconds longestWork() const { return longestWork_; }
-    /// The peak of the memory since `beginToMeasure` above what it was then, bytes.
+    /// The peak memory since `beginToMeasure` minus the memory at that moment, in bytes.
     qint64 memoryGrowth() const;
-    /// Asks as fast as it answers when `closely`.
+    /// Starts the measurements. With `closely`, sends the next D-Bus call as soon as the previous one is answered.
     void beginToMeasure(bool closely = false);
 
 private:

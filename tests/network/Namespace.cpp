@@ -16,7 +16,7 @@ namespace kelvo {
 
 namespace {
 
-/// The one of the calling thread.
+/// Opens the namespace of the calling thread.
 int openOwn()
 {
     const int descriptor = ::open("/proc/thread-self/ns/net", O_RDONLY | O_CLOEXEC);

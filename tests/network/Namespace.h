@@ -5,24 +5,24 @@
 
 namespace kelvo {
 
-/// A network namespace: interfaces, addresses, routes and filters that nobody else sees. It ends with the last process
-/// in it.
+/// A network namespace with its own interfaces, addresses, routes and packet filters. It exists until its last process
+/// ends.
 class Namespace
 {
 public:
-    /// The one that this process is in.
+    /// Returns the namespace of this process.
     static Namespace current();
-    /// A new one, with nothing but its loopback interface. Throws a Defect where the kernel refuses.
+    /// Makes a new namespace that contains only a loopback interface. Throws a Defect when the kernel refuses.
     static Namespace make();
 
     Namespace(Namespace &&other) noexcept;
     ~Namespace();
 
-    /// Lets `process` start in here.
+    /// Makes `process` start in this namespace.
     void adopt(QProcess &process) const;
-    /// Runs a command in here to its end, which must be a good one: otherwise throws a Defect.
+    /// Runs a command in this namespace and waits for it. Throws a Defect when it fails.
     void run(const QString &command, const QByteArray &input = {}) const;
-    /// The same, and gives what it printed.
+    /// Like `run`, and returns the output of the command.
     QByteArray ask(const QString &command) const;
 
 private:

@@ -6,8 +6,8 @@ namespace kelvo {
 
 namespace {
 
-// A connection is marked with the era in which it began. To forget the open ones is to begin a new era and to drop what
-// belongs to the ones before.
+// Each connection is marked with the era in which it was opened. forgetOpenConnections() begins a new era and drops the
+// packets of all earlier ones.
 const auto filterTables = R"(
 table inet world {
     chain radio_era { ct mark 0 ct mark set 1; }
@@ -143,7 +143,7 @@ void Network::heal()
 void Network::limitRate(int kilobitsPerSecond)
 {
     const auto limit = u"tc qdisc add dev %2 root tbf rate %1kbit burst 2kb latency 30s"_s.arg(kilobitsPerSecond);
-    // The same on every machine; others mistake a slow link without delay for a congested one.
+    // Use the same congestion control on every machine. Others treat a slow link without latency as congested.
     internet_.run(u"sh -c \"echo reno > /proc/sys/net/ipv4/tcp_congestion_control\""_s);
     internet_.run(limit.arg(u"radio"_s));
     laptop_.run(limit.arg(u"wlan0"_s));

@@ -4,10 +4,10 @@
 
 namespace kelvo {
 
-/// A laptop, and the internet at the other end of its Wi-Fi: two network namespaces and the link between them, which the
-/// test breaks. The internet is this process's own namespace, so that its servers are started without further ado.
+/// A laptop and an internet: two network namespaces and the link between them, which the test breaks. The internet is the
+/// namespace of this process, so its servers are ordinary child processes.
 ///
-/// Nothing leads out of it. In the beginning the laptop is in no network.
+/// There is no connection to the outside. Initially the laptop is not connected.
 class Network
 {
 public:
@@ -27,28 +27,28 @@ public:
     const Namespace &laptop() const { return laptop_; }
     const Namespace &internet() const { return internet_; }
 
-    /// The laptop gets an address of that network, and a default route.
+    /// Connects the laptop to a Wi-Fi: it gets an address and a default route.
     void join(Wifi wifi);
-    /// The laptop loses its addresses and with them its routes; the link stays.
+    /// Removes the addresses of the laptop, and with them its routes. The link stays up.
     void leave();
-    /// A cable besides the Wi-Fi, whose default route is preferred.
+    /// Adds a cable whose default route is preferred to that of the Wi-Fi.
     void plugCable();
-    /// Another interface with an address, but no default route, as a container or a telephone brings along.
+    /// Adds an interface with an address but without a default route, like that of a container or a phone.
     void attachSideInterface();
     void detachSideInterface();
 
-    /// From now on the packets of all connections that are open vanish, in both directions; new ones work.
+    /// Drops all packets of the connections that are open now, in both directions. New connections work.
     void forgetOpenConnections();
-    /// The same, for those inside the internet, from the balancer to the server behind it.
+    /// Does the same for the connections from the balancer to the server behind it.
     void forgetConnectionsBehindBalancer();
-    /// A rule of a packet filter at the internet's side (in the language of nft, for incoming packets); until `heal`.
+    /// Adds a packet filter rule (nft syntax) for packets that arrive at the internet. It is effective until `heal`.
     void filter(const QString &rule);
-    /// Takes all of that back, except that forgotten connections stay forgotten.
+    /// Removes all filter rules. The packets of connections that were dropped before are still dropped.
     void heal();
-    /// Both directions carry no more than that.
+    /// Limits the data rate of the link in both directions.
     void limitRate(int kilobitsPerSecond);
 
-    /// TCP connections from the laptop that are open now.
+    /// The number of open TCP connections from the laptop.
     int openConnections() const;
 
 private:
@@ -57,7 +57,7 @@ private:
 
     Namespace internet_;
     Namespace laptop_;
-    QProcess inLaptop_; ///< a process by whose number other programs find the laptop's namespace
+    QProcess inLaptop_; ///< a process in the laptop's namespace; other programs find the namespace by its id
     int radioEra_ = 1;
     int innerEra_ = 1;
 };

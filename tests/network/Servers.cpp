@@ -180,7 +180,7 @@ void Servers::startNames(Names names)
     case Names::ToPortal: configuration += "filter-AAAA\naddress=/#/"_ba + Network::portal + '\n'; break;
     case Names::NoSuchName: configuration += "address=/#/\n"; break;
     case Names::ServerFailure:
-        // A zone that should be signed and is not.
+        // A zone that should be signed with DNSSEC but is not.
         write(u"unsigned.conf"_s,
               "no-resolv\nno-hosts\nno-daemon\nuser=root\nbind-interfaces\nlisten-address=127.0.0.1\nport=5353\n"
               "pid-file=\n"
@@ -331,7 +331,7 @@ void Servers::writePage()
     }
     auto json = page.toJson().trimmed();
     if (pageSize_ > json.size()) {
-        // A list that nobody asks for, as long as it takes.
+        // Add an unused list that fills the page up to the size.
         json.chop(1);
         json += ",\"history\":[";
         const auto entry =

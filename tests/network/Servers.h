@@ -15,34 +15,34 @@
 
 namespace kelvo {
 
-/// One request as the web server saw it.
+/// A request in the log of the web server.
 struct SeenRequest
 {
-    double time; ///< when it was answered, seconds since 1970
+    double time; ///< the time of the response in seconds since 1970
     QByteArray protocol;
     QByteArray host;
     QByteArray method;
     QByteArray path;
     int status;
-    qint64 size; ///< of the body that was sent
+    qint64 size; ///< the size of the response body
 };
 
-/// What stands in the internet: nginx as the vendors and as the hosts that alerts are posted to, over TLS and with HTTP/2
-/// offered; haproxy as a balancer before it; tinyproxy; dnsmasq. None of them knows Kelvo.
+/// The servers in the internet: nginx stands in for the vendors and the hosts that receive alerts, with TLS and HTTP/2;
+/// haproxy is a load balancer in front of it; tinyproxy is a proxy; dnsmasq is a name server.
 class Servers
 {
 public:
     explicit Servers(const Network &network);
     ~Servers();
 
-    // The web. All is well in the beginning.
+    // The web. Initially all services are operational.
 
-    /// How long nginx keeps a connection for a next request. Before `startWeb`.
+    /// Sets how long nginx keeps an idle connection open. Call it before `startWeb`.
     void setKeepAlive(int seconds) { keepAlive_ = seconds; }
     void startWeb();
-    /// Claude's status page says so, and its own address answers accordingly.
+    /// Sets what Claude's status page reports and how Claude itself answers.
     void setClaudeIsDown(bool down);
-    /// The page is as long as that, and as well-formed as ever.
+    /// Sets the size of Claude's status page, which remains well formed.
     void setPageSize(qint64 bytes);
     QList<SeenRequest> seen(const QByteArray &host) const;
 
@@ -52,34 +52,34 @@ public:
         Right,
         RightWithIPv6,
         ToBalancer,
-        ToPortal,      ///< every name is the portal's, whose certificate nobody trusts
+        ToPortal,      ///< every name resolves to the portal, whose certificate is not trusted
         ServerFailure, ///< SERVFAIL
         NoSuchName,    ///< NXDOMAIN
     };
     void startNames(Names names);
     void stopNames();
-    /// Whether the laptop knows of a name server. It does in the beginning.
+    /// Sets whether the laptop knows its name server. It does initially.
     void tellResolver(bool known) const;
 
-    // On the way.
+    // Balancers and proxies.
 
     void startBalancer();
-    /// A proxy; with a password when that is given, as "name:password".
+    /// Starts a proxy. `credentials` has the form "name:password"; if it is empty, the proxy needs no password.
     void startProxy(quint16 port = 8888, const QString &credentials = {});
     void killProxy(quint16 port = 8888);
     void freezeProxy(bool frozen, quint16 port = 8888);
-    /// The hosts and ports to which that proxy has led.
+    /// The hosts and ports that were reached through the proxy.
     QList<QByteArray> proxied(quint16 port = 8888) const;
-    /// The web server gives out this proxy configuration script. Gives the file's name.
+    /// Publishes a proxy script (PAC) on the web server and returns the path of its file.
     QString publishScript(const QByteArray &script);
-    /// A balancer before that, at port 8080, which hands every request on after that time.
+    /// Starts a balancer on port 8080 that forwards every request for the script after a delay.
     void startScriptServer(std::chrono::seconds delay);
 
-    // What the laptop has in the place of its own.
+    // Files that replace those of the laptop.
 
-    /// As /etc/resolv.conf; stays the same file.
+    /// Replaces /etc/resolv.conf. It is always the same file.
     QString resolverFile() const { return directory_.filePath(QStringLiteral("resolv.conf")); }
-    /// As /etc/ssl/certs.
+    /// Replaces /etc/ssl/certs.
     QString trusted() const { return directory_.filePath(QStringLiteral("trusted")); }
 
 private:

@@ -48,7 +48,7 @@ void joinAtHome(World &world, Names names = Names::Right)
     world.network.join(Wifi::Home);
 }
 
-/// Nothing but the proxy leads to the web.
+/// Drops all packets to the web except those of the proxy.
 void allowProxyOnly(World &world)
 {
     world.network.filter(u"iifname radio ip daddr 198.51.100.10 tcp dport 443 drop"_s);
@@ -66,20 +66,20 @@ void startUntil(World &world, RingState state)
     require(world.laptop.awaitRing(state, 20s).has_value(), u"the first check did not end well"_s);
 }
 
-/// All is well, and the next round is five minutes away.
+/// Starts with operational services. The next round is in five minutes.
 void startInPeace(World &world)
 {
     world.laptop.setFiveMinutes();
     startUntil(world, RingState::available);
 }
 
-/// All is well, and the next round is a minute away.
+/// Starts with operational services. The next round is in one minute.
 void startAtOneMinute(World &world)
 {
     startUntil(world, RingState::available);
 }
 
-/// An outage, so that a round is made every 20 s. The first one is over.
+/// Starts with an outage, so that a round starts every 20 s. The first round has ended.
 void startInTrouble(World &world)
 {
     world.servers.setClaudeIsDown(true);
@@ -87,7 +87,7 @@ void startInTrouble(World &world)
     Laptop::pass(1s);
 }
 
-/// How long until the one alert is there, after the service has come back.
+/// Makes the service operational again and returns the time until the alert.
 Figure untilAlert(World &world, const Limit &limit)
 {
     const auto time = world.laptop.awaitAlert(back, Seconds(limit.value));
@@ -101,7 +101,7 @@ Figure untilRing(World &world, RingState state, const Limit &limit)
     return figure(world.laptop.awaitRing(state, Seconds(limit.value)));
 }
 
-/// How many rounds begin while `events` takes place and in the seconds after it.
+/// Returns the number of rounds that begin during `events` and in the seconds after it.
 template<typename Events>
 Figure roundsDuring(World &world, Seconds after, const Events &events)
 {
@@ -111,7 +111,7 @@ Figure roundsDuring(World &world, Seconds after, const Events &events)
     return static_cast<double>(world.servers.seen(page).size() - before);
 }
 
-/// Lets the first check fail, of which nothing is to be seen.
+/// Waits for the first check, which fails and so changes nothing visible.
 void failFirst(World &world)
 {
     world.laptop.setFiveMinutes();
@@ -203,7 +203,7 @@ Figure aQuarterIsDropped(World &world, const Limit &limit)
     return untilAlert(world, limit);
 }
 
-/// Each round falls within a few milliseconds of the moment in which the server closes the connection of the one before.
+/// Each round starts within a few milliseconds of the moment when the server closes the connection of the previous one.
 Figure serverClosesAtThePace(World &world, const Limit &)
 {
     constexpr auto keepAlive = 1s;
@@ -240,7 +240,7 @@ Figure betweenRounds(World &world, const Limit &)
     return world.network.openConnections();
 }
 
-// ---- A person ----
+// ---- The user ----
 
 Figure popoverIsOpenedTwice(World &world, const Limit &)
 {
@@ -302,7 +302,7 @@ Figure asleepInMidRequest(World &world, const Limit &limit)
     return untilRing(world, RingState::outage, limit);
 }
 
-/// The name server of the first network is silent, and the question is on its way when the network changes.
+/// The name server of the first network does not answer, and a lookup is pending when the network changes.
 Figure otherWifiInMidLookup(World &world, const Limit &limit)
 {
     joinAtHome(world);
@@ -339,7 +339,7 @@ Figure namesAreLate(World &world, const Limit &limit)
     return time ? Figure(*time + 3) : std::nullopt;
 }
 
-/// The first check fails by its names; then they are right, and a person looks.
+/// The first check fails because of the names. Then the names are right, and the popover is opened.
 Figure namesGetRight(World &world, const Limit &limit, Names first)
 {
     joinAtHome(world, first);
@@ -386,7 +386,7 @@ Figure quitWithSilentNames(World &world, const Limit &limit)
 
 // ---- Proxies ----
 
-/// Until the first check is over, all of it through the proxy.
+/// Returns the time until the first check has ended. Checks that all requests used the proxy.
 Figure untilGreenThroughProxy(World &world, const QString &url, const Limit &limit)
 {
     allowProxyOnly(world);
@@ -508,7 +508,7 @@ Figure quitWithSilentScriptServer(World &world, const Limit &limit)
     return figure(world.laptop.quit(Seconds(limit.value)));
 }
 
-/// A script that sends whatever is more than an origin to another proxy, which so learns of it.
+/// The script sends requests whose address contains more than the origin to another proxy, whose log shows them.
 Figure scriptAndTelegram(World &world, const Limit &)
 {
     joinAtHome(world);
@@ -528,7 +528,7 @@ Figure scriptAndTelegram(World &world, const Limit &)
     return static_cast<double>(world.servers.proxied(8889).count("api.telegram.org:443"_ba));
 }
 
-// ---- The network comes and changes ----
+// ---- The network appears and changes ----
 
 Figure startedBeforeTheNetwork(World &world, const Limit &limit)
 {
@@ -641,13 +641,13 @@ Figure changeWhileOff(World &world, const Limit &)
     });
 }
 
-// ---- Much, and slow ----
+// ---- Large documents and slow links ----
 
 constexpr qint64 largePage = 30'000'000;
-/// As large as a document may be, nearly.
+/// Slightly less than the maximum size of a document.
 constexpr qint64 fullPage = 4'000'000;
 
-/// The page tells of an outage and is as long as that.
+/// Sets a status page of this size that reports an outage.
 void answerWithPage(World &world, qint64 size)
 {
     joinAtHome(world);

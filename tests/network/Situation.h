@@ -10,7 +10,7 @@
 
 namespace kelvo {
 
-/// What a situation takes place in.
+/// The environment of a situation.
 struct World
 {
     Network network;
@@ -20,22 +20,22 @@ struct World
 
 enum class Unit { seconds, milliseconds, megabytes, count };
 
-/// What the figure must be.
+/// The limit of the measured value.
 struct Limit
 {
     double value;
     Unit unit;
-    bool exactly = false; ///< otherwise at most
+    bool exactly = false; ///< whether the value must be equal to the limit and not only at most the limit
 };
 
-/// One row of the table: what happens on the network, what Kelvo does then, and the limit of the figure that measures it.
+/// A row of the table: what happens on the network, what Kelvo does then, and the limit of the measured value.
 struct Situation
 {
     const char *name;
     const char *what;
     const char *happens;
     Limit limit;
-    /// Gives the figure, or nothing where the limit passed and nothing came. Throws a Defect.
+    /// Returns the measured value; nullopt when the expected event did not happen within the limit. May throw a Defect.
     std::optional<double> (*run)(World &world, const Limit &limit);
 };
 

@@ -27,12 +27,12 @@ namespace kelvo {
 
 namespace {
 
-/// What CTest takes for skipped.
+/// The exit code that CTest reports as "skipped".
 constexpr int skipped = 77;
 
-// ---- Inside: one situation, in namespaces of its own ----
+// ---- The child process: one situation in its own namespaces ----
 
-/// Puts `source` in the place of `target`, which nobody sees but the processes of this situation.
+/// Mounts `source` over `target`, visible only to the processes of this situation.
 void replace(const QString &target, const QString &source)
 {
     const auto place = QFileInfo(target).canonicalFilePath();
@@ -60,7 +60,7 @@ const Situation &situationCalled(const QByteArray &name)
     return *found;
 }
 
-/// Prints the figure, "nothing" or the defect.
+/// Runs a situation and prints the measured value, "nothing" or the defect.
 int runSituation(const QByteArray &name)
 {
     try {
@@ -79,9 +79,9 @@ int runSituation(const QByteArray &name)
     }
 }
 
-// ---- Outside ----
+// ---- The parent process ----
 
-/// The command that puts another one in namespaces of its own, with all its descendants: they end with it.
+/// Returns the command that runs another one in its own namespaces. All its descendants are killed when it ends.
 QStringList isolated(const QStringList &command)
 {
     QStringList words{u"unshare"_s, u"--net"_s,        u"--mount"_s,     u"--pid"_s,
@@ -103,7 +103,7 @@ QStringList missingPrograms()
     return missing;
 }
 
-/// Why the kernel does not let the situations be brought about here; empty where it does.
+/// Returns why the situations cannot be set up on this machine; empty when they can.
 QString hindrance()
 {
     QProcess trial;
@@ -141,7 +141,7 @@ bool keeps(double figure, const Limit &limit)
     return limit.exactly ? figure == limit.value : figure <= limit.value;
 }
 
-/// Puts the table between the two marks of a document.
+/// Writes the table between the two marks of a document.
 void writeInto(const QString &document, const QByteArray &table)
 {
     const auto begin = "<!-- The table of a test run begins. -->\n"_ba;
@@ -162,16 +162,16 @@ void writeInto(const QString &document, const QByteArray &table)
 
 } // namespace
 
-/// The situations, several at a time, since most of their time is waiting.
+/// Runs the situations, several at a time, because they mostly wait.
 class NetworkTest : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Runs those situations; all of them when there are none.
+    /// Runs the situations with these names, or all when `names` is empty.
     explicit NetworkTest(const QStringList &names);
 
-    /// A row for each situation that was run, in Markdown.
+    /// Returns a Markdown table with a row for each situation that was run.
     QByteArray table() const;
 
 private Q_SLOTS:
@@ -187,7 +187,8 @@ private:
     QStringList names_;
     QTemporaryDir directory_;
     std::deque<QByteArray> waiting_;
-    std::map<QByteArray, std::unique_ptr<VirtualDisplay>> displays_; ///< else one popover would take another's focus
+    std::map<QByteArray, std::unique_ptr<VirtualDisplay>>
+        displays_; ///< one for each situation, because a popover would take the focus of another one
     std::map<QByteArray, std::unique_ptr<QProcess>> processes_;
     std::map<QByteArray, QString> results_;
 };
@@ -230,7 +231,7 @@ void NetworkTest::startOne(const QByteArray &name)
     environment.insert(u"TMPDIR"_s, directory_.path());
     process->setProcessEnvironment(environment);
     process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    // Nobody outlives the test.
+    // Kill the child process when the test ends.
     process->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     connect(process.get(), &QProcess::finished, this, [this, name] {
         displays_.erase(name);
@@ -297,7 +298,7 @@ int main(int argc, char **argv)
     if (arguments.value(1) == "--situation"_L1) {
         return kelvo::runSituation(arguments.value(2).toUtf8());
     }
-    // Where servers and what manages the network are; not everyone's PATH has it.
+    // Servers and network tools are in these directories, which are not in every user's PATH.
     qputenv("PATH", qgetenv("PATH") + ":/usr/sbin:/sbin");
     if (const auto missing = kelvo::missingPrograms(); !missing.isEmpty()) {
         std::printf("FAILED, these programs are missing: %s\n", qPrintable(missing.join(u", "_s)));

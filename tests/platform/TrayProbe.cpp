@@ -1,7 +1,7 @@
-// A program with nothing but an item in the tray: what decides about the tray, Qt decides once in a process.
+// A program with only a tray item. It is a process of its own, because Qt chooses the kind of tray once per process.
 //
 // Each line on standard input is a command of the test: "icon <colour>", "tooltip <text>", "menu <entry>", "show".
-// The last one prints "shown", each click of the item "activated", each choice of an entry "chosen <entry>".
+// "show" prints "shown"; each click of the item prints "activated"; each chosen menu entry prints "chosen <entry>".
 
 #include "platform/linux/TrayStatusItem.h"
 
@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A disc at any size, as the application's own icon is drawn.
+/// Paints a disc at any size, like the icon of the application.
 class DiscEngine : public QIconEngine
 {
 public:

@@ -31,16 +31,16 @@ private Q_SLOTS:
     void cleanup();
     void appearsInATrayOnTheBus();
     void appearsWhenTheTrayStartsLater();
-    void waitsForAHostOfTheTray();
+    void waitsForATrayWithAHost();
     void appearsAgainAfterARestartOfTheTray();
     void appearsAgainAfterARestartOfTheBus();
-    void tellsOfAClick();
-    void tellsOfAChosenEntry();
-    void separatorsAndDisabledEntriesAreToldAsSuch();
-    void carriesWhatWasSetBeforeItWasShown();
-    void carriesWhatWasSetAfterItWasShown();
-    void embedsWhereThereIsNoBus();
-    void embedsWhereTheOnlyTrayIsOneOfX11();
+    void reportsAClick();
+    void reportsAChosenMenuEntry();
+    void separatorsAndDisabledEntriesAreMarked();
+    void showsWhatWasSetBeforeItWasShown();
+    void showsWhatWasSetAfterItWasShown();
+    void embedsWithoutABus();
+    void embedsInATrayOfX11WithoutOneOnTheBus();
     void embedsInATrayOfX11ThatStartsLater();
     void prefersTheTrayOnTheBusToOneOfX11();
 
@@ -103,13 +103,13 @@ void TrayStatusItemTest::tell(const QByteArray &commands)
     probe_->write(commands);
 }
 
-/// All that the probe printed so far.
+/// Returns everything that the probe has printed so far.
 QByteArray TrayStatusItemTest::said()
 {
     return said_ += probe_->readAllStandardOutput();
 }
 
-/// The last of the answer's values; invalid where the item does not answer so.
+/// Returns the last value of the answer; invalid when the item answers with an error.
 QVariant TrayStatusItemTest::ask(const QString &path, const QString &interface, const QString &method,
                                  const QVariantList &arguments)
 {
@@ -214,7 +214,7 @@ void TrayStatusItemTest::appearsWhenTheTrayStartsLater()
     QTRY_COMPARE(tray_->items().size(), 1);
 }
 
-void TrayStatusItemTest::waitsForAHostOfTheTray()
+void TrayStatusItemTest::waitsForATrayWithAHost()
 {
     daemon_->start();
     tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::none);
@@ -253,7 +253,7 @@ void TrayStatusItemTest::appearsAgainAfterARestartOfTheBus()
     QCOMPARE(toolTip(), u"Claude"_s);
 }
 
-void TrayStatusItemTest::tellsOfAClick()
+void TrayStatusItemTest::reportsAClick()
 {
     daemon_->start();
     tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
@@ -266,12 +266,12 @@ void TrayStatusItemTest::tellsOfAClick()
         call << 10 << 20;
         tray_->connection().send(call);
     };
-    click(u"SecondaryActivate"_s); // the middle button, which means nothing here
+    click(u"SecondaryActivate"_s); // the middle button has no function
     click(u"Activate"_s);
     QTRY_COMPARE(said(), QByteArray("shown\nactivated\n"));
 }
 
-void TrayStatusItemTest::tellsOfAChosenEntry()
+void TrayStatusItemTest::reportsAChosenMenuEntry()
 {
     daemon_->start();
     tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
@@ -283,12 +283,12 @@ void TrayStatusItemTest::tellsOfAChosenEntry()
             {entry, kind, QVariant::fromValue(QDBusVariant(0)), 0U});
     };
     event(2, u"hovered"_s);
-    event(7, u"clicked"_s); // of which there is none
+    event(7, u"clicked"_s); // there is no such entry
     event(2, u"clicked"_s);
     QTRY_COMPARE(said(), QByteArray("shown\nchosen Quit\n"));
 }
 
-void TrayStatusItemTest::separatorsAndDisabledEntriesAreToldAsSuch()
+void TrayStatusItemTest::separatorsAndDisabledEntriesAreMarked()
 {
     QMenu menu;
     menu.addAction(u"Open_it"_s);
@@ -323,7 +323,7 @@ void TrayStatusItemTest::separatorsAndDisabledEntriesAreToldAsSuch()
     QVERIFY(layout.children.isEmpty());
 }
 
-void TrayStatusItemTest::carriesWhatWasSetBeforeItWasShown()
+void TrayStatusItemTest::showsWhatWasSetBeforeItWasShown()
 {
     daemon_->start();
     startProbe("icon red\ntooltip Claude\nmenu Quit\nshow\n");
@@ -334,7 +334,7 @@ void TrayStatusItemTest::carriesWhatWasSetBeforeItWasShown()
     QCOMPARE(menuEntries(), QStringList{u"Quit"_s});
 }
 
-void TrayStatusItemTest::carriesWhatWasSetAfterItWasShown()
+void TrayStatusItemTest::showsWhatWasSetAfterItWasShown()
 {
     daemon_->start();
     tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
@@ -345,14 +345,14 @@ void TrayStatusItemTest::carriesWhatWasSetAfterItWasShown()
     QTRY_COMPARE(menuEntries(), QStringList{u"Settings"_s});
 }
 
-void TrayStatusItemTest::embedsWhereThereIsNoBus()
+void TrayStatusItemTest::embedsWithoutABus()
 {
     const FakeXEmbedTray tray(display_->name());
     startProbe("icon red\nshow\n");
     QTRY_COMPARE(tray.dockedCount(), 1);
 }
 
-void TrayStatusItemTest::embedsWhereTheOnlyTrayIsOneOfX11()
+void TrayStatusItemTest::embedsInATrayOfX11WithoutOneOnTheBus()
 {
     daemon_->start();
     const FakeXEmbedTray tray(display_->name());

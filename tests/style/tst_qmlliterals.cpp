@@ -15,7 +15,7 @@ struct Literal
     QRegularExpression pattern;
 };
 
-/// What the views take from the tokens instead.
+/// The literals that views must not contain, because the tokens provide these values.
 const QList<Literal> &literals()
 {
     static const QList<Literal> all{
@@ -55,14 +55,14 @@ class QmlLiteralsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void aLiteralIsSeen_data();
-    void aLiteralIsSeen();
-    void aTokenIsNoLiteral();
+    void aLiteralIsDetected_data();
+    void aLiteralIsDetected();
+    void aTokenIsNotALiteral();
     void viewsHaveNoLiterals_data();
     void viewsHaveNoLiterals();
 };
 
-void QmlLiteralsTest::aLiteralIsSeen_data()
+void QmlLiteralsTest::aLiteralIsDetected_data()
 {
     QTest::addColumn<QString>("name");
     const auto row = [](const char *line, const QString &name) { QTest::newRow(line) << name; };
@@ -84,13 +84,13 @@ void QmlLiteralsTest::aLiteralIsSeen_data()
     row("topPadding: 22", u"a padding that has a name"_s);
 }
 
-void QmlLiteralsTest::aLiteralIsSeen()
+void QmlLiteralsTest::aLiteralIsDetected()
 {
     QFETCH(QString, name);
     QCOMPARE(literalsIn(QString::fromLatin1(QTest::currentDataTag())), QStringList(name));
 }
 
-void QmlLiteralsTest::aTokenIsNoLiteral()
+void QmlLiteralsTest::aTokenIsNotALiteral()
 {
     for (const auto &line : {
              u"color: hovered ? Tokens.highlight : \"transparent\""_s,

@@ -20,7 +20,7 @@ struct Scene : ViewScene
         state = std::make_unique<OnboardingState>(stores.settings, stores.notifier);
         show(u"onboarding/OnboardingWindow.qml"_s, {{u"onboarding"_s, QVariant::fromValue(state.get())}});
     }
-    /// With the buttons that a user presses.
+    /// Turns to a page with the buttons of the window.
     void turnTo(OnboardingState::Page page)
     {
         static const QStringList forward{u"mainButton"_s, u"mainButton"_s, u"notNow"_s};
@@ -49,28 +49,28 @@ class OnboardingTest : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".?"_s)); }
 
-    void beginsWithThePromise();
-    void claudeCodeIsNeverAmongTheChoices();
-    void thePrimaryServiceIsSelectedAtFirst();
-    void withClaudeCodeAsThePrimaryNoRowIsMarkedAndContinueKeepsIt();
-    void withoutAPrimaryServiceContinueIsDisabledUntilOneIsSelected();
-    void choosingTakesEffectWithContinue();
+    void startsWithThePromise();
+    void claudeCodeIsNotOffered();
+    void thePrimaryServiceIsInitiallySelected();
+    void noRowIsMarkedAndContinueKeepsItWhenClaudeCodeIsThePrimary();
+    void continueIsDisabledUntilAServiceIsSelected();
+    void aChoiceTakesEffectWithContinue();
     void backLeadsToThePromiseAndKeepsTheSelection();
     void allChoicesFitWithoutScrolling();
-    void allowNotificationsAsksTheSystemAndGoesOnAtOnce();
-    void notNowGoesOnWithoutAskingTheSystem();
+    void allowNotificationsAsksTheSystemAndContinuesAtOnce();
+    void notNowContinuesWithoutAskingTheSystem();
     void doneMarksOnboardingAsDone();
     void theLastPageNamesThePrimaryService();
     void dotsShowThePage();
-    void isOperatedByKeysAlone();
+    void canBeOperatedByKeysOnly();
     void pagesFadeInUnlessMotionIsReduced();
-    void aScreenReaderHearsPagesAndChoices();
-    void rightToLeftEverythingIsMirrored();
-    void looksAsItShould_data();
-    void looksAsItShould();
+    void aScreenReaderSeesPagesAndChoices();
+    void everythingIsMirroredInARightToLeftLayout();
+    void matchesTheGoldenPictures_data();
+    void matchesTheGoldenPictures();
 };
 
-void OnboardingTest::beginsWithThePromise()
+void OnboardingTest::startsWithThePromise()
 {
     Scene scene;
     scene.open();
@@ -84,7 +84,7 @@ void OnboardingTest::beginsWithThePromise()
     QCOMPARE(scene.frame(u"dots"_s).size(), QSizeF(4 * 6 + 3 * 6, 6));
 }
 
-void OnboardingTest::claudeCodeIsNeverAmongTheChoices()
+void OnboardingTest::claudeCodeIsNotOffered()
 {
     Scene scene;
     scene.open();
@@ -94,7 +94,7 @@ void OnboardingTest::claudeCodeIsNeverAmongTheChoices()
                           u"OpenAI API"_s}));
 }
 
-void OnboardingTest::thePrimaryServiceIsSelectedAtFirst()
+void OnboardingTest::thePrimaryServiceIsInitiallySelected()
 {
     Scene scene({ServiceID::gemini});
     scene.open();
@@ -103,7 +103,7 @@ void OnboardingTest::thePrimaryServiceIsSelectedAtFirst()
     QVERIFY(!findItem(scene.item(u"choice-0"_s), u"checkmark"_s)->isVisible());
 }
 
-void OnboardingTest::withClaudeCodeAsThePrimaryNoRowIsMarkedAndContinueKeepsIt()
+void OnboardingTest::noRowIsMarkedAndContinueKeepsItWhenClaudeCodeIsThePrimary()
 {
     Scene scene({ServiceID::claudeCode});
     scene.open();
@@ -118,7 +118,7 @@ void OnboardingTest::withClaudeCodeAsThePrimaryNoRowIsMarkedAndContinueKeepsIt()
     QCOMPARE(scene.stores.settings.primaryService()->id, ServiceID::claudeCode);
 }
 
-void OnboardingTest::withoutAPrimaryServiceContinueIsDisabledUntilOneIsSelected()
+void OnboardingTest::continueIsDisabledUntilAServiceIsSelected()
 {
     Scene scene(std::vector<ServiceID>{});
     scene.open();
@@ -134,7 +134,7 @@ void OnboardingTest::withoutAPrimaryServiceContinueIsDisabledUntilOneIsSelected(
     QCOMPARE(scene.stores.settings.primaryService()->id, ServiceID::chatgpt);
 }
 
-void OnboardingTest::choosingTakesEffectWithContinue()
+void OnboardingTest::aChoiceTakesEffectWithContinue()
 {
     Scene scene;
     scene.open();
@@ -174,7 +174,7 @@ void OnboardingTest::allChoicesFitWithoutScrolling()
     QVERIFY(scene.frame(scene.item(u"primaryPicker"_s, u"heading"_s)).top() >= 8);
 }
 
-void OnboardingTest::allowNotificationsAsksTheSystemAndGoesOnAtOnce()
+void OnboardingTest::allowNotificationsAsksTheSystemAndContinuesAtOnce()
 {
     Scene scene;
     scene.open();
@@ -186,7 +186,7 @@ void OnboardingTest::allowNotificationsAsksTheSystemAndGoesOnAtOnce()
     QVERIFY(scene.item(u"complete"_s)->isVisible());
 }
 
-void OnboardingTest::notNowGoesOnWithoutAskingTheSystem()
+void OnboardingTest::notNowContinuesWithoutAskingTheSystem()
 {
     Scene scene;
     scene.open();
@@ -241,7 +241,7 @@ void OnboardingTest::dotsShowThePage()
     }
 }
 
-void OnboardingTest::isOperatedByKeysAlone()
+void OnboardingTest::canBeOperatedByKeysOnly()
 {
     Scene scene;
     scene.open();
@@ -279,7 +279,7 @@ void OnboardingTest::pagesFadeInUnlessMotionIsReduced()
     QTRY_COMPARE(scene.item(u"pages"_s)->opacity(), 1.0);
 }
 
-void OnboardingTest::aScreenReaderHearsPagesAndChoices()
+void OnboardingTest::aScreenReaderSeesPagesAndChoices()
 {
     Scene scene;
     scene.open();
@@ -297,7 +297,7 @@ void OnboardingTest::aScreenReaderHearsPagesAndChoices()
     QCOMPARE(accessibleName(scene.item(u"dots"_s)), u"Page 2 of 4"_s);
 }
 
-void OnboardingTest::rightToLeftEverythingIsMirrored()
+void OnboardingTest::everythingIsMirroredInARightToLeftLayout()
 {
     QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     const auto restore = qScopeGuard([] { QGuiApplication::setLayoutDirection(Qt::LeftToRight); });
@@ -310,7 +310,7 @@ void OnboardingTest::rightToLeftEverythingIsMirrored()
     QVERIFY(scene.frame(findItem(scene.item(u"choice-0"_s), u"checkmark"_s)).left() < 60);
 }
 
-void OnboardingTest::looksAsItShould_data()
+void OnboardingTest::matchesTheGoldenPictures_data()
 {
     QTest::addColumn<OnboardingState::Page>("page");
     QTest::addColumn<bool>("dark");
@@ -323,7 +323,7 @@ void OnboardingTest::looksAsItShould_data()
     }
 }
 
-void OnboardingTest::looksAsItShould()
+void OnboardingTest::matchesTheGoldenPictures()
 {
     QFETCH(OnboardingState::Page, page);
     QFETCH(bool, dark);

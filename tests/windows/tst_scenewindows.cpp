@@ -40,26 +40,26 @@ class SceneWindowsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // What the offscreen platform cannot do is no fault of the windows.
+    // Ignore the warning about functions that the offscreen platform does not support.
     void init() { QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support raise)"_s)); }
 
-    void settingsOpenAsHighAsTheirContentOrTheScreen();
-    void onboardingHasOneSize();
+    void theSettingsOpenAsHighAsTheirContentOrTheScreen();
+    void theOnboardingWindowHasAFixedSize();
     void openingTwiceKeepsTheWindow();
-    void closingReleasesTheScene();
-    void closingWithASheetOpenReleasesItAll();
-    void theDesktopCanClose();
+    void closingDestroysTheScene();
+    void closingWithAnOpenSheetDestroysTheScene();
+    void theDesktopCanCloseTheWindow();
     void controlWCloses();
     void controlQQuits();
-    void theGroundFollowsTheAppearance();
-    void showOnboardingAgainIsToldByTheWindow();
-    void doneClosesTheFirstRunWindow();
-    void closedOtherwiseItWasNotDone();
-    void eachOpeningBeginsAtTheFirstPage();
-    void aProgramCanEndWithItsWindowsOpen();
+    void theBackgroundFollowsTheAppearance();
+    void theWindowReportsShowOnboardingAgain();
+    void doneClosesTheOnboardingWindow();
+    void closingWithoutDoneDoesNotCompleteTheOnboarding();
+    void eachOpeningStartsAtTheFirstPage();
+    void theProgramCanExitWithOpenWindows();
 };
 
-void SceneWindowsTest::settingsOpenAsHighAsTheirContentOrTheScreen()
+void SceneWindowsTest::theSettingsOpenAsHighAsTheirContentOrTheScreen()
 {
     Desktop desktop;
     desktop.settings.open();
@@ -73,12 +73,12 @@ void SceneWindowsTest::settingsOpenAsHighAsTheirContentOrTheScreen()
     QCOMPARE(view->maximumSize(), QSize(400, content));
     QVERIFY(view->flags().testFlag(Qt::WindowCloseButtonHint));
     QVERIFY(!view->flags().testFlag(Qt::FramelessWindowHint));
-    // What was known before the first frame was right.
+    // The size from before the first frame does not change afterwards.
     settle();
     QCOMPARE(qCeil(view->rootObject()->implicitHeight()), content);
 }
 
-void SceneWindowsTest::onboardingHasOneSize()
+void SceneWindowsTest::theOnboardingWindowHasAFixedSize()
 {
     Desktop desktop;
     desktop.onboarding.open();
@@ -98,7 +98,7 @@ void SceneWindowsTest::openingTwiceKeepsTheWindow()
     QCOMPARE(desktop.settings.view(), view);
 }
 
-void SceneWindowsTest::closingReleasesTheScene()
+void SceneWindowsTest::closingDestroysTheScene()
 {
     Desktop desktop;
     QSignalSpy closed(&desktop.settings, &SceneWindow::closed);
@@ -118,7 +118,7 @@ void SceneWindowsTest::closingReleasesTheScene()
     QVERIFY(desktop.settings.isOpen());
 }
 
-void SceneWindowsTest::closingWithASheetOpenReleasesItAll()
+void SceneWindowsTest::closingWithAnOpenSheetDestroysTheScene()
 {
     Desktop desktop;
     desktop.settings.open();
@@ -131,7 +131,7 @@ void SceneWindowsTest::closingWithASheetOpenReleasesItAll()
     QVERIFY(!view);
 }
 
-void SceneWindowsTest::theDesktopCanClose()
+void SceneWindowsTest::theDesktopCanCloseTheWindow()
 {
     Desktop desktop;
     QSignalSpy closed(&desktop.onboarding, &SceneWindow::closed);
@@ -164,7 +164,7 @@ void SceneWindowsTest::controlQQuits()
     QCOMPARE(QCoreApplication::exec(), 0);
 }
 
-void SceneWindowsTest::theGroundFollowsTheAppearance()
+void SceneWindowsTest::theBackgroundFollowsTheAppearance()
 {
     Desktop desktop;
     desktop.onboarding.open();
@@ -173,7 +173,7 @@ void SceneWindowsTest::theGroundFollowsTheAppearance()
     QCOMPARE(desktop.onboarding.view()->color(), QColor(0x1e, 0x1e, 0x20));
 }
 
-void SceneWindowsTest::showOnboardingAgainIsToldByTheWindow()
+void SceneWindowsTest::theWindowReportsShowOnboardingAgain()
 {
     Desktop desktop;
     QSignalSpy asked(&desktop.settings, &SettingsSceneWindow::onboardingRequested);
@@ -182,7 +182,7 @@ void SceneWindowsTest::showOnboardingAgainIsToldByTheWindow()
     QCOMPARE(asked.count(), 1);
 }
 
-void SceneWindowsTest::doneClosesTheFirstRunWindow()
+void SceneWindowsTest::doneClosesTheOnboardingWindow()
 {
     Desktop desktop;
     desktop.onboarding.open();
@@ -200,7 +200,7 @@ void SceneWindowsTest::doneClosesTheFirstRunWindow()
     settle();
 }
 
-void SceneWindowsTest::closedOtherwiseItWasNotDone()
+void SceneWindowsTest::closingWithoutDoneDoesNotCompleteTheOnboarding()
 {
     Desktop desktop;
     desktop.onboarding.open();
@@ -209,7 +209,7 @@ void SceneWindowsTest::closedOtherwiseItWasNotDone()
     QVERIFY(!desktop.stores.preferences.contains(u"hasOnboarded"_s));
 }
 
-void SceneWindowsTest::eachOpeningBeginsAtTheFirstPage()
+void SceneWindowsTest::eachOpeningStartsAtTheFirstPage()
 {
     Desktop desktop;
     desktop.onboarding.open();
@@ -222,7 +222,7 @@ void SceneWindowsTest::eachOpeningBeginsAtTheFirstPage()
     QCOMPARE(state->selected(), 2);
 }
 
-void SceneWindowsTest::aProgramCanEndWithItsWindowsOpen()
+void SceneWindowsTest::theProgramCanExitWithOpenWindows()
 {
     QPointer<QQuickView> view;
     {

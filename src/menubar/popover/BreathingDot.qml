@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// A dot that breathes while it is on screen, unless the user wants no motion.
+/// A dot that pulsates while it is visible, unless the user asked for reduced motion.
 StatusDot {
     id: dot
 

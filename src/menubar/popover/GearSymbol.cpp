@@ -33,7 +33,7 @@ QPainterPath gear()
 
 } // namespace
 
-// One path, so that a translucent colour is not laid twice where lines meet.
+// A single path, so that a translucent colour is not drawn twice where lines meet.
 void GearSymbol::paint(QPainter *painter)
 {
     const double unit = std::min(width(), height()) / grid;

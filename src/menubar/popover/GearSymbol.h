@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// The symbol of the settings: a gear in thin lines with round ends.
+/// The settings symbol: a gear drawn in thin lines with round ends.
 class GearSymbol : public kelvo::PaintedSymbol
 {
     Q_OBJECT

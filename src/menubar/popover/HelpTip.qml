@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvo
 
-/// The text that appears where the pointer rests.
+/// A tool tip that appears at the pointer.
 T.ToolTip {
     id: tip
 

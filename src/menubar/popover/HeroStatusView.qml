@@ -1,12 +1,12 @@
 import QtQuick
 import Kelvo
 
-/// The large block at the top: how one service is doing.
+/// The large block at the top with the status of one service.
 Item {
     id: hero
 
     required property PopoverState popover
-    /// Whether a change of the status is shown as one.
+    /// Whether a change of the status is animated.
     property bool animated: false
 
     Accessible.name: popover.heroName + ", " + popover.heroStatusLabel + ", " + popover.checkedText.toLowerCase()
@@ -47,7 +47,7 @@ Item {
         label: hero.popover.heroStatusLabel
         objectName: "statusLine"
 
-        // With a new label comes a new health, in either order: the old one is still needed then.
+        // The label and the health change one after the other, in either order. The old values are kept for the animation.
         onHealthChanged: {
             if (label === hero.popover.heroStatusLabel) {
                 shown.health = health;
@@ -93,7 +93,7 @@ Item {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: body.bottom
-        // The space between lines follows the last one too.
+        // The height of the text includes the line spacing after the last line.
         anchors.topMargin: 8 - body.lineSpacing
         spacing: 6
 
@@ -122,7 +122,7 @@ Item {
             id: shown
         }
 
-        /// The status that was shown goes as the new one comes.
+        /// The previous status, which fades out while the new one fades in.
         function begin() {
             formerStatusLine.label = shownLabel;
             formerStatusLine.health = shown.health;

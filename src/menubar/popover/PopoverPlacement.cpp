@@ -8,7 +8,7 @@ namespace {
 
 constexpr int gap = 6;
 
-/// `position` moved as little as it takes for `length` from there to be inside of `first` … `last`.
+/// Moves `position` by the smallest distance such that `length` from there is within [`first`, `last`].
 int clamped(int position, int length, int first, int last)
 {
     return std::max(first, std::min(position, last - length + 1));

@@ -6,13 +6,13 @@
 
 namespace kelvo::PopoverPlacement {
 
-/// Where a popover of `size` goes (its top left) for an anchor on a screen: centred below it, or above it when it is in
-/// the lower half of the screen, clear of the panels and wholly inside `available`, the part that they leave. One that
-/// is larger than that keeps its top left visible.
+/// Returns the top left corner for a popover of `size` beside `anchor`. The popover is centred below the anchor, or above
+/// it when the anchor is in the lower half of `screen`. It is entirely inside `available`, the part of the screen without
+/// panels; if it is larger than that, its top left corner is visible.
 QPoint beside(const QRect &anchor, const QSize &size, const QRect &screen, const QRect &available);
 
-/// The corner of the screen that is next to where rings are: the end of the panel, as far as panels can be told from
-/// what they take of the screen. An anchor without extent.
+/// Returns the corner of the screen at the end of the panel, where the tray usually is, as an anchor of size 0. The
+/// position of the panel is derived from the difference between `screen` and `available`.
 QRect panelCorner(const QRect &screen, const QRect &available);
 
 } // namespace kelvo::PopoverPlacement

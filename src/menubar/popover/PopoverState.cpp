@@ -33,11 +33,11 @@ void PopoverState::open()
     store_.setPopoverIsOpen(true);
     setIsOpen(true);
     refresh();
-    // Once the window is on its way to the screen: to begin eight requests takes longer than to draw it.
+    // Check after the window is shown, because starting eight requests takes longer than drawing the window.
     QMetaObject::invokeMethod(this, [this] { store_.checkAll(); }, Qt::QueuedConnection);
 }
 
-// Closing hands back a peek and promotes; the views are not bothered with it any more.
+// Closing the popover ends a peek and chooses the hero again. The views are not updated, because they are hidden.
 void PopoverState::close()
 {
     setIsOpen(false);

@@ -9,8 +9,8 @@
 
 namespace kelvo {
 
-/// What the popover shows, for its views: everything is derived from the stores whenever it is read. While the popover
-/// is closed nothing is told, and so nothing is read.
+/// The state that the popover's views show. All values are computed from the stores when they are read. While the popover
+/// is closed, no change signal is emitted, so nothing is read.
 class PopoverState : public QObject
 {
     Q_OBJECT
@@ -29,11 +29,11 @@ class PopoverState : public QObject
     Q_PROPERTY(QString armedChannelLabel READ armedChannelLabel NOTIFY changed FINAL)
 
 public:
-    /// The stores must outlive this.
+    /// The stores must outlive this object.
     PopoverState(StatusStore &store, SettingsStore &settings);
 
     bool isOpen() const { return isOpen_; }
-    /// "No service" without a hero.
+    /// The name of the hero, or "No service" when there is none.
     QString heroName() const;
     bool heroIsPromoted() const { return store_.heroIsPromoted(); }
     ServiceHealth heroHealth() const { return heroStatus().health; }
@@ -44,21 +44,20 @@ public:
     WatchListModel *rows() { return &rows_; }
     QString armedChannelLabel() const { return settings_.armedChannelLabel(); }
 
-    /// The popover appears: everything is brought up to date, and every service is checked as soon as control is back in
-    /// the event loop.
+    /// Called when the popover opens. Updates all values, and checks all services on the next turn of the event loop.
     void open();
-    /// The popover is gone.
+    /// Called when the popover has closed.
     void close();
 
-    /// Shows that service large, by its raw value; a second time hands back.
+    /// Peeks at a service, given by its raw value. Peeking at the same service again ends the peek.
     Q_INVOKABLE void peek(const QString &service);
     Q_INVOKABLE void openSettings() { Q_EMIT settingsRequested(); }
 
 Q_SIGNALS:
     void isOpenChanged();
-    /// Any of the texts and colours may be another. Only while the popover is open.
+    /// At least one of the values changed. Emitted only while the popover is open.
     void changed();
-    /// The user wants to see the settings.
+    /// The user asked for the settings.
     void settingsRequested();
 
 private:

@@ -47,7 +47,7 @@ void PopoverWindow::toggle(const QRect &ring)
         close();
         return;
     }
-    // The click that took the focus has closed the popover already; it must not open it again.
+    // This click has taken the focus and thereby closed the popover; it must not open it again.
     if (justClosed_) {
         justClosed_.reset();
         return;
@@ -83,7 +83,7 @@ bool PopoverWindow::eventFilter(QObject *watched, QEvent *event)
         }
         break;
     case QEvent::MouseButtonPress:
-        // The shadow is not the popover.
+        // A click on the shadow is a click outside of the popover.
         if (!card().contains(static_cast<QMouseEvent *>(event)->position().toPoint())) {
             close();
             return true;
@@ -143,7 +143,7 @@ void PopoverWindow::openBeside(const QRect &anchor)
     view_->requestActivate();
 }
 
-/// The popover itself is placed; what surrounds it takes the room that is left.
+/// Places the popover without its shadow; the shadow uses the remaining space.
 void PopoverWindow::place()
 {
     const auto *screen = screenOf(anchor_);
@@ -154,7 +154,8 @@ void PopoverWindow::place()
     view_->setPosition(position - card().topLeft());
 }
 
-/// The view would follow the size of what it shows only after the next event, and be seen in the wrong place.
+/// Resizes the view to its content now. By itself the view does so only after the next event, and would be shown at the
+/// wrong position until then.
 void PopoverWindow::fit()
 {
     view_->resize(frame_->size().toSize());

@@ -15,36 +15,36 @@ class QKeyEvent;
 
 namespace kelvo {
 
-/// The popover on the screen. Its views are loaded at the first opening and kept from then on.
+/// The window of the popover. Its views are loaded when it first opens and are kept afterwards.
 class PopoverWindow : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Everything must outlive this.
+    /// All arguments must outlive this object.
     PopoverWindow(StatusStore &store, SettingsStore &settings, ViewEngine &engine, ContinuousClock &clock);
     ~PopoverWindow() override;
 
     bool isOpen() const { return state_.isOpen(); }
 
-    /// The ring was clicked: opens the popover beside it, or closes it. `ring` is where the ring is on the screen;
-    /// when it is empty nobody knows, and the popover opens at the pointer.
+    /// Opens or closes the popover after a click on the ring. `ring` is the rectangle of the ring on the screen. If it is
+    /// empty, the popover opens at the pointer.
     void toggle(const QRect &ring = {});
-    /// Opens the popover, at the end of the panel, or brings the open one forward.
+    /// Opens the popover at the end of the panel. If it is open, brings it to the front.
     void open();
     void close();
 
-    /// The window; nothing before the first opening.
+    /// The window; null before the first opening.
     QQuickView *view() const { return view_.get(); }
-    /// The rectangle of the popover in its window.
+    /// The rectangle of the popover, without its shadow, in the window.
     QRect card() const;
 
 Q_SIGNALS:
-    /// The user wants to see the settings.
+    /// The user asked for the settings.
     void settingsRequested();
 
 private:
-    /// A click takes the focus a moment before it is told.
+    /// The maximum time between the loss of focus and the click on the ring that caused it.
     static constexpr std::chrono::milliseconds clickTime{400};
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -61,8 +61,9 @@ private:
     ContinuousClock &clock_;
     QRect anchor_;
     std::unique_ptr<QQuickView> view_;
-    PopoverFrameItem *frame_ = nullptr;                  ///< what the window shows
-    std::unique_ptr<ContinuousClock::Timer> justClosed_; ///< while the click that closed the popover may still come
+    PopoverFrameItem *frame_ = nullptr; ///< the root item of the window
+    std::unique_ptr<ContinuousClock::Timer>
+        justClosed_; ///< runs while the click that closed the popover may still arrive
 };
 
 } // namespace kelvo

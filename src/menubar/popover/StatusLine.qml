@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// A status in a word or two, with its dot, in the colours of a health.
+/// A dot and a status label in the colours of a health.
 Row {
     id: line
 

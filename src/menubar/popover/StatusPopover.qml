@@ -1,13 +1,13 @@
 import QtQuick
 import Kelvo
 
-/// The popover: how one service is doing, the others below, and the footer.
+/// The content of the popover: the hero, the other services, and the footer.
 FocusScope {
     id: root
 
     required property PopoverState popover
 
-    /// The content is in its place. It rises there each time the popover opens.
+    /// Whether the content is at its final position. It moves there each time the popover opens.
     property bool risen: false
 
     function appear() {
@@ -31,7 +31,7 @@ FocusScope {
     Accessible.role: Accessible.Pane
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
-    // A window has a whole height, and the lines of some fonts do not.
+    // The height of a window is an integer, but the line height of some fonts is not.
     implicitHeight: Math.ceil(Math.max(Tokens.popoverLeastHeight, list.y + list.height + stack.leastSpace + footer.height))
     implicitWidth: Tokens.popoverWidth
 
@@ -52,7 +52,7 @@ FocusScope {
     Item {
         id: stack
 
-        /// Between the last row and the footer.
+        /// The space between the last row and the footer.
         readonly property real leastSpace: 14
 
         anchors.fill: parent

@@ -34,7 +34,7 @@ void WatchListModel::removeRowsNotIn(const std::vector<Row> &rows)
     }
 }
 
-/// All rows before `position` are in place already.
+/// Moves or inserts `row` at `position`. All rows before `position` must be in place.
 void WatchListModel::place(const Row &row, std::size_t position)
 {
     const auto target = static_cast<int>(position);

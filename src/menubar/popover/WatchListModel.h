@@ -10,8 +10,8 @@
 
 namespace kelvo {
 
-/// The rows of the popover's watch list. An update touches only the rows that changed, so that a row under the pointer
-/// or with the keyboard's focus stays the same item.
+/// The rows of the popover's watch list. An update changes only the rows that differ, so that a row under the pointer or
+/// with the keyboard focus keeps its item.
 class WatchListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ public:
         serviceRole = Qt::UserRole, ///< "service": the raw value of its id
         nameRole,                   ///< "name"
         healthRole,                 ///< "health": a ServiceHealth
-        labelRole,                  ///< "label": of its last check, empty before the first
+        labelRole,                  ///< "label": the label of the last check; empty before the first check
     };
     Q_ENUM(Role)
 

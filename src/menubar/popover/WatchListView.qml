@@ -3,20 +3,20 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Kelvo
 
-/// The other watched services under their heading.
+/// The list of the other watched services, with its heading.
 Item {
     id: list
 
     required property PopoverState popover
 
-    /// Moves the keyboard's focus to a row, to the first or last one when there is none there.
+    /// Moves the keyboard focus to the row at an index. An index out of range means the first or the last row.
     function focusRow(index: int) {
         const row = rows.itemAt(Math.max(0, Math.min(index, rows.count - 1)));
         if (row) {
             row.forceActiveFocus(Qt.TabFocusReason);
         }
     }
-    /// The row goes to the top; the keyboard stays where it was in the list.
+    /// Moves the service of a row to the top. The keyboard focus stays at the same position of the list.
     function peek(index: int, service: string, byKeyboard: bool) {
         popover.peek(service);
         if (byKeyboard) {
@@ -51,7 +51,7 @@ Item {
 
             model: list.popover.rows
 
-            // Not with the next frame: the window takes its size before.
+            // Lay out now and not in the next frame, because the window is resized before.
             onCountChanged: column.forceLayout()
 
             WatchRow {

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// A watched service with its dot. Larger than what it shows by `reach`, for the highlight under the pointer.
+/// A row with a watched service and its dot. It extends its content by `reach` on each side, for the hover highlight.
 PlainButton {
     id: row
 
@@ -21,7 +21,7 @@ PlainButton {
     text: name
     topPadding: reach
 
-    // Of a type of its own: Qt cannot defer what has ids in it.
+    // The content is a separate type, because Qt cannot defer the creation of a component with ids.
     component Content: Item {
         id: content
 
@@ -72,7 +72,7 @@ PlainButton {
     Loader {
         active: row.hovered
 
-        // Qt 6.4 refuses to load this from a file whose components are bound, which would make `row` known to qmllint.
+        // `pragma ComponentBehavior: Bound` would make `row` known to qmllint, but Qt 6.4 cannot load this component then.
         // qmllint disable unqualified
         sourceComponent: HelpTip {
             objectName: "help"

@@ -16,14 +16,14 @@ namespace {
 const auto itemPath = u"/StatusNotifierItem"_s;
 const auto menuObjectPath = u"/MenuBar"_s;
 
-/// The heights of common panels' icons, at one and two pixels a point. A tray takes the next one.
+/// The usual icon sizes of panels, with one and two pixels per point. A tray chooses the nearest one.
 constexpr int iconSizes[] = {16, 22, 24, 32, 44, 48, 64};
 
 IconPixmap iconPixmap(const QIcon &icon, int size)
 {
     const auto image = icon.pixmap(QSize(size, size), 1.0).toImage().convertToFormat(QImage::Format_ARGB32);
     IconPixmap pixmap{image.width(), image.height(), QByteArray(image.sizeInBytes(), Qt::Uninitialized)};
-    // The rows of an image with 32 bits a pixel follow each other without gaps.
+    // The rows of an image with 32 bits per pixel are contiguous.
     qToBigEndian<quint32>(image.constBits(), image.sizeInBytes() / 4, pixmap.argb.data());
     return pixmap;
 }
@@ -109,7 +109,7 @@ QString StatusNotifierItem::category() const
     return u"ApplicationStatus"_s;
 }
 
-/// By which a tray remembers the item's place from session to session.
+/// A tray uses the id to remember the position of the item between sessions.
 QString StatusNotifierItem::id() const
 {
     return QCoreApplication::applicationName();
@@ -143,22 +143,22 @@ void StatusNotifierItem::Activate(int, int)
 
 void StatusNotifierItem::SecondaryActivate(int, int)
 {
-    // The middle button means nothing here.
+    // The middle mouse button has no function.
 }
 
 void StatusNotifierItem::ContextMenu(int, int)
 {
-    // The tray shows the menu itself, from the menu's own interface.
+    // The tray shows the menu itself, using the menu's interface.
 }
 
 void StatusNotifierItem::Scroll(int, const QString &)
 {
-    // Nor does the wheel.
+    // The wheel has no function.
 }
 
 void StatusNotifierItem::ProvideXdgActivationToken(const QString &token)
 {
-    // From where Qt takes it for the next window that it opens.
+    // Qt reads the token from the environment when it opens the next window.
     qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
 }
 

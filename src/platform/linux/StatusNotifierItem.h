@@ -15,7 +15,7 @@ class QMenu;
 
 namespace kelvo {
 
-/// An image of a StatusNotifierItem: 32 bits a pixel, ARGB, the most significant byte first.
+/// An image of a StatusNotifierItem: ARGB with 32 bits per pixel, most significant byte first.
 struct IconPixmap
 {
     int width = 0;
@@ -25,7 +25,7 @@ struct IconPixmap
 QDBusArgument &operator<<(QDBusArgument &argument, const IconPixmap &pixmap);
 const QDBusArgument &operator>>(const QDBusArgument &argument, IconPixmap &pixmap);
 
-/// What a StatusNotifierItem tells of the mouse over it.
+/// The tool tip of a StatusNotifierItem.
 struct ItemToolTip
 {
     QString iconName;
@@ -36,11 +36,11 @@ struct ItemToolTip
 QDBusArgument &operator<<(QDBusArgument &argument, const ItemToolTip &toolTip);
 const QDBusArgument &operator>>(const QDBusArgument &argument, ItemToolTip &toolTip);
 
-/// One item for trays that ask for items over the bus, on one connection: the interface org.kde.StatusNotifierItem, as
-/// freedesktop.org describes it, and the item's menu.
+/// An item for trays on the session bus, with its menu: the interface org.kde.StatusNotifierItem as specified by
+/// freedesktop.org.
 ///
-/// Qt's own item cannot take its place. It looks for trays on the connection that the process opened first, which is not
-/// made again after a restart of the bus.
+/// Qt's own implementation is not used, because it looks for trays on the first session bus connection of the process and
+/// does not reconnect after the bus restarts.
 class StatusNotifierItem : public QObject
 {
     Q_OBJECT
@@ -62,16 +62,16 @@ class StatusNotifierItem : public QObject
     Q_PROPERTY(QDBusObjectPath Menu READ menuPath CONSTANT SCRIPTABLE true)
 
 public:
-    /// Is on the bus from now on, at the usual paths, until it is destroyed.
+    /// Registers the item and its menu on the connection, at the usual object paths, until this object is destroyed.
     explicit StatusNotifierItem(const QDBusConnection &connection);
     ~StatusNotifierItem() override;
 
     void setIcon(const QIcon &icon);
     void setToolTip(const QString &text);
-    /// Not owned; must outlive the item. Null for none.
+    /// Sets the menu. It is not owned and must outlive the item. Null means no menu.
     void setMenu(QMenu *menu);
 
-    /// Asks the tray with this unique name for a place.
+    /// Registers the item with the tray that has this unique bus name.
     void registerWith(const QString &watcher) const;
 
     QString category() const;
@@ -90,7 +90,7 @@ public Q_SLOTS:
     Q_SCRIPTABLE void SecondaryActivate(int x, int y);
     Q_SCRIPTABLE void ContextMenu(int x, int y);
     Q_SCRIPTABLE void Scroll(int delta, const QString &orientation);
-    /// The token by which the window that a click opens may take the focus, where the compositor wants one.
+    /// Receives the token with which the window that a click opens may take the focus, for compositors that require one.
     Q_SCRIPTABLE void ProvideXdgActivationToken(const QString &token);
 
 Q_SIGNALS:

@@ -112,7 +112,7 @@ QList<MenuEntry> StatusNotifierMenu::GetGroupProperties(const QList<int> &ids, c
 
 QDBusVariant StatusNotifierMenu::GetProperty(int id, const QString &name)
 {
-    // A variant on the bus is never empty; an unknown property reads as an empty text.
+    // A D-Bus variant cannot be empty, so an unknown property has an empty text.
     return QDBusVariant(properties(id, {name}).value(name, QString()));
 }
 
@@ -120,7 +120,7 @@ void StatusNotifierMenu::Event(int id, const QString &kind, const QDBusVariant &
 {
     auto *chosen = action(id);
     if (chosen && kind == "clicked"_L1) {
-        // After the reply: what the entry does may take its time, or end the program.
+        // Trigger the action after the reply, because it may take a long time or end the program.
         QMetaObject::invokeMethod(chosen, &QAction::trigger, Qt::QueuedConnection);
     }
 }
@@ -139,7 +139,7 @@ QList<int> StatusNotifierMenu::EventGroup(const QList<MenuEvent> &events)
 
 bool StatusNotifierMenu::AboutToShow(int)
 {
-    return false; // what was told before still holds
+    return false; // the layout has not changed
 }
 
 QList<int> StatusNotifierMenu::AboutToShowGroup(const QList<int> &, QList<int> &idErrors)
@@ -159,13 +159,13 @@ bool StatusNotifierMenu::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
-/// Null where there is no such entry.
+/// Returns null when there is no entry with this id.
 QAction *StatusNotifierMenu::action(int id) const
 {
     return menu_ ? menu_->actions().value(id - 1) : nullptr;
 }
 
-/// Those of the names; all when no name is given. What has its default is left out.
+/// Returns the properties with these names, or all when `names` is empty. Properties with their default are omitted.
 QVariantMap StatusNotifierMenu::properties(int id, const QStringList &names) const
 {
     QVariantMap all;
@@ -175,7 +175,7 @@ QVariantMap StatusNotifierMenu::properties(int id, const QStringList &names) con
     } else if (entry && entry->isSeparator()) {
         all.insert(u"type"_s, u"separator"_s);
     } else if (entry) {
-        // An underscore marks the letter that chooses the entry; two are one.
+        // An underscore marks the mnemonic of the entry; a double underscore stands for one underscore.
         all.insert(u"label"_s, entry->text().replace(u'_', u"__"_s));
         all.insert(u"enabled"_s, entry->isEnabled());
         all.insert(u"visible"_s, entry->isVisible());

@@ -11,7 +11,7 @@
 
 namespace kelvo {
 
-/// An entry of a menu on the bus.
+/// A menu entry as sent over the bus.
 struct MenuEntry
 {
     int id = 0;
@@ -20,7 +20,7 @@ struct MenuEntry
 QDBusArgument &operator<<(QDBusArgument &argument, const MenuEntry &entry);
 const QDBusArgument &operator>>(const QDBusArgument &argument, MenuEntry &entry);
 
-/// An entry and the entries below it, each a MenuLayout.
+/// A menu entry and its children, each of which is a MenuLayout.
 struct MenuLayout
 {
     int id = 0;
@@ -30,7 +30,7 @@ struct MenuLayout
 QDBusArgument &operator<<(QDBusArgument &argument, const MenuLayout &layout);
 const QDBusArgument &operator>>(const QDBusArgument &argument, MenuLayout &layout);
 
-/// What the user did with an entry.
+/// An action of the user on a menu entry.
 struct MenuEvent
 {
     int id = 0;
@@ -41,8 +41,8 @@ struct MenuEvent
 QDBusArgument &operator<<(QDBusArgument &argument, const MenuEvent &event);
 const QDBusArgument &operator>>(const QDBusArgument &argument, MenuEvent &event);
 
-/// A flat menu on the bus, for trays that show menus themselves: the interface com.canonical.dbusmenu over a QMenu. The
-/// id of an entry is its position, from 1; 0 is the menu.
+/// Exports a flat QMenu over the interface com.canonical.dbusmenu, for trays that show menus themselves. The id of an
+/// entry is its position, starting at 1; 0 is the menu itself.
 class StatusNotifierMenu : public QObject
 {
     Q_OBJECT
@@ -56,7 +56,7 @@ class StatusNotifierMenu : public QObject
 public:
     StatusNotifierMenu();
 
-    /// Not owned. Null for none.
+    /// Sets the menu, which is not owned. Null means no menu.
     void setMenu(QMenu *menu);
 
     uint version() const { return 3; }

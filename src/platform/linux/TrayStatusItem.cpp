@@ -15,10 +15,10 @@ namespace {
 const auto watcherName = u"org.kde.StatusNotifierWatcher"_s;
 const auto watcherPath = u"/StatusNotifierWatcher"_s;
 
-/// How long the start may wait for the tray's first answer. One that is there answers within a millisecond or two.
+/// The maximum time that the start blocks for the answer of the tray. A running tray answers within two milliseconds.
 constexpr auto firstAnswerAtMost = 200ms;
 
-/// Whether somebody shows the items that the watcher knows. A watcher without a host is no tray.
+/// Asks whether a host shows the items of the watcher. A watcher without a host is not a tray.
 QDBusMessage hostQuestion(const QString &watcher)
 {
     auto question = QDBusMessage::createMethodCall(watcher, watcherPath, u"org.freedesktop.DBus.Properties"_s,
@@ -34,7 +34,8 @@ bool saysRegistered(const QDBusMessage &answer)
         && answer.arguments().value(0).value<QDBusVariant>().variant().toBool();
 }
 
-/// A panel that offers both kinds of tray does not start them in one moment.
+/// The time to wait for a tray on the bus when an XEmbed tray is present, because a panel with both starts them one after
+/// the other.
 constexpr auto busTrayGrace = 3s;
 
 } // namespace
@@ -46,7 +47,7 @@ TrayStatusItem::TrayStatusItem(std::shared_ptr<BusConnection> sessionBus)
     watcher_.listen(watcherPath, watcherName, u"StatusNotifierHostRegistered"_s, this, SLOT(awaitHost()));
     connect(&watcher_, &BusNameOwner::changed, this, &TrayStatusItem::awaitHost);
     connect(&xembed_, &XEmbedTray::appeared, this, &TrayStatusItem::awaitHost);
-    // An item on the bus ends with the bus.
+    // The item on the bus is lost with the bus.
     connect(bus_.get(), &BusConnection::disconnected, this, [this] {
         busItem_.reset();
         registeredWith_.clear();
@@ -103,7 +104,7 @@ void TrayStatusItem::show()
         embed();
         return;
     }
-    // Asked once while waiting, so that a ring whose tray is there does not come behind all else that starts.
+    // Ask once synchronously, so that the ring appears before the rest of the start if the tray is running.
     onHostKnown(
         bus_->connection().call(hostQuestion(watcherName), QDBus::Block, static_cast<int>(firstAnswerAtMost.count())));
     awaitHost();
@@ -138,7 +139,7 @@ void TrayStatusItem::settleForXEmbed()
     }
 }
 
-/// A tray that has been asked is not asked again; one that started anew knows of nothing.
+/// Registers the item once with each tray. A tray that has restarted has a new unique name.
 void TrayStatusItem::placeOnBus(const QString &watcher)
 {
     busTrayGrace_.stop();
@@ -155,7 +156,8 @@ void TrayStatusItem::placeOnBus(const QString &watcher)
     }
 }
 
-/// QSystemTrayIcon decides at its first use whether the process embeds its items; so none is made before that is known.
+/// Shows the item in an XEmbed tray. QSystemTrayIcon decides at its first use whether the process embeds its items, so it
+/// is made only here.
 void TrayStatusItem::embed()
 {
     if (embedded_) {

@@ -15,9 +15,8 @@
 
 namespace kelvo {
 
-/// The item in a tray of either kind: one that asks for items over the session bus, or one that embeds X11 windows.
-///
-/// The bus's kind is preferred where both are offered.
+/// The item in a tray on the session bus (StatusNotifierItem) or in an XEmbed tray, which embeds X11 windows. If both
+/// exist, the tray on the bus is used.
 class TrayStatusItem : public StatusItem
 {
     Q_OBJECT
@@ -49,7 +48,7 @@ private:
     QPointer<QMenu> menu_;
     bool shown_ = false;
     std::unique_ptr<StatusNotifierItem> busItem_;
-    QString registeredWith_; ///< the unique name of the tray that was asked for a place
+    QString registeredWith_; ///< the unique name of the tray with which the item is registered
     std::unique_ptr<QSystemTrayIcon> embedded_;
 };
 

@@ -7,8 +7,8 @@
 
 namespace kelvo {
 
-/// A text of the settings that the user types, with what stands beside and in its field. What is set is stored at once,
-/// exactly as it is.
+/// A text setting that the user types, with the label and the placeholder of its field. Each change is stored at once and
+/// unchanged.
 class ChannelField : public QObject
 {
     Q_OBJECT
@@ -20,7 +20,7 @@ class ChannelField : public QObject
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged FINAL)
 
 public:
-    /// Which field it is, and where in the store its text is.
+    /// The texts of the field, and the accessors of its setting in the store.
     struct Binding
     {
         QString label;

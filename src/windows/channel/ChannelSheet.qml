@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Kelvo
 
-/// The settings of one channel. What is typed is stored as it is typed, so there is nothing to save or to cancel.
+/// The settings of one channel. Every keystroke is stored at once, so the sheet has no Save and no Cancel button.
 FocusScope {
     id: root
 

@@ -11,7 +11,8 @@
 
 namespace kelvo {
 
-/// What the sheet of one channel shows and does. Nothing is kept here: all is read from the stores and written there.
+/// The state and the actions of the settings sheet of one channel. It keeps no data: everything is read from and written
+/// to the stores.
 class ChannelSheetState : public QObject
 {
     Q_OBJECT
@@ -28,24 +29,24 @@ class ChannelSheetState : public QObject
     Q_PROPERTY(bool isArmed READ isArmed NOTIFY changed FINAL)
 
 public:
-    /// The stores must outlive this.
+    /// The stores must outlive this object.
     ChannelSheetState(RemoteChannel channel, SettingsStore &settings, NotifierStore &notifier);
 
     QString title() const { return displayTitle(channel_); }
-    /// Empty for a channel without settings of its own, as the footnote and the fields are.
+    /// Empty for a channel without settings of its own. Its footnote and its list of fields are empty as well.
     QString description() const;
     QString footnote() const;
-    /// What there is to fill in.
+    /// The text fields of the sheet.
     QQmlListProperty<ChannelField> fields() { return {this, &fields_}; }
-    /// Of what the channel is told, in words.
+    /// Describes which alerts the channel receives: "Recovery only" or "Recovery and outages".
     QString toldAbout() const;
-    /// How the last test of any channel went, in words.
+    /// The result of the last test of any channel, as a text for the user; empty before the first test.
     QString testResult() const;
     bool isConfigured() const { return settings_.isConfigured(channel_); }
     bool isArmed() const { return settings_.armedChannel() == channel_; }
 
     Q_INVOKABLE void arm() { settings_.setArmedChannel(channel_); }
-    /// Returns at once; the result shows when it is there.
+    /// Sends the test message and returns at once. `testResult` changes when the post has ended.
     Q_INVOKABLE void sendTest() { notifier_.sendTest(channel_); }
 
 Q_SIGNALS:

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvo
 
-/// A labelled text field. It shows the text it is given; `edited` tells every keystroke.
+/// A text field with a label. It shows `text` and emits `edited` for every keystroke.
 FocusScope {
     id: row
 
@@ -46,7 +46,7 @@ FocusScope {
         font: Tokens.bodyText
         hoverEnabled: true
         implicitHeight: Math.max(Tokens.fieldHeight, contentHeight + topPadding + bottomPadding)
-        // What is typed here are addresses and secrets: nothing to learn, complete or correct.
+        // The fields contain addresses and secrets, which an input method must not learn, complete or correct.
         inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
         leftPadding: 8
         objectName: "input"
@@ -74,7 +74,7 @@ FocusScope {
 
         Keys.onEnterPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
         Keys.onReturnPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
-        // A long text is known by its beginning.
+        // Show the beginning of a long text.
         Component.onCompleted: cursorPosition = 0
         onActiveFocusChanged: {
             if (!activeFocus) {

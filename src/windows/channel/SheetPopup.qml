@@ -2,14 +2,14 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvo
 
-/// Puts the sheet of a channel over its window. Nothing behind it can be reached until it closes.
+/// Shows the channel sheet above its window as a modal popup.
 T.Popup {
     id: popup
 
     required property SettingsState settings
     required property ChannelSheetState sheet
 
-    /// Where the focus was, and is again afterwards.
+    /// The item that had the focus before, and gets it again when the sheet closes.
     property Item formerFocus: null
     property bool formerFocusWasShown: false
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// A label and a value that only the program changes.
+/// A label and a read-only value.
 Item {
     id: row
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// One option of a list.
+/// One option in a list of options.
 ChoiceOption {
     id: row
 

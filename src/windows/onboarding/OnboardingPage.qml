@@ -1,14 +1,14 @@
 import QtQuick
 import Kelvo
 
-/// A page of the first-run window with its text in the middle: a symbol, a heading, and what there is to say.
+/// A page of the onboarding window: a centred symbol, a heading and a text.
 Item {
     id: page
 
     required property string heading
     property font headingFont: Tokens.windowTitle
     required property string body
-    /// A last, quieter line; may be empty.
+    /// An additional line in a lighter colour; may be empty.
     property string remark: ""
     default property alias symbol: symbolPlace.data
 

@@ -5,13 +5,13 @@
 
 namespace kelvo {
 
-/// The first-run window. Each opening begins at the first page.
+/// The onboarding window. It always opens at its first page.
 class OnboardingSceneWindow : public SceneWindow
 {
     Q_OBJECT
 
 public:
-    /// Everything must outlive this.
+    /// All arguments must outlive this object.
     OnboardingSceneWindow(SettingsStore &settings, NotifierStore &notifier, ViewEngine &engine,
                           const Appearance &appearance);
     ~OnboardingSceneWindow() override;

@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Claude Code can be watched, but is not offered as the one that matters most.
+/// The services that are offered as the primary service: all except Claude Code.
 std::vector<Service> offered()
 {
     std::vector<Service> services;

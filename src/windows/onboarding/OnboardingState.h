@@ -13,7 +13,7 @@
 
 namespace kelvo {
 
-/// The way through the first-run window, for its views.
+/// The state and the actions of the onboarding window.
 class OnboardingState : public QObject
 {
     Q_OBJECT
@@ -30,38 +30,38 @@ public:
     enum Page { Promise, PrimaryPicker, Permission, Complete };
     Q_ENUM(Page)
 
-    /// Starts at the first page with the primary service selected; without one, nothing is selected. The stores must
-    /// outlive this.
+    /// Starts at the first page with the primary service selected. If there is none, nothing is selected. The stores must
+    /// outlive this object.
     OnboardingState(SettingsStore &settings, NotifierStore &notifier, QObject *parent = nullptr);
 
     Page page() const { return page_; }
     /// The names of the services that are offered.
     QStringList choices() const;
-    /// The position of the selected service among the choices; -1 when it is not one of them, as with Claude Code.
+    /// The index of the selected service in `choices`; -1 when none is selected or it is not offered (Claude Code).
     int selected() const;
-    /// Whether a service is selected, among the choices or not.
+    /// Whether a service is selected, offered or not.
     bool hasSelection() const { return selected_.has_value(); }
-    /// What is watched and how often, in words.
+    /// Describes which service is watched and how often.
     QString watchingText() const;
 
-    /// Selects a choice. Takes effect only with `continueToPermission`.
+    /// Selects a service by its index in `choices`. The setting changes only in `continueToPermission`.
     void select(int choice);
 
     Q_INVOKABLE void continueToPicker() { turnTo(PrimaryPicker); }
     Q_INVOKABLE void backToPromise() { turnTo(Promise); }
-    /// Makes the selected service the primary one. Nothing happens while none is selected.
+    /// Makes the selected service the primary one and shows the next page. Does nothing when none is selected.
     Q_INVOKABLE void continueToPermission();
-    /// Asks the system, and goes on without waiting for the answer.
+    /// Asks for the permission to post notifications and shows the next page without waiting for the answer.
     Q_INVOKABLE void allowNotifications();
     Q_INVOKABLE void skipPermission() { turnTo(Complete); }
-    /// The user is through: the window need not open by itself again.
+    /// Marks the onboarding as completed, so that the window does not open at the next start.
     Q_INVOKABLE void finish();
 
 Q_SIGNALS:
     void pageChanged();
     void selectedChanged();
     void watchingTextChanged();
-    /// The window is to close.
+    /// The onboarding is completed and the window should close.
     void finished();
 
 private:

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Kelvo
 
-/// How many pages there are, and which one is shown.
+/// Dots that show the number of pages and the current page.
 Row {
     id: dots
 

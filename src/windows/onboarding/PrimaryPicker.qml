@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Kelvo
 
-/// The page that asks for the service to show first.
+/// The page on which the user chooses the primary service.
 ChoiceGroup {
     id: picker
 

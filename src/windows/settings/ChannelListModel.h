@@ -7,7 +7,7 @@
 
 namespace kelvo {
 
-/// The rows of the channel list: every channel, in the order in which they are declared.
+/// The rows of the channel list: all channels in the order of their declaration.
 class ChannelListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -16,15 +16,15 @@ class ChannelListModel : public QAbstractListModel
 
 public:
     enum Role {
-        channelRole = Qt::UserRole, ///< "channel": its raw value
+        channelRole = Qt::UserRole, ///< "channel": the raw value
         titleRole,                  ///< "title"
-        stateRole,                  ///< "stateText": the short text beside it, may be empty
+        stateRole,                  ///< "stateText": the short text beside the title; may be empty
         isArmedRole,                ///< "isArmed"
-        isSelectableRole,           ///< "isSelectable": choosing it does something
+        isSelectableRole,           ///< "isSelectable": whether a click on the row has an effect
     };
     Q_ENUM(Role)
 
-    /// Follows the store, which must outlive this.
+    /// Follows the store, which must outlive this object.
     explicit ChannelListModel(const SettingsStore &settings);
 
     int rowCount(const QModelIndex &parent = {}) const override;

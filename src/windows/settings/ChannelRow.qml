@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// A channel that alerts can go to.
+/// A row of the channel list.
 PlainButton {
     id: row
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// A square check box. It shows what it is told to; the one who uses it says what a click does.
+/// A square check box. It shows `isOn` and does not change it; the item that contains it handles clicks.
 PlainButton {
     id: box
 

@@ -1,11 +1,11 @@
 import QtQuick
 import Kelvo
 
-/// The grip by which a row is dragged. Points are those of the window, for the row moves with the pointer.
+/// The handle that drags a row. Its signals use window coordinates, because the row moves with the pointer.
 MouseArea {
     id: handle
 
-    /// A button went down and the pointer has moved since.
+    /// Whether the pointer has moved since the mouse button was pressed.
     property bool isDragging: false
     property point pressedAt
 

@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// A filled bar with fully round ends, as large as its item.
+/// A filled bar with round ends that fills its item.
 class PillShape : public kelvo::PaintedSymbol
 {
     Q_OBJECT

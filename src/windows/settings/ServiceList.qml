@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Kelvo
 
-/// All services in the user's order, which dragging changes, and Alt with the arrow keys.
+/// All services in the user's order. Dragging, or Alt with the arrow keys, changes the order.
 Item {
     id: list
 
@@ -11,9 +11,9 @@ Item {
 
     readonly property real rowHeight: Tokens.rowHeight
     readonly property bool isDragging: lifted !== null
-    /// The row that is dragged.
+    /// The dragged row; null when no row is dragged.
     property ServiceRow lifted: null
-    /// Where the dragged row would be put down.
+    /// The index at which the dragged row would be dropped; -1 when no row is dragged.
     readonly property int dropPosition: {
         if (!isDragging) {
             return -1;
@@ -40,7 +40,7 @@ Item {
         pointerInWindow = at;
         pointer = mapFromItem(null, at.x, at.y);
     }
-    /// The list moved under the pointer.
+    /// Called when the list has scrolled during a drag.
     function followScrolling() {
         follow(pointerInWindow);
     }
@@ -53,7 +53,7 @@ Item {
     function cancel() {
         lifted = null;
     }
-    /// Where a row is while another is dragged: they make room.
+    /// The position of a row while another one is dragged. Rows move to make room for it.
     function shownPosition(index: int): int {
         if (!isDragging || index === lifted.index) {
             return index;

@@ -15,7 +15,7 @@ void ServiceListModel::update(const std::vector<Row> &rows)
     removeRowsFrom(position);
 }
 
-/// All rows before `position` are in place already.
+/// Moves or inserts `row` at `position`. All rows before `position` must be in place.
 void ServiceListModel::place(const Row &row, int position)
 {
     const auto target = rows_.begin() + position;

@@ -9,8 +9,8 @@
 
 namespace kelvo {
 
-/// The rows of the services list, in the user's order. An update moves rows rather than making new ones, so that a row
-/// with the keyboard's focus keeps it.
+/// The rows of the services list in the user's order. An update moves rows instead of creating new ones, so that a row
+/// keeps the keyboard focus.
 class ServiceListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -21,8 +21,8 @@ public:
     enum Role {
         serviceRole = Qt::UserRole, ///< "service": the raw value of its id
         nameRole,                   ///< "name"
-        isPrimaryRole,              ///< "isPrimary": it is the first one that is watched
-        isOnRole,                   ///< "isOn": it is watched
+        isPrimaryRole,              ///< "isPrimary": whether it is the first watched service
+        isOnRole,                   ///< "isOn": whether it is watched
     };
     Q_ENUM(Role)
 
@@ -36,7 +36,7 @@ public:
 
     using QAbstractListModel::QAbstractListModel;
 
-    /// A service may be there more than once.
+    /// Replaces the rows. A service may occur more than once.
     void update(const std::vector<Row> &rows);
 
     int rowCount(const QModelIndex &parent = {}) const override;

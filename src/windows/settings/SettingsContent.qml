@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Kelvo
 
-/// All settings, section by section.
+/// The content of the settings window: all sections.
 Column {
     id: content
 

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What the desktop draws around a window, about: it is not known before the window is shown.
+/// The approximate height of the title bar. The real height is not known before the window is shown.
 constexpr int titleBarHeight = 40;
 
 } // namespace

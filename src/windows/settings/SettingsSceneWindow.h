@@ -5,19 +5,19 @@
 
 namespace kelvo {
 
-/// The settings window. As high as its content where the screen allows, else it scrolls.
+/// The settings window. It is as high as its content if the screen is high enough; otherwise its content scrolls.
 class SettingsSceneWindow : public SceneWindow
 {
     Q_OBJECT
 
 public:
-    /// Everything must outlive this.
+    /// All arguments must outlive this object.
     SettingsSceneWindow(SettingsStore &settings, NotifierStore &notifier, ViewEngine &engine,
                         const Appearance &appearance);
     ~SettingsSceneWindow() override;
 
 Q_SIGNALS:
-    /// The user wants to see the first-run window again.
+    /// The user asked to see the onboarding window again.
     void onboardingRequested();
 
 private:

@@ -94,7 +94,7 @@ void SettingsState::refresh()
     Q_EMIT changed();
 }
 
-/// The former sheet outlives the views that show it.
+/// Replaces the channel sheet. The previous one is destroyed only after the views have released it.
 void SettingsState::present(std::unique_ptr<ChannelSheetState> sheet)
 {
     channelSheet_.swap(sheet);

@@ -14,8 +14,8 @@
 
 namespace kelvo {
 
-/// What the settings window shows and does, for its views. Everything is written through to the store at once, and a
-/// change made anywhere else shows at once.
+/// The state and the actions of the settings window. Changes are written to the store at once, and changes of the store
+/// are shown at once.
 class SettingsState : public QObject
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ class SettingsState : public QObject
     Q_PROPERTY(kelvo::ChannelSheetState *channelSheet READ channelSheet NOTIFY channelSheetChanged FINAL)
 
 public:
-    /// The stores must outlive this.
+    /// The stores must outlive this object.
     SettingsState(SettingsStore &settings, NotifierStore &notifier, QObject *parent = nullptr);
     ~SettingsState() override;
 
@@ -45,7 +45,7 @@ public:
     bool watchOnThisMac() const { return settings_.watchOnThisMac(); }
     bool outageAlertsEnabled() const { return settings_.outageAlertsEnabled(); }
     bool launchAtLogin() const { return settings_.launchAtLogin(); }
-    /// What the sheet over the window shows; null when there is none.
+    /// The state of the open channel sheet; null when none is open.
     ChannelSheetState *channelSheet() const { return channelSheet_.get(); }
 
     void setCheckInterval(int position);
@@ -53,11 +53,11 @@ public:
     void setOutageAlertsEnabled(bool value) { settings_.setOutageAlertsEnabled(value); }
     void setLaunchAtLogin(bool value) { settings_.setLaunchAtLogin(value); }
 
-    /// Watches the service, or no longer, by its raw value. The last watched one stays.
+    /// Starts or stops watching a service, given by its raw value. The last watched service cannot be turned off.
     Q_INVOKABLE void toggle(const QString &service);
-    /// Puts the service, by its raw value, at that position of the order; beyond the end is last.
+    /// Moves a service, given by its raw value, to a position in the order. A position beyond the end means the end.
     Q_INVOKABLE void move(const QString &service, int to);
-    /// What choosing a channel, by its raw value, does: this computer is armed, the others that deliver have a sheet.
+    /// Handles a click on a channel, given by its raw value: arms this computer, or opens the sheet of Slack or Telegram.
     Q_INVOKABLE void tapChannel(const QString &channel);
     Q_INVOKABLE void dismissSheet() { present(nullptr); }
     Q_INVOKABLE void showOnboarding() { Q_EMIT onboardingRequested(); }
@@ -65,7 +65,7 @@ public:
 Q_SIGNALS:
     void changed();
     void channelSheetChanged();
-    /// The user wants to see the first-run window again.
+    /// The user asked to see the onboarding window again.
     void onboardingRequested();
 
 private:

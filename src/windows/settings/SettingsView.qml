@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Kelvo
 
-/// The settings window's view: the content, which scrolls where the window is lower, and the sheet of a channel over it.
+/// The view of the settings window: the content, which scrolls if the window is too low, and the channel sheet above it.
 FocusScope {
     id: root
 

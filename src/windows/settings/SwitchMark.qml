@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// The drawing of a switch that is on or off.
+/// Draws a switch that is on or off.
 Item {
     id: mark
 

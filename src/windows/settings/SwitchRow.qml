@@ -2,12 +2,12 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvo
 
-/// A titled switch with a line of explanation under it. It shows what it is told to; `flipped` says what the user wants.
+/// A switch with a title and an explanation below it. It shows `isOn` and emits `flipped` when the user operates it.
 T.CheckBox {
     id: row
 
     required property string title
-    /// Shown beside the title when there is one.
+    /// A tag beside the title; may be empty.
     property string tag: ""
     required property string subtitle
     required property bool isOn
@@ -23,7 +23,7 @@ T.CheckBox {
     checkState: isOn ? Qt.Checked : Qt.Unchecked
     hoverEnabled: true
     implicitHeight: Math.max(texts.implicitHeight, mark.height) + 18
-    // What was wished for need not come true.
+    // The requested change may be refused, so the check state follows `isOn` and not the click.
     nextCheckState: () => {
         flip();
         return isOn ? Qt.Checked : Qt.Unchecked;
