@@ -22,6 +22,8 @@ Item {
         lineWidth: mark.unit * 2.1
     }
     StatusDot {
+        // Versions of Qt differ in how they align what is centred to whole points: this dot is not aligned.
+        anchors.alignWhenCentered: false
         anchors.centerIn: parent
         color: mark.coreColor
         height: width

@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QQuickItem>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
@@ -49,6 +50,7 @@ class PopoverWindowTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u"Binding loop"_s)); }
     void viewsAreLoadedAtTheFirstOpening();
     void aClickOpensAndAClickCloses();
     void opensBesideTheRingInsideTheScreen();

@@ -12,7 +12,7 @@ PopoverFrameItem {
 
     readonly property real radius: translucent ? Tokens.windowRadius : 0
 
-    card: Qt.rect(content.x, content.y, content.width, content.height)
+    card: content
     height: content.y + content.height + (translucent ? Math.min(shadow.below, roomBelow) : Tokens.hairlineWidth)
     width: content.x + content.width + (translucent ? Math.min(shadow.blur, roomRight) : Tokens.hairlineWidth)
 

@@ -20,7 +20,7 @@ void PopoverFrameItem::setRoom(const QMargins &room)
     Q_EMIT roomChanged();
 }
 
-void PopoverFrameItem::setCard(const QRectF &card)
+void PopoverFrameItem::setCard(QQuickItem *card)
 {
     if (card == card_) {
         return;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <QMargins>
+#include <QPointer>
 #include <QQuickItem>
-#include <QRectF>
 
 #include <limits>
 
@@ -21,8 +21,9 @@ class PopoverFrameItem : public QQuickItem
     Q_PROPERTY(int roomBelow READ roomBelow NOTIFY roomChanged FINAL)
     Q_PROPERTY(int roomLeft READ roomLeft NOTIFY roomChanged FINAL)
     Q_PROPERTY(int roomRight READ roomRight NOTIFY roomChanged FINAL)
-    /// The rectangle of the popover in the frame.
-    Q_PROPERTY(QRectF card READ card WRITE setCard NOTIFY cardChanged FINAL)
+    /// The popover itself, which the frame contains. An item rather than its rectangle: the window changes the room when
+    /// the popover grows, and the popover's place in the frame depends on the room.
+    Q_PROPERTY(QQuickItem *card READ card WRITE setCard NOTIFY cardChanged FINAL)
 
 public:
     using QQuickItem::QQuickItem;
@@ -32,12 +33,12 @@ public:
     int roomBelow() const { return room_.bottom(); }
     int roomLeft() const { return room_.left(); }
     int roomRight() const { return room_.right(); }
-    QRectF card() const { return card_; }
+    QQuickItem *card() const { return card_; }
 
     void setTranslucent(bool translucent);
     /// The room is unlimited until this is called.
     void setRoom(const QMargins &room);
-    void setCard(const QRectF &card);
+    void setCard(QQuickItem *card);
 
 Q_SIGNALS:
     void translucentChanged();
@@ -49,7 +50,7 @@ private:
 
     bool translucent_ = false;
     QMargins room_{unlimited, unlimited, unlimited, unlimited};
-    QRectF card_;
+    QPointer<QQuickItem> card_;
 };
 
 } // namespace kelvo

@@ -126,7 +126,8 @@ void PopoverWindow::load()
 
     frame_ = qobject_cast<PopoverFrameItem *>(view_->rootObject());
     connect(frame_, &QQuickItem::heightChanged, this, &PopoverWindow::fit);
-    connect(frame_, &PopoverFrameItem::cardChanged, this, &PopoverWindow::place);
+    connect(frame_->card(), &QQuickItem::widthChanged, this, &PopoverWindow::place);
+    connect(frame_->card(), &QQuickItem::heightChanged, this, &PopoverWindow::place);
     connect(view_.get(), &QWindow::activeChanged, this, &PopoverWindow::closeForLostFocus);
 }
 
@@ -182,7 +183,8 @@ void PopoverWindow::closeForLostFocus()
 
 QRect PopoverWindow::card() const
 {
-    return frame_->card().toAlignedRect();
+    const auto *card = frame_->card();
+    return QRectF(card->position(), card->size()).toAlignedRect();
 }
 
 } // namespace kelvo

@@ -17,7 +17,8 @@ Item {
         anchors.leftMargin: Tokens.pagePadding
         anchors.right: parent.right
         anchors.rightMargin: Tokens.pagePadding
-        anchors.verticalCenter: parent.verticalCenter
+        // Versions of Qt differ in how they align what is centred to whole points.
+        y: Math.round((parent.height - height) / 2)
 
         Item {
             id: symbolPlace
