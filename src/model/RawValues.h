@@ -10,7 +10,7 @@
 
 namespace kelvo {
 
-/// A case of an enumeration and the value by which it is stored.
+/// A case of an enumeration and the value that is stored for it.
 template<typename Enum, typename Raw>
 struct RawValue
 {
@@ -18,19 +18,19 @@ struct RawValue
     Raw raw;
 };
 
-/// The table of an enumeration: every case with its raw value, in the order of their declaration. Specialized beside each
-/// enumeration that has raw values.
+/// The table of an enumeration: every case with its raw value, in order of declaration. Each enumeration with raw values
+/// specializes it.
 template<typename Enum>
 inline constexpr std::array<RawValue<Enum, int>, 0> rawValueTable{};
 
 template<typename Enum>
 concept HasRawValues = !rawValueTable<Enum>.empty();
 
-/// A raw value as it is looked up: a QStringView or a number.
+/// The type of a raw value in a lookup: QStringView or a number.
 template<HasRawValues Enum>
 using RawValueOf = decltype(rawValueTable<Enum>.front().raw);
 
-/// Every case of the enumeration, in the order of its table.
+/// All cases of the enumeration, in the order of its table.
 template<HasRawValues Enum>
 constexpr auto allCases()
 {
@@ -40,7 +40,7 @@ constexpr auto allCases()
     return cases;
 }
 
-/// The value by which the case is stored: a QString or a number.
+/// Returns the raw value of a case: a QString or a number.
 template<HasRawValues Enum>
 auto rawValue(Enum value)
 {
@@ -54,7 +54,7 @@ auto rawValue(Enum value)
     }
 }
 
-/// The case stored as `raw`, which is compared exactly; nothing for any other value.
+/// Returns the case whose raw value is exactly `raw`, or nullopt.
 template<HasRawValues Enum>
 std::optional<Enum> fromRawValue(RawValueOf<Enum> raw)
 {

@@ -4,15 +4,15 @@
 
 namespace kelvo {
 
-/// A service's condition. No order of severity is meant.
+/// The health of a service. The order of the cases has no meaning.
 enum class ServiceHealth {
-    operational, ///< the source reports the service working normally
-    degraded,    ///< partial trouble, or a recovery that the service itself has not confirmed yet
+    operational, ///< the source reports that the service works normally
+    degraded,    ///< a partial outage, or a recovery that the probe has not confirmed yet
     outage,      ///< a major outage
     unknown,     ///< the status could not be read or interpreted
 };
 
-/// A health is written as the name of its case.
+/// The raw value of a health is the name of its case.
 template<>
 inline constexpr auto rawValueTable<ServiceHealth> = std::to_array<RawValue<ServiceHealth, QStringView>>({
     {ServiceHealth::operational, u"operational"},
@@ -21,7 +21,8 @@ inline constexpr auto rawValueTable<ServiceHealth> = std::to_array<RawValue<Serv
     {ServiceHealth::unknown, u"unknown"},
 });
 
-/// Whether the service is in trouble. `unknown` is not: a page that cannot be read says nothing about the service.
+/// Whether the service is affected: degraded or outage. `unknown` is not affected, because it says nothing about the
+/// service.
 constexpr bool isAffected(ServiceHealth health)
 {
     return health == ServiceHealth::degraded || health == ServiceHealth::outage;

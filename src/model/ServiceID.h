@@ -6,10 +6,10 @@
 
 namespace kelvo {
 
-/// The services that can be watched. The order is the catalogue's and the default order of the watch list.
+/// The services that can be watched, in the order of the catalogue, which is also the default order of the watch list.
 enum class ServiceID { claude, chatgpt, cursor, gemini, copilot, anthropicAPI, openaiAPI, claudeCode };
 
-/// A service is stored by the name of its case.
+/// The raw value of a service is the name of its case.
 template<>
 inline constexpr auto rawValueTable<ServiceID> = std::to_array<RawValue<ServiceID, QStringView>>({
     {ServiceID::claude, u"claude"},
@@ -22,7 +22,7 @@ inline constexpr auto rawValueTable<ServiceID> = std::to_array<RawValue<ServiceI
     {ServiceID::claudeCode, u"claudeCode"},
 });
 
-/// Every ServiceID, in the order of its declaration.
+/// All service ids, in order of declaration.
 inline constexpr auto allServiceIDs = allCases<ServiceID>();
 
 inline size_t qHash(ServiceID id, size_t seed = 0)

@@ -121,7 +121,7 @@ private:
     PollLoop pollLoop_;
     std::unique_ptr<ContinuousClock::Timer> clockTimer_;
     std::unique_ptr<ContinuousClock::Timer> settingsTimer_;
-    std::unique_ptr<ContinuousClock::Timer> networkTimer_; ///< while a change of the network settles
+    std::unique_ptr<ContinuousClock::Timer> networkTimer_; ///< runs while a network change settles
 };
 
 } // namespace kelvo

@@ -9,7 +9,7 @@ namespace kelvo {
 /// How often services are checked while none of them is affected.
 enum class CheckInterval { oneMinute, fiveMinutes };
 
-/// An interval is stored as its seconds.
+/// The raw value of an interval is its length in seconds.
 template<>
 inline constexpr auto rawValueTable<CheckInterval> = std::to_array<RawValue<CheckInterval, int>>({
     {CheckInterval::oneMinute, 60},

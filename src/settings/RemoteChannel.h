@@ -4,10 +4,10 @@
 
 namespace kelvo {
 
-/// Where alerts go. `thisMac` is this computer, whatever it is; `email` and `whatsapp` deliver nothing yet.
+/// The channels for alerts. `thisMac` is this computer on every system. `email` and `whatsapp` deliver nothing yet.
 enum class RemoteChannel { thisMac, slack, telegram, email, whatsapp };
 
-/// A channel is stored by the name of its case.
+/// The raw value of a channel is the name of its case.
 template<>
 inline constexpr auto rawValueTable<RemoteChannel> = std::to_array<RawValue<RemoteChannel, QStringView>>({
     {RemoteChannel::thisMac, u"thisMac"},
@@ -19,7 +19,7 @@ inline constexpr auto rawValueTable<RemoteChannel> = std::to_array<RawValue<Remo
 
 inline constexpr auto allRemoteChannels = allCases<RemoteChannel>();
 
-/// The channel's name for the user.
+/// Returns the name of the channel that the user sees.
 QString displayTitle(RemoteChannel channel);
 
 } // namespace kelvo

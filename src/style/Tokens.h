@@ -10,7 +10,7 @@
 
 namespace kelvo {
 
-/// How a change of the view is animated.
+/// The duration and the easing curve of an animation.
 struct Motion
 {
     Q_GADGET
@@ -23,8 +23,8 @@ public:
     QEasingCurve curve;
 };
 
-/// The colours, fonts, motions and sizes that every view is made of. Colours follow the desktop between light and dark while
-/// the views are shown; the palette of the desktop has no part in them. A point is one device-independent pixel.
+/// The colours, fonts, animations and sizes of all views. Colours follow the appearance of the desktop and do not depend on
+/// its palette. A point is one device-independent pixel.
 class Tokens : public QObject
 {
     Q_OBJECT
@@ -165,11 +165,11 @@ class Tokens : public QObject
     Q_PROPERTY(int windowShadowDrop MEMBER windowShadowDrop CONSTANT FINAL)
 
 public:
-    /// Follows the appearance last given to `setAppearance`.
+    /// Follows the appearance that was last passed to `setAppearance`.
     Tokens();
-    /// Colours follow `appearance`, which must outlive this; without one they are light.
+    /// Colours follow `appearance`, which must outlive this object. If it is null, the colours are the light ones.
     explicit Tokens(const Appearance *appearance);
-    /// The appearance of this process. Must be set before the first view is loaded, and outlive the last one.
+    /// Sets the appearance of this process. Call it before the first view is loaded. `appearance` must outlive all views.
     static void setAppearance(const Appearance &appearance);
 
     // By appearance                                                   light       dark
@@ -182,7 +182,7 @@ public:
     QColor action() const { return resolve(0xff007aff, 0xff0a84ff); }
     QColor link() const { return resolve(0xff0a6cff, 0xff409cff); }
 
-    // Steps of the primary label colour
+    // The primary label colour with decreasing opacity
     QColor primary() const { return resolve(0xff000000, 0xffffffff); }
     QColor labelPrimary() const { return primary(0.88F); }
     QColor labelSecondary() const { return primary(0.55F); }
@@ -256,19 +256,19 @@ public:
 
     Motion popoverRise() const;
     Motion statusSwap() const;
-    /// The movement of a part of a control.
+    /// The animation of a moving part of a control.
     Motion controlSlide() const;
-    /// The movement of a row that makes room for another.
+    /// The animation of a row that makes room for another one.
     Motion rowMove() const;
-    /// The appearance of a sheet.
+    /// The animation of a sheet that opens.
     Motion sheetFade() const;
     /// Half a period of a dot that dims and brightens.
     Motion breath() const;
-    /// Whether views must stand still.
+    /// Whether animations must be avoided.
     bool reduceMotion() const;
     /// The time until a tool tip appears, in milliseconds.
     static constexpr int helpDelay = 700;
-    /// The interval of a movement in steps, in milliseconds.
+    /// The interval between the steps of a movement, in milliseconds.
     static constexpr int frameTime = 16;
 
     // Lines, in points
@@ -286,7 +286,7 @@ public:
     static constexpr int checkboxRadius = 4;
     static constexpr int textRadius = 2;
 
-    // Least heights of rows, in points
+    // Minimum heights of rows, in points
     static constexpr int fieldRowHeight = 38;
     static constexpr int rowHeight = 34;
     static constexpr int valueRowHeight = 31;
@@ -325,7 +325,7 @@ public:
     static constexpr int windowShadowDrop = 10;
 
 Q_SIGNALS:
-    /// The appearance changed: every colour may be another.
+    /// The appearance changed, and with it possibly every colour.
     void changed();
 
 private:

@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace kelvo {
 
-/// The real program where there is no display, or none that shows anything.
+/// The command line of the real program, without a display or with the offscreen platform.
 class CommandLineTest : public QObject
 {
     Q_OBJECT

@@ -109,7 +109,7 @@ private Q_SLOTS:
     void aLongBodyLineWrapsWithItsLineSpacing();
     void heroIsOneElementForAScreenReader();
     void aScreenReaderSeesTheStatusAndTheActionOfARow();
-    void aRowThatWasNeverCheckedSaysSo();
+    void aRowThatWasNeverCheckedReadsNotCheckedYet();
     void clickingARowMovesItToTheTop();
     void rowsCanBeReachedAndOperatedByKeys();
     void theSettingsButtonRequestsTheSettings();
@@ -381,7 +381,7 @@ void StatusPopoverTest::aScreenReaderSeesTheStatusAndTheActionOfARow()
     QCOMPARE(scene.text(u"heroName"_s), u"Cursor"_s);
 }
 
-void StatusPopoverTest::aRowThatWasNeverCheckedSaysSo()
+void StatusPopoverTest::aRowThatWasNeverCheckedReadsNotCheckedYet()
 {
     Scene scene;
     scene.open();

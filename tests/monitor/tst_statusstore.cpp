@@ -76,7 +76,7 @@ private Q_SLOTS:
     void severalChangesOfTheNetworkWithinTwoSecondsStartOneRound();
     void aChangedNetworkIsNotCheckedDuringSleep();
     void aChangedNetworkIsNotCheckedWhileWatchingIsOff();
-    void anAbortedConfirmationIsRepeatedAndToldOnce();
+    void anAbortedConfirmationIsRepeatedAndRaisesOneAlert();
 
     // The clock.
     void theClockStopsWhileThePopoverIsClosed();
@@ -489,7 +489,7 @@ void StatusStoreTest::aChangedNetworkIsNotCheckedWhileWatchingIsOff()
     QCOMPARE(world.checks.abortCount(), 0);
 }
 
-void StatusStoreTest::anAbortedConfirmationIsRepeatedAndToldOnce()
+void StatusStoreTest::anAbortedConfirmationIsRepeatedAndRaisesOneAlert()
 {
     MonitorWorld world;
     world.startWith(outage);

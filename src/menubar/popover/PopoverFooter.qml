@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// Where alerts go, and the way to the settings.
+/// The footer with the armed channel and the settings button.
 Item {
     id: footer
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// The popover with what surrounds it: round corners in a shadow where windows can be translucent, else a plain frame.
+/// The popover with its frame: round corners and a shadow if the window is translucent, a plain line otherwise.
 ///
 /// The shadow is cut off where the window has no room, because window managers move a window that extends beyond the
 /// screen or under a panel.
@@ -19,7 +19,7 @@ PopoverFrameItem {
     WindowShadow {
         id: shadow
 
-        /// How far it reaches beyond the popover.
+        /// The extent of the shadow outside of the popover.
         readonly property real above: blur - drop
         readonly property real below: blur + drop
         readonly property real drop: Tokens.windowShadowDrop
@@ -32,7 +32,7 @@ PopoverFrameItem {
         color: Tokens.shadow
         visible: frame.translucent
     }
-    // The hairline needs a ground where there is nothing behind the window.
+    // The translucent hairline needs a background if the window is opaque.
     Rectangle {
         anchors.fill: frame
         color: Tokens.popover

@@ -4,8 +4,8 @@
 
 namespace kelvo {
 
-/// The network as the system configuration server tells of it: kNotifySCNetworkChange in notify_keys.h. Posted when the
-/// primary network changes.
+/// Watches the network through the notification kNotifySCNetworkChange (notify_keys.h), which the system configuration
+/// server posts when the primary network changes.
 class ConfigurationNetworkWatch : public NetworkWatch
 {
     Q_OBJECT

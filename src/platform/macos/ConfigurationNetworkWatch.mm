@@ -13,8 +13,8 @@ namespace kelvo {
 
 namespace {
 
-/// Whether the system has a route and an address for packets to `address`. Connecting a datagram socket looks the route
-/// up and sends nothing.
+/// Whether the system has a route and a source address for `address`. Connecting a datagram socket looks up the route and
+/// sends no packet.
 template<typename Address>
 bool hasRouteTo(const Address &address, int family)
 {
@@ -27,7 +27,7 @@ bool hasRouteTo(const Address &address, int family)
     return connected;
 }
 
-/// Asks for addresses that are reserved for documentation (RFC 5737, RFC 3849), so only a default route leads there.
+/// Uses addresses that are reserved for documentation (RFC 5737, RFC 3849), which only a default route can match.
 bool isOnline()
 {
     constexpr in_port_t anyPort = 9;
@@ -47,7 +47,7 @@ bool isOnline()
 ConfigurationNetworkWatch::ConfigurationNetworkWatch()
     : token_(NOTIFY_TOKEN_INVALID)
 {
-    // A notification may already be in the queue when the token is cancelled.
+    // A notification may already be queued when the token is cancelled.
     const QPointer<ConfigurationNetworkWatch> guard(this);
     notify_register_dispatch(kNotifySCNetworkChange, &token_, dispatch_get_main_queue(), ^(int) {
         if (guard && isOnline()) {

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelvo
 
-/// The first-run window's view: four pages, with what leads from one to the next below.
+/// The view of the onboarding window: four pages with navigation buttons below.
 FocusScope {
     id: root
 
@@ -32,7 +32,7 @@ FocusScope {
     Item {
         id: pages
 
-        /// How the last page was left, for the focus on the next one.
+        /// Whether the last page was left with the keyboard. The focus ring on the next page depends on it.
         property bool turnedByKey: false
 
         anchors.bottom: bar.top

@@ -1,29 +1,28 @@
 import QtQuick
 import Kelvo
 
-/// A service that can be watched. It is one element for the keyboard and the screen reader: a check box that can be
-/// moved up and down.
+/// A row of the services list. For the keyboard and for a screen reader it is one check box that can be moved up and down.
 Item {
     id: row
 
     required property int index
-    /// The raw value of its id.
+    /// The raw value of the service's id.
     required property string service
     required property string name
     required property bool isPrimary
     required property bool isOn
-    /// It follows the pointer.
+    /// Whether the row is dragged and follows the pointer.
     property bool isLifted: false
 
     readonly property alias handle: dragHandle
-    /// The mark of the focus is for those who use keys.
+    /// Whether the row got the focus by mouse. The focus ring is not shown then.
     property bool isFocusedByMouse: false
 
     signal toggled
 
     Accessible.checkable: true
     Accessible.checked: isOn
-    // Qt gives a check box no value in words.
+    // The accessible interface of a Qt check box has no text value, so the state is part of the description.
     Accessible.description: isOn ? "watched" : "not watched"
     Accessible.name: isPrimary ? name + ", primary" : name
     Accessible.role: Accessible.CheckBox
