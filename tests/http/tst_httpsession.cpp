@@ -956,7 +956,8 @@ void HttpSessionTest::nothingRunsBetweenRounds()
     };
     const auto before = count();
     QCOMPARE(fetch(*session, page()).status, 200);
-    QTRY_COMPARE(count(), before);
+    // A thread of an earlier test may end meanwhile.
+    QTRY_VERIFY(count() <= before);
 }
 
 void HttpSessionTest::http2IsNotOffered()

@@ -191,6 +191,7 @@ void RtnetlinkNetworkWatchTest::aCableThatIsPluggedInAgainIsReported()
     RtnetlinkNetworkWatch watch;
     const QSignalSpy changed(&watch, &NetworkWatch::changed);
     QVERIFY(ip(u"link set lan1 down"_s));
+    QTRY_VERIFY(!runs(u"lan0"_s));
     QCOMPARE(changed.count(), 0);
     QVERIFY(ip(u"link set lan1 up"_s));
     QTRY_COMPARE(changed.count(), 1);
