@@ -4,6 +4,8 @@ include(CheckCXXCompilerFlag)
 
 function(kelvo_harden_releases target)
   set(compile -fstack-protector-strong)
+  # CET (-fcf-protection) takes effect only where the start files of the C library are marked for it too, which those of
+  # Debian 12 and 13 are not.
   foreach(flag IN ITEMS -fstack-clash-protection -fcf-protection=full)
     string(MAKE_C_IDENTIFIER "HAS${flag}" has)
     check_cxx_compiler_flag(-Werror\ ${flag} ${has})
