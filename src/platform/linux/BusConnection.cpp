@@ -23,7 +23,7 @@ constexpr int maximumAttempts = 6;
 
 QString sessionBusAddress()
 {
-    const auto address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    auto address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
     const auto runtimeDirectory = qEnvironmentVariable("XDG_RUNTIME_DIR");
     // Without an address, libdbus would launch a bus of its own for this process.
     if (address.isEmpty() && !runtimeDirectory.isEmpty()) {
