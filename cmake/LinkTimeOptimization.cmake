@@ -14,8 +14,9 @@ function(kelvo_support_lto target)
     target_compile_options(${target} INTERFACE -mno-direct-extern-access)
     target_link_options(${target} INTERFACE -mno-direct-extern-access)
   endif()
-  # g++ 12.2 loses the initialization of temporaries that a constructor passes by value (tst_settingsview crashes in the
-  # constructor of Stores). The code is correct without this pass, at -O1, and under the sanitizers.
+  # With g++ 12.2 a temporary that a constructor passes by value loses its initialization (tst_settingsview crashes in the
+  # constructor of Stores). Probably a defect of the compiler: the test passes without this pass, at -O1, and under the
+  # sanitizers.
   if(CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     target_compile_options(${target} INTERFACE -fno-ipa-cp)
   endif()
