@@ -187,10 +187,10 @@ std::set<std::string> currentWaysOut()
         if (!entry->ifa_addr || (entry->ifa_flags & IFF_RUNNING) == 0 || isLinkLocal(*entry->ifa_addr)) {
             continue;
         }
+        const auto interface = ::if_nametoindex(entry->ifa_name);
         for (const auto &route : routes) {
             // A multipath route has no single interface (0) and matches every one.
-            if (route.family == entry->ifa_addr->sa_family
-                && (route.interface == 0 || route.interface == ::if_nametoindex(entry->ifa_name))) {
+            if (route.family == entry->ifa_addr->sa_family && (route.interface == 0 || route.interface == interface)) {
                 ways.insert(route.key + " from " + std::string(addressBytes(*entry->ifa_addr)));
             }
         }
