@@ -136,9 +136,9 @@ QDBusObjectPath StatusNotifierItem::menuPath() const
     return QDBusObjectPath(menuObjectPath);
 }
 
-void StatusNotifierItem::Activate(int, int)
+void StatusNotifierItem::Activate(int x, int y)
 {
-    Q_EMIT activated();
+    Q_EMIT activated(QPoint(x, y));
 }
 
 void StatusNotifierItem::SecondaryActivate(int, int)

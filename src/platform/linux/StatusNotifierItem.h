@@ -9,6 +9,7 @@
 #include <QIcon>
 #include <QList>
 #include <QObject>
+#include <QPoint>
 #include <QString>
 
 class QMenu;
@@ -94,8 +95,8 @@ public Q_SLOTS:
     Q_SCRIPTABLE void ProvideXdgActivationToken(const QString &token);
 
 Q_SIGNALS:
-    /// The user clicked the item.
-    void activated();
+    /// The user clicked the item. `point` is what the tray reports: a point on the screen or relative to the item.
+    void activated(QPoint point);
 
     Q_SCRIPTABLE void NewTitle();
     Q_SCRIPTABLE void NewIcon();

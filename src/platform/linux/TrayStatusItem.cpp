@@ -148,7 +148,8 @@ void TrayStatusItem::placeOnBus(const QString &watcher)
         busItem_->setIcon(icon_);
         busItem_->setToolTip(toolTip_);
         busItem_->setMenu(menu_);
-        connect(busItem_.get(), &StatusNotifierItem::activated, this, &StatusItem::activated);
+        connect(busItem_.get(), &StatusNotifierItem::activated, this,
+                [this](QPoint point) { Q_EMIT activated(point); });
     }
     if (registeredWith_ != watcher) {
         registeredWith_ = watcher;
@@ -169,7 +170,7 @@ void TrayStatusItem::embed()
     embedded_->setContextMenu(menu_);
     connect(embedded_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger) {
-            Q_EMIT activated();
+            Q_EMIT activated(std::nullopt);
         }
     });
     embedded_->show();
