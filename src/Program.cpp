@@ -5,6 +5,7 @@
 #include "platform/TerminationSignals.h"
 
 #include <QApplication>
+#include <QLoggingCategory>
 
 namespace kelvo {
 
@@ -19,6 +20,12 @@ Boundaries withFirstRing(Boundaries boundaries)
 }
 
 } // namespace
+
+void prepareProcess()
+{
+    // Qt 6.8 warns when there is no session bus.
+    QLoggingCategory::setFilterRules(u"qt.qpa.theme.dbus.warning=false"_s);
+}
 
 void prepareApplication(QApplication &application)
 {

@@ -37,6 +37,7 @@ int run(int argc, char *argv[])
         return print(*answer);
     }
     keepProcessMemorySmall();
+    prepareProcess();
     QApplication application(argc, argv);
     if (const auto answer = commandLineAnswer(QApplication::arguments().sliced(1))) {
         return print(*answer);
