@@ -105,6 +105,11 @@ Motion Tokens::breath() const
     return {.duration = 1700, .curve = slowAtBothEnds()};
 }
 
+bool Tokens::highContrast() const
+{
+    return appearance_ && appearance_->highContrast();
+}
+
 bool Tokens::reduceMotion() const
 {
     return appearance_ && appearance_->reduceMotion();

@@ -51,6 +51,10 @@ private Q_SLOTS:
     void reportsOnlyValuesThatChanged();
     void reducesMotionAsThePortalSays();
     void reducesMotionWhenGnomeTurnsAnimationsOff();
+    void raisesTheContrastAsTheDesktopSays_data();
+    void raisesTheContrastAsTheDesktopSays();
+    void recognizesHighContrastThemes_data();
+    void recognizesHighContrastThemes();
     void readsTheThemeWithoutAPreference_data();
     void readsTheThemeWithoutAPreference();
     void followsThePaletteWithoutDesktopSettings();
@@ -159,7 +163,7 @@ void DesktopAppearanceTest::reportsOnlyValuesThatChanged()
     const auto appearance = this->appearance();
     QSignalSpy changed(appearance.get(), &Appearance::changed);
     QTRY_COMPARE(changed.count(), 1);
-    portal.set(appearanceGroup, u"contrast"_s, 1U);
+    portal.set(appearanceGroup, u"accent-color"_s, 1U);
     portal.set(appearanceGroup, colorScheme, 1U);
     portal.set(appearanceGroup, colorScheme, 2U);
     QTRY_VERIFY(!appearance->isDark());
@@ -185,6 +189,55 @@ void DesktopAppearanceTest::reducesMotionWhenGnomeTurnsAnimationsOff()
     QTRY_VERIFY(!appearance->reduceMotion());
 }
 
+void DesktopAppearanceTest::raisesTheContrastAsTheDesktopSays_data()
+{
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QVariant>("on");
+    QTest::addColumn<QVariant>("off");
+    QTest::newRow("portal") << appearanceGroup << u"contrast"_s << QVariant(1U) << QVariant(0U);
+    QTest::newRow("GNOME") << u"org.gnome.desktop.a11y.interface"_s << u"high-contrast"_s << QVariant(true)
+                           << QVariant(false);
+    QTest::newRow("theme") << gnomeGroup << u"gtk-theme"_s << QVariant(u"HighContrast"_s) << QVariant(u"Adwaita"_s);
+}
+
+void DesktopAppearanceTest::raisesTheContrastAsTheDesktopSays()
+{
+    QFETCH(const QString, group);
+    QFETCH(const QString, name);
+    QFETCH(const QVariant, on);
+    QFETCH(const QVariant, off);
+    FakePortal portal(*daemon_, {{group, {{name, on}}}});
+    const auto appearance = this->appearance();
+    const QSignalSpy changed(appearance.get(), &Appearance::changed);
+    QVERIFY(!appearance->highContrast());
+    QTRY_VERIFY(appearance->highContrast());
+    portal.set(group, name, off);
+    QTRY_VERIFY(!appearance->highContrast());
+    QCOMPARE(changed.count(), 2);
+}
+
+void DesktopAppearanceTest::recognizesHighContrastThemes_data()
+{
+    QTest::addColumn<bool>("high");
+    QTest::newRow("HighContrast") << true;
+    QTest::newRow("HighContrastInverse") << true;
+    QTest::newRow("ContrastHigh") << true;
+    QTest::newRow("ContrastHighInverse") << true;
+    QTest::newRow("Greybird-dark") << false;
+}
+
+void DesktopAppearanceTest::recognizesHighContrastThemes()
+{
+    QFETCH(const bool, high);
+    FakeXfconf xfconf(*daemon_);
+    xfconf.set(themeChannel, themeName, !high ? u"HighContrast"_s : u"Greybird"_s);
+    const auto appearance = this->appearance({u"XFCE"_s});
+    QTRY_COMPARE(appearance->highContrast(), !high);
+    xfconf.set(themeChannel, themeName, QString::fromLatin1(QTest::currentDataTag()));
+    QTRY_COMPARE(appearance->highContrast(), high);
+}
+
 void DesktopAppearanceTest::readsTheThemeWithoutAPreference_data()
 {
     QTest::addColumn<QString>("theme");
@@ -192,6 +245,9 @@ void DesktopAppearanceTest::readsTheThemeWithoutAPreference_data()
     QTest::newRow("Adwaita-dark") << u"Adwaita-dark"_s << true;
     QTest::newRow("Yaru-Dark") << u"Yaru-Dark"_s << true;
     QTest::newRow("Adwaita") << u"Adwaita"_s << false;
+    QTest::newRow("HighContrast") << u"HighContrast"_s << false;
+    QTest::newRow("HighContrastInverse") << u"HighContrastInverse"_s << true;
+    QTest::newRow("ContrastHighInverse") << u"ContrastHighInverse"_s << true;
 }
 
 void DesktopAppearanceTest::readsTheThemeWithoutAPreference()

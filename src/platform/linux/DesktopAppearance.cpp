@@ -21,6 +21,7 @@ const auto portalPath = u"/org/freedesktop/portal/desktop"_s;
 const auto portalInterface = u"org.freedesktop.portal.Settings"_s;
 const auto appearance = u"org.freedesktop.appearance"_s;
 const auto gnome = u"org.gnome.desktop.interface"_s;
+const auto gnomeAccessibility = u"org.gnome.desktop.a11y.interface"_s;
 
 const auto xfconfName = u"org.xfce.Xfconf"_s;
 const auto xfconfPath = u"/org/xfce/Xfconf"_s;
@@ -32,6 +33,8 @@ const auto themeName = u"/Net/ThemeName"_s;
 /// The values of org.freedesktop.appearance color-scheme; 0 means no preference.
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
+/// The value of org.freedesktop.appearance contrast; 0 means no preference.
+constexpr uint preferHigherContrast = 1;
 
 QString key(const QString &group, const QString &name)
 {
@@ -39,9 +42,11 @@ QString key(const QString &group, const QString &name)
 }
 
 const auto colorScheme = key(appearance, u"color-scheme"_s);
+const auto contrast = key(appearance, u"contrast"_s);
 const auto reducedMotion = key(appearance, u"reduced-motion"_s);
 const auto animations = key(gnome, u"enable-animations"_s);
 const auto gtkTheme = key(gnome, u"gtk-theme"_s);
+const auto highContrastSwitch = key(gnomeAccessibility, u"high-contrast"_s);
 const auto xfcePanelDark = key(panelChannel, panelDarkMode);
 const auto xfceTheme = key(themeChannel, themeName);
 
@@ -58,6 +63,18 @@ QVariant unwrapped(QVariant value)
 bool isTrue(const QVariant &value)
 {
     return value.metaType() == QMetaType::fromType<bool>() && value.toBool();
+}
+
+bool isDarkTheme(const QString &name)
+{
+    return name.contains("dark"_L1, Qt::CaseInsensitive) || name.contains("inverse"_L1, Qt::CaseInsensitive);
+}
+
+/// HighContrast and HighContrastInverse are GNOME's and Xfce's themes, ContrastHigh and ContrastHighInverse are MATE's.
+bool isHighContrastTheme(const QString &name)
+{
+    return name.contains("HighContrast"_L1, Qt::CaseInsensitive)
+        || name.contains("ContrastHigh"_L1, Qt::CaseInsensitive);
 }
 
 bool paletteIsDark()
@@ -97,7 +114,7 @@ void DesktopAppearance::askPortal()
         return;
     }
     auto question = QDBusMessage::createMethodCall(portalName, portalPath, portalInterface, u"ReadAll"_s);
-    question << QStringList{appearance, gnome};
+    question << QStringList{appearance, gnome, gnomeAccessibility};
     bus_->call(question, this, [this](const QDBusMessage &answer) {
         if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != "a{sa{sv}}"_L1) {
             return;
@@ -159,7 +176,8 @@ void DesktopAppearance::onXfconfChanged(const QDBusMessage &signal)
 
 void DesktopAppearance::learn(const QString &group, const QString &name, const QVariant &value)
 {
-    static const QSet<QString> wanted{colorScheme, reducedMotion, animations, gtkTheme, xfceTheme, xfcePanelDark};
+    static const QSet<QString> wanted{colorScheme, contrast,           reducedMotion, animations,
+                                      gtkTheme,    highContrastSwitch, xfceTheme,     xfcePanelDark};
     const auto setting = key(group, name);
     if (wanted.contains(setting)) {
         settings_.insert(setting, unwrapped(value));
@@ -175,6 +193,7 @@ DesktopAppearance::Answers DesktopAppearance::answers() const
         // GNOME's top bar is always dark. Xfce's panel uses the dark variant of the theme when its "dark mode" option
         // is on (the default for a new account), and the theme of the windows otherwise.
         .panelIsDark = isDark || isGnome_ || isTrue(settings_.value(xfcePanelDark)),
+        .highContrast = contrastIsHigh(),
         .reduceMotion = settings_.value(reducedMotion).toUInt() == 1 || !settings_.value(animations, true).toBool(),
     };
 }
@@ -186,12 +205,21 @@ bool DesktopAppearance::windowsAreDark() const
         return scheme == preferDark;
     }
     // Without a color-scheme preference, the name of the theme is the only hint.
-    for (const auto &theme : {settings_.value(xfceTheme).toString(), settings_.value(gtkTheme).toString()}) {
-        if (!theme.isEmpty()) {
-            return theme.contains("dark"_L1, Qt::CaseInsensitive);
-        }
-    }
-    return paletteIsDark();
+    const auto name = theme();
+    return name.isEmpty() ? paletteIsDark() : isDarkTheme(name);
+}
+
+bool DesktopAppearance::contrastIsHigh() const
+{
+    return settings_.value(contrast).toUInt() == preferHigherContrast || isTrue(settings_.value(highContrastSwitch))
+        || isHighContrastTheme(theme());
+}
+
+/// The name of the theme of the windows; empty if the desktop does not say.
+QString DesktopAppearance::theme() const
+{
+    const auto xfce = settings_.value(xfceTheme).toString();
+    return xfce.isEmpty() ? settings_.value(gtkTheme).toString() : xfce;
 }
 
 void DesktopAppearance::update()

@@ -23,6 +23,7 @@ public:
 
     bool isDark() const override { return answers_.isDark; }
     bool panelIsDark() const override { return answers_.panelIsDark; }
+    bool highContrast() const override { return answers_.highContrast; }
     bool reduceMotion() const override { return answers_.reduceMotion; }
 
 protected:
@@ -37,6 +38,7 @@ private:
     {
         bool isDark = false;
         bool panelIsDark = false;
+        bool highContrast = false;
         bool reduceMotion = false;
         bool operator==(const Answers &) const = default;
     };
@@ -47,6 +49,8 @@ private:
     void learn(const QString &group, const QString &name, const QVariant &value);
     Answers answers() const;
     bool windowsAreDark() const;
+    bool contrastIsHigh() const;
+    QString theme() const;
     void update();
 
     std::shared_ptr<BusConnection> bus_;
