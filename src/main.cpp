@@ -54,6 +54,7 @@ int run(int argc, char *argv[])
     case SingleInstance::Outcome::noAnswer: return print({u"Kelvo is already running but does not answer."_s, 1});
     }
 
+    findViews();
     Program program(makeBoundaries(), &loadViews);
     QObject::connect(instance.get(), &SingleInstance::activationRequested, &program.app(), &KelvoApp::openPopover);
     return QApplication::exec();

@@ -10,6 +10,11 @@
 #include "platform/linux/TrayStatusItem.h"
 #include "platform/linux/XdgLoginItem.h"
 
+#include <QCoreApplication>
+#include <QFile>
+
+#include <fcntl.h>
+
 namespace kelvo {
 
 Platform makePlatform()
@@ -33,9 +38,12 @@ std::unique_ptr<SingleInstance> makeSingleInstance()
     return std::make_unique<DBusSingleInstance>(BusConnection::session());
 }
 
-QString libraryFolder()
+QString openLibrary(const QString &fileName)
 {
-    return QStringLiteral(KELVO_LIBRARY_FOLDER);
+    // An absolute path, because Qt would otherwise search directories that other users may be able to write to.
+    const auto path = QCoreApplication::applicationDirPath() + QStringLiteral("/" KELVO_LIBRARY_FOLDER "/") + fileName;
+    const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    return file < 0 ? path : QStringLiteral("/proc/self/fd/%1").arg(file);
 }
 
 } // namespace kelvo
