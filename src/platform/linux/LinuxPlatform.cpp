@@ -5,6 +5,7 @@
 #include "platform/linux/DesktopAppearance.h"
 #include "platform/linux/IniPreferences.h"
 #include "platform/linux/LogindSleepWake.h"
+#include "platform/linux/PortalLoginItem.h"
 #include "platform/linux/RtnetlinkNetworkWatch.h"
 #include "platform/linux/TimerfdClock.h"
 #include "platform/linux/TrayStatusItem.h"
@@ -17,6 +18,19 @@
 
 namespace kelvo {
 
+namespace {
+
+std::unique_ptr<LoginItem> makeLoginItem(const std::shared_ptr<BusConnection> &session)
+{
+    auto item = std::make_unique<XdgLoginItem>();
+    if (PortalLoginItem::isNeeded()) {
+        return std::make_unique<PortalLoginItem>(session, std::move(item));
+    }
+    return item;
+}
+
+} // namespace
+
 Platform makePlatform()
 {
     const auto session = BusConnection::session();
@@ -26,7 +40,7 @@ Platform makePlatform()
         .sleepWake = std::make_unique<LogindSleepWake>(BusConnection::system()),
         .networkWatch = std::make_unique<RtnetlinkNetworkWatch>(),
         .notificationCenter = std::make_unique<DBusNotificationCenter>(session),
-        .loginItem = std::make_unique<XdgLoginItem>(),
+        .loginItem = makeLoginItem(session),
         .preferences = std::make_unique<IniPreferences>(),
         .appearance = std::make_unique<DesktopAppearance>(session, desktops),
         .statusItem = std::make_unique<TrayStatusItem>(session),
