@@ -4,12 +4,14 @@
 #include "menubar/ViewsLoader.h"
 #include "platform/ProcessMemory.h"
 #include "platform/SingleInstance.h"
+#include "platform/WindowSystem.h"
 
 #include <QApplication>
 #include <QFile>
 
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 
 namespace kelvo {
 namespace {
@@ -38,7 +40,9 @@ int run(int argc, char *argv[])
     }
     keepProcessMemorySmall();
     prepareProcess();
+    auto windowSystem = std::make_optional<WindowSystem::Choice>();
     QApplication application(argc, argv);
+    windowSystem.reset();
     if (const auto answer = commandLineAnswer(QApplication::arguments().sliced(1))) {
         return print(*answer);
     }
