@@ -34,6 +34,8 @@ GnomeDesktop::GnomeDesktop()
     const auto made = call(remoteDesktop, u"/org/gnome/Mutter/RemoteDesktop"_s, remoteDesktop, u"CreateSession"_s);
     session_ = made.arguments().value(0).value<QDBusObjectPath>().path();
     tell(u"Start"_s, {});
+    // The first key makes the keyboard. Programs have no time to notice it before the key is pressed.
+    pressEscape();
     // GNOME starts with the overview of the windows.
     call(u"org.gnome.Shell"_s, u"/org/gnome/Shell"_s, u"org.gnome.Shell"_s, u"Eval"_s,
          {u"Main.overview.hide(); Main.messageTray._expireNotification?.()"_s});

@@ -54,7 +54,7 @@ QRect bulkOfChange(const QImage &before, const QImage &after, int tolerance, int
 
 QRect dot(const QImage &before, const QImage &after, const QColor &colour)
 {
-    constexpr int near = 12;
+    constexpr int near = 20; // some panels dim their items
     constexpr int leastSize = 3;
     QRect found;
     for (int y = 0; y < after.height(); ++y) {

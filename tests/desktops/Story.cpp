@@ -141,11 +141,12 @@ void Story::ringAppears()
         return;
     }
     closed_ = last_;
-    // The centre line of the ring at three o'clock, and the panel between the ring and the dot.
-    const auto centre = QRectF(dot_).center();
-    const double unit = dot_.width() / 10.4;
-    const auto at = [&](double radius) { return qGray(last_.pixel((centre + QPointF(radius * unit, 0)).toPoint())); };
-    const int contrast = std::abs(at(11) - at(7.5));
+    // The line of the ring at three o'clock stands out from the panel outside of it.
+    const auto panel = qGray(last_.pixel(ring_.right() + 3, ring_.center().y()));
+    int contrast = 0;
+    for (int x = dot_.right() + 2; x <= ring_.right(); ++x) {
+        contrast = std::max(contrast, std::abs(qGray(last_.pixel(x, dot_.center().y())) - panel));
+    }
     constexpr int leastContrast = 80;
     note(u"colours"_s, contrast >= leastContrast, u"contrast %1 of 255"_s.arg(contrast));
 }
@@ -226,6 +227,9 @@ void Story::menu()
     });
     note(u"menu"_s, isOpen, TrayItem::menu().join(u", "_s));
     desktop_.pressEscape();
+    // The menu of waybar has no keyboard.
+    movePointerAway();
+    desktop_.click(Desktop::Button::left);
     QTest::qWait(pause);
 }
 
@@ -271,8 +275,13 @@ void Story::notification()
         return;
     }
     QTest::qWait(pause);
-    const auto change = Picture::change(before, picture(u"13-notification"_s), beyondShadow / 3);
-    note(u"notification"_s, isSent && !change.isEmpty());
+    desktop_.pressEscape();
+    // Larger than the ring, whose colour changes.
+    constexpr int leastHeight = 40;
+    const bool isShown = await(u"13-notification"_s, [&before](const QImage &now) {
+        return Picture::change(before, now, beyondShadow / 3).height() >= leastHeight;
+    });
+    note(u"notification"_s, isSent && isShown, isSent ? QString() : u"not sent"_s);
 }
 
 /// Returns whether the second process ended without an error and in time.
@@ -465,8 +474,8 @@ bool Story::findRing(const QString &name, const QList<RingState> &states)
     if (!await(name, [this, &states](const QImage &now) { return sees(now, states); })) {
         return false;
     }
-    // In the grid of 32 units, the diameter of the dot is 10.4.
-    const int side = static_cast<int>(std::lround(dot_.width() * 32 / 10.4));
+    // In the grid of 32 units, the diameter of the dot is 10.4. Its outermost pixels are blended and not part of `dot_`.
+    const int side = static_cast<int>(std::lround((dot_.width() + 1) * 32 / 10.4));
     ring_ = QRect(dot_.center() - QPoint(side / 2, side / 2), QSize(side, side));
     return true;
 }

@@ -3,6 +3,7 @@
 #include "Command.h"
 
 #include <QDateTime>
+#include <QTemporaryFile>
 
 namespace kelvo {
 
@@ -25,6 +26,24 @@ const wl_message managerRequests[] = {{"create_virtual_pointer", "?on", createTy
 const wl_interface managerInterface{
     "zwlr_virtual_pointer_manager_v1", 1, std::size(managerRequests), managerRequests, 0, nullptr};
 
+// The protocol zwp_virtual_keyboard, version 1.
+enum KeyboardRequest : std::uint32_t { keymap, key };
+const wl_message keyboardRequests[] = {{"keymap", "uhu", noTypes}, {"key", "uuu", noTypes}};
+const wl_interface keyboardInterface{"zwp_virtual_keyboard_v1", 1, std::size(keyboardRequests),
+                                     keyboardRequests,          0, nullptr};
+const wl_interface *keyboardTypes[] = {&wl_seat_interface, &keyboardInterface};
+const wl_message keyboardManagerRequests[] = {{"create_virtual_keyboard", "on", keyboardTypes}};
+const wl_interface keyboardManagerInterface{"zwp_virtual_keyboard_manager_v1", 1, std::size(keyboardManagerRequests),
+                                            keyboardManagerRequests,           0, nullptr};
+
+/// A keyboard with one key.
+constexpr char escapeKeymap[] = R"(xkb_keymap {
+xkb_keycodes { minimum = 8; maximum = 255; <ESC> = 9; };
+xkb_types { include "complete" };
+xkb_compat { include "complete" };
+xkb_symbols { key <ESC> { [ Escape ] }; };
+};)";
+
 std::uint32_t now()
 {
     return static_cast<std::uint32_t>(QDateTime::currentMSecsSinceEpoch());
@@ -34,7 +53,15 @@ std::uint32_t now()
 
 SwayDesktop::SwayDesktop()
     : pointer_(wl_proxy_marshal_flags(compositor_.bind(managerInterface), 0, &pointerInterface, 1, 0, nullptr, nullptr))
+    , keyboard_(wl_proxy_marshal_flags(compositor_.bind(keyboardManagerInterface), 0, &keyboardInterface, 1, 0,
+                                       compositor_.bind(wl_seat_interface), nullptr))
 {
+    QTemporaryFile file;
+    if (!file.open() || file.write(escapeKeymap, sizeof escapeKeymap) < 0 || !file.flush()) {
+        qFatal("The keymap cannot be written");
+    }
+    constexpr std::uint32_t xkbFormat = 1;
+    request(keyboard_, keymap, xkbFormat, file.handle(), static_cast<std::uint32_t>(sizeof escapeKeymap));
     compositor_.finish();
 }
 
@@ -64,7 +91,11 @@ void SwayDesktop::click(Button which)
 
 void SwayDesktop::pressEscape()
 {
-    outputOf(u"wtype"_s, {u"-k"_s, u"Escape"_s});
+    constexpr std::uint32_t escape = 1;
+    for (const std::uint32_t isDown : {1u, 0u}) {
+        request(keyboard_, key, now(), escape, isDown);
+    }
+    compositor_.finish();
 }
 
 } // namespace kelvo

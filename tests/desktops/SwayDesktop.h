@@ -18,7 +18,8 @@ public:
 
 private:
     WaylandConnection compositor_;
-    wl_proxy *pointer_; ///< zwlr_virtual_pointer_v1
+    wl_proxy *pointer_;  ///< zwlr_virtual_pointer_v1
+    wl_proxy *keyboard_; ///< zwp_virtual_keyboard_v1
 };
 
 } // namespace kelvo

@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <cstring>
 
 namespace kelvo {
@@ -14,12 +15,13 @@ struct Search
     wl_proxy *found = nullptr;
 };
 
-void tryToBind(void *data, wl_registry *registry, std::uint32_t name, const char *interface, std::uint32_t)
+void tryToBind(void *data, wl_registry *registry, std::uint32_t name, const char *interface, std::uint32_t version)
 {
     auto &search = *static_cast<Search *>(data);
     if (std::strcmp(interface, search.interface.name) == 0) {
+        const auto known = static_cast<std::uint32_t>(search.interface.version);
         search.found = static_cast<wl_proxy *>(
-            wl_registry_bind(registry, name, &search.interface, static_cast<std::uint32_t>(search.interface.version)));
+            wl_registry_bind(registry, name, &search.interface, std::min(version, known)));
     }
 }
 

@@ -104,6 +104,9 @@ void PopoverWindow::close()
         return;
     }
     presses_.stop();
+    if (kind_ == PopoverKind::unmanaged) {
+        view_->setKeyboardGrabEnabled(false);
+    }
     view_->hide();
     state_.close();
 }
@@ -177,9 +180,10 @@ void PopoverWindow::openBeside(const QRect &anchor)
     place();
     NativeWindow::keepOutOfTaskBar(*view_);
     view_->show();
-    // A window that bypasses the window manager gets the focus from the compositor. Qt would take it too early, and the
-    // compositor would take it away again.
-    if (kind_ != PopoverKind::unmanaged) {
+    if (kind_ == PopoverKind::unmanaged) {
+        // The compositor sends the keys to the X server, but does not let a program set the focus there.
+        view_->setKeyboardGrabEnabled(true);
+    } else {
         NativeWindow::activate(*view_);
     }
     presses_.start();
