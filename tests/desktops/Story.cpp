@@ -282,6 +282,10 @@ void Story::notification()
         return Picture::change(before, now, beyondShadow / 3).height() >= leastHeight;
     });
     note(u"notification"_s, isSent && isShown, isSent ? QString() : u"not sent"_s);
+    // It may cover what comes next.
+    await(u"14-after-notification"_s, [&before](const QImage &now) {
+        return Picture::change(before, now, beyondShadow / 3).height() < leastHeight;
+    });
 }
 
 /// Returns whether the second process ended without an error and in time.
@@ -359,7 +363,12 @@ void Story::panelRestarts()
         note(u"panel restarted"_s, Verdict::notSeen, u"the panel did not end"_s);
         return;
     }
-    QProcess::startDetached(panel.constFirst(), panel.sliced(1));
+    QProcess restarted;
+    restarted.setProgram(panel.constFirst());
+    restarted.setArguments(panel.sliced(1));
+    restarted.setStandardOutputFile(QProcess::nullDevice());
+    restarted.setStandardErrorFile(QProcess::nullDevice());
+    restarted.startDetached();
     note(u"panel restarted"_s, findRing(u"22-panel-restarted"_s, states));
 }
 
