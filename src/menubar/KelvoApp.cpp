@@ -59,17 +59,17 @@ Views *KelvoApp::views()
     return views_.get();
 }
 
-void KelvoApp::togglePopover()
+void KelvoApp::togglePopover(std::optional<QPoint> point)
 {
     if (auto *shown = views()) {
-        shown->togglePopover(statusItem_.geometry());
+        shown->togglePopover({statusItem_.geometry(), point});
     }
 }
 
 void KelvoApp::openPopover()
 {
     if (auto *shown = views()) {
-        shown->openPopover();
+        shown->openPopover({statusItem_.geometry(), {}});
     }
 }
 

@@ -42,7 +42,7 @@ void click(const QPoint &point)
     static QPoint last;
     static QDeadlineTimer doubleClickPossible;
     if (point == last && !doubleClickPossible.hasExpired()) {
-        QTest::qWait(doubleClickPossible.remainingTime());
+        QTest::qWait(static_cast<int>(doubleClickPossible.remainingTime()));
     }
     last = point;
     doubleClickPossible.setRemainingTime(doubleClickTime);

@@ -56,7 +56,7 @@ NSImage *nativeImage(const StatusItemImage &image)
             CGImageRelease(drawn);
             return YES;
         }];
-    native.template = NO;
+    [native setTemplate:NO];
     return native;
 }
 
