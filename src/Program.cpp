@@ -5,6 +5,7 @@
 #include "platform/TerminationSignals.h"
 
 #include <QApplication>
+#include <QLoggingCategory>
 #include <QSessionManager>
 
 namespace kelvo {
@@ -28,6 +29,12 @@ void neverRestart(QApplication &application)
 }
 
 } // namespace
+
+void prepareProcess()
+{
+    // Qt 6.8 warns when there is no session bus.
+    QLoggingCategory::setFilterRules(u"qt.qpa.theme.dbus.warning=false"_s);
+}
 
 void prepareApplication(QApplication &application)
 {

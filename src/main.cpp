@@ -39,6 +39,7 @@ int run(int argc, char *argv[])
         return print(*answer);
     }
     keepProcessMemorySmall();
+    prepareProcess();
     QApplication application(argc, argv);
     prepareApplication(application);
     // At login, the entry in the autostart directory starts the program, or nothing does. A session manager that restores an

@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// The desktop's colour scheme and motion settings.
+/// The desktop's colour scheme, contrast and motion settings.
 class Appearance : public QObject
 {
     Q_OBJECT
@@ -16,6 +16,8 @@ public:
     virtual bool isDark() const = 0;
     /// Whether the panel or menu bar that holds the ring is dark. It can differ from the windows.
     virtual bool panelIsDark() const = 0;
+    /// Whether the user asked for a higher contrast.
+    virtual bool highContrast() const = 0;
     /// Whether the user asked for reduced motion.
     virtual bool reduceMotion() const = 0;
 

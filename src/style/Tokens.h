@@ -56,6 +56,7 @@ class Tokens : public QObject
     Q_PROPERTY(QColor shadow READ shadow NOTIFY changed FINAL)
     Q_PROPERTY(QColor focusRing READ focusRing NOTIFY changed FINAL)
 
+    Q_PROPERTY(QColor controlBorder READ controlBorder NOTIFY changed FINAL)
     Q_PROPERTY(QColor actionHovered READ actionHovered NOTIFY changed FINAL)
     Q_PROPERTY(QColor actionPressed READ actionPressed NOTIFY changed FINAL)
     Q_PROPERTY(QColor actionText READ actionText NOTIFY changed FINAL)
@@ -113,10 +114,12 @@ class Tokens : public QObject
     Q_PROPERTY(kelvo::Motion rowMove READ rowMove CONSTANT FINAL)
     Q_PROPERTY(kelvo::Motion sheetFade READ sheetFade CONSTANT FINAL)
     Q_PROPERTY(kelvo::Motion breath READ breath CONSTANT FINAL)
+    Q_PROPERTY(bool highContrast READ highContrast NOTIFY changed FINAL)
     Q_PROPERTY(bool reduceMotion READ reduceMotion NOTIFY changed FINAL)
     Q_PROPERTY(int helpDelay MEMBER helpDelay CONSTANT FINAL)
     Q_PROPERTY(int frameTime MEMBER frameTime CONSTANT FINAL)
 
+    Q_PROPERTY(int controlBorderWidth READ controlBorderWidth NOTIFY changed FINAL)
     Q_PROPERTY(int hairlineWidth MEMBER hairlineWidth CONSTANT FINAL)
     Q_PROPERTY(int focusRingWidth MEMBER focusRingWidth CONSTANT FINAL)
 
@@ -172,59 +175,61 @@ public:
     /// Sets the appearance of this process. Call it before the first view is loaded. `appearance` must outlive all views.
     static void setAppearance(const Appearance &appearance);
 
-    // By appearance                                                   light       dark
-    QColor availableDot() const { return resolve(0xff34c759, 0xff32d74b); }
+    // By appearance. In high contrast, a dot has the colour of its text.
+    QColor availableDot() const { return highContrast() ? availableText() : resolve(0xff34c759, 0xff32d74b); }
     QColor availableText() const { return resolve(0xff1e7b36, 0xff5be07a); }
-    QColor recoveringDot() const { return resolve(0xffff9500, 0xffff9f0a); }
+    QColor recoveringDot() const { return highContrast() ? recoveringText() : resolve(0xffff9500, 0xffff9f0a); }
     QColor recoveringText() const { return resolve(0xffa85b00, 0xffffb340); }
-    QColor outageDot() const { return resolve(0xffff3b30, 0xffff453a); }
+    QColor outageDot() const { return highContrast() ? outageText() : resolve(0xffff3b30, 0xffff453a); }
     QColor outageText() const { return resolve(0xffc10d02, 0xffff6961); }
-    QColor action() const { return resolve(0xff007aff, 0xff0a84ff); }
-    QColor link() const { return resolve(0xff0a6cff, 0xff409cff); }
+    QColor action() const { return highContrast() ? strongBlue() : resolve(0xff007aff, 0xff0a84ff); }
+    QColor link() const { return highContrast() ? strongBlue() : resolve(0xff0a6cff, 0xff409cff); }
 
     // The primary label colour with decreasing opacity
     QColor primary() const { return resolve(0xff000000, 0xffffffff); }
-    QColor labelPrimary() const { return primary(0.88F); }
-    QColor labelSecondary() const { return primary(0.55F); }
-    QColor labelTertiary() const { return primary(0.42F); }
-    QColor labelQuaternary() const { return primary(0.32F); }
-    QColor inactiveDot() const { return primary(0.28F); }
-    QColor separator() const { return primary(0.075F); }
+    QColor labelPrimary() const { return label(0.88F); }
+    QColor labelSecondary() const { return label(0.55F); }
+    QColor labelTertiary() const { return label(0.42F); }
+    QColor labelQuaternary() const { return label(0.32F); }
+    QColor inactiveDot() const { return label(0.28F); }
+    QColor separator() const { return line(0.075F); }
 
     // Surfaces
     QColor popover() const { return resolve(0xffffffff, 0xff262628); }
     QColor window() const { return resolve(0xfff5f5f7, 0xff1e1e20); }
     QColor card() const { return resolve(0xffffffff, 0xff2a2a2d); }
     QColor textField() const { return resolve(0xffffffff, 0xff1b1b1d); }
-    QColor hairline() const { return isDark() ? primary(0.12F) : primary(0.10F); }
+    QColor hairline() const { return line(isDark() ? 0.12F : 0.10F); }
     QColor shadow() const { return faded(Qt::black, isDark() ? 0.55F : 0.20F); }
-    QColor focusRing() const { return faded(action(), 0.60F); }
+    QColor focusRing() const { return faded(action(), highContrast() ? 1.0F : 0.60F); }
 
     // Controls
+    /// The line around a control that has no edge of its own, such as a button. It is visible in high contrast only.
+    QColor controlBorder() const { return highContrast() ? labelPrimary() : QColor(Qt::transparent); }
     QColor actionHovered() const { return action().lighter(108); }
     QColor actionPressed() const { return action().darker(115); }
-    QColor actionText() const { return QColor(Qt::white); }
+    QColor actionText() const { return QColor(highContrast() && isDark() ? Qt::black : Qt::white); }
     QColor highlight() const { return primary(0.06F); }
     QColor highlightPressed() const { return primary(0.10F); }
     QColor rowHovered() const { return primary(0.03F); }
     QColor rowPressed() const { return primary(0.07F); }
-    QColor fieldLine() const { return primary(0.15F); }
-    QColor fieldLineHovered() const { return primary(0.24F); }
-    QColor checkboxLine() const { return primary(0.20F); }
-    QColor checkboxLineHovered() const { return primary(0.36F); }
+    QColor fieldLine() const { return line(0.15F); }
+    QColor fieldLineHovered() const { return line(0.24F); }
+    QColor checkboxLine() const { return line(0.20F); }
+    QColor checkboxLineHovered() const { return line(0.36F); }
     QColor segmentTrack() const { return primary(0.07F); }
-    QColor segmentHovered() const { return primary(0.70F); }
+    QColor segmentHovered() const { return label(0.70F); }
     QColor switchTrack() const { return primary(0.14F); }
     QColor switchKnob() const { return QColor(Qt::white); }
-    QColor scrollThumb() const { return primary(0.18F); }
-    QColor scrollThumbHovered() const { return primary(0.30F); }
-    QColor scrollThumbPressed() const { return primary(0.40F); }
+    QColor scrollThumb() const { return line(0.18F); }
+    QColor scrollThumbHovered() const { return line(0.30F); }
+    QColor scrollThumbPressed() const { return line(0.40F); }
 
     // Marks and lines
-    QColor cardLine() const { return primary(0.06F); }
-    QColor watchName() const { return primary(0.78F); }
-    QColor markRing() const { return primary(0.72F); }
-    QColor pageDot() const { return primary(0.18F); }
+    QColor cardLine() const { return line(0.06F); }
+    QColor watchName() const { return label(0.78F); }
+    QColor markRing() const { return label(0.72F); }
+    QColor pageDot() const { return line(0.18F); }
 
     // Shadows
     QColor dim() const { return faded(Qt::black, 0.32F); }
@@ -264,6 +269,9 @@ public:
     Motion sheetFade() const;
     /// Half a period of a dot that dims and brightens.
     Motion breath() const;
+    /// Whether the user asked for a higher contrast. Labels then have their full strength, lines are strong, and controls
+    /// and cards have borders.
+    bool highContrast() const;
     /// Whether animations must be avoided.
     bool reduceMotion() const;
     /// The time until a tool tip appears, in milliseconds.
@@ -272,6 +280,7 @@ public:
     static constexpr int frameTime = 16;
 
     // Lines, in points
+    int controlBorderWidth() const { return highContrast() ? hairlineWidth : 0; }
     static constexpr int hairlineWidth = 1;
     static constexpr int focusRingWidth = 2;
 
@@ -331,14 +340,20 @@ Q_SIGNALS:
 private:
     bool isDark() const;
     QColor resolve(QRgb light, QRgb dark) const { return QColor::fromRgb(isDark() ? dark : light); }
+    /// A blue that has at least 4.5 to 1 against every surface.
+    QColor strongBlue() const { return resolve(0xff0040dd, 0xff409cff); }
     QColor primary(float opacity) const { return faded(primary(), opacity); }
+    /// The primary label colour of texts and symbols. In high contrast it is not faded.
+    QColor label(float opacity) const { return primary(highContrast() ? 1.0F : opacity); }
+    /// The primary label colour of lines and edges. In high contrast it has at least 4.5 to 1 against every surface.
+    QColor line(float opacity) const { return primary(highContrast() ? 0.70F : opacity); }
     static QColor faded(QColor color, float opacity);
     /// The system font at a size in points.
     static QFont systemFont(qreal points, QFont::Weight weight);
     /// The font with `tracking` points added after each letter.
     static QFont tracked(QFont font, qreal tracking);
     /// The font with digits of equal width if Qt supports that (6.7 and later), else the font unchanged.
-    static QFont withTabularDigits(QFont font);
+    static QFont withTabularDigits(const QFont &font);
 
     const Appearance *appearance_;
 };

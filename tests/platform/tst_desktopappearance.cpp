@@ -2,10 +2,15 @@
 #include "support/FakePortal.h"
 #include "support/FakeXfconf.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QRegularExpression>
+#include <QSaveFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -51,10 +56,17 @@ private Q_SLOTS:
     void reportsOnlyValuesThatChanged();
     void reducesMotionAsThePortalSays();
     void reducesMotionWhenGnomeTurnsAnimationsOff();
+    void raisesTheContrastAsTheDesktopSays_data();
+    void raisesTheContrastAsTheDesktopSays();
+    void recognizesHighContrastThemes_data();
+    void recognizesHighContrastThemes();
     void readsTheThemeWithoutAPreference_data();
     void readsTheThemeWithoutAPreference();
     void followsThePaletteWithoutDesktopSettings();
-    void theBarOfGnomeIsDark();
+    void reducesMotionWhenPlasmaTurnsAnimationsOff();
+    void knowsTheDefaultPanelsOfTheDesktops_data();
+    void knowsTheDefaultPanelsOfTheDesktops();
+    void followsTheThemeOfPlasma();
     void otherPanelsFollowTheWindows();
     void followsTheDarkModeOfXfcesPanel();
     void aPanelThatIsNeitherDarkNorLightCountsAsLight_data();
@@ -105,7 +117,7 @@ void DesktopAppearanceTest::readsTheColorSchemeOfThePortal()
     QGuiApplication::setPalette(paletteOf(palette));
     FakePortal portal(*daemon_, withScheme(scheme));
     const auto appearance = this->appearance();
-    QTRY_COMPARE(portal.reads(), 1);
+    QTRY_VERIFY(portal.reads() > 0);
     QTRY_COMPARE(appearance->isDark(), dark);
 
     // The reaction to a second change shows that the first one was read correctly.
@@ -159,7 +171,7 @@ void DesktopAppearanceTest::reportsOnlyValuesThatChanged()
     const auto appearance = this->appearance();
     QSignalSpy changed(appearance.get(), &Appearance::changed);
     QTRY_COMPARE(changed.count(), 1);
-    portal.set(appearanceGroup, u"contrast"_s, 1U);
+    portal.set(appearanceGroup, u"accent-color"_s, 1U);
     portal.set(appearanceGroup, colorScheme, 1U);
     portal.set(appearanceGroup, colorScheme, 2U);
     QTRY_VERIFY(!appearance->isDark());
@@ -185,6 +197,55 @@ void DesktopAppearanceTest::reducesMotionWhenGnomeTurnsAnimationsOff()
     QTRY_VERIFY(!appearance->reduceMotion());
 }
 
+void DesktopAppearanceTest::raisesTheContrastAsTheDesktopSays_data()
+{
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QVariant>("on");
+    QTest::addColumn<QVariant>("off");
+    QTest::newRow("portal") << appearanceGroup << u"contrast"_s << QVariant(1U) << QVariant(0U);
+    QTest::newRow("GNOME") << u"org.gnome.desktop.a11y.interface"_s << u"high-contrast"_s << QVariant(true)
+                           << QVariant(false);
+    QTest::newRow("theme") << gnomeGroup << u"gtk-theme"_s << QVariant(u"HighContrast"_s) << QVariant(u"Adwaita"_s);
+}
+
+void DesktopAppearanceTest::raisesTheContrastAsTheDesktopSays()
+{
+    QFETCH(const QString, group);
+    QFETCH(const QString, name);
+    QFETCH(const QVariant, on);
+    QFETCH(const QVariant, off);
+    FakePortal portal(*daemon_, {{group, {{name, on}}}});
+    const auto appearance = this->appearance();
+    const QSignalSpy changed(appearance.get(), &Appearance::changed);
+    QVERIFY(!appearance->highContrast());
+    QTRY_VERIFY(appearance->highContrast());
+    portal.set(group, name, off);
+    QTRY_VERIFY(!appearance->highContrast());
+    QCOMPARE(changed.count(), 2);
+}
+
+void DesktopAppearanceTest::recognizesHighContrastThemes_data()
+{
+    QTest::addColumn<bool>("high");
+    QTest::newRow("HighContrast") << true;
+    QTest::newRow("HighContrastInverse") << true;
+    QTest::newRow("ContrastHigh") << true;
+    QTest::newRow("ContrastHighInverse") << true;
+    QTest::newRow("Greybird-dark") << false;
+}
+
+void DesktopAppearanceTest::recognizesHighContrastThemes()
+{
+    QFETCH(const bool, high);
+    FakeXfconf xfconf(*daemon_);
+    xfconf.set(themeChannel, themeName, !high ? u"HighContrast"_s : u"Greybird"_s);
+    const auto appearance = this->appearance({u"XFCE"_s});
+    QTRY_COMPARE(appearance->highContrast(), !high);
+    xfconf.set(themeChannel, themeName, QString::fromLatin1(QTest::currentDataTag()));
+    QTRY_COMPARE(appearance->highContrast(), high);
+}
+
 void DesktopAppearanceTest::readsTheThemeWithoutAPreference_data()
 {
     QTest::addColumn<QString>("theme");
@@ -192,6 +253,9 @@ void DesktopAppearanceTest::readsTheThemeWithoutAPreference_data()
     QTest::newRow("Adwaita-dark") << u"Adwaita-dark"_s << true;
     QTest::newRow("Yaru-Dark") << u"Yaru-Dark"_s << true;
     QTest::newRow("Adwaita") << u"Adwaita"_s << false;
+    QTest::newRow("HighContrast") << u"HighContrast"_s << false;
+    QTest::newRow("HighContrastInverse") << u"HighContrastInverse"_s << true;
+    QTest::newRow("ContrastHighInverse") << u"ContrastHighInverse"_s << true;
 }
 
 void DesktopAppearanceTest::readsTheThemeWithoutAPreference()
@@ -218,11 +282,85 @@ void DesktopAppearanceTest::followsThePaletteWithoutDesktopSettings()
     QCOMPARE(changed.count(), 1);
 }
 
-void DesktopAppearanceTest::theBarOfGnomeIsDark()
+void DesktopAppearanceTest::knowsTheDefaultPanelsOfTheDesktops_data()
 {
-    const auto appearance = this->appearance({u"ubuntu"_s, u"GNOME"_s});
+    QTest::addColumn<QString>("desktops");
+    QTest::addColumn<bool>("darkBesideLightWindows");
+    QTest::addColumn<bool>("darkBesideDarkWindows");
+    const auto row = [](const char *desktops, bool besideLight, bool besideDark) {
+        QTest::newRow(desktops) << QString::fromLatin1(desktops) << besideLight << besideDark;
+    };
+    row("ubuntu:GNOME", true, true);
+    row("GNOME-Classic:GNOME", false, false);
+    row("X-Cinnamon", true, true);
+    row("sway", true, true);
+    row("KDE", false, true);
+    row("LXQt", false, true);
+    row("MATE", false, true);
+    row("unheard of", false, true);
+}
+
+void DesktopAppearanceTest::knowsTheDefaultPanelsOfTheDesktops()
+{
+    QFETCH(const QString, desktops);
+    QFETCH(const bool, darkBesideLightWindows);
+    QFETCH(const bool, darkBesideDarkWindows);
+    const auto appearance = this->appearance(desktops.split(u':'));
+    QVERIFY(!appearance->isDark());
+    QCOMPARE(appearance->panelIsDark(), darkBesideLightWindows);
+    QGuiApplication::setPalette(paletteOf(Qt::black));
+    QTRY_VERIFY(appearance->isDark());
+    QCOMPARE(appearance->panelIsDark(), darkBesideDarkWindows);
+}
+
+void DesktopAppearanceTest::followsTheThemeOfPlasma()
+{
+    QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.filePath(u"config"_s)));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(home.filePath(u"data"_s)));
+    const auto write = [&](const QString &path, const QByteArray &text) {
+        QVERIFY(QDir().mkpath(QFileInfo(home.filePath(path)).absolutePath()));
+        QSaveFile file(home.filePath(path)); // replaces the file, as KDE's programs do
+        QVERIFY(file.open(QFile::WriteOnly));
+        file.write(text);
+        QVERIFY(file.commit());
+    };
+    write(u"data/plasma/desktoptheme/night/colors"_s, "[Colors:Window]\nBackgroundNormal=49,54,59\n");
+    write(u"data/plasma/desktoptheme/day/colors"_s, "[Colors:Window]\nBackgroundNormal=239,240,241\n");
+    write(u"config/kdedefaults/plasmarc"_s, "[Theme]\nname=night\n");
+
+    const auto appearance = this->appearance({u"KDE"_s});
     QVERIFY(!appearance->isDark());
     QVERIFY(appearance->panelIsDark());
+    // The user's own choice goes before that of the global theme.
+    write(u"config/plasmarc"_s, "[Theme]\nname=day\n");
+    QTRY_VERIFY(!appearance->panelIsDark());
+    write(u"config/plasmarc"_s, "[Theme]\nname=night\n");
+    QTRY_VERIFY(appearance->panelIsDark());
+    // A theme without colours follows the windows.
+    write(u"config/plasmarc"_s, "[Theme]\nname=unheard of\n");
+    QTRY_VERIFY(!appearance->panelIsDark());
+    QVERIFY(QFile::remove(home.filePath(u"config/plasmarc"_s)));
+    QTRY_VERIFY(appearance->panelIsDark());
+    write(u"config/kdedefaults/plasmarc"_s, "[Theme]\nname=day\n");
+    QTRY_VERIFY(!appearance->panelIsDark());
+    qunsetenv("XDG_CONFIG_HOME");
+    qunsetenv("XDG_DATA_HOME");
+}
+
+void DesktopAppearanceTest::reducesMotionWhenPlasmaTurnsAnimationsOff()
+{
+    const auto group = u"org.kde.kdeglobals.KDE"_s;
+    const auto factor = u"AnimationDurationFactor"_s;
+    FakePortal portal(*daemon_, {{group, {{factor, u"0"_s}}}});
+    const auto appearance = this->appearance({u"KDE"_s});
+    QTRY_VERIFY(appearance->reduceMotion());
+    portal.set(group, factor, u"0.5"_s);
+    QTRY_VERIFY(!appearance->reduceMotion());
+    portal.set(group, factor, u"0"_s);
+    QTRY_VERIFY(appearance->reduceMotion());
+    portal.set(group, factor, u"fast"_s);
+    QTRY_VERIFY(!appearance->reduceMotion());
 }
 
 void DesktopAppearanceTest::otherPanelsFollowTheWindows()

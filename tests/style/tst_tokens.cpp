@@ -9,9 +9,37 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
+
+namespace {
+
+/// The opaque colour that `color` gives on `ground`.
+QColor over(const QColor &ground, const QColor &color)
+{
+    const auto mix = [&](float below, float above) { return above * color.alphaF() + below * (1 - color.alphaF()); };
+    return QColor::fromRgbF(mix(ground.redF(), color.redF()), mix(ground.greenF(), color.greenF()),
+                            mix(ground.blueF(), color.blueF()));
+}
+
+/// The contrast ratio of two opaque colours as WCAG defines it, from 1 to 21.
+double contrast(const QColor &left, const QColor &right)
+{
+    const auto luminance = [](const QColor &color) {
+        const auto linear = [](double value) {
+            return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+    };
+    const auto [darker, lighter] = std::minmax({luminance(left), luminance(right)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+} // namespace
 
 class TokensTest : public QObject
 {
@@ -21,6 +49,11 @@ private Q_SLOTS:
     void aColourIsAPairOfLightAndDark_data();
     void aColourIsAPairOfLightAndDark();
     void coloursAreLightWithoutAnAppearance();
+    void highContrastGivesLabelsTheirFullStrength_data();
+    void highContrastGivesLabelsTheirFullStrength();
+    void highContrastMakesLinesAndMarksVisible_data();
+    void highContrastMakesLinesAndMarksVisible();
+    void highContrastGivesControlsABorder();
     void coloursFollowTheAppearanceLive();
     void coloursDoNotDependOnThePalette();
     void aFontHasItsSizeInDeviceIndependentPixels_data();
@@ -100,6 +133,65 @@ void TokensTest::coloursAreLightWithoutAnAppearance()
     const Tokens tokens(nullptr);
     QCOMPARE(tokens.availableDot(), QColor(0x34c759));
     QVERIFY(!tokens.reduceMotion());
+}
+
+void TokensTest::highContrastGivesLabelsTheirFullStrength_data()
+{
+    QTest::addColumn<QByteArray>("token");
+    for (const char *token : {"labelPrimary", "labelSecondary", "labelTertiary", "labelQuaternary", "watchName",
+                              "segmentHovered", "markRing"}) {
+        QTest::newRow(token) << QByteArray(token);
+    }
+}
+
+void TokensTest::highContrastGivesLabelsTheirFullStrength()
+{
+    QFETCH(const QByteArray, token);
+    FakeAppearance appearance;
+    const Tokens tokens(&appearance);
+    appearance.setHighContrast(true);
+    QCOMPARE(tokens.property(token).value<QColor>(), QColor(Qt::black));
+    appearance.setDark(true);
+    QCOMPARE(tokens.property(token).value<QColor>(), QColor(Qt::white));
+}
+
+void TokensTest::highContrastMakesLinesAndMarksVisible_data()
+{
+    QTest::addColumn<QByteArray>("token");
+    for (const char *token :
+         {"cardLine", "hairline", "separator", "fieldLine", "checkboxLine", "scrollThumb", "pageDot", "focusRing",
+          "controlBorder", "action", "link", "availableDot", "recoveringDot", "outageDot", "inactiveDot"}) {
+        QTest::newRow(token) << QByteArray(token);
+    }
+}
+
+void TokensTest::highContrastMakesLinesAndMarksVisible()
+{
+    QFETCH(const QByteArray, token);
+    FakeAppearance appearance;
+    const Tokens tokens(&appearance);
+    appearance.setHighContrast(true);
+    for (const bool dark : {false, true}) {
+        appearance.setDark(dark);
+        for (const auto &surface : {tokens.popover(), tokens.window(), tokens.card(), tokens.textField()}) {
+            const auto color = tokens.property(token).value<QColor>();
+            QVERIFY2(contrast(over(surface, color), surface) >= 4.5, qPrintable(surface.name()));
+        }
+        QVERIFY(contrast(tokens.actionText(), tokens.action()) >= 4.5);
+    }
+}
+
+void TokensTest::highContrastGivesControlsABorder()
+{
+    FakeAppearance appearance;
+    const Tokens tokens(&appearance);
+    const QSignalSpy changed(&tokens, &Tokens::changed);
+    QCOMPARE(tokens.controlBorderWidth(), 0);
+    appearance.setHighContrast(true);
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(tokens.controlBorderWidth(), 1);
+    QCOMPARE(tokens.focusRingWidth, 2);
+    QCOMPARE(tokens.focusRing().alpha(), 255);
 }
 
 void TokensTest::coloursFollowTheAppearanceLive()

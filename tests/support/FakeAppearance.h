@@ -10,11 +10,17 @@ class FakeAppearance : public Appearance
 public:
     bool isDark() const override { return dark; }
     bool panelIsDark() const override { return dark; }
+    bool highContrast() const override { return contrast; }
     bool reduceMotion() const override { return still; }
 
     void setDark(bool value)
     {
         dark = value;
+        Q_EMIT changed();
+    }
+    void setHighContrast(bool value)
+    {
+        contrast = value;
         Q_EMIT changed();
     }
     void setReduceMotion(bool value)
@@ -24,6 +30,7 @@ public:
     }
 
     bool dark = false;
+    bool contrast = false;
     bool still = false;
 };
 

@@ -16,9 +16,23 @@
 
 #include <fcntl.h>
 
+using namespace Qt::StringLiterals;
+
 namespace kelvo {
 
 namespace {
+
+/// The names of the desktop in XDG_CURRENT_DESKTOP. Some compositors leave it to the user to set this variable.
+QStringList currentDesktops()
+{
+    auto desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts);
+    if (desktops.isEmpty() && qEnvironmentVariableIsSet("SWAYSOCK")) {
+        desktops.append(u"sway"_s);
+    } else if (desktops.isEmpty() && qEnvironmentVariableIsSet("HYPRLAND_INSTANCE_SIGNATURE")) {
+        desktops.append(u"Hyprland"_s);
+    }
+    return desktops;
+}
 
 std::unique_ptr<LoginItem> makeLoginItem(const std::shared_ptr<BusConnection> &session)
 {
@@ -34,7 +48,6 @@ std::unique_ptr<LoginItem> makeLoginItem(const std::shared_ptr<BusConnection> &s
 Platform makePlatform()
 {
     const auto session = BusConnection::session();
-    const auto desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts);
     return {
         .clock = std::make_unique<TimerfdClock>(),
         .sleepWake = std::make_unique<LogindSleepWake>(BusConnection::system()),
@@ -42,7 +55,7 @@ Platform makePlatform()
         .notificationCenter = std::make_unique<DBusNotificationCenter>(session),
         .loginItem = makeLoginItem(session),
         .preferences = std::make_unique<IniPreferences>(),
-        .appearance = std::make_unique<DesktopAppearance>(session, desktops),
+        .appearance = std::make_unique<DesktopAppearance>(session, currentDesktops()),
         .statusItem = std::make_unique<TrayStatusItem>(session),
     };
 }

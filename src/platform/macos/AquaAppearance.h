@@ -18,6 +18,7 @@ public:
     bool isDark() const override;
     /// Equals `isDark` until `followMenuBar` has found the application's item in the menu bar.
     bool panelIsDark() const override;
+    bool highContrast() const override;
     bool reduceMotion() const override;
 
     /// Starts to follow the appearance of the application's item in the menu bar. Call it after the item was shown.

@@ -133,6 +133,11 @@ bool AquaAppearance::panelIsDark() const
     return isDarkAqua(observers_->menuBar());
 }
 
+bool AquaAppearance::highContrast() const
+{
+    return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldIncreaseContrast;
+}
+
 bool AquaAppearance::reduceMotion() const
 {
     return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion;
