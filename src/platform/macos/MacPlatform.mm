@@ -10,6 +10,8 @@
 #include "platform/macos/UserNotificationCenter.h"
 #include "platform/macos/WorkspaceSleepWake.h"
 
+#include <QCoreApplication>
+
 #import <AppKit/AppKit.h>
 
 namespace kelvo {

@@ -38,9 +38,8 @@
              withCompletionHandler:(void (^)(void))completionHandler
 {
     Q_UNUSED(center)
-    if ([response.actionIdentifier isEqualToString:UNNotificationDefaultActionIdentifier]) {
-        dispatch_async(dispatch_get_main_queue(), clicked_);
-    }
+    Q_UNUSED(response) // the notifications have no actions, so it is a click
+    dispatch_async(dispatch_get_main_queue(), clicked_);
     completionHandler();
 }
 
