@@ -6,17 +6,18 @@ Item {
     id: row
 
     required property string label
-    required property string value
+    // Not "value", because Qt takes a property of that name for the number of a slider.
+    required property string content
 
-    Accessible.name: label + ": " + value
+    Accessible.name: label + ": " + content
     Accessible.role: Accessible.StaticText
-    implicitHeight: Math.max(ground.implicitHeight, valueText.height + 12)
+    implicitHeight: Math.max(ground.implicitHeight, valueText.height + 10)
 
     CardRow {
         id: ground
 
         anchors.fill: parent
-        implicitHeight: Tokens.valueRowHeight
+        implicitHeight: Tokens.rowHeight
     }
     Label {
         id: labelText
@@ -41,7 +42,7 @@ Item {
         font: Tokens.row
         horizontalAlignment: Text.AlignRight
         objectName: "value"
-        text: row.value
+        text: row.content
         wrapMode: Text.Wrap
     }
 }

@@ -27,6 +27,8 @@ ChoiceGroup {
 
     Rectangle {
         anchors.fill: parent
+        border.color: Tokens.controlBorder
+        border.width: Tokens.controlBorderWidth
         color: Tokens.segmentTrack
         radius: Tokens.segmentRadius
     }
@@ -67,7 +69,9 @@ ChoiceGroup {
 
             anchors.fill: parent
             anchors.margins: choice.inset
-            color: Tokens.card
+            border.color: Tokens.controlBorder
+            border.width: Tokens.controlBorderWidth
+            color: Tokens.segmentFace
             radius: Tokens.segmentRadius - choice.inset
         }
     }
