@@ -31,7 +31,7 @@ struct Scene : ViewScene
     QQuickItem *still(int index) const { return item(u"field-%1"_s.arg(index), u"still"_s); }
     QQuickItem *menuItem(const QString &title) const { return item(title); }
     bool isEnabled(const QString &name) const { return item(name)->isEnabled(); }
-    QString value(const QString &row) const { return text(item(row, u"value"_s)); }
+    QString value(const QString &row) const { return words(item(row, u"value"_s)); }
 
     SettingsState state{stores.settings, stores.notifier};
 };

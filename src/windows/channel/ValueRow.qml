@@ -30,9 +30,10 @@ Item {
         objectName: "label"
         text: row.label
     }
-    Label {
+    Prose {
         id: valueText
 
+        Accessible.ignored: true
         anchors.left: labelText.right
         anchors.leftMargin: Tokens.rowPadding
         anchors.right: parent.right
@@ -42,7 +43,6 @@ Item {
         font: Tokens.row
         horizontalAlignment: Text.AlignRight
         objectName: "value"
-        text: row.content
-        wrapMode: Text.Wrap
+        words: row.content
     }
 }

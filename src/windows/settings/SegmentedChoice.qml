@@ -89,8 +89,9 @@ ChoiceGroup {
                 group: choice
                 height: choice.height
                 implicitWidth: implicitContentWidth + leftPadding + rightPadding
+                leftPadding: 13
                 objectName: "segment-" + index
-                padding: 13
+                rightPadding: 13
                 width: choice.segmentWidth
 
                 contentItem: Label {
