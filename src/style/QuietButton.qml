@@ -20,7 +20,10 @@ PlainButton {
         verticalAlignment: Text.AlignVCenter
 
         FocusRing {
-            anchors.margins: -4
+            anchors.bottomMargin: 1
+            anchors.leftMargin: -6
+            anchors.rightMargin: -6
+            anchors.topMargin: 1
             innerRadius: Tokens.textRadius
             visible: control.visualFocus
         }

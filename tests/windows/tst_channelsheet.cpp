@@ -1,8 +1,10 @@
+#include "support/StatePictures.h"
 #include "support/ViewScene.h"
 
 #include "windows/settings/SettingsState.h"
 
 #include <QClipboard>
+#include <QStyleHints>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -83,6 +85,10 @@ private Q_SLOTS:
     void disabledButtonsLookDisabled();
     void matchesTheGoldenPictures_data();
     void matchesTheGoldenPictures();
+    void statesMatchTheGoldenPictures_data();
+    void statesMatchTheGoldenPictures();
+    void highContrastMatchesTheGoldenPictures_data();
+    void highContrastMatchesTheGoldenPictures();
     void matchesTheGoldenPicturesOverTheWindow_data() { matchesTheGoldenPictures_data(); }
     void matchesTheGoldenPicturesOverTheWindow();
 };
@@ -501,6 +507,63 @@ void ChannelSheetTest::matchesTheGoldenPicturesOverTheWindow()
     QCOMPARE(
         golden.difference(picture(scene.view), dark ? u"sheet-over-settings-dark"_s : u"sheet-over-settings-light"_s),
         QString());
+}
+
+void ChannelSheetTest::statesMatchTheGoldenPictures_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void ChannelSheetTest::statesMatchTheGoldenPictures()
+{
+    QFETCH(bool, dark);
+    // A caret that does not blink.
+    QGuiApplication::styleHints()->setCursorFlashTime(0);
+    Scene scene;
+    scene.appearance.dark = dark;
+    scene.stores.settings.setSlackWebhookURL(u"https://hooks.slack.com/services/T0/B0/x"_s);
+    scene.open(RemoteChannel::slack);
+    StatePictures states(scene);
+    states.add(scene.item(u"field-0"_s));
+    states.addFocused(scene.input(1));
+    states.addHovered(scene.item(u"field-0"_s), scene.input(0));
+    for (const auto &button : {u"arm"_s, u"sendTest"_s, u"done"_s}) {
+        states.addStates(scene.item(button));
+    }
+    scene.input(0)->forceActiveFocus();
+    QMetaObject::invokeMethod(scene.input(0), "selectAll");
+    QTest::mouseClick(&scene.view, Qt::RightButton, {}, scene.middle(scene.input(0)));
+    settle();
+    scene.hover(scene.middle(scene.menuItem(u"Copy"_s)));
+    states.add(scene.sheet());
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(states.picture(), u"sheet-states-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
+}
+
+void ChannelSheetTest::highContrastMatchesTheGoldenPictures_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void ChannelSheetTest::highContrastMatchesTheGoldenPictures()
+{
+    QFETCH(bool, dark);
+    Scene scene;
+    scene.appearance.dark = dark;
+    scene.appearance.contrast = true;
+    scene.stores.settings.setSlackWebhookURL(u"https://hooks.slack.com/services/T0/B0/x"_s);
+    scene.open(RemoteChannel::slack);
+    scene.item(u"arm"_s)->forceActiveFocus(Qt::TabFocusReason);
+    settle();
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(picture(scene.view),
+                               u"sheet-high-contrast-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
 }
 
 } // namespace kelvo

@@ -1,3 +1,4 @@
+#include "support/StatePictures.h"
 #include "support/ViewScene.h"
 
 #include "windows/onboarding/OnboardingState.h"
@@ -85,6 +86,10 @@ private Q_SLOTS:
     void everythingIsMirroredInARightToLeftLayout();
     void matchesTheGoldenPictures_data();
     void matchesTheGoldenPictures();
+    void statesMatchTheGoldenPictures_data();
+    void statesMatchTheGoldenPictures();
+    void highContrastMatchesTheGoldenPictures_data();
+    void highContrastMatchesTheGoldenPictures();
 };
 
 void OnboardingTest::startsWithThePromise()
@@ -464,6 +469,55 @@ void OnboardingTest::matchesTheGoldenPictures()
     settle();
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
     QCOMPARE(golden.difference(picture(scene.view), u"onboarding-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
+}
+
+void OnboardingTest::statesMatchTheGoldenPictures_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void OnboardingTest::statesMatchTheGoldenPictures()
+{
+    QFETCH(bool, dark);
+    Scene scene;
+    scene.appearance.dark = dark;
+    scene.open();
+    StatePictures states(scene);
+    scene.turnTo(OnboardingState::PrimaryPicker);
+    states.addStates(scene.mainButton());
+    states.addStates(scene.otherButton());
+    states.addStates(scene.item(u"choice-0"_s));
+    states.addHovered(scene.item(u"choice-2"_s));
+    states.addPressed(scene.item(u"choice-2"_s));
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(
+        golden.difference(states.picture(), u"onboarding-states-"_s + QString::fromLatin1(QTest::currentDataTag())),
+        QString());
+}
+
+void OnboardingTest::highContrastMatchesTheGoldenPictures_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void OnboardingTest::highContrastMatchesTheGoldenPictures()
+{
+    QFETCH(bool, dark);
+    Scene scene;
+    scene.appearance.dark = dark;
+    scene.appearance.contrast = true;
+    scene.open();
+    scene.turnTo(OnboardingState::PrimaryPicker);
+    scene.key(Qt::Key_Down);
+    scene.hover({200, 10});
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(picture(scene.view),
+                               u"onboarding-high-contrast-"_s + QString::fromLatin1(QTest::currentDataTag())),
              QString());
 }
 

@@ -1,4 +1,5 @@
 #include "support/Looks.h"
+#include "support/StatePictures.h"
 #include "support/ViewScene.h"
 
 #include "windows/settings/SettingsState.h"
@@ -131,6 +132,10 @@ private Q_SLOTS:
     void everythingIsMirroredInARightToLeftLayout();
     void matchesTheGoldenPictures_data();
     void matchesTheGoldenPictures();
+    void statesMatchTheGoldenPictures_data();
+    void statesMatchTheGoldenPictures();
+    void highContrastMatchesTheGoldenPictures_data();
+    void highContrastMatchesTheGoldenPictures();
 };
 
 void SettingsViewTest::sectionsAreAtTheirPositions()
@@ -821,6 +826,64 @@ void SettingsViewTest::matchesTheGoldenPictures()
     scene.open();
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
     QCOMPARE(golden.difference(picture(scene.view), u"settings-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
+}
+
+void SettingsViewTest::statesMatchTheGoldenPictures_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void SettingsViewTest::statesMatchTheGoldenPictures()
+{
+    QFETCH(bool, dark);
+    Scene scene(settingsLookServices);
+    scene.appearance.dark = dark;
+    bringAboutSettingsLook(scene.stores.settings);
+    scene.open();
+    StatePictures states(scene);
+    for (const auto id : {ServiceID::claude, ServiceID::gemini}) {
+        states.addHovered(scene.row(id));
+        states.addPressed(scene.row(id));
+    }
+    states.addHovered(scene.row(ServiceID::gemini), scene.part(ServiceID::gemini, u"handle"_s));
+    states.addFocused(scene.row(ServiceID::claude));
+    states.addHovered(scene.item(u"interval"_s), scene.item(u"segment-0"_s));
+    states.addFocused(scene.item(u"segment-1"_s));
+    states.addStates(scene.item(u"outageAlerts"_s));
+    states.addStates(scene.item(u"launchAtLogin"_s));
+    states.addStates(scene.channel(RemoteChannel::slack));
+    states.addStates(scene.item(u"showOnboarding"_s));
+    scene.drag(ServiceID::gemini, scene.slot(1) + QPoint(0, 8));
+    states.add(scene.item(u"servicesCard"_s));
+    scene.key(Qt::Key_Escape);
+    scene.release(scene.slot(1));
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(states.picture(), u"settings-states-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
+}
+
+void SettingsViewTest::highContrastMatchesTheGoldenPictures_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void SettingsViewTest::highContrastMatchesTheGoldenPictures()
+{
+    QFETCH(bool, dark);
+    Scene scene(settingsLookServices);
+    scene.appearance.dark = dark;
+    scene.appearance.contrast = true;
+    bringAboutSettingsLook(scene.stores.settings);
+    scene.open();
+    QVERIFY(scene.tabTo(scene.row(ServiceID::cursor)));
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(picture(scene.view),
+                               u"settings-high-contrast-"_s + QString::fromLatin1(QTest::currentDataTag())),
              QString());
 }
 

@@ -48,6 +48,7 @@ T.Menu {
         id: entry
 
         Accessible.name: text
+        hoverEnabled: true
         implicitHeight: Math.max(Tokens.targetSize, title.implicitHeight + 6)
         objectName: text
 

@@ -61,7 +61,8 @@ ChoiceGroup {
         Rectangle {
             anchors.fill: face
             anchors.margins: -Tokens.hairlineWidth
-            color: Tokens.cardLine
+            border.color: Tokens.cardLine
+            color: "transparent"
             radius: face.radius + Tokens.hairlineWidth
         }
         Rectangle {
