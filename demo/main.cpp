@@ -65,6 +65,7 @@ Boundaries simulatedBoundaries(const SimulatedInternet &internet)
 
 int main(int argc, char *argv[])
 {
+    prepareProcess();
     QApplication application(argc, argv);
     prepareApplication(application);
 

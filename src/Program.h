@@ -7,6 +7,9 @@ class QApplication;
 
 namespace kelvo {
 
+/// Silences warnings of Qt about what the program can do without. Call it before the QApplication is made.
+void prepareProcess();
+
 /// Sets the name, version and icon of the application, lets it run without a window, and makes termination signals quit it.
 void prepareApplication(QApplication &application);
 

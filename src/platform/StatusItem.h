@@ -2,8 +2,11 @@
 
 #include <QIcon>
 #include <QObject>
+#include <QPoint>
 #include <QRect>
 #include <QString>
+
+#include <optional>
 
 class QMenu;
 
@@ -30,8 +33,9 @@ public:
     virtual void show() = 0;
 
 Q_SIGNALS:
-    /// The user clicked the item.
-    void activated();
+    /// The user clicked the item. `point` is where the bar says that the item is, as the bar reported it: some bars report
+    /// a point that is relative to the item. Null when the bar reports no point; then `geometry` may know the place.
+    void activated(std::optional<QPoint> point);
 };
 
 } // namespace kelvo

@@ -66,12 +66,13 @@ QFont Tokens::tracked(QFont font, qreal tracking)
     return font;
 }
 
-QFont Tokens::withTabularDigits(QFont font)
+QFont Tokens::withTabularDigits(const QFont &font)
 {
+    auto tabular = font;
 #if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
-    font.setFeature("tnum", 1);
+    tabular.setFeature("tnum", 1);
 #endif
-    return font;
+    return tabular;
 }
 
 Motion Tokens::popoverRise() const

@@ -353,7 +353,7 @@ private:
     /// The font with `tracking` points added after each letter.
     static QFont tracked(QFont font, qreal tracking);
     /// The font with digits of equal width if Qt supports that (6.7 and later), else the font unchanged.
-    static QFont withTabularDigits(QFont font);
+    static QFont withTabularDigits(const QFont &font);
 
     const Appearance *appearance_;
 };

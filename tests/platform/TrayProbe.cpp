@@ -1,7 +1,8 @@
 // A program with only a tray item. It is a process of its own, because Qt chooses the kind of tray once per process.
 //
 // Each line on standard input is a command of the test: "icon <colour>", "tooltip <text>", "menu <entry>", "show".
-// "show" prints "shown"; each click of the item prints "activated"; each chosen menu entry prints "chosen <entry>".
+// "show" prints "shown"; each click of the item prints "activated" and the point; "menu opens" is printed when the program
+// opens the menu itself; each chosen menu entry prints "chosen <entry>".
 
 #include "platform/linux/TrayStatusItem.h"
 
@@ -59,8 +60,11 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QMenu menu;
-    kelvo::TrayStatusItem item(kelvo::BusConnection::session());
-    QObject::connect(&item, &kelvo::StatusItem::activated, [] { say("activated"); });
+    kelvo::TrayStatusItem item(kelvo::BusConnection::session(), std::chrono::milliseconds(200));
+    QObject::connect(&item, &kelvo::StatusItem::activated, [](std::optional<QPoint> point) {
+        say(point ? qPrintable(u"activated %1 %2"_s.arg(point->x()).arg(point->y())) : "activated");
+    });
+    QObject::connect(&menu, &QMenu::aboutToShow, [] { say("menu opens"); });
 
     const auto obey = [&](const QString &line) {
         const auto command = line.section(u' ', 0, 0);

@@ -2,10 +2,15 @@
 #include "support/FakePortal.h"
 #include "support/FakeXfconf.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QRegularExpression>
+#include <QSaveFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -58,7 +63,10 @@ private Q_SLOTS:
     void readsTheThemeWithoutAPreference_data();
     void readsTheThemeWithoutAPreference();
     void followsThePaletteWithoutDesktopSettings();
-    void theBarOfGnomeIsDark();
+    void reducesMotionWhenPlasmaTurnsAnimationsOff();
+    void knowsTheDefaultPanelsOfTheDesktops_data();
+    void knowsTheDefaultPanelsOfTheDesktops();
+    void followsTheThemeOfPlasma();
     void otherPanelsFollowTheWindows();
     void followsTheDarkModeOfXfcesPanel();
     void aPanelThatIsNeitherDarkNorLightCountsAsLight_data();
@@ -109,7 +117,7 @@ void DesktopAppearanceTest::readsTheColorSchemeOfThePortal()
     QGuiApplication::setPalette(paletteOf(palette));
     FakePortal portal(*daemon_, withScheme(scheme));
     const auto appearance = this->appearance();
-    QTRY_COMPARE(portal.reads(), 1);
+    QTRY_VERIFY(portal.reads() > 0);
     QTRY_COMPARE(appearance->isDark(), dark);
 
     // The reaction to a second change shows that the first one was read correctly.
@@ -274,11 +282,85 @@ void DesktopAppearanceTest::followsThePaletteWithoutDesktopSettings()
     QCOMPARE(changed.count(), 1);
 }
 
-void DesktopAppearanceTest::theBarOfGnomeIsDark()
+void DesktopAppearanceTest::knowsTheDefaultPanelsOfTheDesktops_data()
 {
-    const auto appearance = this->appearance({u"ubuntu"_s, u"GNOME"_s});
+    QTest::addColumn<QString>("desktops");
+    QTest::addColumn<bool>("darkBesideLightWindows");
+    QTest::addColumn<bool>("darkBesideDarkWindows");
+    const auto row = [](const char *desktops, bool besideLight, bool besideDark) {
+        QTest::newRow(desktops) << QString::fromLatin1(desktops) << besideLight << besideDark;
+    };
+    row("ubuntu:GNOME", true, true);
+    row("GNOME-Classic:GNOME", false, false);
+    row("X-Cinnamon", true, true);
+    row("sway", true, true);
+    row("KDE", false, true);
+    row("LXQt", false, true);
+    row("MATE", false, true);
+    row("unheard of", false, true);
+}
+
+void DesktopAppearanceTest::knowsTheDefaultPanelsOfTheDesktops()
+{
+    QFETCH(const QString, desktops);
+    QFETCH(const bool, darkBesideLightWindows);
+    QFETCH(const bool, darkBesideDarkWindows);
+    const auto appearance = this->appearance(desktops.split(u':'));
+    QVERIFY(!appearance->isDark());
+    QCOMPARE(appearance->panelIsDark(), darkBesideLightWindows);
+    QGuiApplication::setPalette(paletteOf(Qt::black));
+    QTRY_VERIFY(appearance->isDark());
+    QCOMPARE(appearance->panelIsDark(), darkBesideDarkWindows);
+}
+
+void DesktopAppearanceTest::followsTheThemeOfPlasma()
+{
+    QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.filePath(u"config"_s)));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(home.filePath(u"data"_s)));
+    const auto write = [&](const QString &path, const QByteArray &text) {
+        QVERIFY(QDir().mkpath(QFileInfo(home.filePath(path)).absolutePath()));
+        QSaveFile file(home.filePath(path)); // replaces the file, as KDE's programs do
+        QVERIFY(file.open(QFile::WriteOnly));
+        file.write(text);
+        QVERIFY(file.commit());
+    };
+    write(u"data/plasma/desktoptheme/night/colors"_s, "[Colors:Window]\nBackgroundNormal=49,54,59\n");
+    write(u"data/plasma/desktoptheme/day/colors"_s, "[Colors:Window]\nBackgroundNormal=239,240,241\n");
+    write(u"config/kdedefaults/plasmarc"_s, "[Theme]\nname=night\n");
+
+    const auto appearance = this->appearance({u"KDE"_s});
     QVERIFY(!appearance->isDark());
     QVERIFY(appearance->panelIsDark());
+    // The user's own choice goes before that of the global theme.
+    write(u"config/plasmarc"_s, "[Theme]\nname=day\n");
+    QTRY_VERIFY(!appearance->panelIsDark());
+    write(u"config/plasmarc"_s, "[Theme]\nname=night\n");
+    QTRY_VERIFY(appearance->panelIsDark());
+    // A theme without colours follows the windows.
+    write(u"config/plasmarc"_s, "[Theme]\nname=unheard of\n");
+    QTRY_VERIFY(!appearance->panelIsDark());
+    QVERIFY(QFile::remove(home.filePath(u"config/plasmarc"_s)));
+    QTRY_VERIFY(appearance->panelIsDark());
+    write(u"config/kdedefaults/plasmarc"_s, "[Theme]\nname=day\n");
+    QTRY_VERIFY(!appearance->panelIsDark());
+    qunsetenv("XDG_CONFIG_HOME");
+    qunsetenv("XDG_DATA_HOME");
+}
+
+void DesktopAppearanceTest::reducesMotionWhenPlasmaTurnsAnimationsOff()
+{
+    const auto group = u"org.kde.kdeglobals.KDE"_s;
+    const auto factor = u"AnimationDurationFactor"_s;
+    FakePortal portal(*daemon_, {{group, {{factor, u"0"_s}}}});
+    const auto appearance = this->appearance({u"KDE"_s});
+    QTRY_VERIFY(appearance->reduceMotion());
+    portal.set(group, factor, u"0.5"_s);
+    QTRY_VERIFY(!appearance->reduceMotion());
+    portal.set(group, factor, u"0"_s);
+    QTRY_VERIFY(appearance->reduceMotion());
+    portal.set(group, factor, u"fast"_s);
+    QTRY_VERIFY(!appearance->reduceMotion());
 }
 
 void DesktopAppearanceTest::otherPanelsFollowTheWindows()

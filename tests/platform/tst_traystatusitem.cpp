@@ -1,3 +1,4 @@
+#include "platform/linux/ClickFilter.h"
 #include "platform/linux/StatusNotifierMenu.h"
 #include "support/FakeStatusNotifierWatcher.h"
 #include "support/FakeXEmbedTray.h"
@@ -43,10 +44,16 @@ private Q_SLOTS:
     void embedsInATrayOfX11WithoutOneOnTheBus();
     void embedsInATrayOfX11ThatStartsLater();
     void prefersTheTrayOnTheBusToOneOfX11();
+    void isInExactlyOneTray_data();
+    void isInExactlyOneTray();
+    void theMiddleButtonAndADoubleClickAreOneClick();
+    void dropsTheSecondClickOfADoubleClick();
+    void opensTheMenuForATrayThatCannot();
 
 private:
     void startProbe(const QByteArray &commands);
     void tell(const QByteArray &commands);
+    void click(const QString &method);
     QByteArray said();
     QVariant ask(const QString &path, const QString &interface, const QString &method, const QVariantList &arguments);
     QVariant itemProperty(const QString &name);
@@ -101,6 +108,15 @@ void TrayStatusItemTest::startProbe(const QByteArray &commands)
 void TrayStatusItemTest::tell(const QByteArray &commands)
 {
     probe_->write(commands);
+}
+
+/// Calls a method of the item that takes a point, with (10, 20).
+void TrayStatusItemTest::click(const QString &method)
+{
+    auto call = QDBusMessage::createMethodCall(tray_->items().last(), u"/StatusNotifierItem"_s,
+                                               u"org.kde.StatusNotifierItem"_s, method);
+    call << 10 << 20;
+    tray_->connection().send(call);
 }
 
 /// Returns everything that the probe has printed so far.
@@ -260,15 +276,8 @@ void TrayStatusItemTest::reportsAClick()
     startProbe("icon red\nmenu Quit\nshow\n");
     QTRY_COMPARE(tray_->items().size(), 1);
     QTRY_COMPARE(said(), QByteArray("shown\n"));
-    const auto click = [&](const QString &method) {
-        auto call = QDBusMessage::createMethodCall(tray_->items().last(), u"/StatusNotifierItem"_s,
-                                                   u"org.kde.StatusNotifierItem"_s, method);
-        call << 10 << 20;
-        tray_->connection().send(call);
-    };
-    click(u"SecondaryActivate"_s); // the middle button has no function
     click(u"Activate"_s);
-    QTRY_COMPARE(said(), QByteArray("shown\nactivated\n"));
+    QTRY_COMPARE(said(), QByteArray("shown\nactivated 10 20\n"));
 }
 
 void TrayStatusItemTest::reportsAChosenMenuEntry()
@@ -377,7 +386,101 @@ void TrayStatusItemTest::prefersTheTrayOnTheBusToOneOfX11()
     QTRY_COMPARE(said(), QByteArray("shown\n"));
     tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
     QTRY_COMPARE(tray_->items().size(), 1);
-    QCOMPARE(embedding.dockedCount(), 0);
+    QTRY_COMPARE(embedding.dockedCount(), 0);
+}
+
+void TrayStatusItemTest::isInExactlyOneTray_data()
+{
+    QTest::addColumn<QStringList>("events");
+    const auto row = [](const char *events) { QTest::newRow(events) << QString::fromLatin1(events).split(u", "_s); };
+    // Each row ends in a state in which a ring can be seen.
+    row("bus, x11, watcher, start");
+    row("bus, watcher, start, x11");
+    row("bus, watcher, x11, start, host");
+    row("bus, watcher, x11, start, embedded, host");
+    row("start, bus, watcher, host");
+    row("start, x11, embedded, bus, watcher, host");
+    row("start, bus, x11, embedded, watcher, host, no host");
+    row("bus, x11, watcher, host, start, no watcher");
+    row("bus, x11, watcher, host, start, no bus");
+    row("bus, x11, watcher, host, start, no bus, bus, watcher, host");
+    row("bus, x11, watcher, host, start, no host, host");
+    row("bus, x11, start, embedded, no x11, x11");
+    row("bus, x11, start, embedded, no x11, watcher, host");
+}
+
+void TrayStatusItemTest::isInExactlyOneTray()
+{
+    QFETCH(const QStringList, events);
+    std::unique_ptr<FakeXEmbedTray> embedding;
+    const auto embedded = [&] { return embedding ? embedding->dockedCount() : 0; };
+    const auto onBus = [&] { return tray_ && tray_->hasHost() ? tray_->items().size() : 0; };
+    for (const auto &event : events) {
+        if (event == "start"_L1) {
+            startProbe("icon red\nshow\n");
+            QTRY_COMPARE(said(), QByteArray("shown\n"));
+        } else if (event == "bus"_L1) {
+            daemon_->start();
+        } else if (event == "no bus"_L1) {
+            daemon_->kill();
+            tray_.reset();
+        } else if (event == "watcher"_L1) {
+            tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::none);
+        } else if (event == "no watcher"_L1) {
+            tray_.reset();
+        } else if (event == "host"_L1) {
+            tray_->registerHost();
+        } else if (event == "no host"_L1) {
+            tray_->unregisterHost();
+        } else if (event == "x11"_L1) {
+            embedding = std::make_unique<FakeXEmbedTray>(display_->name());
+        } else if (event == "no x11"_L1) {
+            embedding.reset();
+        } else if (event == "embedded"_L1) {
+            QTRY_COMPARE_WITH_TIMEOUT(embedded(), 1, 10'000);
+        } else {
+            QFAIL(qPrintable(event));
+        }
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(embedded() + onBus(), 1, 10'000);
+    QTRY_COMPARE_WITH_TIMEOUT(embedded(), onBus() == 1 ? 0 : 1, 10'000);
+}
+
+void TrayStatusItemTest::theMiddleButtonAndADoubleClickAreOneClick()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QTRY_COMPARE(said(), QByteArray("shown\n"));
+    click(u"SecondaryActivate"_s);
+    click(u"Activate"_s);
+    itemProperty(u"Status"_s); // answered after the clicks
+    QTRY_COMPARE(said(), QByteArray("shown\nactivated 10 20\n"));
+    QTest::qWait(0);
+    QCOMPARE(said(), QByteArray("shown\nactivated 10 20\n"));
+}
+
+void TrayStatusItemTest::dropsTheSecondClickOfADoubleClick()
+{
+    using namespace std::chrono_literals;
+    ClickFilter clicks(400ms);
+    const ClickFilter::Instant start(1h);
+    QVERIFY(clicks.accepts(start));
+    QVERIFY(!clicks.accepts(start + 399ms));
+    QVERIFY(clicks.accepts(start + 400ms));
+    QVERIFY(!clicks.accepts(start + 401ms));
+}
+
+void TrayStatusItemTest::opensTheMenuForATrayThatCannot()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nmenu Quit\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QTRY_COMPARE(said(), QByteArray("shown\n"));
+    click(u"ContextMenu"_s);
+    QTRY_COMPARE(said(), QByteArray("shown\nmenu opens\n"));
 }
 
 } // namespace kelvo

@@ -1,8 +1,6 @@
 #include "support/FakePortal.h"
 
 #include <QDBusMessage>
-#include <QDBusMetaType>
-#include <QDBusVariant>
 
 using namespace Qt::StringLiterals;
 
@@ -16,8 +14,7 @@ const auto path = u"/org/freedesktop/portal/desktop"_s;
 
 FakePortal::FakePortal(const PrivateBus &bus, const PortalSettings &settings)
     : settings_(settings)
-    , service_((qDBusRegisterMetaType<PortalSettings>(), bus), u"org.freedesktop.portal.Desktop"_s, path, this,
-               QDBusConnection::ExportScriptableSlots)
+    , service_(bus, u"org.freedesktop.portal.Desktop"_s, path, this, QDBusConnection::ExportScriptableSlots)
 {
 }
 
@@ -29,16 +26,16 @@ void FakePortal::set(const QString &group, const QString &name, const QVariant &
     service_.connection().send(signal);
 }
 
-PortalSettings FakePortal::ReadAll(const QStringList &groups)
+QDBusVariant FakePortal::Read(const QString &group, const QString &name)
 {
     ++reads_;
-    PortalSettings answer;
-    for (const auto &group : groups) {
-        if (settings_.contains(group)) {
-            answer.insert(group, settings_.value(group));
-        }
+    const auto value = settings_.value(group).value(name);
+    if (!value.isValid()) {
+        sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"Requested setting not found"_s);
+        return QDBusVariant(0);
     }
-    return answer;
+    // Portals wrap the value twice.
+    return QDBusVariant(QVariant::fromValue(QDBusVariant(value)));
 }
 
 } // namespace kelvo

@@ -2,9 +2,10 @@
 
 #include "support/PrivateBus.h"
 
+#include <QDBusContext>
+#include <QDBusVariant>
 #include <QMap>
 #include <QObject>
-#include <QStringList>
 #include <QVariantMap>
 
 namespace kelvo {
@@ -12,7 +13,7 @@ namespace kelvo {
 using PortalSettings = QMap<QString, QVariantMap>;
 
 /// A fake of the settings portal on a private bus.
-class FakePortal : public QObject
+class FakePortal : public QObject, protected QDBusContext
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
@@ -22,11 +23,11 @@ public:
 
     /// Changes a setting and emits SettingChanged.
     void set(const QString &group, const QString &name, const QVariant &value);
-    /// The number of calls of ReadAll.
+    /// The number of settings that were read.
     int reads() const { return reads_; }
 
 public Q_SLOTS:
-    Q_SCRIPTABLE kelvo::PortalSettings ReadAll(const QStringList &groups);
+    Q_SCRIPTABLE QDBusVariant Read(const QString &group, const QString &name);
 
 private:
     PortalSettings settings_;

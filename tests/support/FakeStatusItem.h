@@ -18,7 +18,7 @@ public:
     QRect geometry() const override { return place; }
     void show() override { isShown = true; }
 
-    void click() { Q_EMIT activated(); }
+    void click(std::optional<QPoint> point = {}) { Q_EMIT activated(point); }
 
     QIcon lastIcon;
     int icons = 0;

@@ -26,12 +26,18 @@ void FakeStatusNotifierWatcher::registerHost()
     service_.connection().send(QDBusMessage::createSignal(path, name, u"StatusNotifierHostRegistered"_s));
 }
 
+void FakeStatusNotifierWatcher::unregisterHost()
+{
+    hasHost_ = false;
+    service_.connection().send(QDBusMessage::createSignal(path, name, u"StatusNotifierHostUnregistered"_s));
+}
+
 void FakeStatusNotifierWatcher::RegisterStatusNotifierItem(const QString &)
 {
     items_.append(message().service());
 }
 
-bool FakeStatusNotifierWatcher::hasHost()
+bool FakeStatusNotifierWatcher::readHost()
 {
     ++questions_;
     return hasHost_;

@@ -13,7 +13,7 @@ class FakeStatusNotifierWatcher : public QObject, protected QDBusContext
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
-    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost SCRIPTABLE true)
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ readHost SCRIPTABLE true)
 
 public:
     enum class Host { none, registered };
@@ -22,6 +22,9 @@ public:
 
     /// Announces that a host shows the items from now on.
     void registerHost();
+    /// Announces that no host shows the items any more.
+    void unregisterHost();
+    bool hasHost() const { return hasHost_; }
     /// The unique bus names of the registered items, in order.
     const QStringList &items() const { return items_; }
     /// The number of times that the host property was read.
@@ -33,7 +36,7 @@ public Q_SLOTS:
     Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString &service);
 
 private:
-    bool hasHost();
+    bool readHost();
 
     bool hasHost_;
     int questions_ = 0;

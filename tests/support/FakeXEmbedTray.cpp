@@ -62,13 +62,31 @@ void FakeXEmbedTray::announce(std::uint32_t root, std::uint32_t selection, std::
     xcb_send_event(connection_, 0, root, XCB_EVENT_MASK_STRUCTURE_NOTIFY, reinterpret_cast<const char *>(&event));
 }
 
+void FakeXEmbedTray::dock(std::uint32_t window)
+{
+    const std::uint32_t events[] = {XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+    const auto listening = xcb_change_window_attributes_checked(connection_, window, XCB_CW_EVENT_MASK, events);
+    // The window may have been destroyed since it asked.
+    if (const std::unique_ptr<xcb_generic_error_t, Free> error{xcb_request_check(connection_, listening)}; !error) {
+        docked_.insert(window);
+    }
+}
+
 void FakeXEmbedTray::readEvents()
 {
     const auto opcode = atom("_NET_SYSTEM_TRAY_OPCODE");
     while (const std::unique_ptr<xcb_generic_event_t, Free> event{xcb_poll_for_event(connection_)}) {
-        if ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE) {
+        switch (event->response_type & 0x7f) {
+        case XCB_CLIENT_MESSAGE: {
             const auto *request = reinterpret_cast<const xcb_client_message_event_t *>(event.get());
-            docked_ += request->type == opcode && request->data.data32[1] == requestDock;
+            if (request->type == opcode && request->data.data32[1] == requestDock) {
+                dock(request->data.data32[2]);
+            }
+            break;
+        }
+        case XCB_DESTROY_NOTIFY:
+            docked_.remove(reinterpret_cast<const xcb_destroy_notify_event_t *>(event.get())->window);
+            break;
         }
     }
 }

@@ -1,12 +1,10 @@
 #include "platform/linux/DesktopAppearance.h"
 
 #include <QDBusArgument>
-#include <QDBusMetaType>
 #include <QDBusVariant>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
-#include <QSet>
 
 #include <utility>
 
@@ -22,6 +20,7 @@ const auto portalInterface = u"org.freedesktop.portal.Settings"_s;
 const auto appearance = u"org.freedesktop.appearance"_s;
 const auto gnome = u"org.gnome.desktop.interface"_s;
 const auto gnomeAccessibility = u"org.gnome.desktop.a11y.interface"_s;
+const auto plasma = u"org.kde.kdeglobals.KDE"_s;
 
 const auto xfconfName = u"org.xfce.Xfconf"_s;
 const auto xfconfPath = u"/org/xfce/Xfconf"_s;
@@ -47,8 +46,57 @@ const auto reducedMotion = key(appearance, u"reduced-motion"_s);
 const auto animations = key(gnome, u"enable-animations"_s);
 const auto gtkTheme = key(gnome, u"gtk-theme"_s);
 const auto highContrastSwitch = key(gnomeAccessibility, u"high-contrast"_s);
+const auto plasmaAnimations = key(plasma, u"AnimationDurationFactor"_s);
 const auto xfcePanelDark = key(panelChannel, panelDarkMode);
 const auto xfceTheme = key(themeChannel, themeName);
+
+/// What the portal is asked for.
+const QStringList portalSettings{colorScheme, contrast,           reducedMotion,   animations,
+                                 gtkTheme,    highContrastSwitch, plasmaAnimations};
+const QStringList xfconfSettings{xfcePanelDark, xfceTheme};
+
+struct DesktopPanel
+{
+    QLatin1StringView desktop; ///< a name in XDG_CURRENT_DESKTOP
+    PanelRule rule;
+};
+
+// What the panels of the desktops look like by default. Settings that tell more, such as the theme of Plasma and the dark
+// mode of Xfce, go before this table.
+// clang-format off
+constexpr DesktopPanel desktopPanels[] = {
+    {"GNOME-Classic"_L1, PanelRule::light},
+    {"GNOME"_L1,         PanelRule::dark},
+    {"Unity"_L1,         PanelRule::dark},
+    {"Budgie"_L1,        PanelRule::dark},
+    {"Pantheon"_L1,      PanelRule::dark},
+    {"X-Cinnamon"_L1,    PanelRule::dark},
+    {"Cinnamon"_L1,      PanelRule::dark},
+    {"KDE"_L1,           PanelRule::asWindows},
+    {"XFCE"_L1,          PanelRule::asWindows},
+    {"LXQt"_L1,          PanelRule::asWindows},
+    {"MATE"_L1,          PanelRule::asWindows},
+    // waybar and the bars that come with these compositors are dark.
+    {"sway"_L1,          PanelRule::dark},
+    {"Hyprland"_L1,      PanelRule::dark},
+    {"river"_L1,         PanelRule::dark},
+    {"niri"_L1,          PanelRule::dark},
+    {"wlroots"_L1,       PanelRule::dark},
+};
+// clang-format on
+
+/// The rule of the first desktop that the table names.
+PanelRule panelRule(const QStringList &desktops)
+{
+    for (const auto &desktop : desktops) {
+        for (const auto &row : desktopPanels) {
+            if (desktop.compare(row.desktop, Qt::CaseInsensitive) == 0) {
+                return row.rule;
+            }
+        }
+    }
+    return PanelRule::asWindows;
+}
 
 /// Removes nested variants: portals wrap a value in one or two of them.
 QVariant unwrapped(QVariant value)
@@ -63,6 +111,13 @@ QVariant unwrapped(QVariant value)
 bool isTrue(const QVariant &value)
 {
     return value.metaType() == QMetaType::fromType<bool>() && value.toBool();
+}
+
+/// Whether the value is the number 0, which some portals send as a text.
+bool isZero(const QVariant &value)
+{
+    bool isNumber = false;
+    return value.toDouble(&isNumber) == 0 && isNumber;
 }
 
 bool isDarkTheme(const QString &name)
@@ -86,7 +141,7 @@ bool paletteIsDark()
 
 DesktopAppearance::DesktopAppearance(std::shared_ptr<BusConnection> sessionBus, const QStringList &desktops)
     : bus_(std::move(sessionBus))
-    , isGnome_(desktops.contains("GNOME"_L1, Qt::CaseInsensitive))
+    , panelRule_(panelRule(desktops))
     , portal_(bus_, portalName, BusNameOwner::Start::onDemand)
     , xfcePanel_(bus_, u"org.xfce.Panel"_s)
 {
@@ -95,6 +150,10 @@ DesktopAppearance::DesktopAppearance(std::shared_ptr<BusConnection> sessionBus, 
     connect(&xfcePanel_, &BusNameOwner::changed, this, &DesktopAppearance::followXfce);
     if (desktops.contains("XFCE"_L1, Qt::CaseInsensitive)) {
         followXfce();
+    }
+    if (desktops.contains("KDE"_L1, Qt::CaseInsensitive)) {
+        plasmaTheme_ = std::make_unique<PlasmaTheme>();
+        connect(plasmaTheme_.get(), &PlasmaTheme::changed, this, &DesktopAppearance::update);
     }
     qGuiApp->installEventFilter(this);
     answers_ = answers();
@@ -113,19 +172,18 @@ void DesktopAppearance::askPortal()
     if (!portal_.isOwned()) {
         return;
     }
-    auto question = QDBusMessage::createMethodCall(portalName, portalPath, portalInterface, u"ReadAll"_s);
-    question << QStringList{appearance, gnome, gnomeAccessibility};
-    bus_->call(question, this, [this](const QDBusMessage &answer) {
-        if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != "a{sa{sv}}"_L1) {
-            return;
-        }
-        const auto groups = qdbus_cast<QMap<QString, QVariantMap>>(answer.arguments().constFirst());
-        for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
-            for (auto setting = group->cbegin(); setting != group->cend(); ++setting) {
-                learn(group.key(), setting.key(), *setting);
+    // Read each setting: ReadAll of xdg-desktop-portal 1.16 returns a group twice when two back ends have it.
+    for (const auto &setting : portalSettings) {
+        const auto group = setting.section(u' ', 0, 0);
+        const auto name = setting.section(u' ', 1);
+        auto question = QDBusMessage::createMethodCall(portalName, portalPath, portalInterface, u"Read"_s);
+        question << group << name;
+        bus_->call(question, this, [this, group, name](const QDBusMessage &answer) {
+            if (answer.type() == QDBusMessage::ReplyMessage) {
+                learn(group, name, answer.arguments().value(0));
             }
-        }
-    });
+        });
+    }
 }
 
 void DesktopAppearance::onPortalChanged(const QDBusMessage &signal)
@@ -176,10 +234,8 @@ void DesktopAppearance::onXfconfChanged(const QDBusMessage &signal)
 
 void DesktopAppearance::learn(const QString &group, const QString &name, const QVariant &value)
 {
-    static const QSet<QString> wanted{colorScheme, contrast,           reducedMotion, animations,
-                                      gtkTheme,    highContrastSwitch, xfceTheme,     xfcePanelDark};
     const auto setting = key(group, name);
-    if (wanted.contains(setting)) {
+    if (portalSettings.contains(setting) || xfconfSettings.contains(setting)) {
         settings_.insert(setting, unwrapped(value));
         update();
     }
@@ -190,12 +246,24 @@ DesktopAppearance::Answers DesktopAppearance::answers() const
     const bool isDark = windowsAreDark();
     return {
         .isDark = isDark,
-        // GNOME's top bar is always dark. Xfce's panel uses the dark variant of the theme when its "dark mode" option
-        // is on (the default for a new account), and the theme of the windows otherwise.
-        .panelIsDark = isDark || isGnome_ || isTrue(settings_.value(xfcePanelDark)),
+        .panelIsDark = panelIsDarkBeside(isDark),
         .highContrast = contrastIsHigh(),
-        .reduceMotion = settings_.value(reducedMotion).toUInt() == 1 || !settings_.value(animations, true).toBool(),
+        .reduceMotion = settings_.value(reducedMotion).toUInt() == 1 || !settings_.value(animations, true).toBool()
+            || isZero(settings_.value(plasmaAnimations)),
     };
+}
+
+bool DesktopAppearance::panelIsDarkBeside(bool darkWindows) const
+{
+    if (plasmaTheme_ && plasmaTheme_->isDark()) {
+        return *plasmaTheme_->isDark();
+    }
+    // Xfce's panel uses the dark variant of the theme when its "dark mode" option is on (the default for a new account),
+    // and the theme of the windows otherwise.
+    if (isTrue(settings_.value(xfcePanelDark))) {
+        return true;
+    }
+    return panelRule_ == PanelRule::asWindows ? darkWindows : panelRule_ == PanelRule::dark;
 }
 
 bool DesktopAppearance::windowsAreDark() const

@@ -2,6 +2,7 @@
 
 #include "platform/Appearance.h"
 #include "platform/linux/BusNameOwner.h"
+#include "platform/linux/PlasmaTheme.h"
 
 #include <QDBusMessage>
 #include <QHash>
@@ -11,6 +12,9 @@
 #include <memory>
 
 namespace kelvo {
+
+/// How a desktop decides whether its panel is dark, unless a setting tells more.
+enum class PanelRule { dark, light, asWindows };
 
 /// Reads the appearance from the desktop portal, else from the desktop's own settings, else from the palette.
 class DesktopAppearance : public Appearance
@@ -49,15 +53,17 @@ private:
     void learn(const QString &group, const QString &name, const QVariant &value);
     Answers answers() const;
     bool windowsAreDark() const;
+    bool panelIsDarkBeside(bool darkWindows) const;
     bool contrastIsHigh() const;
     QString theme() const;
     void update();
 
     std::shared_ptr<BusConnection> bus_;
-    bool isGnome_;
+    PanelRule panelRule_;
     BusNameOwner portal_;
     BusNameOwner xfcePanel_;
     std::unique_ptr<BusNameOwner> xfconf_;
+    std::unique_ptr<PlasmaTheme> plasmaTheme_; ///< null on other desktops than Plasma
     /// The last known values, by group and name of the setting.
     QHash<QString, QVariant> settings_;
     Answers answers_;

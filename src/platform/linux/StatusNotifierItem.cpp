@@ -1,10 +1,11 @@
 #include "platform/linux/StatusNotifierItem.h"
 
-#include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QGuiApplication>
 #include <QImage>
 #include <QPixmap>
+#include <QStyleHints>
 #include <QtEndian>
 
 using namespace Qt::StringLiterals;
@@ -64,6 +65,7 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, ItemToolTip &tool
 
 StatusNotifierItem::StatusNotifierItem(const QDBusConnection &connection)
     : connection_(connection)
+    , clicks_(std::chrono::milliseconds(QGuiApplication::styleHints()->mouseDoubleClickInterval()))
 {
     qDBusRegisterMetaType<IconPixmap>();
     qDBusRegisterMetaType<QList<IconPixmap>>();
@@ -112,7 +114,7 @@ QString StatusNotifierItem::category() const
 /// A tray uses the id to remember the position of the item between sessions.
 QString StatusNotifierItem::id() const
 {
-    return QCoreApplication::applicationName();
+    return QGuiApplication::applicationName();
 }
 
 QString StatusNotifierItem::status() const
@@ -136,19 +138,19 @@ QDBusObjectPath StatusNotifierItem::menuPath() const
     return QDBusObjectPath(menuObjectPath);
 }
 
-void StatusNotifierItem::Activate(int, int)
+void StatusNotifierItem::Activate(int x, int y)
 {
-    Q_EMIT activated();
+    click(QPoint(x, y));
 }
 
-void StatusNotifierItem::SecondaryActivate(int, int)
+void StatusNotifierItem::SecondaryActivate(int x, int y)
 {
-    // The middle mouse button has no function.
+    click(QPoint(x, y));
 }
 
-void StatusNotifierItem::ContextMenu(int, int)
+void StatusNotifierItem::ContextMenu(int x, int y)
 {
-    // The tray shows the menu itself, using the menu's interface.
+    Q_EMIT menuRequested(QPoint(x, y));
 }
 
 void StatusNotifierItem::Scroll(int, const QString &)
@@ -160,6 +162,13 @@ void StatusNotifierItem::ProvideXdgActivationToken(const QString &token)
 {
     // Qt reads the token from the environment when it opens the next window.
     qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+}
+
+void StatusNotifierItem::click(QPoint point)
+{
+    if (clicks_.accepts(std::chrono::steady_clock::now())) {
+        Q_EMIT activated(point);
+    }
 }
 
 } // namespace kelvo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/ClickFilter.h"
 #include "platform/linux/StatusNotifierMenu.h"
 
 #include <QByteArray>
@@ -9,6 +10,7 @@
 #include <QIcon>
 #include <QList>
 #include <QObject>
+#include <QPoint>
 #include <QString>
 
 class QMenu;
@@ -51,6 +53,7 @@ class StatusNotifierItem : public QObject
     Q_PROPERTY(QString Title READ id CONSTANT SCRIPTABLE true)
     Q_PROPERTY(QString Status READ status CONSTANT SCRIPTABLE true)
     Q_PROPERTY(int WindowId READ windowId CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(QString IconThemePath READ noName CONSTANT SCRIPTABLE true)
     Q_PROPERTY(QString IconName READ noName CONSTANT SCRIPTABLE true)
     Q_PROPERTY(QList<kelvo::IconPixmap> IconPixmap READ pixmaps SCRIPTABLE true)
     Q_PROPERTY(QString OverlayIconName READ noName CONSTANT SCRIPTABLE true)
@@ -94,8 +97,11 @@ public Q_SLOTS:
     Q_SCRIPTABLE void ProvideXdgActivationToken(const QString &token);
 
 Q_SIGNALS:
-    /// The user clicked the item.
-    void activated();
+    /// The user clicked the item with the left or the middle button; the second click of a double click does not count.
+    /// `point` is what the tray reports: a point on the screen or relative to the item.
+    void activated(QPoint point);
+    /// The user asked for the menu in a tray that does not show menus itself.
+    void menuRequested(QPoint point);
 
     Q_SCRIPTABLE void NewTitle();
     Q_SCRIPTABLE void NewIcon();
@@ -105,8 +111,11 @@ Q_SIGNALS:
     Q_SCRIPTABLE void NewStatus(const QString &status);
 
 private:
+    void click(QPoint point);
+
     QDBusConnection connection_;
     StatusNotifierMenu menu_;
+    ClickFilter clicks_;
     QIcon icon_;
     QString toolTip_;
 };

@@ -15,8 +15,16 @@ namespace {
 const auto watcherName = u"org.kde.StatusNotifierWatcher"_s;
 const auto watcherPath = u"/StatusNotifierWatcher"_s;
 
-/// The maximum time that the start blocks for the answer of the tray. A running tray answers within two milliseconds.
+/// The maximum time that the start blocks for each of two answers. A running tray answers within two milliseconds.
 constexpr auto firstAnswerAtMost = 200ms;
+
+QDBusMessage ownerQuestion()
+{
+    auto question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                                   u"org.freedesktop.DBus"_s, u"GetNameOwner"_s);
+    question << watcherName;
+    return question;
+}
 
 /// Asks whether a host shows the items of the watcher. A watcher without a host is not a tray.
 QDBusMessage hostQuestion(const QString &watcher)
@@ -34,26 +42,36 @@ bool saysRegistered(const QDBusMessage &answer)
         && answer.arguments().value(0).value<QDBusVariant>().variant().toBool();
 }
 
-/// The time to wait for a tray on the bus when an XEmbed tray is present, because a panel with both starts them one after
-/// the other.
-constexpr auto busTrayGrace = 3s;
-
 } // namespace
 
-TrayStatusItem::TrayStatusItem(std::shared_ptr<BusConnection> sessionBus)
+TrayStatusItem::TrayStatusItem(std::shared_ptr<BusConnection> sessionBus, std::chrono::milliseconds busTrayGrace)
     : bus_(std::move(sessionBus))
     , watcher_(bus_, watcherName)
 {
-    watcher_.listen(watcherPath, watcherName, u"StatusNotifierHostRegistered"_s, this, SLOT(awaitHost()));
-    connect(&watcher_, &BusNameOwner::changed, this, &TrayStatusItem::awaitHost);
-    connect(&xembed_, &XEmbedTray::appeared, this, &TrayStatusItem::awaitHost);
+    watcher_.listen(watcherPath, watcherName, u"StatusNotifierHostRegistered"_s, this, SLOT(askForHost()));
+    watcher_.listen(watcherPath, watcherName, u"StatusNotifierHostUnregistered"_s, this, SLOT(askForHost()));
+    connect(&watcher_, &BusNameOwner::changed, this, [this] {
+        // A watcher that has restarted does not know the item, even if its process is the same.
+        if (!watcher_.isOwned() || watcher_.owner() != hostOf_) {
+            registeredWith_.clear();
+            setHost({});
+        }
+        askForHost();
+    });
+    connect(&xembed_, &XEmbedTray::appeared, this, &TrayStatusItem::choosePlace);
     // The item on the bus is lost with the bus.
     connect(bus_.get(), &BusConnection::disconnected, this, [this] {
         busItem_.reset();
         registeredWith_.clear();
+        setHost({});
     });
     busTrayGrace_.setSingleShot(true);
-    connect(&busTrayGrace_, &QTimer::timeout, this, &TrayStatusItem::settleForXEmbed);
+    busTrayGrace_.setInterval(busTrayGrace);
+    connect(&busTrayGrace_, &QTimer::timeout, this, [this] {
+        if (hostOf_.isEmpty() && xembed_.isPresent()) {
+            embed();
+        }
+    });
 }
 
 void TrayStatusItem::setIcon(const QIcon &icon)
@@ -100,55 +118,75 @@ void TrayStatusItem::show()
         return;
     }
     shown_ = true;
-    if (!bus_->isConnected()) {
-        embed();
-        return;
-    }
     // Ask once synchronously, so that the ring appears before the rest of the start if the tray is running.
-    onHostKnown(
-        bus_->connection().call(hostQuestion(watcherName), QDBus::Block, static_cast<int>(firstAnswerAtMost.count())));
-    awaitHost();
-}
-
-void TrayStatusItem::awaitHost()
-{
-    if (!shown_ || embedded_) {
-        return;
-    }
-    if (!watcher_.isOwned()) {
-        if (xembed_.isPresent()) {
-            busTrayGrace_.start(busTrayGrace);
+    const auto ask = [this](const QDBusMessage &question) {
+        return bus_->connection().call(question, QDBus::Block, static_cast<int>(firstAnswerAtMost.count()));
+    };
+    if (bus_->isConnected()) {
+        const auto watcher = ask(ownerQuestion()).arguments().value(0).toString();
+        // The text of an error is no bus name.
+        if (watcher.startsWith(u':') && saysRegistered(ask(hostQuestion(watcher)))) {
+            setHost(watcher);
         }
+    }
+    choosePlace();
+    askForHost();
+}
+
+/// Asks the watcher on the bus whether a host shows its items.
+void TrayStatusItem::askForHost()
+{
+    if (!watcher_.isOwned()) {
         return;
     }
-    busTrayGrace_.stop();
-    bus_->call(hostQuestion(watcher_.owner()), this, [this](const QDBusMessage &answer) { onHostKnown(answer); });
+    const auto watcher = watcher_.owner();
+    bus_->call(hostQuestion(watcher), this, [this, watcher](const QDBusMessage &answer) {
+        if (watcher == watcher_.owner()) {
+            setHost(saysRegistered(answer) ? watcher : QString());
+        }
+    });
 }
 
-void TrayStatusItem::onHostKnown(const QDBusMessage &answer)
+void TrayStatusItem::setHost(const QString &watcher)
 {
-    if (saysRegistered(answer) && !embedded_) {
-        placeOnBus(answer.service());
+    hostOf_ = watcher;
+    choosePlace();
+}
+
+/// Moves the item to where it is visible: to the tray on the bus if there is one, else to the XEmbed tray.
+void TrayStatusItem::choosePlace()
+{
+    if (!shown_) {
+        return;
     }
-}
-
-void TrayStatusItem::settleForXEmbed()
-{
-    if (!busItem_ && xembed_.isPresent()) {
-        embed();
+    if (!hostOf_.isEmpty()) {
+        busTrayGrace_.stop();
+        embedded_.reset();
+        placeOnBus(hostOf_);
+    } else if (!embedded_ && xembed_.isPresent()) {
+        if (!bus_->isConnected()) {
+            embed();
+        } else if (!busTrayGrace_.isActive()) {
+            busTrayGrace_.start();
+        }
     }
 }
 
 /// Registers the item once with each tray. A tray that has restarted has a new unique name.
 void TrayStatusItem::placeOnBus(const QString &watcher)
 {
-    busTrayGrace_.stop();
     if (!busItem_) {
         busItem_ = std::make_unique<StatusNotifierItem>(bus_->connection());
         busItem_->setIcon(icon_);
         busItem_->setToolTip(toolTip_);
         busItem_->setMenu(menu_);
-        connect(busItem_.get(), &StatusNotifierItem::activated, this, &StatusItem::activated);
+        connect(busItem_.get(), &StatusNotifierItem::activated, this,
+                [this](QPoint point) { Q_EMIT activated(point); });
+        connect(busItem_.get(), &StatusNotifierItem::menuRequested, this, [this](QPoint point) {
+            if (menu_) {
+                menu_->popup(point);
+            }
+        });
     }
     if (registeredWith_ != watcher) {
         registeredWith_ = watcher;
@@ -156,8 +194,8 @@ void TrayStatusItem::placeOnBus(const QString &watcher)
     }
 }
 
-/// Shows the item in an XEmbed tray. QSystemTrayIcon decides at its first use whether the process embeds its items, so it
-/// is made only here.
+/// Shows the item in an XEmbed tray. QSystemTrayIcon decides at its first use whether all items of the process are on the
+/// bus or embedded, so it is made only here, where the bus has no host.
 void TrayStatusItem::embed()
 {
     if (embedded_) {
@@ -168,8 +206,8 @@ void TrayStatusItem::embed()
     embedded_->setToolTip(toolTip_);
     embedded_->setContextMenu(menu_);
     connect(embedded_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger) {
-            Q_EMIT activated();
+        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::MiddleClick) {
+            Q_EMIT activated(std::nullopt);
         }
     });
     embedded_->show();

@@ -11,18 +11,22 @@
 #include <QSystemTrayIcon>
 #include <QTimer>
 
+#include <chrono>
 #include <memory>
 
 namespace kelvo {
 
 /// The item in a tray on the session bus (StatusNotifierItem) or in an XEmbed tray, which embeds X11 windows. If both
-/// exist, the tray on the bus is used.
+/// exist, the tray on the bus is used. Trays may come and go in any order; the item follows them and is never in two.
 class TrayStatusItem : public StatusItem
 {
     Q_OBJECT
 
 public:
-    explicit TrayStatusItem(std::shared_ptr<BusConnection> sessionBus);
+    /// Waits `busTrayGrace` for a tray on the bus when an XEmbed tray is present, because a panel with both starts them one
+    /// after the other.
+    explicit TrayStatusItem(std::shared_ptr<BusConnection> sessionBus,
+                            std::chrono::milliseconds busTrayGrace = std::chrono::seconds(3));
 
     void setIcon(const QIcon &icon) override;
     void setToolTip(const QString &text) override;
@@ -31,11 +35,11 @@ public:
     void show() override;
 
 private Q_SLOTS:
-    void awaitHost();
+    void askForHost();
 
 private:
-    void onHostKnown(const QDBusMessage &answer);
-    void settleForXEmbed();
+    void setHost(const QString &watcher);
+    void choosePlace();
     void placeOnBus(const QString &watcher);
     void embed();
 
@@ -48,6 +52,7 @@ private:
     QPointer<QMenu> menu_;
     bool shown_ = false;
     std::unique_ptr<StatusNotifierItem> busItem_;
+    QString hostOf_;         ///< the unique name of the watcher with a host; empty when there is none
     QString registeredWith_; ///< the unique name of the tray with which the item is registered
     std::unique_ptr<QSystemTrayIcon> embedded_;
 };

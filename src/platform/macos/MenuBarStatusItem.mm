@@ -37,7 +37,7 @@ void MenuBarStatusItem::handle(QSystemTrayIcon::ActivationReason reason)
     // On macOS Qt calls the Control key Meta. A click with the Control key counts as a right click.
     const bool controlClick = QGuiApplication::queryKeyboardModifiers().testFlag(Qt::MetaModifier);
     if (reason != QSystemTrayIcon::Context && !controlClick) {
-        Q_EMIT activated();
+        Q_EMIT activated(std::nullopt);
     } else if (menu_) {
         menu_->popup(icon_.geometry().bottomLeft());
     }
