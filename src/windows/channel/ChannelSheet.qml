@@ -11,16 +11,18 @@ FocusScope {
 
     signal done
 
-    Accessible.name: sheet.title
-    Accessible.role: Accessible.Dialog
+    function selectFirstField() {
+        (fieldRows.itemAt(0) as FieldRow)?.selectAll();
+    }
+
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     implicitHeight: column.implicitHeight
     implicitWidth: Tokens.sheetWidth
 
-    component Note: Paragraph {
+    component Note: Prose {
         lineHeight: 1.08
-        visible: text !== ""
+        visible: words !== ""
         width: parent.width
     }
 
@@ -51,7 +53,7 @@ FocusScope {
                 color: Tokens.labelSecondary
                 font: Tokens.bodyText
                 objectName: "description"
-                text: root.sheet.description
+                words: root.sheet.description
             }
         }
         Card {
@@ -60,6 +62,8 @@ FocusScope {
             width: parent.width
 
             Repeater {
+                id: fieldRows
+
                 model: root.sheet.fields
 
                 FieldRow {
@@ -83,21 +87,21 @@ FocusScope {
             ValueRow {
                 label: "Tell me about"
                 objectName: "toldAbout"
-                value: root.sheet.toldAbout
+                content: root.sheet.toldAbout
                 width: parent.width
             }
             ValueRow {
                 label: "Test message"
                 objectName: "testResult"
-                value: root.sheet.testResult
+                content: root.sheet.testResult
                 width: parent.width
             }
         }
         Note {
-            color: Tokens.labelTertiary
+            color: Tokens.labelSecondary
             font: Tokens.footnote
             objectName: "footnote"
-            text: root.sheet.footnote
+            words: root.sheet.footnote
         }
         Item {
             implicitHeight: arm.height
@@ -112,13 +116,16 @@ FocusScope {
                 objectName: "arm"
                 title: root.sheet.isArmed ? "Armed" : "Arm this channel"
 
-                onClicked: root.sheet.arm()
+                onClicked: {
+                    root.sheet.arm();
+                    announcer.announce(title);
+                }
             }
             QuietButton {
                 anchors.left: arm.right
                 anchors.leftMargin: 14
                 anchors.verticalCenter: arm.verticalCenter
-                color: enabled ? Tokens.link : Tokens.labelSecondary
+                color: Tokens.link
                 enabled: root.sheet.isConfigured
                 objectName: "sendTest"
                 title: "Send test"
@@ -136,5 +143,17 @@ FocusScope {
                 onClicked: root.done()
             }
         }
+    }
+    Announcer {
+        id: announcer
+
+        objectName: "announcer"
+    }
+    Connections {
+        function onTestEnded() {
+            announcer.announce(root.sheet.testResult);
+        }
+
+        target: root.sheet
     }
 }

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelvo
 
-/// Shows the channel sheet above its window as a modal popup.
+/// Shows the channel sheet as a modal dialog that hangs from the top of its window.
 T.Popup {
     id: popup
 
@@ -13,7 +13,6 @@ T.Popup {
     property Item formerFocus: null
     property bool formerFocusWasShown: false
 
-    anchors.centerIn: T.Overlay.overlay
     closePolicy: T.Popup.CloseOnEscape
     dim: true
     focus: true
@@ -21,8 +20,9 @@ T.Popup {
     modal: true
     parent: T.Overlay.overlay
     width: contentItem.implicitWidth
+    x: Math.round(((parent?.width ?? 0) - width) / 2)
 
-    T.Overlay.modal: Rectangle {
+    T.Overlay.modal: RoundedRectangle {
         color: Tokens.dim
         objectName: "dim"
     }
@@ -35,19 +35,24 @@ T.Popup {
             blur: 24
             color: Tokens.shadow
         }
-        Rectangle {
+        // The upper corners are above the edge of the window.
+        RoundedRectangle {
             anchors.fill: parent
             anchors.margins: -Tokens.hairlineWidth
+            anchors.topMargin: -radius
             color: Tokens.hairline
             radius: Tokens.windowRadius + Tokens.hairlineWidth
         }
-        Rectangle {
+        RoundedRectangle {
             anchors.fill: parent
+            anchors.topMargin: -radius
             color: Tokens.window
             radius: Tokens.windowRadius
         }
     }
     contentItem: ChannelSheet {
+        id: sheetView
+
         focus: true
         objectName: "channelSheet"
         sheet: popup.sheet
@@ -64,7 +69,12 @@ T.Popup {
         }
     }
 
-    Component.onCompleted: open()
+    Component.onCompleted: {
+        // A screen reader sees the item that Qt makes for the popup as a dialog without a name.
+        contentItem.parent.Accessible.name = sheet.title;
+        open();
+        sheetView.selectFirstField();
+    }
     onAboutToShow: {
         formerFocus = parent.Window.activeFocusItem;
         formerFocusWasShown = (formerFocus as T.Control)?.visualFocus ?? false;

@@ -9,8 +9,6 @@ FocusScope {
 
     required property SettingsState settings
 
-    Accessible.name: "Kelvo Settings"
-    Accessible.role: Accessible.Pane
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     focus: true
