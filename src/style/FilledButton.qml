@@ -16,7 +16,7 @@ PlainButton {
     rightPadding: sidePadding
     text: title
 
-    background: Rectangle {
+    background: RoundedRectangle {
         border.color: Tokens.controlBorder
         border.width: Tokens.controlBorderWidth
         color: !control.enabled ? Tokens.actionDisabled : control.down ? Tokens.actionPressed : control.hovered ? Tokens.actionHovered : Tokens.action

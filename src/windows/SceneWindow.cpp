@@ -1,5 +1,6 @@
 #include "windows/SceneWindow.h"
 
+#include "style/WholeFrame.h"
 #include "style/WindowKey.h"
 
 #include <QCoreApplication>
@@ -106,6 +107,7 @@ void SceneWindow::load()
     layOut(*view_->rootObject());
     setSizes(*view_);
     view_->installEventFilter(this);
+    new WholeFrame(*view_);
 }
 
 } // namespace kelvo

@@ -79,8 +79,9 @@ FocusScope {
         verticalAlignment: TextInput.AlignVCenter
         width: Tokens.fieldWidth
 
-        background: Rectangle {
+        background: RoundedRectangle {
             border.color: field.hovered ? Tokens.fieldLineHovered : Tokens.fieldLine
+            border.width: Tokens.hairlineWidth
             color: Tokens.textField
             radius: Tokens.fieldRadius
 

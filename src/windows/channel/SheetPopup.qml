@@ -24,7 +24,7 @@ T.Popup {
     width: contentItem.implicitWidth
     x: Math.round(((parent?.width ?? 0) - width) / 2)
 
-    T.Overlay.modal: Rectangle {
+    T.Overlay.modal: RoundedRectangle {
         color: Tokens.dim
         objectName: "dim"
     }
@@ -38,14 +38,14 @@ T.Popup {
             color: Tokens.shadow
         }
         // The upper corners are above the edge of the window.
-        Rectangle {
+        RoundedRectangle {
             anchors.fill: parent
             anchors.margins: -Tokens.hairlineWidth
             anchors.topMargin: -radius
             color: Tokens.hairline
             radius: Tokens.windowRadius + Tokens.hairlineWidth
         }
-        Rectangle {
+        RoundedRectangle {
             anchors.fill: parent
             anchors.topMargin: -radius
             color: Tokens.window

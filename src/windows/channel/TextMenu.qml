@@ -25,13 +25,13 @@ T.Menu {
             blur: 12
             color: Tokens.shadow
         }
-        Rectangle {
+        RoundedRectangle {
             anchors.fill: parent
             anchors.margins: -Tokens.hairlineWidth
             color: Tokens.hairline
             radius: Tokens.rowRadius + Tokens.hairlineWidth
         }
-        Rectangle {
+        RoundedRectangle {
             anchors.fill: parent
             color: Tokens.card
             radius: Tokens.rowRadius
@@ -52,7 +52,7 @@ T.Menu {
         implicitHeight: Math.max(Tokens.targetSize, title.implicitHeight + 6)
         objectName: text
 
-        background: Rectangle {
+        background: RoundedRectangle {
             color: entry.highlighted && entry.enabled ? Tokens.action : "transparent"
             radius: Tokens.checkboxRadius
         }

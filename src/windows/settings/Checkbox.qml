@@ -2,7 +2,7 @@ import QtQuick
 import Kelvo
 
 /// Draws a square check box.
-Rectangle {
+RoundedRectangle {
     id: box
 
     required property bool isOn

@@ -25,7 +25,7 @@ ChoiceGroup {
     Keys.onLeftPressed: chooseByKey(LayoutMirroring.enabled ? 1 : -1)
     Keys.onRightPressed: chooseByKey(LayoutMirroring.enabled ? -1 : 1)
 
-    Rectangle {
+    RoundedRectangle {
         anchors.fill: parent
         border.color: Tokens.controlBorder
         border.width: Tokens.controlBorderWidth
@@ -58,14 +58,15 @@ ChoiceGroup {
             blur: 3
             color: Tokens.segmentShadow
         }
-        Rectangle {
+        RoundedRectangle {
             anchors.fill: face
             anchors.margins: -Tokens.hairlineWidth
             border.color: Tokens.cardLine
+            border.width: Tokens.hairlineWidth
             color: "transparent"
             radius: face.radius + Tokens.hairlineWidth
         }
-        Rectangle {
+        RoundedRectangle {
             id: face
 
             anchors.fill: parent

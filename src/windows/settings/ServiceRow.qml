@@ -51,12 +51,12 @@ ToggleRow {
                 blur: 8
                 color: Tokens.liftedShadow
             }
-            Rectangle {
+            RoundedRectangle {
                 anchors.fill: parent
                 color: Tokens.hairline
                 radius: Tokens.rowRadius + Tokens.hairlineWidth
             }
-            Rectangle {
+            RoundedRectangle {
                 anchors.fill: parent
                 anchors.margins: Tokens.hairlineWidth
                 color: Tokens.card
