@@ -5,8 +5,10 @@ class QWindow;
 /// What Qt does not do with windows. The functions have no effect where the desktop has no such thing.
 namespace kelvo::NativeWindow {
 
-/// Keeps the window out of the task bar and the pager. Call it before each time the window is shown.
-void keepOutOfTaskBar(QWindow &window);
+/// Makes the window a popover of the bar: it is not in the task bar and the pager, opens on the workspace that the user sees,
+/// and takes the keyboard without bringing the program's other windows to the front. Call it before each time the window is
+/// shown.
+void makePopover(QWindow &window);
 
 /// Moves an open window to the workspace that the user sees. It may be hidden afterwards; show it again.
 void bringToThisWorkspace(QWindow &window);

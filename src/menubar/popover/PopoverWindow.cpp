@@ -180,7 +180,7 @@ void PopoverWindow::openBeside(const QRect &anchor)
     anchor_ = anchor;
     state_.open();
     place();
-    NativeWindow::keepOutOfTaskBar(*view_);
+    NativeWindow::makePopover(*view_);
     view_->show();
     if (kind_ == PopoverKind::unmanaged) {
         // The compositor sends the keys to the X server, but does not let a program set the focus there.

@@ -71,7 +71,7 @@ QByteArray takeToken()
 
 } // namespace
 
-void keepOutOfTaskBar(QWindow &window)
+void makePopover(QWindow &window)
 {
     auto *connection = Xcb::connection();
     if (!connection) {
