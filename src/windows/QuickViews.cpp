@@ -27,14 +27,14 @@ std::unique_ptr<Views> QuickViews::make(StatusStore &store, SettingsStore &setti
     return views->engine_.findsModules() ? std::move(views) : nullptr;
 }
 
-void QuickViews::togglePopover(const QRect &ring)
+void QuickViews::togglePopover(const RingPlace &ring)
 {
     popover_.toggle(ring);
 }
 
-void QuickViews::openPopover()
+void QuickViews::openPopover(const RingPlace &ring)
 {
-    popover_.open();
+    popover_.open(ring);
 }
 
 void QuickViews::openSettings()

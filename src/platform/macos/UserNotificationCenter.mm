@@ -37,8 +37,9 @@
     didReceiveNotificationResponse:(UNNotificationResponse *)response
              withCompletionHandler:(void (^)(void))completionHandler
 {
+    // The notifications have no actions, so a response is a click.
     Q_UNUSED(center)
-    Q_UNUSED(response) // the notifications have no actions, so it is a click
+    Q_UNUSED(response)
     dispatch_async(dispatch_get_main_queue(), clicked_);
     completionHandler();
 }
