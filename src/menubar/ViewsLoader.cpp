@@ -19,10 +19,11 @@ const QString &libraryPath()
     return path;
 }
 
-void tellToRestart(NotificationCenter &center)
+void reportFailure(NotificationCenter &center)
 {
     if (center.canServeThisProcess()) {
-        center.add({u"views"_s, u"Kelvo cannot open its windows"_s, u"Quit Kelvo and start it again."_s});
+        center.add({u"views"_s, u"Kelvo cannot open its windows"_s,
+                    u"Quit Kelvo and start it again. If that does not help, install it again."_s});
     }
 }
 
@@ -42,10 +43,12 @@ std::unique_ptr<Views> loadViews(StatusStore &store, SettingsStore &settings, No
     auto *plugin = instance ? qobject_cast<ViewsPlugin *>(instance()) : nullptr;
     if (!plugin) {
         qWarning("The windows cannot be opened: %s", qPrintable(library.errorString()));
-        tellToRestart(*platform.notificationCenter);
-        return nullptr;
     }
-    return plugin->make(store, settings, notifier, platform);
+    auto views = plugin ? plugin->make(store, settings, notifier, platform) : nullptr;
+    if (!views) {
+        reportFailure(*platform.notificationCenter);
+    }
+    return views;
 }
 
 } // namespace kelvo

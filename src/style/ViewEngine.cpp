@@ -2,6 +2,7 @@
 
 #include "style/Tokens.h"
 
+#include <QQmlComponent>
 #include <QQuickWindow>
 
 // The generated registration of the QML module. Referring to it here makes the linker include its object file, whose
@@ -31,6 +32,16 @@ QQmlEngine &ViewEngine::get()
         engine_->addImportPath(u"qrc:/qt/qml"_s);
     }
     return *engine_;
+}
+
+bool ViewEngine::findsModules()
+{
+    QQmlComponent component(&get());
+    component.setData("import QtQuick\nimport QtQuick.Templates\nItem {}", {});
+    if (component.isError()) {
+        qWarning("The windows cannot be opened: %s", qPrintable(component.errorString().trimmed()));
+    }
+    return !component.isError();
 }
 
 } // namespace kelvo

@@ -19,6 +19,8 @@ public:
     ViewEngine &operator=(const ViewEngine &) = delete;
 
     QQmlEngine &get();
+    /// Whether the QML modules that the views import are installed. Prints a warning when one is missing.
+    bool findsModules();
 
 private:
     std::unique_ptr<QQmlEngine> engine_;

@@ -23,7 +23,8 @@ QuickViews::~QuickViews() = default;
 std::unique_ptr<Views> QuickViews::make(StatusStore &store, SettingsStore &settings, NotifierStore &notifier,
                                         Platform &platform)
 {
-    return std::make_unique<QuickViews>(store, settings, notifier, platform);
+    auto views = std::make_unique<QuickViews>(store, settings, notifier, platform);
+    return views->engine_.findsModules() ? std::move(views) : nullptr;
 }
 
 void QuickViews::togglePopover(const RingPlace &ring)

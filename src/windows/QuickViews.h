@@ -20,7 +20,7 @@ public:
     /// All arguments must outlive this object.
     QuickViews(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform);
     ~QuickViews() override;
-    /// A ViewsFactory that never fails.
+    /// A ViewsFactory. Prints a warning and returns null when a QML module is not installed, or no longer.
     static std::unique_ptr<Views> make(StatusStore &store, SettingsStore &settings, NotifierStore &notifier,
                                        Platform &platform);
 

@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QLibraryInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void aSecondStartHandsOverAndExits();
     void itsWindowsOpenAfterAnUpgrade_data();
     void itsWindowsOpenAfterAnUpgrade();
+    void itGoesOnWhenItsWindowsCannotBeOpened();
     void aSignalEndsItAtOnceAndCleanly_data();
     void aSignalEndsItAtOnceAndCleanly();
     void theSettingsFileIsReadAndNotChanged();
@@ -33,6 +35,9 @@ private Q_SLOTS:
     void anUnreachableNetworkIsToleratedWithoutOutput();
 
 private:
+    /// Copies the program and its library into a directory, as an installation does. Returns the path of the program.
+    static QString install(const QTemporaryDir &directory);
+    static QString libraryOf(const QString &program);
     void startAndShowRing();
 
     std::unique_ptr<SimulatedInternet> internet_;
@@ -48,6 +53,24 @@ void ProcessTest::init()
 void ProcessTest::cleanup()
 {
     kelvo_.reset();
+}
+
+QString ProcessTest::libraryOf(const QString &program)
+{
+    const auto folder = QFileInfo(program).absolutePath() + u'/' + QStringLiteral(KELVO_VIEWS_FOLDER);
+    return QDir::cleanPath(folder) + u"/kelvo-views.so"_s;
+}
+
+QString ProcessTest::install(const QTemporaryDir &directory)
+{
+    const auto program = directory.filePath(u"bin/kelvo"_s);
+    for (const auto &[from, to] : {std::pair(KelvoProcess::program(), program),
+                                   std::pair(libraryOf(KelvoProcess::program()), libraryOf(program))}) {
+        if (!QDir().mkpath(QFileInfo(to).path()) || !QFile::copy(from, to)) {
+            qFatal("Cannot copy %s", qPrintable(from));
+        }
+    }
+    return program;
 }
 
 void ProcessTest::startAndShowRing()
@@ -80,14 +103,8 @@ void ProcessTest::itsWindowsOpenAfterAnUpgrade()
 {
     QFETCH(bool, isReplaced);
     const QTemporaryDir installed;
-    const auto program = installed.filePath(u"bin/kelvo"_s);
-    const auto folderOf = [](const QString &path) {
-        return QFileInfo(path).absolutePath() + u"/"_s + QStringLiteral(KELVO_VIEWS_FOLDER);
-    };
-    const auto library = QDir::cleanPath(folderOf(program)) + u"/kelvo-views.so"_s;
-    QVERIFY(QDir().mkpath(QFileInfo(program).path()) && QDir().mkpath(QFileInfo(library).path()));
-    QVERIFY(QFile::copy(KelvoProcess::program(), program));
-    QVERIFY(QFile::copy(folderOf(KelvoProcess::program()) + u"/kelvo-views.so"_s, library));
+    const auto program = install(installed);
+    const auto library = libraryOf(program);
 
     KelvoProcess first(*internet_, program);
     first.writeSettings("[General]\nhasOnboarded=true\n");
@@ -105,6 +122,30 @@ void ProcessTest::itsWindowsOpenAfterAnUpgrade()
     QTRY_VERIFY_WITH_TIMEOUT(DesktopWindow::titled(u"Kelvo"_s), 20'000);
     QCOMPARE(first.stop(), 0);
     QCOMPARE(first.output(), QByteArray());
+}
+
+// The QML modules are missing, as after a part of the system was removed.
+void ProcessTest::itGoesOnWhenItsWindowsCannotBeOpened()
+{
+    const QTemporaryDir installed;
+    KelvoProcess first(*internet_, install(installed));
+    QFile paths(installed.filePath(u"bin/qt.conf"_s));
+    QVERIFY(paths.open(QIODevice::WriteOnly));
+    paths.write("[Paths]\nPlugins=" + QLibraryInfo::path(QLibraryInfo::PluginsPath).toUtf8()
+                + "\nQmlImports=/nonexistent\nQml2Imports=/nonexistent\n");
+    paths.close();
+    first.writeSettings("[General]\nhasOnboarded=true\n");
+    first.start();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    KelvoProcess second(*internet_);
+    second.start();
+    QCOMPARE(second.waitForEnd(), 0);
+    QTRY_VERIFY(DesktopWindow::titled(u"xfce4-notifyd"_s));
+    QVERIFY(!DesktopWindow::titled(u"Kelvo"_s));
+    QVERIFY(first.isRunning());
+    QCOMPARE(first.stop(), 0);
+    const auto output = first.output();
+    QVERIFY2(output.startsWith("The windows cannot be opened: ") && output.contains("is not installed"), output);
 }
 
 void ProcessTest::aSignalEndsItAtOnceAndCleanly_data()
