@@ -310,7 +310,7 @@ void ChannelSheetTest::aScreenReaderHearsWhatTheButtonsDo()
     Scene scene;
     scene.stores.settings.setSlackWebhookURL(u"x"_s);
     scene.open(RemoteChannel::slack);
-    Announcements announcements(scene.item(u"channelSheet"_s, u"announcer"_s));
+    Announcements announcements(scene.item(u"announcer"_s));
     scene.click(scene.item(u"arm"_s));
     QCOMPARE(announcements.take(), QStringList{u"Armed"_s});
     // The same result is told again.

@@ -687,7 +687,7 @@ void SettingsViewTest::aScreenReaderHearsWhereAServiceMoves()
     Scene scene;
     scene.open();
     QVERIFY(scene.tabTo(scene.row(ServiceID::cursor)));
-    Announcements announcements(scene.item(u"services"_s, u"announcer"_s));
+    Announcements announcements(scene.item(u"announcer"_s));
     scene.key(Qt::Key_Up, Qt::AltModifier);
     QCOMPARE(announcements.take(), QStringList{u"Cursor, 2 of 8"_s});
     scene.key(Qt::Key_Up, Qt::AltModifier);

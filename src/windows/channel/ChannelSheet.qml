@@ -10,6 +10,8 @@ FocusScope {
     required property ChannelSheetState sheet
 
     signal done
+    /// A button has had an effect. `text` tells it to a screen reader.
+    signal announced(string text)
 
     function selectFirstField() {
         (fieldRows.itemAt(0) as FieldRow)?.selectAll();
@@ -118,7 +120,7 @@ FocusScope {
 
                 onClicked: {
                     root.sheet.arm();
-                    announcer.announce(title);
+                    root.announced(title);
                 }
             }
             QuietButton {
@@ -144,14 +146,9 @@ FocusScope {
             }
         }
     }
-    Announcer {
-        id: announcer
-
-        objectName: "announcer"
-    }
     Connections {
         function onTestEnded() {
-            announcer.announce(root.sheet.testResult);
+            root.announced(root.sheet.testResult);
         }
 
         target: root.sheet

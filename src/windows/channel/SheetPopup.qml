@@ -8,6 +8,8 @@ T.Popup {
 
     required property SettingsState settings
     required property ChannelSheetState sheet
+    /// An announcer outside of the sheet: a screen reader reads a dialog again before a notification inside of it.
+    required property Announcer announcer
 
     /// The item that had the focus before, and gets it again when the sheet closes.
     property Item formerFocus: null
@@ -57,6 +59,7 @@ T.Popup {
         objectName: "channelSheet"
         sheet: popup.sheet
 
+        onAnnounced: text => popup.announcer.announce(text)
         onDone: popup.close()
     }
     enter: Transition {

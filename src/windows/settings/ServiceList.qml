@@ -29,6 +29,9 @@ Item {
     property real grip: 0
     readonly property real liftedY: pointer.y - grip
 
+    /// A service has moved. `text` tells a screen reader where it is now.
+    signal announced(string text)
+
     function lift(row: ServiceRow, at: point) {
         lifted = row;
         follow(at);
@@ -74,7 +77,7 @@ Item {
     function move(row: ServiceRow, to: int) {
         if (to !== row.index) {
             settings.move(row.service, to);
-            announcer.announce(row.name + ", " + (row.index + 1) + " of " + rows.count);
+            announced(row.name + ", " + (row.index + 1) + " of " + rows.count);
         }
     }
 
@@ -126,10 +129,5 @@ Item {
             onDropped: list.drop()
             onToggled: list.settings.toggle(service)
         }
-    }
-    Announcer {
-        id: announcer
-
-        objectName: "announcer"
     }
 }
