@@ -1,5 +1,6 @@
 #pragma once
 
+class QMargins;
 class QWindow;
 
 /// What Qt does not do with windows. The functions have no effect where the desktop has no such thing.
@@ -7,6 +8,10 @@ namespace kelvo::NativeWindow {
 
 /// Keeps the window out of the task bar and the pager. Call it before each time the window is shown.
 void keepOutOfTaskBar(QWindow &window);
+
+/// Tells the desktop how much of the window, in points, is a shadow that the program draws itself, so that the desktop
+/// does not add its own.
+void setDrawnShadow(QWindow &window, const QMargins &shadow);
 
 /// Moves an open window to the workspace that the user sees. It may be hidden afterwards; show it again.
 void bringToThisWorkspace(QWindow &window);

@@ -35,6 +35,9 @@ namespace NativeWindow {
 
 void keepOutOfTaskBar(QWindow &) { }
 
+// The window is created without a shadow.
+void setDrawnShadow(QWindow &, const QMargins &) { }
+
 void bringToThisWorkspace(QWindow &) { }
 
 void activate(QWindow &window)
