@@ -4,12 +4,14 @@
 #include "menubar/ViewsLoader.h"
 #include "platform/ProcessMemory.h"
 #include "platform/SingleInstance.h"
+#include "platform/WindowSystem.h"
 
 #include <QApplication>
 #include <QFile>
 
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 
 namespace kelvo {
 
@@ -40,7 +42,9 @@ int run(int argc, char *argv[])
     }
     keepProcessMemorySmall();
     prepareProcess();
+    auto windowSystem = std::make_optional<WindowSystem::Choice>();
     QApplication application(argc, argv);
+    windowSystem.reset();
     prepareApplication(application);
     // At login, the entry in the autostart directory starts the program, or nothing does. A session manager that restores an
     // old session would start a second one.

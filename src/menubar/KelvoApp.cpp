@@ -8,6 +8,15 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+StatusItemImage imageOf(RingState state)
+{
+    return {.onLightBar = MenuBarIcon::image(state, false), .onDarkBar = MenuBarIcon::image(state, true)};
+}
+
+} // namespace
+
 KelvoApp::KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform,
                    ViewsFactory makeViews)
     : store_(store)
@@ -39,7 +48,7 @@ KelvoApp::~KelvoApp() = default;
 
 void KelvoApp::showFirstRing(StatusItem &statusItem, const Appearance &appearance)
 {
-    statusItem.setIcon(MenuBarIcon::image(RingState::inactive, appearance.panelIsDark()));
+    statusItem.setImage(imageOf(RingState::inactive), appearance.panelIsDark());
     statusItem.show();
 }
 
@@ -51,17 +60,17 @@ Views *KelvoApp::views()
     return views_.get();
 }
 
-void KelvoApp::togglePopover()
+void KelvoApp::togglePopover(std::optional<QPoint> point)
 {
     if (auto *shown = views()) {
-        shown->togglePopover(statusItem_.geometry());
+        shown->togglePopover({statusItem_.geometry(), point});
     }
 }
 
 void KelvoApp::openPopover()
 {
     if (auto *shown = views()) {
-        shown->openPopover();
+        shown->openPopover({statusItem_.geometry(), {}});
     }
 }
 
@@ -100,7 +109,7 @@ void KelvoApp::updateIcon()
         return;
     }
     shown_ = next;
-    statusItem_.setIcon(MenuBarIcon::image(next.state, next.onDarkBar));
+    statusItem_.setImage(imageOf(next.state), next.onDarkBar);
 }
 
 void KelvoApp::updateToolTip()

@@ -37,7 +37,7 @@ public:
 private:
     /// The views, made at the first call. Null when they cannot be made; the ring, its menu and the monitor still work.
     Views *views();
-    void togglePopover();
+    void togglePopover(std::optional<QPoint> point);
     void makeMenu();
     void updateStatusItem();
     void updateIcon();

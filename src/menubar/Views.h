@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QObject>
+#include <QPoint>
 #include <QRect>
 
 #include <memory>
+#include <optional>
 
 namespace kelvo {
 
@@ -11,6 +13,15 @@ class NotifierStore;
 class SettingsStore;
 class StatusStore;
 struct Platform;
+
+/// What is known of the place of the ring on the screen.
+struct RingPlace
+{
+    /// Empty when the bar does not report it.
+    QRect rectangle;
+    /// Where the bar says that the ring was clicked, which is not always true.
+    std::optional<QPoint> clicked;
+};
 
 /// The popover, the settings window and the onboarding window. Their implementation needs Qt Quick, which takes more
 /// memory than the rest of the program, so it is in a library that is loaded when the first of them opens.
@@ -22,10 +33,9 @@ public:
     Views(const Views &) = delete;
     Views &operator=(const Views &) = delete;
 
-    /// Opens or closes the popover after a click on the ring. `ring` is the rectangle of the ring on the screen, empty
-    /// when it is not known.
-    virtual void togglePopover(const QRect &ring) = 0;
-    virtual void openPopover() = 0;
+    /// Opens or closes the popover after a click on the ring.
+    virtual void togglePopover(const RingPlace &ring) = 0;
+    virtual void openPopover(const RingPlace &ring) = 0;
     virtual void openSettings() = 0;
     virtual void openOnboarding() = 0;
 };

@@ -1,5 +1,7 @@
 #include "menubar/WindowOpener.h"
 
+#include "platform/NativeWindow.h"
+
 #include <QGuiApplication>
 #include <QWindow>
 
@@ -75,8 +77,7 @@ void WindowOpener::attempt(Place search)
     ++search->attempts;
     if (auto *window = firstVisible(search->matching)) {
         window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
-        window->raise();
-        window->requestActivate();
+        NativeWindow::activate(*window);
         searches_.erase(search);
     } else if (search->attempts < mostAttempts) {
         wait(search);

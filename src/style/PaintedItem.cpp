@@ -101,13 +101,10 @@ private:
     /// rounds the size of the rectangles of a region instead, which leaves gaps between them.
     static void clip(QPainter *painter, const QRegion &region, const QRect &bounds)
     {
-        if (region.contains(bounds) && region.rectCount() == 1) {
-            return;
-        }
-        if (region.rectCount() == 1) {
-            painter->setClipRect(QRectF(region.boundingRect()));
-        } else {
+        if (region.rectCount() > 1) {
             painter->setClipRegion(region);
+        } else if (!region.boundingRect().contains(bounds)) {
+            painter->setClipRect(QRectF(region.boundingRect()));
         }
     }
 

@@ -26,14 +26,14 @@ std::unique_ptr<Views> QuickViews::make(StatusStore &store, SettingsStore &setti
     return std::make_unique<QuickViews>(store, settings, notifier, platform);
 }
 
-void QuickViews::togglePopover(const QRect &ring)
+void QuickViews::togglePopover(const RingPlace &ring)
 {
     popover_.toggle(ring);
 }
 
-void QuickViews::openPopover()
+void QuickViews::openPopover(const RingPlace &ring)
 {
-    popover_.open();
+    popover_.open(ring);
 }
 
 void QuickViews::openSettings()

@@ -24,8 +24,8 @@ public:
     static std::unique_ptr<Views> make(StatusStore &store, SettingsStore &settings, NotifierStore &notifier,
                                        Platform &platform);
 
-    void togglePopover(const QRect &ring) override;
-    void openPopover() override;
+    void togglePopover(const RingPlace &ring) override;
+    void openPopover(const RingPlace &ring) override;
     void openSettings() override;
     void openOnboarding() override;
 

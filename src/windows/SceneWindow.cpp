@@ -1,10 +1,11 @@
 #include "windows/SceneWindow.h"
 
+#include "platform/NativeWindow.h"
+#include "platform/WindowSystem.h"
 #include "style/WholeFrame.h"
 #include "style/WindowKey.h"
 
 #include <QCoreApplication>
-#include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QQuickItem>
@@ -47,12 +48,13 @@ SceneWindow::~SceneWindow()
 
 void SceneWindow::open()
 {
-    if (!view_) {
+    if (view_) {
+        NativeWindow::bringToThisWorkspace(*view_);
+    } else {
         load();
     }
     view_->show();
-    view_->raise();
-    view_->requestActivate();
+    NativeWindow::activate(*view_);
 }
 
 void SceneWindow::close()
@@ -99,7 +101,8 @@ void SceneWindow::load()
                     | Qt::WindowMinimizeButtonHint);
     view_->setColor(tokens_.window());
     view_->setResizeMode(QQuickView::SizeRootObjectToView);
-    if (auto *screen = QGuiApplication::screenAt(QCursor::pos())) {
+    const auto pointer = WindowSystem::pointer();
+    if (auto *screen = pointer ? QGuiApplication::screenAt(*pointer) : nullptr) {
         view_->setScreen(screen);
     }
     view_->setInitialProperties(makeState(view_.get()));

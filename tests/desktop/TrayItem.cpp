@@ -46,8 +46,9 @@ Place item()
     if (items.size() != 1) {
         qFatal("%d items in the tray", static_cast<int>(items.size()));
     }
+    // Some watchers write “name@/path”.
     const auto slash = items.constFirst().indexOf(u'/');
-    return {items.constFirst().left(slash), items.constFirst().mid(slash)};
+    return {items.constFirst().left(slash).remove(u'@'), items.constFirst().mid(slash)};
 }
 
 QVariant itemProperty(const QString &name)

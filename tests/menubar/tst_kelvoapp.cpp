@@ -20,19 +20,19 @@ struct Told
 {
     int made = 0;
     QStringList calls;
-    QRect ring;
+    RingPlace ring;
 };
 Told told;
 
 class FakeViews : public Views
 {
 public:
-    void togglePopover(const QRect &ring) override
+    void togglePopover(const RingPlace &ring) override
     {
         told.calls << u"toggle popover"_s;
         told.ring = ring;
     }
-    void openPopover() override { told.calls << u"popover"_s; }
+    void openPopover(const RingPlace &) override { told.calls << u"popover"_s; }
     void openSettings() override { told.calls << u"settings"_s; }
     void openOnboarding() override { told.calls << u"onboarding"_s; }
 };
@@ -113,7 +113,7 @@ private Q_SLOTS:
         program.item->place = {700, 2, 22, 22};
         program.item->click();
         QCOMPARE(told.calls, QStringList{u"toggle popover"_s});
-        QCOMPARE(told.ring, QRect(700, 2, 22, 22));
+        QCOMPARE(told.ring.rectangle, QRect(700, 2, 22, 22));
     }
 
     void theMenuOpensPopoverAndSettings()

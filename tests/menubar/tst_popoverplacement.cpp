@@ -9,6 +9,8 @@ class PopoverPlacementTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void findsTheRing_data();
+    void findsTheRing();
     void isPlacedBesideTheRingInsideTheScreen_data();
     void isPlacedBesideTheRingInsideTheScreen();
     void findsTheEndOfThePanel_data();
@@ -21,6 +23,41 @@ constexpr QRect screen(0, 0, 1000, 800);
 constexpr QSize size(320, 300);
 
 } // namespace
+
+void PopoverPlacementTest::findsTheRing_data()
+{
+    QTest::addColumn<RingPlace>("ring");
+    QTest::addColumn<std::optional<QPoint>>("pointer");
+    QTest::addColumn<std::optional<QRect>>("expected");
+    using Pointer = std::optional<QPoint>;
+    using Anchor = std::optional<QRect>;
+    constexpr QRect rectangle(500, 2, 24, 24);
+    const Pointer atEdge(QPoint(700, 10));
+    const Anchor atPointer(QRect(700, 10, 1, 1));
+    const auto at = [](int x, int y) { return Anchor(QRect(x, y, 1, 1)); };
+
+    QTest::newRow("its rectangle") << RingPlace{rectangle, QPoint(600, 10)} << atEdge << Anchor(rectangle);
+    QTest::newRow("the point of the click") << RingPlace{{}, QPoint(600, 10)} << atEdge << at(600, 10);
+    QTest::newRow("a point in the middle of the screen: a ring in a popup of the panel")
+        << RingPlace{{}, QPoint(600, 400)} << Pointer() << at(600, 400);
+    QTest::newRow("a point on the second screen") << RingPlace{{}, QPoint(1500, 10)} << Pointer() << at(1500, 10);
+    QTest::newRow("a point relative to the item") << RingPlace{{}, QPoint(8, 14)} << Pointer() << Anchor();
+    QTest::newRow("a point relative to the item, with the pointer at the ring")
+        << RingPlace{{}, QPoint(0, 27)} << atEdge << atPointer;
+    QTest::newRow("a point on no screen") << RingPlace{{}, QPoint(600, 900)} << Pointer() << Anchor();
+    QTest::newRow("the pointer over the panel") << RingPlace{} << atEdge << atPointer;
+    QTest::newRow("the pointer elsewhere, after a click with a key") << RingPlace{} << Pointer({500, 400}) << Anchor();
+    QTest::newRow("nothing") << RingPlace{} << Pointer() << Anchor();
+}
+
+void PopoverPlacementTest::findsTheRing()
+{
+    QFETCH(RingPlace, ring);
+    QFETCH(std::optional<QPoint>, pointer);
+    QFETCH(std::optional<QRect>, expected);
+    constexpr QRect second(1000, 0, 1000, 800);
+    QCOMPARE(PopoverPlacement::anchor(ring, pointer, {screen, second}), expected);
+}
 
 void PopoverPlacementTest::isPlacedBesideTheRingInsideTheScreen_data()
 {

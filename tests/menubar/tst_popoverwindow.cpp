@@ -25,7 +25,7 @@ struct Desktop
     ViewEngine engine{appearance};
     Stores stores{{ServiceID::claude, ServiceID::chatgpt}};
     PopoverWindow popover{stores.store, stores.settings, engine, stores.clock};
-    QRect ring{300, 2, 24, 24};
+    RingPlace ring{QRect(300, 2, 24, 24), {}};
 };
 
 /// A window that takes the focus, like that of another program.
@@ -97,8 +97,8 @@ void PopoverWindowTest::opensBesideTheRingInsideTheScreen()
     desktop.popover.toggle(desktop.ring);
     QCOMPARE(desktop.card().width(), 320);
     QVERIFY(desktop.card().height() >= 260);
-    QCOMPARE(desktop.card().top(), desktop.ring.bottom() + 1 + 6);
-    QVERIFY(qAbs(desktop.card().center().x() - desktop.ring.center().x()) <= 1);
+    QCOMPARE(desktop.card().top(), desktop.ring.rectangle.bottom() + 1 + 6);
+    QVERIFY(qAbs(desktop.card().center().x() - desktop.ring.rectangle.center().x()) <= 1);
 }
 
 void PopoverWindowTest::opensInsideTheScreenWhenThePlaceOfTheRingIsUnknown()
@@ -117,7 +117,7 @@ void PopoverWindowTest::staysInsideTheScreenWhenItGrows()
 {
     Desktop desktop;
     const auto available = QGuiApplication::primaryScreen()->availableGeometry();
-    desktop.popover.toggle(QRect(available.center().x(), available.bottom() - 20, 20, 20));
+    desktop.popover.toggle({QRect(available.center().x(), available.bottom() - 20, 20, 20), {}});
     const auto before = desktop.card();
     desktop.stores.settings.setEnabledServices({allServiceIDs.begin(), allServiceIDs.end()});
     QTRY_VERIFY(desktop.card().height() > before.height());

@@ -1,5 +1,7 @@
 #include "menubar/popover/PopoverPlacement.h"
 
+#include <QMargins>
+
 #include <algorithm>
 
 namespace kelvo::PopoverPlacement {
@@ -14,7 +16,46 @@ int clamped(int position, int length, int first, int last)
     return std::max(first, std::min(position, last - length + 1));
 }
 
+/// More than the thickness of a panel and the size of an item in it.
+constexpr int panelThickness = 64;
+
+/// Some bars report the point relative to the item instead of the screen. Near the origin it cannot be trusted.
+bool isRelativeToItem(const QPoint &point)
+{
+    return point.x() < panelThickness && point.y() < panelThickness;
+}
+
+bool isOnScreen(const QPoint &point, const QList<QRect> &screens)
+{
+    return std::any_of(screens.begin(), screens.end(),
+                       [&point](const QRect &screen) { return screen.contains(point); });
+}
+
+/// Whether the point is at the edge of its screen, where the panels are.
+bool isAtEdge(const QPoint &point, const QList<QRect> &screens)
+{
+    return std::any_of(screens.begin(), screens.end(), [&point](const QRect &screen) {
+        constexpr QMargins panels(panelThickness, panelThickness, panelThickness, panelThickness);
+        return screen.contains(point) && !screen.marginsRemoved(panels).contains(point);
+    });
+}
+
 } // namespace
+
+std::optional<QRect> anchor(const RingPlace &ring, const std::optional<QPoint> &pointer, const QList<QRect> &screens)
+{
+    if (!ring.rectangle.isEmpty()) {
+        return ring.rectangle;
+    }
+    if (ring.clicked && !isRelativeToItem(*ring.clicked) && isOnScreen(*ring.clicked, screens)) {
+        return QRect(*ring.clicked, QSize(1, 1));
+    }
+    // A key on the panel can click the ring as well. Then the pointer may be anywhere.
+    if (pointer && isAtEdge(*pointer, screens)) {
+        return QRect(*pointer, QSize(1, 1));
+    }
+    return std::nullopt;
+}
 
 QPoint beside(const QRect &anchor, const QSize &size, const QRect &screen, const QRect &available)
 {

@@ -1,10 +1,20 @@
 #pragma once
 
+#include "menubar/Views.h"
+
+#include <QList>
 #include <QPoint>
 #include <QRect>
 #include <QSize>
 
+#include <optional>
+
 namespace kelvo::PopoverPlacement {
+
+/// Returns the place of the ring: its rectangle, else the point of the click as the bar reports it, else the position of
+/// the pointer, if it is over a panel. Null when none of them is known or can be true. `screens` are the rectangles of the
+/// screens.
+std::optional<QRect> anchor(const RingPlace &ring, const std::optional<QPoint> &pointer, const QList<QRect> &screens);
 
 /// Returns the top left corner for a popover of `size` beside `anchor`. The popover is centred below the anchor, or above
 /// it when the anchor is in the lower half of `screen`. It is entirely inside `available`, the part of the screen without

@@ -2,6 +2,7 @@
 
 #include "menubar/popover/PopoverPlacement.h"
 #include "platform/Compositing.h"
+#include "platform/NativeWindow.h"
 #include "style/WholeFrame.h"
 #include "style/WindowKey.h"
 
@@ -21,6 +22,37 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+using WindowSystem::PopoverKind;
+
+/// The end of the panel on the primary screen.
+QRect panelCorner()
+{
+    const auto *screen = QGuiApplication::primaryScreen();
+    return PopoverPlacement::panelCorner(screen->geometry(), WindowSystem::availableGeometry(*screen));
+}
+
+QList<QRect> screens()
+{
+    QList<QRect> rectangles;
+    for (const auto *screen : QGuiApplication::screens()) {
+        rectangles.append(screen->geometry());
+    }
+    return rectangles;
+}
+
+Qt::WindowFlags flagsOf(PopoverKind kind)
+{
+    constexpr auto onTop = Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint;
+    switch (kind) {
+    case PopoverKind::managed: return Qt::Tool | onTop;
+    // A compositor does not give the focus to a tool window that bypasses its window manager.
+    case PopoverKind::unmanaged: return Qt::Window | Qt::BypassWindowManagerHint | onTop;
+    case PopoverKind::layer: return Qt::Window | onTop;
+    case PopoverKind::ordinary: return Qt::Window | Qt::WindowTitleHint | Qt::WindowCloseButtonHint;
+    }
+    Q_UNREACHABLE();
+}
+
 QScreen *screenOf(const QRect &anchor)
 {
     auto *screen = QGuiApplication::screenAt(anchor.center());
@@ -38,11 +70,12 @@ PopoverWindow::PopoverWindow(StatusStore &store, SettingsStore &settings, ViewEn
         close();
         Q_EMIT settingsRequested();
     });
+    connect(&presses_, &PressWatch::pressed, this, &PopoverWindow::closeForPress);
 }
 
 PopoverWindow::~PopoverWindow() = default;
 
-void PopoverWindow::toggle(const QRect &ring)
+void PopoverWindow::toggle(const RingPlace &ring)
 {
     if (isOpen()) {
         close();
@@ -53,23 +86,27 @@ void PopoverWindow::toggle(const QRect &ring)
         justClosed_.reset();
         return;
     }
-    openBeside(ring.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : ring);
+    openBeside(PopoverPlacement::anchor(ring, WindowSystem::pointer(), screens()).value_or(panelCorner()));
 }
 
-void PopoverWindow::open()
+void PopoverWindow::open(const RingPlace &ring)
 {
-    if (isOpen()) {
-        view_->requestActivate();
+    if (isOpen() && view_->isActive()) {
         return;
     }
-    const auto *screen = QGuiApplication::primaryScreen();
-    openBeside(PopoverPlacement::panelCorner(screen->geometry(), screen->availableGeometry()));
+    // It may be open behind other windows or on another workspace. A new window appears in front of the user.
+    close();
+    openBeside(PopoverPlacement::anchor(ring, std::nullopt, screens()).value_or(panelCorner()));
 }
 
 void PopoverWindow::close()
 {
     if (!isOpen()) {
         return;
+    }
+    presses_.stop();
+    if (kind_ == PopoverKind::unmanaged) {
+        view_->setKeyboardGrabEnabled(false);
     }
     view_->hide();
     state_.close();
@@ -117,7 +154,8 @@ bool PopoverWindow::handleKey(const QKeyEvent &event)
 void PopoverWindow::load()
 {
     view_ = std::make_unique<QQuickView>(&engine_.get(), nullptr);
-    view_->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint);
+    kind_ = WindowSystem::popoverKind();
+    view_->setFlags(flagsOf(kind_));
     view_->setTitle(u"Kelvo"_s);
     view_->setColor(Qt::transparent);
     view_->setResizeMode(QQuickView::SizeViewToRootObject);
@@ -138,30 +176,44 @@ void PopoverWindow::openBeside(const QRect &anchor)
     if (!view_) {
         load();
     }
-    frame_->setTranslucent(isCompositing());
+    frame_->setTranslucent(isCompositing() && kind_ != PopoverKind::ordinary);
     anchor_ = anchor;
     state_.open();
     place();
+    NativeWindow::keepOutOfTaskBar(*view_);
     view_->show();
-    view_->requestActivate();
+    if (kind_ == PopoverKind::unmanaged) {
+        // The compositor sends the keys to the X server, but does not let a program set the focus there.
+        view_->setKeyboardGrabEnabled(true);
+    } else {
+        NativeWindow::activate(*view_);
+    }
+    presses_.start();
 }
 
 /// Places the popover without its shadow; the shadow uses the remaining space.
 void PopoverWindow::place()
 {
     const auto *screen = screenOf(anchor_);
-    const auto available = screen->availableGeometry();
+    const auto available = WindowSystem::availableGeometry(*screen);
     const auto position = PopoverPlacement::beside(anchor_, card().size(), screen->geometry(), available);
     giveRoom(QRect(position, card().size()), available);
     fit();
     view_->setPosition(position - card().topLeft());
+    NativeWindow::setDrawnShadow(*view_, shadow());
 }
 
 /// Resizes the view to its content now. By itself the view does so only after the next event, and would be shown at the
 /// wrong position until then.
 void PopoverWindow::fit()
 {
-    view_->resize(frame_->size().toSize());
+    const auto size = frame_->size().toSize();
+    if (kind_ == PopoverKind::ordinary) {
+        // A tiling compositor gives a window of fixed size its size.
+        view_->setMinimumSize(size);
+        view_->setMaximumSize(size);
+    }
+    view_->resize(size);
 }
 
 void PopoverWindow::giveRoom(const QRect &card, const QRect &available)
@@ -174,13 +226,34 @@ void PopoverWindow::giveRoom(const QRect &card, const QRect &available)
     });
 }
 
+void PopoverWindow::closeForPress()
+{
+    const auto pointer = QCursor::pos();
+    if (!view_->geometry().contains(pointer)) {
+        closeForClickElsewhere();
+    }
+}
+
 void PopoverWindow::closeForLostFocus()
 {
-    if (view_->isActive() || !isOpen()) {
-        return;
+    if (!view_->isActive() && isOpen()) {
+        closeForClickElsewhere();
     }
+}
+
+/// The click may be one on the ring, whose tray tells the program about it later.
+void PopoverWindow::closeForClickElsewhere()
+{
     close();
     justClosed_ = clock_.after(clickTime, [this] { justClosed_.reset(); });
+}
+
+QMargins PopoverWindow::shadow() const
+{
+    const auto card = this->card();
+    return frame_->isTranslucent()
+        ? QMargins(card.left(), card.top(), view_->width() - card.right() - 1, view_->height() - card.bottom() - 1)
+        : QMargins();
 }
 
 QRect PopoverWindow::card() const

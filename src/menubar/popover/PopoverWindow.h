@@ -1,8 +1,11 @@
 #pragma once
 
+#include "menubar/Views.h"
 #include "menubar/popover/PopoverFrameItem.h"
 #include "menubar/popover/PopoverState.h"
 #include "platform/ContinuousClock.h"
+#include "platform/PressWatch.h"
+#include "platform/WindowSystem.h"
 #include "style/ViewEngine.h"
 
 #include <QObject>
@@ -27,11 +30,11 @@ public:
 
     bool isOpen() const { return state_.isOpen(); }
 
-    /// Opens or closes the popover after a click on the ring. `ring` is the rectangle of the ring on the screen. If it is
-    /// empty, the popover opens at the pointer.
-    void toggle(const QRect &ring = {});
-    /// Opens the popover at the end of the panel. If it is open, brings it to the front.
-    void open();
+    /// Opens or closes the popover after a click on the ring. It opens at the ring, or at the end of the panel if the place
+    /// of the ring is not known.
+    void toggle(const RingPlace &ring = {});
+    /// Opens the popover at the same place. If it is open without the focus, opens it again.
+    void open(const RingPlace &ring = {});
     void close();
 
     /// The window; null before the first opening.
@@ -53,15 +56,21 @@ private:
     void openBeside(const QRect &anchor);
     void place();
     void fit();
+    /// How far the window extends beyond the popover on each side.
+    QMargins shadow() const;
     void giveRoom(const QRect &card, const QRect &available);
+    void closeForPress();
     void closeForLostFocus();
+    void closeForClickElsewhere();
 
     PopoverState state_;
     ViewEngine &engine_;
     ContinuousClock &clock_;
+    WindowSystem::PopoverKind kind_ = WindowSystem::PopoverKind::managed;
     QRect anchor_;
     std::unique_ptr<QQuickView> view_;
     PopoverFrameItem *frame_ = nullptr; ///< the root item of the window
+    PressWatch presses_;
     std::unique_ptr<ContinuousClock::Timer>
         justClosed_; ///< runs while the click that closed the popover may still arrive
 };

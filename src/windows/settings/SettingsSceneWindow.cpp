@@ -1,5 +1,7 @@
 #include "windows/settings/SettingsSceneWindow.h"
 
+#include "platform/WindowSystem.h"
+
 #include <QQuickItem>
 #include <QScreen>
 
@@ -37,7 +39,7 @@ QVariantMap SettingsSceneWindow::makeState(QObject *owner)
 void SettingsSceneWindow::setSizes(QQuickView &view) const
 {
     const int contentHeight = static_cast<int>(std::ceil(view.rootObject()->implicitHeight()));
-    const int room = view.screen()->availableGeometry().height() - titleBarHeight;
+    const int room = WindowSystem::availableGeometry(*view.screen()).height() - titleBarHeight;
     view.setMinimumSize({Tokens::settingsWidth, std::min(Tokens::settingsLeastHeight, room)});
     view.setMaximumSize({Tokens::settingsWidth, contentHeight});
     view.resize(Tokens::settingsWidth, std::min(contentHeight, room));
