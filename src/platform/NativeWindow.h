@@ -1,5 +1,6 @@
 #pragma once
 
+class QMargins;
 class QWindow;
 
 /// What Qt does not do with windows. The functions have no effect where the desktop has no such thing.
@@ -9,6 +10,10 @@ namespace kelvo::NativeWindow {
 /// and takes the keyboard without bringing the program's other windows to the front. Call it before each time the window is
 /// shown.
 void makePopover(QWindow &window);
+
+/// Tells the desktop how much of the window, in points, is a shadow that the program draws itself, so that the desktop
+/// does not add its own.
+void setDrawnShadow(QWindow &window, const QMargins &shadow);
 
 /// Moves an open window to the workspace that the user sees. It may be hidden afterwards; show it again.
 void bringToThisWorkspace(QWindow &window);

@@ -238,7 +238,7 @@ public:
     // Shadows
     QColor dim() const { return faded(Qt::black, 0.32F); }
     QColor liftedShadow() const { return faded(Qt::black, 0.22F); }
-    QColor segmentShadow() const { return faded(Qt::black, 0.20F); }
+    QColor segmentShadow() const { return faded(Qt::black, isDark() ? 0 : 0.20F); }
     QColor knobShadow() const { return faded(Qt::black, 0.12F); }
 
     QFont heroName() const { return systemFont(22, QFont::DemiBold); }

@@ -8,8 +8,6 @@
 #include <QScreen>
 #include <QSignalSpy>
 
-#include <utility>
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -87,31 +85,6 @@ QString opaque(QRgb rgb)
 {
     return rgba(QColor(rgb));
 }
-
-/// Records what the popover lets a screen reader announce.
-class Announcements
-{
-public:
-    explicit Announcements(const Scene &scene)
-    {
-        auto *announcer = scene.item(u"announcer"_s);
-        connection_ = QObject::connect(announcer, &QQuickItem::visibleChanged, announcer, [this, announcer] {
-            if (announcer->isVisible()) {
-                made_.append(accessibleName(announcer));
-            }
-        });
-    }
-    ~Announcements() { QObject::disconnect(connection_); }
-    Announcements(const Announcements &) = delete;
-    Announcements &operator=(const Announcements &) = delete;
-
-    /// The announcements since the last call.
-    QStringList made() { return std::exchange(made_, {}); }
-
-private:
-    QMetaObject::Connection connection_;
-    QStringList made_;
-};
 
 const std::vector<ServiceID> eight(allServiceIDs.begin(), allServiceIDs.end());
 
@@ -257,7 +230,7 @@ void StatusPopoverTest::textsHaveTheirFontsAndColours()
     scene.open();
     auto *item = scene.item(QString::fromLatin1(QTest::currentDataTag()));
     const auto font = item->property("font").value<QFont>();
-    QCOMPARE(item->property("text").toString(), text);
+    QCOMPARE(item->property("text").toString().replace(QChar::Nbsp, u' '), text);
     QCOMPARE(pixelSize(item), size);
     QCOMPARE(font.weight(), weight);
     QVERIFY(qAbs(font.letterSpacing() - tracking) < 1.0 / 64); // Qt stores it in units of 1/64
@@ -462,10 +435,10 @@ void StatusPopoverTest::theSpokenTimeIsAlwaysTheCurrentOne()
     Scene scene;
     scene.stores.round();
     scene.open();
-    Announcements announcements(scene);
+    Announcements announcements(scene.item(u"announcer"_s));
     scene.stores.clock.advance(4s);
     QCOMPARE(accessibleName(scene.item(u"hero"_s)), u"Claude, Operational, checked 4 seconds ago"_s);
-    QCOMPARE(announcements.made(), QStringList());
+    QCOMPARE(announcements.take(), QStringList());
 }
 
 void StatusPopoverTest::aChangedStatusIsAnnouncedOnce()
@@ -473,27 +446,27 @@ void StatusPopoverTest::aChangedStatusIsAnnouncedOnce()
     Scene scene;
     scene.stores.round();
     scene.open();
-    Announcements announcements(scene);
+    Announcements announcements(scene.item(u"announcer"_s));
     scene.stores.round({{ServiceID::claude, ServiceHealth::outage}}, u"Down"_s);
-    QCOMPARE(announcements.made(), QStringList{u"Claude, Major outage"_s});
+    QCOMPARE(announcements.take(), QStringList{u"Claude, Major outage"_s});
     scene.stores.clock.advance(5s);
-    QCOMPARE(announcements.made(), QStringList());
+    QCOMPARE(announcements.take(), QStringList());
     scene.stores.round({{ServiceID::claude, ServiceHealth::outage}, {ServiceID::gemini, ServiceHealth::degraded}},
                        u"Down"_s);
-    QCOMPARE(announcements.made(), QStringList{u"Gemini, Down"_s});
+    QCOMPARE(announcements.take(), QStringList{u"Gemini, Down"_s});
     scene.state.close();
     scene.stores.round({{ServiceID::cursor, ServiceHealth::outage}}, u"Down"_s);
     scene.state.open();
-    QCOMPARE(announcements.made(), QStringList());
+    QCOMPARE(announcements.take(), QStringList());
 }
 
 void StatusPopoverTest::theFirstAnswersOfTheRowsAreNotAnnounced()
 {
     Scene scene;
     scene.open();
-    Announcements announcements(scene);
+    Announcements announcements(scene.item(u"announcer"_s));
     scene.stores.round();
-    QCOMPARE(announcements.made(), QStringList{u"Claude, Operational"_s});
+    QCOMPARE(announcements.take(), QStringList{u"Claude, Operational"_s});
 }
 
 void StatusPopoverTest::aPeekReadsTheNewHero()
@@ -504,17 +477,17 @@ void StatusPopoverTest::aPeekReadsTheNewHero()
     scene.view.requestActivate();
     QVERIFY(QTest::qWaitForWindowActive(&scene.view));
     QTest::keyClick(&scene.view, Qt::Key_Tab);
-    Announcements announcements(scene);
+    Announcements announcements(scene.item(u"announcer"_s));
     QTest::keyClick(&scene.view, Qt::Key_Return);
-    QCOMPARE(announcements.made(), QStringList{u"ChatGPT, Operational, checked 0 seconds ago"_s});
+    QCOMPARE(announcements.take(), QStringList{u"ChatGPT, Operational, checked 0 seconds ago"_s});
     // A click moves the focus to the hero, which is read then.
     QTest::mouseClick(&scene.view, Qt::LeftButton, {}, scene.frame(scene.row(ServiceID::cursor)).center().toPoint());
     QCOMPARE(scene.view.activeFocusItem(), scene.item(u"hero"_s));
     QCOMPARE(accessibleName(scene.item(u"hero"_s)), u"Cursor, Operational, checked 0 seconds ago"_s);
-    QCOMPARE(announcements.made(), QStringList());
+    QCOMPARE(announcements.take(), QStringList());
     // The press action of a screen reader does not move the focus.
     accessible(scene.row(ServiceID::gemini))->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    QCOMPARE(announcements.made(), QStringList{u"Gemini, Operational, checked 0 seconds ago"_s});
+    QCOMPARE(announcements.take(), QStringList{u"Gemini, Operational, checked 0 seconds ago"_s});
 }
 
 void StatusPopoverTest::theHintIsOnlyOnTheRowThatHadTheFocusFirst()

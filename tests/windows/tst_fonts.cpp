@@ -1,5 +1,7 @@
+#include "support/Looks.h"
 #include "support/ViewScene.h"
 
+#include "menubar/popover/PopoverState.h"
 #include "windows/onboarding/OnboardingState.h"
 #include "windows/settings/SettingsState.h"
 
@@ -146,6 +148,8 @@ private Q_SLOTS:
     void theSettingsFit();
     void theSheetFits_data();
     void theSheetFits();
+    void thePopoverFits_data();
+    void thePopoverFits();
 };
 
 void FontsTest::initTestCase()
@@ -229,6 +233,35 @@ void FontsTest::theSheetFits()
     ChannelSheetState state(channel, scene.stores.settings, scene.stores.notifier);
     const auto close = qScopeGuard([&scene] { scene.view.setSource({}); });
     scene.show(u"channel/ChannelSheet.qml"_s, {{u"sheet"_s, QVariant::fromValue(&state)}});
+    QCOMPARE(scene.faults(), QString());
+}
+
+void FontsTest::thePopoverFits_data()
+{
+    QTest::addColumn<std::size_t>("look");
+    for (std::size_t i = 0; i < popoverLooks().size(); ++i) {
+        QTest::newRow(qPrintable(popoverLooks()[i].name)) << i;
+    }
+}
+
+void FontsTest::thePopoverFits()
+{
+    QFETCH(const std::size_t, look);
+    const auto &shown = popoverLooks().at(look);
+    Scene scene(shown.watched);
+    shown.bringAbout(scene.stores);
+    PopoverState state(scene.stores.store, scene.stores.settings);
+    const auto close = qScopeGuard([&scene] { scene.view.setSource({}); });
+    scene.view.setInitialProperties({{u"popover"_s, QVariant::fromValue(&state)}});
+    scene.view.setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/popover/StatusPopover.qml"_s));
+    QVERIFY(scene.root());
+    state.open();
+    state.peek(shown.peeked);
+    settle();
+    layOut(scene.root());
+    scene.view.resize(QSizeF(scene.root()->implicitWidth(), scene.root()->implicitHeight()).toSize());
+    scene.view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&scene.view));
     QCOMPARE(scene.faults(), QString());
 }
 

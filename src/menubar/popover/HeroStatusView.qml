@@ -80,7 +80,7 @@ HeroItem {
         lineHeight: metrics.height + lineSpacing
         lineHeightMode: Text.FixedHeight
         objectName: "bodyLine"
-        text: hero.popover.heroBodyLine
+        text: hero.popover.heroBodyLine.replace(/ (?=\S+$)/, "\u00a0") // the last line has at least two words
         wrapMode: Text.Wrap
 
         FontMetrics {

@@ -200,6 +200,7 @@ void PopoverWindow::place()
     giveRoom(QRect(position, card().size()), available);
     fit();
     view_->setPosition(position - card().topLeft());
+    NativeWindow::setDrawnShadow(*view_, shadow());
 }
 
 /// Resizes the view to its content now. By itself the view does so only after the next event, and would be shown at the
@@ -245,6 +246,14 @@ void PopoverWindow::closeForClickElsewhere()
 {
     close();
     justClosed_ = clock_.after(clickTime, [this] { justClosed_.reset(); });
+}
+
+QMargins PopoverWindow::shadow() const
+{
+    const auto card = this->card();
+    return frame_->isTranslucent()
+        ? QMargins(card.left(), card.top(), view_->width() - card.right() - 1, view_->height() - card.bottom() - 1)
+        : QMargins();
 }
 
 QRect PopoverWindow::card() const

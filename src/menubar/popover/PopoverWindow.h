@@ -56,6 +56,8 @@ private:
     void openBeside(const QRect &anchor);
     void place();
     void fit();
+    /// How far the window extends beyond the popover on each side.
+    QMargins shadow() const;
     void giveRoom(const QRect &card, const QRect &available);
     void closeForPress();
     void closeForLostFocus();

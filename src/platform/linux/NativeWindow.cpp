@@ -2,6 +2,7 @@
 
 #include "platform/linux/Xcb.h"
 
+#include <QMargins>
 #include <QWindow>
 
 #include <algorithm>
@@ -82,6 +83,27 @@ void makePopover(QWindow &window)
                             Xcb::atom(connection, "_NET_WM_STATE_SKIP_PAGER")};
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
                         Xcb::atom(connection, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32, states.size(), states.data());
+}
+
+void setDrawnShadow(QWindow &window, const QMargins &shadow)
+{
+    auto *connection = Xcb::connection();
+    if (!connection) {
+        return;
+    }
+    const auto property = Xcb::atom(connection, "_GTK_FRAME_EXTENTS");
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    if (shadow.isNull()) {
+        xcb_delete_property(connection, id, property);
+        return;
+    }
+    const auto pixels = [&window](int points) {
+        return static_cast<std::uint32_t>(qRound(points * window.devicePixelRatio()));
+    };
+    const std::array extents{pixels(shadow.left()), pixels(shadow.right()), pixels(shadow.top()),
+                             pixels(shadow.bottom())};
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, property, XCB_ATOM_CARDINAL, 32, extents.size(),
+                        extents.data());
 }
 
 void bringToThisWorkspace(QWindow &window)

@@ -33,6 +33,11 @@ void makePopover(QWindow &window)
         | NSWindowCollectionBehaviorIgnoresCycle;
 }
 
+void setDrawnShadow(QWindow &, const QMargins &)
+{
+    // The window is made without a shadow.
+}
+
 void bringToThisWorkspace(QWindow &window)
 {
     native(window).collectionBehavior |= NSWindowCollectionBehaviorMoveToActiveSpace;
