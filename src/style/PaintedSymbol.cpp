@@ -8,9 +8,10 @@ namespace kelvo {
 
 namespace {
 
-QPointF onGridOfHalfPixels(QPointF point)
+/// The nearest multiple of `step` away from `origin`.
+double nearest(double value, double origin, double step)
 {
-    return {std::floor(2 * point.x() + 0.5) / 2, std::floor(2 * point.y() + 0.5) / 2};
+    return origin + step * std::floor((value - origin) / step + 0.5);
 }
 
 } // namespace
@@ -27,9 +28,21 @@ void PaintedSymbol::setColor(const QColor &color)
 
 void PaintedSymbol::align(QPainter *painter) const
 {
-    const auto centre = boundingRect().center();
     const auto toDevice = painter->deviceTransform();
-    painter->translate(toDevice.inverted().map(onGridOfHalfPixels(toDevice.map(centre))) - centre);
+    const auto rect = toDevice.mapRect(boundingRect());
+    const QPointF centre(alignedCentre(rect.center().x(), rect.width()),
+                         alignedCentre(rect.center().y(), rect.height()));
+    painter->translate(toDevice.inverted().map(centre) - boundingRect().center());
+}
+
+double PaintedSymbol::alignedCentre(double centre, double) const
+{
+    return nearest(centre, 0, 0.5);
+}
+
+double PaintedSymbol::centreWithWholeEdges(double centre, double size)
+{
+    return nearest(centre, size / 2, 1);
 }
 
 } // namespace kelvo

@@ -25,6 +25,13 @@ public:
 Q_SIGNALS:
     void colorChanged();
 
+protected:
+    /// Where the centre is drawn along one axis, given where it is and the size of the item, in device pixels. By itself
+    /// it is on the grid of half pixels.
+    virtual double alignedCentre(double centre, double size) const;
+    /// The nearest centre with which both edges of an item of a whole size are between two pixels.
+    static double centreWithWholeEdges(double centre, double size);
+
 private:
     QColor color_ = Qt::black;
 };

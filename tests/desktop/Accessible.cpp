@@ -231,6 +231,8 @@ void AccessibilityEvents::hear(const QDBusMessage &message)
     const Accessible object(bus_, message.service(), message.path());
     if (state == u"checked") {
         heard_.append(object.name() + (isSet ? u": on"_s : u": off"_s));
+    } else if (state == u"focused" && isSet) {
+        focused_.append(object.name());
     } else if (state == u"showing" && isSet && object.role() == Accessible::Notification) {
         heard_.append(object.name());
     }

@@ -74,6 +74,8 @@ public:
     ~AccessibilityEvents() override;
 
     const QStringList &heard() const { return heard_; }
+    /// The names of the objects that received the focus.
+    const QStringList &focused() const { return focused_; }
 
 private Q_SLOTS:
     void hear(const QDBusMessage &message);
@@ -83,6 +85,7 @@ private:
 
     QDBusConnection bus_;
     QStringList heard_;
+    QStringList focused_;
 };
 
 } // namespace kelvo

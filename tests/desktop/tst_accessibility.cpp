@@ -19,6 +19,7 @@ private Q_SLOTS:
     void cleanup();
     void theHeroIsOneElement();
     void aRowReadsItsStatusAndMovesToTheTop();
+    void reopeningReadsTheHeroAndAChangedStatusIsAnnounced();
     void theGearIsTheSettingsButton();
     void aClosedPopoverIsNotInTheAccessibilityTree();
 
@@ -66,6 +67,27 @@ void AccessibilityTest::aRowReadsItsStatusAndMovesToTheTop()
     row->act(u"Press"_s);
     QVERIFY(kelvo_->find(Accessible::Label, u"Gemini, Operational"_s));
     QVERIFY(kelvo_->find(Accessible::Button, u"Cursor, Major outage"_s));
+}
+
+void AccessibilityTest::reopeningReadsTheHeroAndAChangedStatusIsAnnounced()
+{
+    QVERIFY(kelvo_->find(Accessible::Button, u"Gemini"_s));
+    const AccessibilityEvents events;
+    Hand::press(u"Down"_s);
+    QTRY_COMPARE(events.focused().value(events.focused().size() - 1), u"Claude, Operational"_s);
+    Hand::press(u"Escape"_s);
+    QTRY_VERIFY(!DesktopWindow::titled(u"Kelvo"_s));
+
+    // Opening checks at once; the answer arrives while the popover is open.
+    internet_->setComponent(StatusPage::Claude, u"claude.ai"_s, u"major_outage"_s);
+    Hand::click(Screen::findRing(RingState::outage)->center());
+    QTRY_COMPARE(events.heard(), QStringList{u"Claude, Major outage"_s});
+    QTRY_VERIFY(events.focused().constLast().startsWith(u"Cursor, Major outage, checked "_s));
+    // The time that the hero tells changes each second, which is not announced.
+    const auto focused = events.focused();
+    QTRY_VERIFY(kelvo_->find(Accessible::Label, u"Cursor, Major outage, checked 2 seconds ago"_s));
+    QCOMPARE(events.focused(), focused);
+    QCOMPARE(events.heard().size(), 1);
 }
 
 void AccessibilityTest::theGearIsTheSettingsButton()

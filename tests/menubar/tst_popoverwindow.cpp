@@ -50,7 +50,7 @@ class PopoverWindowTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u"Binding loop"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s)); }
     void viewsAreLoadedAtTheFirstOpening();
     void aClickOpensAndAClickCloses();
     void opensBesideTheRingInsideTheScreen();

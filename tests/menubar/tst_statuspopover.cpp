@@ -95,6 +95,7 @@ class StatusPopoverTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u".?"_s)); }
     void blocksAreAtTheirPositions();
     void isAtLeast260PointsHighAndGrowsWithItsRows();
     void heroLinesAreAtTheirPositions();

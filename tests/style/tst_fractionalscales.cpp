@@ -1,3 +1,4 @@
+#include "support/QmlStage.h"
 #include "support/ViewScene.h"
 
 #include "menubar/popover/PopoverWindow.h"
@@ -81,6 +82,32 @@ void press(QQuickView *view, Qt::Key key)
     view->grabWindow();
 }
 
+/// Shows a view on the screen with this scale, and returns its picture.
+QImage shown(QQuickView &view, int percent)
+{
+    view.setPosition(screen(percent)->geometry().topLeft());
+    view.show();
+    if (!QTest::qWaitForWindowExposed(&view) || view.effectiveDevicePixelRatio() != percent / 100.0) {
+        return {};
+    }
+    return view.grabWindow();
+}
+
+/// The smallest rectangle that contains all pixels with such a colour.
+template<typename Predicate>
+QRect extent(const QImage &picture, Predicate isPart)
+{
+    QRect extent;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (isPart(picture.pixelColor(x, y))) {
+                extent |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return extent;
+}
+
 /// Whether a pixel is inside of a rectangle with round corners.
 bool contains(const QRectF &rect, double radius, const QPoint &pixel)
 {
@@ -126,6 +153,10 @@ private Q_SLOTS:
     void thePopoverHasNoGaps();
     void theSettingsHaveNoGaps_data() { scales(); }
     void theSettingsHaveNoGaps();
+    void theMarkIsConcentric_data();
+    void theMarkIsConcentric();
+    void dotsAreSymmetric_data();
+    void dotsAreSymmetric();
     void theOnboardingHasNoGaps_data() { scales(); }
     void theOnboardingHasNoGaps();
 
@@ -144,7 +175,8 @@ void FractionalScalesTest::thePopoverHasNoGaps()
     QFETCH(const int, percent);
     Program program;
     program.appearance.still = false;
-    program.popover.toggle({QRect(screen(percent)->geometry().topLeft() + QPoint(500, 2), QSize(24, 24)), {}});
+    const QRect ring(screen(percent)->geometry().topLeft() + QPoint(500, 2), QSize(24, 24));
+    program.popover.toggle({.rectangle = ring, .clicked = std::nullopt});
     auto *view = program.popover.view();
     QVERIFY(QTest::qWaitForWindowExposed(view));
     QCOMPARE(view->effectiveDevicePixelRatio(), percent / 100.0);
@@ -203,6 +235,69 @@ void FractionalScalesTest::theOnboardingHasNoGaps()
     press(view, Qt::Key_Return);
     const auto picker = view->grabWindow();
     QCOMPARE(unpainted(picker, picker.rect()), QString());
+}
+
+void FractionalScalesTest::theMarkIsConcentric_data()
+{
+    QTest::addColumn<int>("percent");
+    QTest::addColumn<double>("offset");
+    for (const int percent : {100, 150, 200}) {
+        // A place in the layout that is not on the grid of pixels, too
+        for (const double offset : {0.0, 0.3}) {
+            QTest::addRow("%d %%, at %.1f", percent, offset) << percent << offset;
+        }
+    }
+}
+
+void FractionalScalesTest::theMarkIsConcentric()
+{
+    QFETCH(const int, percent);
+    QFETCH(const double, offset);
+    QmlStage stage("KelvoMark { x: 13 + " + QByteArray::number(offset) + "; y: x; size: 54; coreColor: '#32D74B' }",
+                   {80, 80});
+    const auto picture = shown(stage.view, percent);
+    const auto isGreen = [](const QColor &color) { return color.green() - color.red() > 40; };
+    const auto isInk = [](const QColor &color) { return color.lightness() < 200; };
+    const auto dot = extent(picture, isGreen);
+    const auto whole = extent(picture, isInk);
+    QVERIFY(dot.width() > 10);
+    QVERIFY(whole.width() > 50);
+    QCOMPARE(QRectF(dot).center(), QRectF(whole).center());
+}
+
+void FractionalScalesTest::dotsAreSymmetric_data()
+{
+    QTest::addColumn<int>("percent");
+    QTest::addColumn<QByteArray>("symbol");
+    for (const int percent : {100, 150, 200}) {
+        for (const int size : {5, 7, 8}) {
+            const auto side = QByteArray::number(size);
+            QTest::addRow("%d %%, %d points", percent, size)
+                << percent
+                << QByteArray("StatusDot { x: 20; y: 20.27; color: 'black'; width: " + side + "; height: " + side
+                              + " }");
+        }
+    }
+}
+
+void FractionalScalesTest::dotsAreSymmetric()
+{
+    QFETCH(const int, percent);
+    QFETCH(const QByteArray, symbol);
+    QmlStage stage(symbol, {60, 60});
+    const auto picture = shown(stage.view, percent);
+    const auto dot = picture.copy(extent(picture, [](const QColor &color) { return color.lightness() < 250; }));
+    QVERIFY(dot.width() >= 5);
+    QCOMPARE(dot.width(), dot.height());
+    for (int y = 0; y < dot.height(); ++y) {
+        for (int x = 0; x < dot.width(); ++x) {
+            // QPainter does not blend opposite sides of a circle quite the same.
+            constexpr int tolerance = 16;
+            const auto at = dot.pixelColor(x, y).lightness();
+            QVERIFY(qAbs(at - dot.pixelColor(dot.width() - 1 - x, y).lightness()) <= tolerance);
+            QVERIFY(qAbs(at - dot.pixelColor(x, dot.height() - 1 - y).lightness()) <= tolerance);
+        }
+    }
 }
 
 } // namespace kelvo

@@ -53,8 +53,6 @@ T.Popup {
         }
     }
     contentItem: ChannelSheet {
-        id: sheetView
-
         focus: true
         objectName: "channelSheet"
         sheet: popup.sheet
@@ -76,7 +74,7 @@ T.Popup {
         // A screen reader sees the item that Qt makes for the popup as a dialog without a name.
         contentItem.parent.Accessible.name = sheet.title;
         open();
-        sheetView.selectFirstField();
+        (contentItem as ChannelSheet).selectFirstField();
     }
     onAboutToShow: {
         formerFocus = parent.Window.activeFocusItem;

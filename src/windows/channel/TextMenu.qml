@@ -49,7 +49,7 @@ T.Menu {
 
         Accessible.name: text
         hoverEnabled: true
-        implicitHeight: Math.max(Tokens.targetSize, title.implicitHeight + 6)
+        implicitHeight: Math.max(Tokens.targetSize, implicitContentHeight + 6)
         objectName: text
 
         background: RoundedRectangle {
@@ -57,8 +57,6 @@ T.Menu {
             radius: Tokens.checkboxRadius
         }
         contentItem: Label {
-            id: title
-
             color: !entry.enabled ? Tokens.labelTertiary : entry.highlighted ? Tokens.actionText : Tokens.labelPrimary
             font: Tokens.row
             leftPadding: 8
