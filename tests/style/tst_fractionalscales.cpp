@@ -144,7 +144,8 @@ void FractionalScalesTest::thePopoverHasNoGaps()
     QFETCH(const int, percent);
     Program program;
     program.appearance.still = false;
-    program.popover.toggle(QRect(screen(percent)->geometry().topLeft() + QPoint(500, 2), QSize(24, 24)));
+    const QRect ring(screen(percent)->geometry().topLeft() + QPoint(500, 2), QSize(24, 24));
+    program.popover.toggle({.rectangle = ring, .clicked = std::nullopt});
     auto *view = program.popover.view();
     QVERIFY(QTest::qWaitForWindowExposed(view));
     QCOMPARE(view->effectiveDevicePixelRatio(), percent / 100.0);
