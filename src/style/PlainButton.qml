@@ -24,7 +24,7 @@ T.Button {
 
     Accessible.onPressAction: control.press()
     Keys.onEnterPressed: event => control.pressByKey(event)
-    Keys.onPressed: event => event.accepted = event.isAutoRepeat && event.key === Qt.Key_Space
-    Keys.onReleased: event => event.accepted = event.isAutoRepeat && event.key === Qt.Key_Space
+    Keys.onReleased: event => event.accepted = event.key === Qt.Key_Space
     Keys.onReturnPressed: event => control.pressByKey(event)
+    Keys.onSpacePressed: event => control.pressByKey(event)
 }

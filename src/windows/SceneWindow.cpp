@@ -71,15 +71,37 @@ void SceneWindow::close()
 bool SceneWindow::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
-    case QEvent::KeyPress:
-        if (handleKey(*static_cast<QKeyEvent *>(event))) {
+    case QEvent::KeyPress: {
+        const auto &key = *static_cast<QKeyEvent *>(event);
+        if (isUnmarkedRepeat(key)) {
+            QKeyEvent repeat(key.type(), key.key(), key.modifiers(), key.text(), true,
+                             static_cast<quint16>(key.count()));
+            QCoreApplication::sendEvent(watched, &repeat);
+            return true;
+        }
+        if (handleKey(key)) {
             return true;
         }
         break;
+    }
+    case QEvent::KeyRelease: {
+        const auto &key = *static_cast<QKeyEvent *>(event);
+        releasedKey_ = key.key();
+        releasedAt_ = key.timestamp();
+        break;
+    }
     case QEvent::Close: close(); break;
     default: break;
     }
     return QObject::eventFilter(watched, event);
+}
+
+/// Whether a key repeats because it is held down, although Qt does not say so. On X11, Qt recognizes a repetition only if
+/// the next press has arrived when it processes the release; both have the same time.
+bool SceneWindow::isUnmarkedRepeat(const QKeyEvent &event) const
+{
+    return !event.isAutoRepeat() && event.timestamp() != 0 && event.timestamp() == releasedAt_
+        && event.key() == releasedKey_;
 }
 
 bool SceneWindow::handleKey(const QKeyEvent &event)

@@ -52,6 +52,7 @@ private:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
     bool handleKey(const QKeyEvent &event);
+    bool isUnmarkedRepeat(const QKeyEvent &event) const;
     void load();
 
     ViewEngine &engine_;
@@ -59,6 +60,8 @@ private:
     QString title_;
     QUrl source_;
     std::unique_ptr<QQuickView, Later> view_;
+    int releasedKey_ = 0;
+    quint64 releasedAt_ = 0;
 };
 
 } // namespace kelvo

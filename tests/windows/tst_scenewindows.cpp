@@ -57,6 +57,7 @@ private Q_SLOTS:
     void theBackgroundFollowsTheAppearance();
     void theWindowReportsShowOnboardingAgain();
     void doneClosesTheOnboardingWindow();
+    void aRepetitionThatIsNotMarkedTurnsNoPage();
     void closingWithoutDoneDoesNotCompleteTheOnboarding();
     void eachOpeningStartsAtTheFirstPage();
     void theProgramCanExitWithOpenWindows();
@@ -183,6 +184,28 @@ void SceneWindowsTest::theWindowReportsShowOnboardingAgain()
     desktop.settings.open();
     desktop.settings.view()->findChild<SettingsState *>()->showOnboarding();
     QCOMPARE(asked.count(), 1);
+}
+
+void SceneWindowsTest::aRepetitionThatIsNotMarkedTurnsNoPage()
+{
+    Desktop desktop;
+    desktop.onboarding.open();
+    auto *view = desktop.onboarding.view();
+    QVERIFY(QTest::qWaitForWindowActive(view));
+    const auto *state = view->findChild<OnboardingState *>();
+    const auto send = [view](QEvent::Type type, quint64 time) {
+        QKeyEvent event(type, Qt::Key_Return, Qt::NoModifier);
+        event.setTimestamp(time);
+        QCoreApplication::sendEvent(view, &event);
+    };
+    send(QEvent::KeyPress, 1000);
+    QCOMPARE(state->page(), OnboardingState::PrimaryPicker);
+    send(QEvent::KeyRelease, 1500);
+    send(QEvent::KeyPress, 1500);
+    QCOMPARE(state->page(), OnboardingState::PrimaryPicker);
+    send(QEvent::KeyRelease, 1530);
+    send(QEvent::KeyPress, 1700);
+    QCOMPARE(state->page(), OnboardingState::Permission);
 }
 
 void SceneWindowsTest::doneClosesTheOnboardingWindow()
