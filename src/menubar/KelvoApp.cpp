@@ -31,6 +31,7 @@ KelvoApp::KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &n
     connect(&statusItem_, &StatusItem::activated, this, &KelvoApp::togglePopover);
     connect(&store, &StatusStore::statusesChanged, this, &KelvoApp::updateStatusItem);
     connect(&store, &StatusStore::heroIDChanged, this, &KelvoApp::updateStatusItem);
+    connect(&store, &StatusStore::popoverIsOpenChanged, this, &KelvoApp::updateStatusItem);
     connect(&store, &StatusStore::peekedIDChanged, this, &KelvoApp::updateStatusItem);
     connect(&settings, &SettingsStore::objectDidChange, this, &KelvoApp::updateStatusItem);
     connect(&appearance_, &Appearance::changed, this, &KelvoApp::updateStatusItem);
@@ -113,9 +114,18 @@ void KelvoApp::updateIcon()
 
 void KelvoApp::updateToolTip()
 {
+    // The tool tip would cover the popover, which says the same.
+    if (store_.popoverIsOpen()) {
+        showToolTip({});
+        return;
+    }
     const auto hero = store_.hero();
     const auto label = store_.heroStatusLabel();
-    const auto toolTip = hero ? u"%1: %2"_s.arg(hero->name, label) : label;
+    showToolTip(hero ? u"%1: %2"_s.arg(hero->name, label) : label);
+}
+
+void KelvoApp::showToolTip(const QString &toolTip)
+{
     if (toolTip == toolTip_) {
         return;
     }
