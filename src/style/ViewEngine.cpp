@@ -9,6 +9,13 @@
 // static initialiser registers the module.
 extern void qml_register_types_Kelvo();
 
+// The same for the compiled QML files. Without them, Qt 6.8 compiles the views again and stores them in the user's cache.
+// The macro declares a function, so it cannot be inside a namespace.
+static void registerCompiledViews()
+{
+    Q_INIT_RESOURCE(qmlcache_kelvo_views);
+}
+
 namespace kelvo {
 
 using namespace Qt::StringLiterals;
@@ -25,6 +32,7 @@ QQmlEngine &ViewEngine::get()
 {
     if (!engine_) {
         [[maybe_unused]] static volatile auto registration = &qml_register_types_Kelvo;
+        registerCompiledViews();
         if (QQuickWindow::sceneGraphBackend() != u"software"_s) {
             QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         }

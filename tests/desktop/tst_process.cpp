@@ -107,6 +107,8 @@ void ProcessTest::itsWindowsOpenAfterAnUpgrade()
     const auto library = libraryOf(program);
 
     KelvoProcess first(*internet_, program);
+    const QTemporaryDir cache;
+    first.setEnvironment(u"XDG_CACHE_HOME"_s, cache.path());
     first.writeSettings("[General]\nhasOnboarded=true\n");
     first.start();
     QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
@@ -122,6 +124,8 @@ void ProcessTest::itsWindowsOpenAfterAnUpgrade()
     QTRY_VERIFY_WITH_TIMEOUT(DesktopWindow::titled(u"Kelvo"_s), 20'000);
     QCOMPARE(first.stop(), 0);
     QCOMPARE(first.output(), QByteArray());
+    // Qt stores QML files there that were not compiled with the program.
+    QVERIFY(!QFile::exists(cache.filePath(u"Kelvo"_s)));
 }
 
 // The QML modules are missing, as after a part of the system was removed.
