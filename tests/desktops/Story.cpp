@@ -125,8 +125,14 @@ QList<Observation> Story::tell()
     secondStart();
     changesItsLook();
     panelRestarts();
-    settings();
-    quits();
+    if (!ring_.isEmpty()) {
+        settings();
+        quits();
+    } else {
+        note(u"settings"_s, Verdict::notSeen, u"no menu"_s);
+        note(u"quit"_s, Verdict::notSeen, u"no menu"_s);
+        kelvo_.stop();
+    }
     monitor_.kill();
     monitor_.waitForFinished();
     return observations_;
