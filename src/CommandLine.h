@@ -17,7 +17,7 @@ struct CommandLineAnswer
 };
 
 /// Returns the answer to the arguments after the program's name: the version, the help, or an error for anything else.
-/// Returns nullopt when there are no arguments and the program should start.
+/// Returns nullopt when there are no arguments but Qt's and the program should start.
 std::optional<CommandLineAnswer> commandLineAnswer(const QStringList &arguments);
 
 } // namespace kelvo

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QLoggingCategory>
+#include <QSessionManager>
 
 namespace kelvo {
 
@@ -17,6 +18,14 @@ Boundaries withFirstRing(Boundaries boundaries)
 {
     KelvoApp::showFirstRing(*boundaries.platform.statusItem, *boundaries.platform.appearance);
     return boundaries;
+}
+
+/// Asks session managers not to start the program in the next session. The user chooses that in the settings.
+void neverRestart(QApplication &application)
+{
+    const auto hint = [](QSessionManager &manager) { manager.setRestartHint(QSessionManager::RestartNever); };
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, hint, Qt::DirectConnection);
+    QObject::connect(&application, &QGuiApplication::saveStateRequest, &application, hint, Qt::DirectConnection);
 }
 
 } // namespace
@@ -37,12 +46,15 @@ void prepareApplication(QApplication &application)
     QApplication::setWindowIcon(AppIcon::image());
     QApplication::setQuitOnLastWindowClosed(false);
     quitOnTerminationSignals(application);
+    neverRestart(application);
 }
 
 Program::Program(Boundaries boundaries, ViewsFactory makeViews)
     : composition_(withFirstRing(std::move(boundaries)))
     , app_(StatusStore::shared(), SettingsStore::shared(), NotifierStore::shared(), composition_.platform(), makeViews)
 {
+    QObject::connect(composition_.platform().notificationCenter.get(), &NotificationCenter::activated, &app_,
+                     &KelvoApp::openPopover);
 }
 
 } // namespace kelvo

@@ -14,6 +14,9 @@
 #include <optional>
 
 namespace kelvo {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 
 int print(const CommandLineAnswer &answer)
@@ -22,20 +25,19 @@ int print(const CommandLineAnswer &answer)
     return answer.exitCode;
 }
 
-/// Answers --version and --help without a display. Other arguments may be Qt options, which QApplication removes.
-std::optional<CommandLineAnswer> answerWithoutDisplay(int argc, char *argv[])
+QStringList argumentsAfterName(int argc, char *argv[])
 {
     QStringList arguments;
     for (int i = 1; i < argc; ++i) {
         arguments.append(QFile::decodeName(argv[i]));
     }
-    auto answer = commandLineAnswer(arguments);
-    return answer && answer->exitCode == 0 ? answer : std::nullopt;
+    return arguments;
 }
 
 int run(int argc, char *argv[])
 {
-    if (const auto answer = answerWithoutDisplay(argc, argv)) {
+    // Before the application is made, because that needs a display.
+    if (const auto answer = commandLineAnswer(argumentsAfterName(argc, argv))) {
         return print(*answer);
     }
     keepProcessMemorySmall();
@@ -43,16 +45,21 @@ int run(int argc, char *argv[])
     auto windowSystem = std::make_optional<WindowSystem::Choice>();
     QApplication application(argc, argv);
     windowSystem.reset();
-    if (const auto answer = commandLineAnswer(QApplication::arguments().sliced(1))) {
-        return print(*answer);
-    }
     prepareApplication(application);
-
-    const auto instance = makeSingleInstance();
-    if (!instance->acquire()) {
+    // At login, the entry in the autostart directory starts the program, or nothing does. A session manager that restores an
+    // old session would start a second one.
+    if (application.isSessionRestored()) {
         return 0;
     }
 
+    const auto instance = makeSingleInstance();
+    switch (instance->acquire()) {
+    case SingleInstance::Outcome::acquired: break;
+    case SingleInstance::Outcome::handedOver: return 0;
+    case SingleInstance::Outcome::noAnswer: return print({u"Kelvo is already running but does not answer."_s, 1});
+    }
+
+    findViews();
     Program program(makeBoundaries(), &loadViews);
     QObject::connect(instance.get(), &SingleInstance::activationRequested, &program.app(), &KelvoApp::openPopover);
     return QApplication::exec();

@@ -4,8 +4,12 @@
 
 namespace kelvo {
 
-/// The ViewsFactory of the installed program. Loads the views library at the first call; the library stays loaded.
-/// Prints a warning and returns null when the library is missing or cannot be loaded.
+/// Finds the views library. Call this at the start of the program: when a later version replaces the library, this
+/// program still needs its own.
+void findViews();
+
+/// The ViewsFactory of the installed program. Loads the views library at the first call; the library stays loaded. When
+/// the library is missing or cannot be loaded, prints a warning, posts a notification and returns null.
 std::unique_ptr<Views> loadViews(StatusStore &store, SettingsStore &settings, NotifierStore &notifier,
                                  Platform &platform);
 

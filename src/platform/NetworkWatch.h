@@ -14,7 +14,8 @@ public:
     using QObject::QObject;
 
 Q_SIGNALS:
-    /// A default route, its interface, or an address of that interface appeared or changed. Not emitted when one is lost.
+    /// A default route, its interface, an address of that interface or a name server appeared or changed. Not emitted
+    /// when one is lost.
     /// May be emitted several times while a network comes up.
     void changed();
 };

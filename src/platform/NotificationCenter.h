@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFuture>
+#include <QObject>
 #include <QString>
 
 namespace kelvo {
@@ -19,13 +20,12 @@ struct LocalNotification
 };
 
 /// The system's notification service.
-class NotificationCenter
+class NotificationCenter : public QObject
 {
+    Q_OBJECT
+
 public:
-    NotificationCenter() = default;
-    NotificationCenter(const NotificationCenter &) = delete;
-    NotificationCenter &operator=(const NotificationCenter &) = delete;
-    virtual ~NotificationCenter() = default;
+    using QObject::QObject;
 
     /// Whether the system's notification service can be used by this process at all (on macOS: the process runs from a
     /// bundle with an identifier; on Linux: the session bus is connected). The other functions may be called only when
@@ -41,6 +41,10 @@ public:
 
     /// Posts the notification without a sound and returns at once. Errors are ignored.
     virtual void add(const LocalNotification &notification) = 0;
+
+Q_SIGNALS:
+    /// The user clicked a notification of this process.
+    void activated();
 };
 
 } // namespace kelvo

@@ -12,10 +12,14 @@ class SingleInstance : public QObject
 public:
     using QObject::QObject;
 
-    /// Makes this process the instance and returns true. If another instance is running, makes that one emit
-    /// `activationRequested` and returns false; this process should then exit. Returns true as well when the session
-    /// has no way to find other instances.
-    [[nodiscard]] virtual bool acquire() = 0;
+    enum class Outcome {
+        acquired,   ///< this process is the instance, or the session has no way to find other instances
+        handedOver, ///< another instance is running and emits `activationRequested`; this process should exit
+        noAnswer,   ///< another instance is running but does not answer; this process should exit
+    };
+
+    /// Makes this process the instance, or hands over to the one that is running. Waits a few seconds for its answer.
+    [[nodiscard]] virtual Outcome acquire() = 0;
 
 Q_SIGNALS:
     /// The application was started again, and the new process handed over to this one.

@@ -98,6 +98,7 @@ SettingsStore::SettingsStore(Preferences &defaults, LoginItem &loginItem)
     , telegramChatID_(defaults.text(key::telegramChatID).value_or(QString{}))
     , launchAtLogin_(loginItem.isEnabled())
 {
+    connect(&loginItem, &LoginItem::changed, this, &SettingsStore::followLoginItem);
 }
 
 std::vector<Service> SettingsStore::watchedServices() const
@@ -265,9 +266,13 @@ void SettingsStore::applyLaunchAtLogin()
         return;
     }
     const bool applied = launchAtLogin_ ? loginItem_.registerItem() : loginItem_.unregisterItem();
-    if (applied) {
-        return;
+    if (!applied) {
+        followLoginItem();
     }
+}
+
+void SettingsStore::followLoginItem()
+{
     const QScopedValueRollback guard(isApplyingLaunchAtLogin_, true);
     setLaunchAtLogin(loginItem_.isEnabled());
 }

@@ -106,6 +106,8 @@ private:
     void writeBoolean(bool &field, bool value, QLatin1StringView key, Notifier notifier);
     void writeText(QString &field, const QString &value, QLatin1StringView key, Notifier notifier);
     void applyLaunchAtLogin();
+    /// Sets `launchAtLogin` to the state in the system.
+    void followLoginItem();
 
     Preferences &defaults_;
     LoginItem &loginItem_;

@@ -10,8 +10,18 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
+QString KelvoProcess::program()
+{
+    return QStringLiteral(KELVO_PROGRAM);
+}
+
 KelvoProcess::KelvoProcess(SimulatedInternet &internet)
-    : ProxiedProcess(internet, QStringLiteral(KELVO_PROGRAM))
+    : KelvoProcess(internet, program())
+{
+}
+
+KelvoProcess::KelvoProcess(SimulatedInternet &internet, const QString &program)
+    : ProxiedProcess(internet, program)
 {
     setEnvironment(u"XDG_CONFIG_HOME"_s, configuration_.path());
 }

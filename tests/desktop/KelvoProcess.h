@@ -12,7 +12,12 @@ class KelvoProcess : public ProxiedProcess
 {
 public:
     explicit KelvoProcess(SimulatedInternet &internet);
+    /// Runs a copy of the program.
+    KelvoProcess(SimulatedInternet &internet, const QString &program);
     ~KelvoProcess();
+
+    /// The path of the program that was built.
+    static QString program();
 
     /// Writes the settings file. It takes effect at the next start.
     void writeSettings(const QByteArray &content);

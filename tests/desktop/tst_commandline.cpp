@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace kelvo {
 
-/// The command line of the real program, without a display or with the offscreen platform.
+/// The command line of the real program, without a display.
 class CommandLineTest : public QObject
 {
     Q_OBJECT
@@ -18,6 +18,9 @@ private Q_SLOTS:
     void answersInOneLineWithoutADisplay();
     void refusesAnythingElse_data();
     void refusesAnythingElse();
+    void acceptsTheOptionsOfQt_data();
+    void acceptsTheOptionsOfQt();
+    void aRestoredSessionDoesNotStartIt();
 
 private:
     struct Answer
@@ -27,7 +30,7 @@ private:
         int exitCode;
     };
 
-    static Answer run(const QStringList &arguments, bool hasDisplay)
+    static Answer run(const QStringList &arguments)
     {
         auto environment = QProcessEnvironment::systemEnvironment();
         environment.remove(u"DISPLAY"_s);
@@ -35,9 +38,6 @@ private:
         environment.remove(u"QT_QPA_PLATFORM"_s);
         const QTemporaryDir runtime; // Qt warns without one
         environment.insert(u"XDG_RUNTIME_DIR"_s, runtime.path());
-        if (hasDisplay) {
-            environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
-        }
         QProcess process;
         process.setProcessEnvironment(environment);
         process.start(QStringLiteral(KELVO_PROGRAM), arguments);
@@ -46,7 +46,7 @@ private:
                 process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1};
     }
 
-    static QString help() { return run({u"--help"_s}, false).output; }
+    static QString help() { return run({u"--help"_s}).output; }
 };
 
 void CommandLineTest::answersInOneLineWithoutADisplay_data()
@@ -61,7 +61,7 @@ void CommandLineTest::answersInOneLineWithoutADisplay()
 {
     QFETCH(QString, argument);
     QFETCH(QString, beginning);
-    const auto answer = run({argument}, false);
+    const auto answer = run({argument});
     QCOMPARE(answer.exitCode, 0);
     QVERIFY2(answer.output.startsWith(beginning), qPrintable(answer.output));
     QCOMPARE(answer.output.count(u'\n'), 1);
@@ -76,16 +76,46 @@ void CommandLineTest::refusesAnythingElse_data()
     QTest::newRow("a file") << QStringList{u"/etc/hostname"_s};
     QTest::newRow("the version and more") << QStringList{u"--version"_s, u"--help"_s};
     QTest::newRow("the empty argument") << QStringList{QString()};
+    QTest::newRow("an option of Qt without its value") << QStringList{u"-platform"_s};
+    QTest::newRow("an option that begins as one of Qt's") << QStringList{u"-displayed"_s, u":0"_s};
     QTest::newRow("more than Qt's option") << QStringList{u"-platform"_s, u"offscreen"_s, u"file"_s};
 }
 
 void CommandLineTest::refusesAnythingElse()
 {
     QFETCH(QStringList, arguments);
-    const auto answer = run(arguments, true);
+    const auto answer = run(arguments);
     QCOMPARE(answer.exitCode, 2);
     QVERIFY2(answer.output.isEmpty(), qPrintable(answer.output));
     QCOMPARE(answer.errors, help());
+}
+
+void CommandLineTest::acceptsTheOptionsOfQt_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("with a value") << QStringList{u"-style"_s, u"fusion"_s};
+    QTest::newRow("with two hyphens") << QStringList{u"--style"_s, u"fusion"_s};
+    QTest::newRow("with an equals sign") << QStringList{u"-style=fusion"_s};
+    QTest::newRow("without a value") << QStringList{u"-reverse"_s};
+    QTest::newRow("several") << QStringList{u"-reverse"_s, u"-display"_s, u":0"_s};
+}
+
+// The platform does not exist, so the program ends when Qt has read its options.
+void CommandLineTest::acceptsTheOptionsOfQt()
+{
+    QFETCH(QStringList, arguments);
+    const auto answer = run(arguments + QStringList{u"-platform"_s, u"nonexistent"_s});
+    QVERIFY2(answer.errors.contains(u"nonexistent"_s), qPrintable(answer.errors));
+    QVERIFY2(!answer.errors.contains(u"Usage"_s), qPrintable(answer.errors));
+}
+
+// Only the autostart entry starts the program at login.
+void CommandLineTest::aRestoredSessionDoesNotStartIt()
+{
+    const auto answer = run({u"-platform"_s, u"offscreen"_s, u"-session"_s, u"an-id_a-key"_s});
+    QCOMPARE(answer.exitCode, 0);
+    QCOMPARE(answer.errors, QString());
+    QCOMPARE(answer.output, QString());
 }
 
 } // namespace kelvo

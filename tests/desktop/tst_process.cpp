@@ -1,9 +1,12 @@
+#include "DesktopWindow.h"
 #include "KelvoProcess.h"
 #include "Screen.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
@@ -21,6 +24,8 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void aSecondStartHandsOverAndExits();
+    void itsWindowsOpenAfterAnUpgrade_data();
+    void itsWindowsOpenAfterAnUpgrade();
     void aSignalEndsItAtOnceAndCleanly_data();
     void aSignalEndsItAtOnceAndCleanly();
     void theSettingsFileIsReadAndNotChanged();
@@ -61,6 +66,45 @@ void ProcessTest::aSecondStartHandsOverAndExits()
     QVERIFY(kelvo_->isRunning());
     QCOMPARE(kelvo_->stop(), 0);
     QCOMPARE(kelvo_->output(), QByteArray());
+}
+
+void ProcessTest::itsWindowsOpenAfterAnUpgrade_data()
+{
+    QTest::addColumn<bool>("isReplaced");
+    QTest::newRow("the library is replaced") << true;
+    QTest::newRow("the library is removed") << false;
+}
+
+// A package manager replaces a file by renaming a new one over it. The new library belongs to another program.
+void ProcessTest::itsWindowsOpenAfterAnUpgrade()
+{
+    QFETCH(bool, isReplaced);
+    const QTemporaryDir installed;
+    const auto program = installed.filePath(u"bin/kelvo"_s);
+    const auto folderOf = [](const QString &path) {
+        return QFileInfo(path).absolutePath() + u"/"_s + QStringLiteral(KELVO_VIEWS_FOLDER);
+    };
+    const auto library = QDir::cleanPath(folderOf(program)) + u"/kelvo-views.so"_s;
+    QVERIFY(QDir().mkpath(QFileInfo(program).path()) && QDir().mkpath(QFileInfo(library).path()));
+    QVERIFY(QFile::copy(KelvoProcess::program(), program));
+    QVERIFY(QFile::copy(folderOf(KelvoProcess::program()) + u"/kelvo-views.so"_s, library));
+
+    KelvoProcess first(*internet_, program);
+    first.writeSettings("[General]\nhasOnboarded=true\n");
+    first.start();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    QVERIFY(QFile::remove(library));
+    if (isReplaced) {
+        QFile other(library);
+        QVERIFY(other.open(QIODevice::WriteOnly) && other.write("not this program's library") > 0);
+    }
+    QVERIFY(!DesktopWindow::titled(u"Kelvo"_s));
+    KelvoProcess second(*internet_);
+    second.start();
+    QCOMPARE(second.waitForEnd(), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(DesktopWindow::titled(u"Kelvo"_s), 20'000);
+    QCOMPARE(first.stop(), 0);
+    QCOMPARE(first.output(), QByteArray());
 }
 
 void ProcessTest::aSignalEndsItAtOnceAndCleanly_data()

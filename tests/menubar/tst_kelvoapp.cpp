@@ -60,6 +60,9 @@ struct Program
         item = fakeItem.get();
         platform.appearance = std::make_unique<FakeAppearance>();
         platform.statusItem = std::move(fakeItem);
+        auto fakeCenter = std::make_unique<FakeNotificationCenter>();
+        center = fakeCenter.get();
+        platform.notificationCenter = std::move(fakeCenter);
         app = std::make_unique<KelvoApp>(stores.store, stores.settings, stores.notifier, platform, makeViews);
     }
 
@@ -78,6 +81,7 @@ struct Program
     Stores stores{{ServiceID::claude}};
     Platform platform;
     FakeStatusItem *item = nullptr;
+    FakeNotificationCenter *center = nullptr;
     std::unique_ptr<KelvoApp> app;
 };
 
@@ -153,12 +157,13 @@ private Q_SLOTS:
         QCOMPARE(quit.size(), 1);
     }
 
-    void aMissingLibraryGivesNoViewsAndAWarning()
+    void aMissingLibraryGivesNoViewsAndIsReported()
     {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^The windows cannot be opened: .*kelvo-views"_s));
         Program program(&loadViews);
         program.item->click();
         QVERIFY(program.item->isShown);
+        QCOMPARE(program.center->titles(), QStringList{u"Kelvo cannot open its windows"_s});
     }
 
     void theRingIsDrawnAgainOnlyWhenItChanges()

@@ -551,6 +551,17 @@ Figure resolverComesLast(World &world, const Limit &limit)
     return untilRing(world, RingState::available, limit);
 }
 
+Figure resolverComesMuchLater(World &world, const Limit &limit)
+{
+    openTheWorld(world);
+    world.servers.tellResolver(false);
+    failFirst(world);
+    world.network.join(Wifi::Home);
+    Laptop::pass(6s);
+    world.servers.tellResolver(true);
+    return untilRing(world, RingState::available, limit);
+}
+
 Figure networkComesAfterWaking(World &world, const Limit &limit)
 {
     joinAtHome(world);
@@ -781,6 +792,8 @@ const std::vector<Situation> &situations()
          "The ring is right after it is", {5, Unit::seconds}, startedBeforeTheNetwork},
         {"resolver-comes-last", "Started before the network is there; the name server is known 1 s after the address",
          "The ring is right after it is", {5, Unit::seconds}, resolverComesLast},
+        {"resolver-comes-much-later", "The same; the name server is known 6 s after the address",
+         "The ring is right after it is", {5, Unit::seconds}, resolverComesMuchLater},
         {"network-comes-after-waking", "The network comes 10 s after waking",
          "The ring is right after it is there", {5, Unit::seconds}, networkComesAfterWaking},
         {"address-is-lost", "The address is lost for 5 s",

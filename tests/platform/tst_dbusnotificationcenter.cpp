@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QPixmap>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -20,6 +21,7 @@ namespace {
 
 const QStringList plain{u"body"_s};
 const QStringList markup{u"body"_s, u"body-markup"_s};
+const QStringList clickable{u"actions"_s, u"body"_s};
 const LocalNotification claude{u"1"_s, u"Claude is back"_s, u"You can continue working."_s};
 const LocalNotification odd{u"2"_s, u"<A> & B"_s, u"a < b & c > \"d\""_s};
 
@@ -51,6 +53,10 @@ private Q_SLOTS:
     void namesNoIconWhenNoneIsAvailable();
     void escapesTheBodyForAServerThatReadsMarkup();
     void sendsThePlainBodyToAServerThatReadsNoMarkup();
+    void offersTheDefaultActionToAServerThatReadsActions();
+    void aClickActivatesTheProgramWithItsToken();
+    void otherClicksDoNotActivateTheProgram();
+    void aSilentServerIsNotWaitedFor();
     void asksAServerOnceForItsCapabilities();
     void asksTheServerThatReplacesAnother();
     void usesAServerThatStartsLater();
@@ -210,6 +216,74 @@ void DBusNotificationCenterTest::sendsThePlainBodyToAServerThatReadsNoMarkup()
     center->add(odd);
     QTRY_COMPARE(server.notifications().size(), 1);
     QCOMPARE(server.notifications().first().body, odd.body);
+}
+
+void DBusNotificationCenterTest::offersTheDefaultActionToAServerThatReadsActions()
+{
+    daemon_->start();
+    const FakeNotificationServer server(*daemon_, clickable);
+    const auto center = this->center();
+    center->add(claude);
+    QTRY_COMPARE(server.notifications().size(), 1);
+    QCOMPARE(server.notifications().first().actions, (QStringList{u"default"_s, u"Open Kelvo"_s}));
+}
+
+void DBusNotificationCenterTest::aClickActivatesTheProgramWithItsToken()
+{
+    daemon_->start();
+    FakeNotificationServer server(*daemon_, clickable);
+    const auto center = this->center();
+    QByteArray token;
+    connect(center.get(), &NotificationCenter::activated, this, [&token] { token = qgetenv("XDG_ACTIVATION_TOKEN"); });
+    QSignalSpy activated(center.get(), &NotificationCenter::activated);
+    center->add(claude);
+    center->add(odd);
+    QTRY_COMPARE(server.notifications().size(), 2);
+    // The answer to Notify arrives after the call, so the click is repeated until it is understood.
+    QTRY_VERIFY((server.click(2, u"token-of-the-click"_s), !activated.isEmpty()));
+    QCOMPARE(token, "token-of-the-click"_ba);
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
+void DBusNotificationCenterTest::otherClicksDoNotActivateTheProgram()
+{
+    daemon_->start();
+    FakeNotificationServer server(*daemon_, clickable);
+    const auto center = this->center();
+    QByteArrayList tokens;
+    connect(center.get(), &NotificationCenter::activated, this,
+            [&tokens] { tokens << qgetenv("XDG_ACTIVATION_TOKEN"); });
+    center->add(claude);
+    center->add(odd);
+    QTRY_COMPARE(server.notifications().size(), 2);
+    QTRY_VERIFY((server.click(1, u"first"_s), tokens.contains("first")));
+    QTRY_VERIFY((server.click(2, u"second"_s), tokens.contains("second")));
+    server.click(1, u"third"_s);
+    QTRY_VERIFY(tokens.contains("third"));
+    tokens.clear();
+
+    server.click(77, u"of another program"_s);
+    server.click(2, u"third"_s, u"another action"_s);
+    server.close(2);
+    server.click(2, u"of a closed notification"_s);
+    Q_EMIT server.ActionInvoked(1, u"default"_s);
+    // Signals arrive in the order in which they were sent, so this is the only one that counts.
+    QTRY_VERIFY(!tokens.isEmpty());
+    QCOMPARE(tokens, QByteArrayList{"third"});
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
+void DBusNotificationCenterTest::aSilentServerIsNotWaitedFor()
+{
+    QVERIFY(DBusNotificationCenter::answerTimeout <= std::chrono::seconds(2));
+    daemon_->start();
+    FakeNotificationServer server(*daemon_, markup);
+    server.fallSilent();
+    DBusNotificationCenter center(std::make_shared<BusConnection>(daemon_->address()), std::chrono::milliseconds(50));
+    center.add(odd);
+    QTRY_COMPARE(server.notifications().size(), 1);
+    QCOMPARE(server.notifications().first().body, odd.body);
+    QCOMPARE(server.notifications().first().actions, QStringList());
 }
 
 void DBusNotificationCenterTest::asksAServerOnceForItsCapabilities()

@@ -1,19 +1,34 @@
 #include "platform/linux/DBusSingleInstance.h"
 #include "support/PrivateBus.h"
 
+#include <QCoreApplication>
 #include <QDBusConnectionInterface>
+#include <QDBusContext>
 #include <QDBusPendingReply>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
-#include <QThread>
-
-#include <optional>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace kelvo {
 
 namespace {
+
+using Outcome = SingleInstance::Outcome;
+
+const auto childFlag = u"--child"_s;
+
+/// An owner of the name that never answers, as a process that hangs.
+class HangingInstance : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public Q_SLOTS:
+    Q_SCRIPTABLE void Activate(const QVariantMap &) { setDelayedReply(true); }
+};
 
 QDBusMessage applicationCall(const QString &method)
 {
@@ -34,7 +49,11 @@ private Q_SLOTS:
     void handsOverToTheRunningInstance();
     void implementsTheApplicationInterface();
     void releasesTheNameForTheNextStart();
-    void exitsWhenTheOwnerAnswersWithAnError();
+    void passesTheActivationTokenOn_data();
+    void passesTheActivationTokenOn();
+    void reportsAnInstanceThatDoesNotAnswer();
+    void reportsAnOwnerThatAnswersWithAnError();
+    void runsWhenTheBusRefusesTheName();
     void runsWithoutABus();
     void claimsTheNameOnABusThatStartsLater();
     void claimsTheNameAgainOnARestartedBus();
@@ -44,7 +63,7 @@ private:
     {
         return std::make_unique<DBusSingleInstance>(std::make_shared<BusConnection>(daemon_->address()));
     }
-    std::optional<bool> startAnother() const;
+    int startAnother(const QStringList &variables = {}) const;
 
     std::unique_ptr<PrivateBus> daemon_;
 };
@@ -59,21 +78,26 @@ void DBusSingleInstanceTest::cleanup()
     daemon_.reset();
 }
 
-// The second instance blocks until the first one answers, so it runs in another thread here.
-std::optional<bool> DBusSingleInstanceTest::startAnother() const
+// The second instance blocks until the first one answers, and reads the environment that it was started with, so it is a
+// process of its own. Returns its outcome, or -1 when it does not end.
+int DBusSingleInstanceTest::startAnother(const QStringList &variables) const
 {
-    std::optional<bool> acquired;
-    const std::unique_ptr<QThread> thread(QThread::create([&] { acquired = instance()->acquire(); }));
-    thread->start();
-    const bool ended = QTest::qWaitFor([&] { return thread->isFinished(); });
-    thread->wait();
-    return ended ? acquired : std::nullopt;
+    QProcess child;
+    child.setProcessChannelMode(QProcess::ForwardedChannels);
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (const auto &variable : variables) {
+        environment.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
+    }
+    child.setProcessEnvironment(environment);
+    child.start(QCoreApplication::applicationFilePath(), {childFlag, daemon_->address()});
+    const bool ended = QTest::qWaitFor([&] { return child.state() == QProcess::NotRunning; });
+    return ended && child.exitStatus() == QProcess::NormalExit ? child.exitCode() : -1;
 }
 
 void DBusSingleInstanceTest::isTheInstanceWhenThereIsNoOther()
 {
     daemon_->start();
-    QVERIFY(instance()->acquire());
+    QCOMPARE(instance()->acquire(), Outcome::acquired);
 }
 
 void DBusSingleInstanceTest::handsOverToTheRunningInstance()
@@ -81,10 +105,10 @@ void DBusSingleInstanceTest::handsOverToTheRunningInstance()
     daemon_->start();
     const auto first = instance();
     const QSignalSpy activated(first.get(), &SingleInstance::activationRequested);
-    QVERIFY(first->acquire());
-    QCOMPARE(startAnother(), std::optional(false));
+    QCOMPARE(first->acquire(), Outcome::acquired);
+    QCOMPARE(startAnother(), int(Outcome::handedOver));
     QCOMPARE(activated.count(), 1);
-    QCOMPARE(startAnother(), std::optional(false));
+    QCOMPARE(startAnother(), int(Outcome::handedOver));
     QCOMPARE(activated.count(), 2);
 }
 
@@ -93,7 +117,7 @@ void DBusSingleInstanceTest::implementsTheApplicationInterface()
     daemon_->start();
     const auto first = instance();
     const QSignalSpy activated(first.get(), &SingleInstance::activationRequested);
-    QVERIFY(first->acquire());
+    QCOMPARE(first->acquire(), Outcome::acquired);
 
     auto open = applicationCall(u"Open"_s);
     open << QStringList{u"file:///"_s} << QVariantMap();
@@ -113,34 +137,77 @@ void DBusSingleInstanceTest::releasesTheNameForTheNextStart()
 {
     daemon_->start();
     auto first = instance();
-    QVERIFY(first->acquire());
+    QCOMPARE(first->acquire(), Outcome::acquired);
     first.reset();
-    QVERIFY(instance()->acquire());
+    QCOMPARE(instance()->acquire(), Outcome::acquired);
 }
 
-void DBusSingleInstanceTest::exitsWhenTheOwnerAnswersWithAnError()
+void DBusSingleInstanceTest::passesTheActivationTokenOn_data()
+{
+    QTest::addColumn<QStringList>("variables");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::newRow("Wayland") << QStringList{u"XDG_ACTIVATION_TOKEN=a token"_s} << "a token"_ba;
+    QTest::newRow("X11") << QStringList{u"DESKTOP_STARTUP_ID=an id_TIME42"_s} << "an id_TIME42"_ba;
+    QTest::newRow("both") << QStringList{u"DESKTOP_STARTUP_ID=an id"_s, u"XDG_ACTIVATION_TOKEN=a=b"_s} << "a=b"_ba;
+    QTest::newRow("neither") << QStringList() << QByteArray();
+}
+
+void DBusSingleInstanceTest::passesTheActivationTokenOn()
+{
+    QFETCH(QStringList, variables);
+    QFETCH(QByteArray, expected);
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+    qunsetenv("DESKTOP_STARTUP_ID");
+    daemon_->start();
+    const auto first = instance();
+    QByteArray token = "not activated";
+    connect(first.get(), &SingleInstance::activationRequested, this,
+            [&token] { token = qgetenv("XDG_ACTIVATION_TOKEN"); });
+    QCOMPARE(first->acquire(), Outcome::acquired);
+    QCOMPARE(startAnother(variables), int(Outcome::handedOver));
+    QCOMPARE(token, expected);
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
+void DBusSingleInstanceTest::reportsAnInstanceThatDoesNotAnswer()
+{
+    daemon_->start();
+    HangingInstance hanging;
+    const BusService owner(*daemon_, u"app.kelvo.Kelvo"_s, u"/app/kelvo/Kelvo"_s, &hanging,
+                           QDBusConnection::ExportScriptableSlots);
+    QCOMPARE(startAnother(), int(Outcome::noAnswer));
+}
+
+void DBusSingleInstanceTest::reportsAnOwnerThatAnswersWithAnError()
 {
     daemon_->start();
     // This owner has the name but not the object.
     const BusService owner(*daemon_, u"app.kelvo.Kelvo"_s, u"/elsewhere"_s, this,
                            QDBusConnection::ExportScriptableSlots);
-    QCOMPARE(startAnother(), std::optional(false));
+    QCOMPARE(startAnother(), int(Outcome::noAnswer));
+}
+
+void DBusSingleInstanceTest::runsWhenTheBusRefusesTheName()
+{
+    daemon_->refuse(u"app.kelvo.Kelvo"_s);
+    daemon_->start();
+    QCOMPARE(startAnother(), int(Outcome::acquired));
 }
 
 void DBusSingleInstanceTest::runsWithoutABus()
 {
-    QVERIFY(instance()->acquire());
+    QCOMPARE(instance()->acquire(), Outcome::acquired);
 }
 
 void DBusSingleInstanceTest::claimsTheNameOnABusThatStartsLater()
 {
     const auto first = instance();
     const QSignalSpy activated(first.get(), &SingleInstance::activationRequested);
-    QVERIFY(first->acquire());
+    QCOMPARE(first->acquire(), Outcome::acquired);
     daemon_->start();
     const auto desktop = daemon_->connect();
     QTRY_VERIFY(desktop.interface()->isServiceRegistered(u"app.kelvo.Kelvo"_s).value());
-    QCOMPARE(startAnother(), std::optional(false));
+    QCOMPARE(startAnother(), int(Outcome::handedOver));
     QCOMPARE(activated.count(), 1);
 }
 
@@ -149,16 +216,26 @@ void DBusSingleInstanceTest::claimsTheNameAgainOnARestartedBus()
     daemon_->start();
     const auto first = instance();
     const QSignalSpy activated(first.get(), &SingleInstance::activationRequested);
-    QVERIFY(first->acquire());
+    QCOMPARE(first->acquire(), Outcome::acquired);
     daemon_->kill();
     daemon_->start();
     const auto desktop = daemon_->connect();
     QTRY_VERIFY(desktop.interface()->isServiceRegistered(u"app.kelvo.Kelvo"_s).value());
-    QCOMPARE(startAnother(), std::optional(false));
+    QCOMPARE(startAnother(), int(Outcome::handedOver));
     QCOMPARE(activated.count(), 1);
 }
 
 } // namespace kelvo
 
-QTEST_GUILESS_MAIN(kelvo::DBusSingleInstanceTest)
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    const auto arguments = QCoreApplication::arguments();
+    if (arguments.size() == 3 && arguments.at(1) == kelvo::childFlag) {
+        kelvo::DBusSingleInstance instance(std::make_shared<kelvo::BusConnection>(arguments.at(2)), 200ms);
+        return int(instance.acquire());
+    }
+    kelvo::DBusSingleInstanceTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_dbussingleinstance.moc"

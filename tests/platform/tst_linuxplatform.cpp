@@ -36,7 +36,7 @@ void LinuxPlatformTest::isCompleteAndPrintsNothingWithoutABus()
     const PrivateBus absent;
     qputenv("DBUS_SESSION_BUS_ADDRESS", absent.address().toUtf8());
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", absent.address().toUtf8());
-    QVERIFY(makeSingleInstance()->acquire());
+    QCOMPARE(makeSingleInstance()->acquire(), SingleInstance::Outcome::acquired);
     const auto platform = makePlatform();
     QVERIFY(platform.clock && platform.sleepWake && platform.networkWatch && platform.loginItem
             && platform.preferences);
@@ -53,7 +53,7 @@ void LinuxPlatformTest::usesOneConnectionToEachBus()
     qputenv("DBUS_SESSION_BUS_ADDRESS", session.address().toUtf8());
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", system.address().toUtf8());
     const auto instance = makeSingleInstance();
-    QVERIFY(instance->acquire());
+    QCOMPARE(instance->acquire(), SingleInstance::Outcome::acquired);
     const auto platform = makePlatform();
     QVERIFY(platform.notificationCenter->canServeThisProcess());
 

@@ -4,7 +4,9 @@
 #include <QDir>
 #include <QNetworkInterface>
 #include <QProcess>
+#include <QSaveFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <cstdio>
@@ -43,6 +45,12 @@ bool runs(const QString &interface)
     return QNetworkInterface::interfaceFromName(interface).flags().testFlag(QNetworkInterface::IsRunning);
 }
 
+bool replaceFile(const QString &path, const QByteArray &content)
+{
+    QSaveFile file(path);
+    return file.open(QFile::WriteOnly) && file.write(content) == content.size() && file.commit();
+}
+
 qsizetype openDescriptors()
 {
     return QDir(u"/proc/self/fd"_s).entryList(QDir::Files | QDir::System).size();
@@ -67,6 +75,8 @@ private Q_SLOTS:
     void aCableThatIsPluggedInAgainIsReported();
     void anInterfaceWithoutADefaultRouteIsNotReported();
     void theInitialNetworkIsNotReported();
+    void aNameServerThatIsKnownLaterIsReported();
+    void nameServersWithoutANetworkAreNotReported();
     void leavesNoDescriptorBehind();
 
 private:
@@ -220,13 +230,44 @@ void RtnetlinkNetworkWatchTest::theInitialNetworkIsNotReported()
     QCOMPARE(changed.count(), 0);
 }
 
+void RtnetlinkNetworkWatchTest::aNameServerThatIsKnownLaterIsReported()
+{
+    QVERIFY(bringUp());
+    QTemporaryDir etc;
+    const auto resolver = etc.filePath(u"resolv.conf"_s);
+    RtnetlinkNetworkWatch watch(resolver);
+    const QSignalSpy changed(&watch, &NetworkWatch::changed);
+    QVERIFY(replaceFile(resolver, "# none yet\nsearch example.org\n"));
+    QVERIFY(replaceFile(resolver, "search example.org\nnameserver 192.0.2.53\n"));
+    QTRY_COMPARE(changed.count(), 1);
+    QVERIFY(replaceFile(resolver, "nameserver 192.0.2.53\noptions edns0\n")); // the same server
+    QVERIFY(replaceFile(resolver, ""));                                       // lost
+    QTest::qWait(0);
+    QVERIFY(replaceFile(resolver, "nameserver 2001:db8::53\nnameserver 192.0.2.54\n"));
+    QTRY_COMPARE(changed.count(), 2);
+    std::ofstream(QFile::encodeName(resolver).toStdString()) << "nameserver 192.0.2.55\n"; // written in place
+    QTRY_COMPARE(changed.count(), 3);
+}
+
+void RtnetlinkNetworkWatchTest::nameServersWithoutANetworkAreNotReported()
+{
+    QTemporaryDir etc;
+    const auto resolver = etc.filePath(u"resolv.conf"_s);
+    RtnetlinkNetworkWatch watch(resolver);
+    const QSignalSpy changed(&watch, &NetworkWatch::changed);
+    QVERIFY(replaceFile(resolver, "nameserver 192.0.2.53\n"));
+    QVERIFY(bringUp()); // reported, and shows that the events of the file were processed
+    QTRY_VERIFY(changed.count() > 0);
+    QCOMPARE(changed.count(), 1);
+}
+
 void RtnetlinkNetworkWatchTest::leavesNoDescriptorBehind()
 {
     const auto before = openDescriptors();
     {
         const RtnetlinkNetworkWatch watch;
         QVERIFY(ip(u"link set lan0 up"_s));
-        QCOMPARE(openDescriptors(), before + 1);
+        QCOMPARE(openDescriptors(), before + 2);
     }
     QCOMPARE(openDescriptors(), before);
 }

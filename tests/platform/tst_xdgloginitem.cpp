@@ -14,7 +14,6 @@ namespace kelvo {
 namespace {
 
 const QString childFlag = u"--child"_s;
-const QString program = u"/opt/kelvo/bin/kelvo"_s;
 
 QByteArray contents(const QString &path)
 {
@@ -27,6 +26,11 @@ bool place(const QString &path, const QByteArray &bytes)
     QFile file(path);
     return QDir().mkpath(QFileInfo(path).absolutePath()) && file.open(QIODevice::WriteOnly)
         && file.write(bytes) == bytes.size();
+}
+
+bool placeProgram(const QString &path)
+{
+    return place(path, "#!/bin/sh\n") && QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner);
 }
 
 QByteArray valueOf(const QByteArray &entry, const QByteArray &key)
@@ -94,8 +98,14 @@ private:
     QString userFile_;
     QString systemFile_;
     QString lastSystemFile_;
+    QString program_;
 
-    XdgLoginItem item() const { return XdgLoginItem(program, configDirs_); }
+    XdgLoginItem item() const { return XdgLoginItem(program_, configDirs_); }
+    /// An entry that starts the program.
+    QByteArray starting() const
+    {
+        return "[Desktop Entry]\nType=Application\nExec=" + QFile::encodeName(program_) + '\n';
+    }
     QStringList autostartEntries() const
     {
         const QDir autostart(configDirs_.at(0) + u"/autostart"_s);
@@ -114,6 +124,8 @@ private Q_SLOTS:
         userFile_ = configDirs_.at(0) + name;
         systemFile_ = configDirs_.at(1) + name;
         lastSystemFile_ = configDirs_.at(2) + name;
+        program_ = root_->filePath(u"opt/kelvo"_s);
+        QVERIFY(placeProgram(program_));
     }
 
     // MARK: reading
@@ -125,20 +137,30 @@ private Q_SLOTS:
         const auto row = [](const char *name, const char *bytes, bool expected) {
             QTest::newRow(name) << QByteArray(bytes) << expected;
         };
-        row("plain", "[Desktop Entry]\nType=Application\nExec=kelvo\n", true);
-        row("not hidden", "[Desktop Entry]\nType=Application\nHidden=false\n", true);
-        row("hidden", "[Desktop Entry]\nType=Application\nHidden=true\n", false);
-        row("on in GNOME", "[Desktop Entry]\nType=Application\nX-GNOME-Autostart-enabled=true\n", true);
-        row("off in GNOME", "[Desktop Entry]\nType=Application\nX-GNOME-Autostart-enabled=false\n", false);
-        row("blanks around the equals sign", "[Desktop Entry]\nType = Application\nHidden = true \n", false);
-        row("carriage returns", "[Desktop Entry]\r\nType=Application\r\n", true);
-        row("commented out", "[Desktop Entry]\nType=Application\n#Hidden=true\n", true);
-        row("hidden in another group", "[Desktop Entry]\nType=Application\n[Desktop Action x]\nHidden=true\n", true);
-        row("another type", "[Desktop Entry]\nType=Link\n", false);
-        row("no type", "[Desktop Entry]\nExec=kelvo\n", false);
-        row("no group", "Type=Application\n", false);
+        row("plain", "[Desktop Entry]\nType=Application\nExec=@\n", true);
+        row("not hidden", "[Desktop Entry]\nType=Application\nExec=@\nHidden=false\n", true);
+        row("hidden", "[Desktop Entry]\nType=Application\nExec=@\nHidden=true\n", false);
+        row("on in GNOME", "[Desktop Entry]\nType=Application\nExec=@\nX-GNOME-Autostart-enabled=true\n", true);
+        row("off in GNOME", "[Desktop Entry]\nType=Application\nExec=@\nX-GNOME-Autostart-enabled=false\n", false);
+        row("blanks around the equals sign", "[Desktop Entry]\nType = Application\nExec = @\nHidden = true \n", false);
+        row("carriage returns", "[Desktop Entry]\r\nType=Application\r\nExec=@\r\n", true);
+        row("commented out", "[Desktop Entry]\nType=Application\nExec=@\n#Hidden=true\n", true);
+        row("hidden in another group", "[Desktop Entry]\nType=Application\nExec=@\n[Desktop Action x]\nHidden=true\n",
+            true);
+        row("another type", "[Desktop Entry]\nType=Link\nExec=@\n", false);
+        row("no type", "[Desktop Entry]\nExec=@\n", false);
+        row("no group", "Type=Application\nExec=@\n", false);
         row("empty", "", false);
         row("garbage", "\xff\xfe=[\n]]==\n", false);
+        row("quoted", "[Desktop Entry]\nType=Application\nExec=\"@\"\n", true);
+        row("with arguments", "[Desktop Entry]\nType=Application\nExec=@ -style fusion\n", true);
+        row("a program in the path", "[Desktop Entry]\nType=Application\nExec=sh\n", true);
+        row("a program not in the path", "[Desktop Entry]\nType=Application\nExec=kelvo-that-is-not-here\n", false);
+        row("a program that has moved", "[Desktop Entry]\nType=Application\nExec=\"@-moved\"\n", false);
+        row("a file that is no program", "[Desktop Entry]\nType=Application\nExec=/etc/hostname\n", false);
+        row("a directory", "[Desktop Entry]\nType=Application\nExec=/usr/bin\n", false);
+        row("no program", "[Desktop Entry]\nType=Application\n", false);
+        row("an open quote and an escape at the end", "[Desktop Entry]\nType=Application\nExec=\"@\\\n", false);
     }
 
     void readsWhetherAFileStartsTheProgram()
@@ -146,6 +168,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, bytes);
         QFETCH(bool, expected);
         QVERIFY(!item().isEnabled());
+        bytes.replace('@', QFile::encodeName(program_));
         QVERIFY(place(userFile_, bytes));
         QCOMPARE(item().isEnabled(), expected);
     }
@@ -154,7 +177,7 @@ private Q_SLOTS:
     {
         const XdgLoginItem one = item();
         QVERIFY(!one.isEnabled());
-        QVERIFY(place(userFile_, "[Desktop Entry]\nType=Application\n"));
+        QVERIFY(place(userFile_, starting()));
         QVERIFY(one.isEnabled());
         QVERIFY(QFile::remove(userFile_));
         QVERIFY(!one.isEnabled());
@@ -162,11 +185,11 @@ private Q_SLOTS:
 
     void theUsersFileOverridesTheSystems()
     {
-        QVERIFY(place(lastSystemFile_, "[Desktop Entry]\nType=Application\n"));
+        QVERIFY(place(lastSystemFile_, starting()));
         QVERIFY(item().isEnabled());
         QVERIFY(place(systemFile_, "[Desktop Entry]\nType=Application\nHidden=true\n"));
         QVERIFY(!item().isEnabled());
-        QVERIFY(place(userFile_, "[Desktop Entry]\nType=Application\n"));
+        QVERIFY(place(userFile_, starting()));
         QVERIFY(item().isEnabled());
         QVERIFY(place(userFile_, "[Desktop Entry]\nType=Application\nHidden=true\n"));
         QVERIFY(QFile::remove(systemFile_));
@@ -185,7 +208,7 @@ private Q_SLOTS:
         QCOMPARE(valueOf(entry, "Name"), "Kelvo"_ba);
         QVERIFY(!valueOf(entry, "Comment").isEmpty());
         QCOMPARE(valueOf(entry, "Icon"), "app.kelvo.Kelvo"_ba);
-        QCOMPARE(programOf(valueOf(entry, "Exec")), program);
+        QCOMPARE(programOf(valueOf(entry, "Exec")), program_);
         QCOMPARE(autostartEntries(), QStringList{u"app.kelvo.Kelvo.desktop"_s});
         const auto all = QFile::ReadOther | QFile::ReadGroup | QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser
             | QFile::WriteUser;
@@ -212,6 +235,8 @@ private Q_SLOTS:
     void everyPathIsQuotedCorrectly()
     {
         QFETCH(QString, path);
+        path.prepend(root_->path());
+        QVERIFY(placeProgram(path));
         XdgLoginItem odd(path, configDirs_);
         QVERIFY(odd.registerItem());
         QCOMPARE(programOf(valueOf(contents(userFile_), "Exec")), path);
@@ -242,21 +267,35 @@ private Q_SLOTS:
         QVERIFY(place(userFile_, bytes));
         QVERIFY(item().registerItem());
         QVERIFY(item().isEnabled());
-        QCOMPARE(programOf(valueOf(contents(userFile_), "Exec")), program);
+        QCOMPARE(programOf(valueOf(contents(userFile_), "Exec")), program_);
     }
 
     void aSymbolicLinkIsReplacedNotFollowed()
     {
         const QString target = root_->filePath(u"share/app.kelvo.Kelvo.desktop"_s);
-        const QByteArray bytes = "[Desktop Entry]\nType=Application\nExec=other\n";
+        const QByteArray bytes = "[Desktop Entry]\nType=Application\nExec=sh\n";
         QVERIFY(place(target, bytes));
         QVERIFY(QDir().mkpath(configDirs_.at(0) + u"/autostart"_s));
         QVERIFY(QFile::link(target, userFile_));
         QVERIFY(item().isEnabled());
         QVERIFY(item().registerItem());
         QVERIFY(!QFileInfo(userFile_).isSymLink());
-        QCOMPARE(programOf(valueOf(contents(userFile_), "Exec")), program);
+        QCOMPARE(programOf(valueOf(contents(userFile_), "Exec")), program_);
         QCOMPARE(contents(target), bytes);
+    }
+
+    void registeringAgainRepairsAnEntryWhoseProgramHasMoved()
+    {
+        QVERIFY(item().registerItem());
+        QVERIFY(item().isEnabled());
+        QVERIFY(QFile::remove(program_));
+        QVERIFY(!item().isEnabled());
+        program_ = root_->filePath(u"elsewhere/kelvo"_s);
+        QVERIFY(placeProgram(program_));
+        QVERIFY(!item().isEnabled());
+        QVERIFY(item().registerItem());
+        QVERIFY(item().isEnabled());
+        QCOMPARE(programOf(valueOf(contents(userFile_), "Exec")), program_);
     }
 
     // MARK: removing
@@ -277,7 +316,7 @@ private Q_SLOTS:
 
     void overridesASystemsFileWithAHiddenEntry()
     {
-        const QByteArray bytes = "[Desktop Entry]\nType=Application\nExec=kelvo\n";
+        const QByteArray bytes = starting();
         QVERIFY(place(lastSystemFile_, bytes));
         for (const bool hasOwn : {false, true}) {
             if (hasOwn)
@@ -299,7 +338,7 @@ private Q_SLOTS:
         QVERIFY(!item().isEnabled());
         QCOMPARE(autostartEntries(), QStringList{u"app.kelvo.Kelvo.desktop"_s});
 
-        QVERIFY(place(systemFile_, "[Desktop Entry]\nType=Application\n"));
+        QVERIFY(place(systemFile_, starting()));
         QVERIFY(!item().unregisterItem());
         QVERIFY(item().isEnabled());
         QVERIFY(QFileInfo(userFile_ + u"/full"_s).isDir());
@@ -316,7 +355,7 @@ private Q_SLOTS:
     void aReadOnlyDirectoryIsAFailure()
     {
         // /proc cannot be written, not even by root.
-        XdgLoginItem there(program, {u"/proc/self"_s});
+        XdgLoginItem there(program_, {u"/proc/self"_s});
         QVERIFY(!there.registerItem());
         QVERIFY(!there.isEnabled());
         QVERIFY(there.unregisterItem());
@@ -349,7 +388,7 @@ private Q_SLOTS:
             return child.waitForFinished() && child.exitStatus() == QProcess::NormalExit ? child.exitCode() : -1;
         };
         QCOMPARE(run(u"isEnabled"_s), 1);
-        QVERIFY(place(lastSystemFile_, "[Desktop Entry]\nType=Application\n"));
+        QVERIFY(place(lastSystemFile_, starting()));
         QCOMPARE(run(u"isEnabled"_s), 0);
         QCOMPARE(run(u"register"_s), 0);
         QCOMPARE(programOf(valueOf(contents(userFile_), "Exec")), expected);

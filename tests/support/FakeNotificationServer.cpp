@@ -7,13 +7,28 @@ namespace kelvo {
 FakeNotificationServer::FakeNotificationServer(const PrivateBus &bus, const QStringList &capabilities)
     : capabilities_(capabilities)
     , service_(bus, u"org.freedesktop.Notifications"_s, u"/org/freedesktop/Notifications"_s, this,
-               QDBusConnection::ExportScriptableSlots)
+               QDBusConnection::ExportScriptableContents)
 {
+}
+
+void FakeNotificationServer::click(uint id, const QString &token, const QString &action)
+{
+    Q_EMIT ActivationToken(id, token);
+    Q_EMIT ActionInvoked(id, action);
+}
+
+void FakeNotificationServer::close(uint id)
+{
+    constexpr uint closedByUser = 2;
+    Q_EMIT NotificationClosed(id, closedByUser);
 }
 
 QStringList FakeNotificationServer::GetCapabilities()
 {
     ++questions_;
+    if (isSilent_) {
+        setDelayedReply(true);
+    }
     return capabilities_;
 }
 

@@ -19,7 +19,7 @@ constexpr auto configuration = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DT
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
-    <allow own="*"/>
+    <allow own="*"/>%3
   </policy>
 </busconfig>
 )"_L1;
@@ -37,13 +37,23 @@ void write(const QString &path, const QString &text)
 PrivateBus::PrivateBus()
 {
     QDir(directory_.path()).mkdir(u"services"_s);
-    write(directory_.filePath(u"bus.conf"_s),
-          QString(configuration).arg(address(), directory_.filePath(u"services"_s)));
+    configure({});
 }
 
 PrivateBus::~PrivateBus()
 {
     kill();
+}
+
+void PrivateBus::refuse(const QString &name)
+{
+    configure(u"<deny own=\"%1\"/>"_s.arg(name));
+}
+
+void PrivateBus::configure(const QString &policy)
+{
+    write(directory_.filePath(u"bus.conf"_s),
+          QString(configuration).arg(address(), directory_.filePath(u"services"_s), policy));
 }
 
 void PrivateBus::start()

@@ -16,6 +16,9 @@ public:
     PrivateBus();
     ~PrivateBus();
 
+    /// Makes the bus refuse `name` to every client. Takes effect at the next start.
+    void refuse(const QString &name);
+
     void start();
     /// Kills the bus, as in a crash: its socket file is not removed.
     void kill();
@@ -27,6 +30,7 @@ public:
     void addActivatable(const QString &name, const QString &command);
 
 private:
+    void configure(const QString &policy);
     QString socketPath() const;
 
     QTemporaryDir directory_;

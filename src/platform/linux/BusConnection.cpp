@@ -107,9 +107,10 @@ void BusConnection::unsubscribe(const QString &sender, const QString &path, cons
 }
 
 void BusConnection::call(const QDBusMessage &message, QObject *context,
-                         std::function<void(const QDBusMessage &)> answered) const
+                         std::function<void(const QDBusMessage &)> answered, std::chrono::milliseconds timeout) const
 {
-    auto *watcher = new QDBusPendingCallWatcher(connection_.asyncCall(message), context);
+    const auto pending = connection_.asyncCall(message, static_cast<int>(timeout.count()));
+    auto *watcher = new QDBusPendingCallWatcher(pending, context);
     connect(watcher, &QDBusPendingCallWatcher::finished, context, [answered = std::move(answered), watcher] {
         watcher->deleteLater();
         answered(watcher->reply());

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QTimer>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -39,8 +40,12 @@ public:
     void unsubscribe(const QString &sender, const QString &path, const QString &interface, const QString &member,
                      QObject *receiver, const char *slot);
 
-    /// Sends a method call. Passes the reply or the error to `answered`, unless `context` is destroyed before.
-    void call(const QDBusMessage &message, QObject *context, std::function<void(const QDBusMessage &)> answered) const;
+    /// The time that D-Bus gives a peer to answer when the caller sets no limit.
+    static constexpr std::chrono::milliseconds defaultTimeout{-1};
+    /// Sends a method call. Passes the reply or the error to `answered`, unless `context` is destroyed before. A peer that
+    /// has not answered after `timeout` gives an error.
+    void call(const QDBusMessage &message, QObject *context, std::function<void(const QDBusMessage &)> answered,
+              std::chrono::milliseconds timeout = defaultTimeout) const;
 
 Q_SIGNALS:
     void connected();

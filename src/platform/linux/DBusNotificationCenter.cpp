@@ -18,7 +18,10 @@ namespace kelvo {
 namespace {
 
 const auto serverName = u"org.freedesktop.Notifications"_s;
+const auto serverPath = u"/org/freedesktop/Notifications"_s;
 const auto applicationId = u"app.kelvo.Kelvo"_s;
+/// The action that a click on the notification itself invokes.
+const auto defaultAction = u"default"_s;
 constexpr int iconSide = 64;
 
 /// The value of the "image-data" hint of a notification.
@@ -45,7 +48,7 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, ImageData &)
 
 QDBusMessage serverCall(const QString &method)
 {
-    return QDBusMessage::createMethodCall(serverName, u"/org/freedesktop/Notifications"_s, serverName, method);
+    return QDBusMessage::createMethodCall(serverName, serverPath, serverName, method);
 }
 
 QString escaped(QString text)
@@ -66,15 +69,20 @@ QVariant iconPicture()
 
 } // namespace
 
-DBusNotificationCenter::DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus)
+DBusNotificationCenter::DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus,
+                                               std::chrono::milliseconds timeout)
     : bus_(std::move(sessionBus))
     , server_(bus_, serverName)
+    , timeout_(timeout)
 {
-    QObject::connect(&server_, &BusNameOwner::changed, &server_, [this] { onServerChanged(); });
-    QObject::connect(bus_.get(), &BusConnection::disconnected, &server_, [this] {
-        question_.reset();
-        waiting_.clear();
-    });
+    const auto listen = [this](const QString &signal, const char *slot) {
+        server_.listen(serverPath, serverName, signal, this, slot);
+    };
+    listen(u"ActivationToken"_s, SLOT(onActivationToken(uint, QString)));
+    listen(u"ActionInvoked"_s, SLOT(onActionInvoked(uint, QString)));
+    listen(u"NotificationClosed"_s, SLOT(onNotificationClosed(uint, uint)));
+    connect(&server_, &BusNameOwner::changed, this, &DBusNotificationCenter::onServerChanged);
+    connect(bus_.get(), &BusConnection::disconnected, this, &DBusNotificationCenter::onDisconnected);
 }
 
 bool DBusNotificationCenter::canServeThisProcess() const
@@ -135,9 +143,16 @@ void DBusNotificationCenter::add(const LocalNotification &notification)
     }
 }
 
+void DBusNotificationCenter::onDisconnected()
+{
+    question_.reset();
+    waiting_.clear();
+}
+
 void DBusNotificationCenter::onServerChanged()
 {
     capabilities_.reset();
+    shown_.clear();
     if (server_.isOwned()) {
         askCapabilities();
     }
@@ -146,21 +161,24 @@ void DBusNotificationCenter::onServerChanged()
 void DBusNotificationCenter::askCapabilities()
 {
     question_ = std::make_unique<QObject>();
-    bus_->call(serverCall(u"GetCapabilities"_s), question_.get(), [this](const QDBusMessage &answer) {
+    const auto answered = [this](const QDBusMessage &answer) {
         question_.release()->deleteLater();
         if (answer.type() == QDBusMessage::ReplyMessage) {
             capabilities_ = answer.arguments().value(0).toStringList();
         }
-        // If the server answered with an error, the notifications are posted as plain text.
+        // If the server answered with an error or not in time, the notifications are posted as plain text.
         for (const auto &notification : std::exchange(waiting_, {})) {
             post(notification);
         }
-    });
+    };
+    bus_->call(serverCall(u"GetCapabilities"_s), question_.get(), answered, timeout_);
 }
 
 void DBusNotificationCenter::post(const LocalNotification &notification)
 {
     const bool readsMarkup = capabilities_ && capabilities_->contains("body-markup"_L1);
+    // Some servers without this capability show a dialog for a notification with actions.
+    const bool hasActions = capabilities_ && capabilities_->contains("actions"_L1);
     QVariantMap hints{
         {u"desktop-entry"_s, applicationId},
         {u"suppress-sound"_s, true},
@@ -173,8 +191,35 @@ void DBusNotificationCenter::post(const LocalNotification &notification)
     }
     auto call = serverCall(u"Notify"_s);
     call << u"Kelvo"_s << 0U << (isInstalled ? applicationId : QString()) << notification.title
-         << (readsMarkup ? escaped(notification.body) : notification.body) << QStringList() << hints << -1;
-    bus_->connection().asyncCall(call);
+         << (readsMarkup ? escaped(notification.body) : notification.body)
+         << (hasActions ? QStringList{defaultAction, u"Open Kelvo"_s} : QStringList()) << hints << -1;
+    bus_->call(call, this, [this](const QDBusMessage &answer) {
+        if (answer.type() == QDBusMessage::ReplyMessage) {
+            shown_.insert(answer.arguments().value(0).toUInt());
+        }
+    });
+}
+
+// Servers send their signals to all clients, so the notification may belong to another one.
+
+void DBusNotificationCenter::onActivationToken(uint id, const QString &token)
+{
+    if (shown_.contains(id)) {
+        // Qt reads the token from the environment when it activates the next window.
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    }
+}
+
+void DBusNotificationCenter::onActionInvoked(uint id, const QString &action)
+{
+    if (shown_.contains(id) && action == defaultAction) {
+        Q_EMIT activated();
+    }
+}
+
+void DBusNotificationCenter::onNotificationClosed(uint id, uint)
+{
+    shown_.remove(id);
 }
 
 } // namespace kelvo

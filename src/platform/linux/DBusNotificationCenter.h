@@ -4,8 +4,11 @@
 #include "platform/linux/BusNameOwner.h"
 
 #include <QList>
+#include <QSet>
 #include <QStringList>
 
+#include <chrono>
+#include <memory>
 #include <optional>
 
 namespace kelvo {
@@ -13,8 +16,14 @@ namespace kelvo {
 /// Posts desktop notifications over the session bus. The server may start, restart or be replaced at any time.
 class DBusNotificationCenter : public NotificationCenter
 {
+    Q_OBJECT
+
 public:
-    explicit DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus);
+    /// How long notifications wait for the capabilities of a server. After that they are posted as plain text.
+    static constexpr std::chrono::milliseconds answerTimeout{2000};
+
+    explicit DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus,
+                                    std::chrono::milliseconds timeout = DBusNotificationCenter::answerTimeout);
 
     bool canServeThisProcess() const override;
     /// Desktops have no permission to ask for: the status is `authorized` when a notification server runs or can be
@@ -23,16 +32,24 @@ public:
     QFuture<void> requestAuthorization() override;
     void add(const LocalNotification &notification) override;
 
+private Q_SLOTS:
+    void onActivationToken(uint id, const QString &token);
+    void onActionInvoked(uint id, const QString &action);
+    void onNotificationClosed(uint id, uint reason);
+
 private:
     void onServerChanged();
+    void onDisconnected();
     void askCapabilities();
     void post(const LocalNotification &notification);
 
     std::shared_ptr<BusConnection> bus_;
     BusNameOwner server_;
+    std::chrono::milliseconds timeout_;
     std::optional<QStringList> capabilities_;
     std::unique_ptr<QObject> question_;
     QList<LocalNotification> waiting_;
+    QSet<uint> shown_; ///< the notifications that the server has not closed yet
 };
 
 } // namespace kelvo

@@ -7,6 +7,8 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+#include <chrono>
+
 namespace kelvo {
 
 /// The process that owns the application's name on the session bus is the instance. It implements
@@ -17,10 +19,15 @@ class DBusSingleInstance : public SingleInstance
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    explicit DBusSingleInstance(std::shared_ptr<BusConnection> sessionBus);
+    /// How long a start waits for the running instance.
+    static constexpr std::chrono::milliseconds answerTimeout{5000};
+
+    explicit DBusSingleInstance(std::shared_ptr<BusConnection> sessionBus,
+                                std::chrono::milliseconds timeout = DBusSingleInstance::answerTimeout);
     ~DBusSingleInstance() override;
 
-    bool acquire() override;
+    /// Without a bus, or on a bus that refuses the name, as in some sandboxes, this process is the instance.
+    Outcome acquire() override;
 
 public Q_SLOTS:
     Q_SCRIPTABLE void Activate(const QVariantMap &platformData);
@@ -29,10 +36,14 @@ public Q_SLOTS:
                                      const QVariantMap &platformData);
 
 private:
-    bool claim();
+    enum class Claim { granted, taken, refused };
+
+    Claim claim();
     bool handOver() const;
+    void activate(const QVariantMap &platformData);
 
     std::shared_ptr<BusConnection> bus_;
+    std::chrono::milliseconds timeout_;
 };
 
 } // namespace kelvo

@@ -5,10 +5,16 @@
 #include "platform/linux/DesktopAppearance.h"
 #include "platform/linux/IniPreferences.h"
 #include "platform/linux/LogindSleepWake.h"
+#include "platform/linux/PortalLoginItem.h"
 #include "platform/linux/RtnetlinkNetworkWatch.h"
 #include "platform/linux/TimerfdClock.h"
 #include "platform/linux/TrayStatusItem.h"
 #include "platform/linux/XdgLoginItem.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <fcntl.h>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +34,15 @@ QStringList currentDesktops()
     return desktops;
 }
 
+std::unique_ptr<LoginItem> makeLoginItem(const std::shared_ptr<BusConnection> &session)
+{
+    auto item = std::make_unique<XdgLoginItem>();
+    if (PortalLoginItem::isNeeded()) {
+        return std::make_unique<PortalLoginItem>(session, std::move(item));
+    }
+    return item;
+}
+
 } // namespace
 
 Platform makePlatform()
@@ -38,7 +53,7 @@ Platform makePlatform()
         .sleepWake = std::make_unique<LogindSleepWake>(BusConnection::system()),
         .networkWatch = std::make_unique<RtnetlinkNetworkWatch>(),
         .notificationCenter = std::make_unique<DBusNotificationCenter>(session),
-        .loginItem = std::make_unique<XdgLoginItem>(),
+        .loginItem = makeLoginItem(session),
         .preferences = std::make_unique<IniPreferences>(),
         .appearance = std::make_unique<DesktopAppearance>(session, currentDesktops()),
         .statusItem = std::make_unique<TrayStatusItem>(session),
@@ -50,9 +65,12 @@ std::unique_ptr<SingleInstance> makeSingleInstance()
     return std::make_unique<DBusSingleInstance>(BusConnection::session());
 }
 
-QString libraryFolder()
+QString openLibrary(const QString &fileName)
 {
-    return QStringLiteral(KELVO_LIBRARY_FOLDER);
+    // An absolute path, because Qt would otherwise search directories that other users may be able to write to.
+    const auto path = QCoreApplication::applicationDirPath() + QStringLiteral("/" KELVO_LIBRARY_FOLDER "/") + fileName;
+    const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    return file < 0 ? path : QStringLiteral("/proc/self/fd/%1").arg(file);
 }
 
 } // namespace kelvo

@@ -1,11 +1,16 @@
 #include "platform/linux/RtnetlinkNetworkWatch.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <fstream>
+#include <limits>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -199,11 +204,35 @@ std::set<std::string> currentWaysOut()
     return ways;
 }
 
+/// Returns the addresses in the nameserver lines; see resolv.conf(5).
+std::set<std::string> nameServersIn(const QString &resolverFile)
+{
+    std::set<std::string> servers;
+    std::ifstream lines(QFile::encodeName(resolverFile).toStdString());
+    for (std::string keyword; lines >> keyword; lines.ignore(std::numeric_limits<std::streamsize>::max(), '\n')) {
+        std::string address;
+        if (keyword == "nameserver" && lines >> address) {
+            servers.insert(address);
+        }
+    }
+    return servers;
+}
+
+bool containsNew(const std::set<std::string> &now, const std::set<std::string> &before)
+{
+    return !std::includes(before.begin(), before.end(), now.begin(), now.end());
+}
+
 } // namespace
 
-RtnetlinkNetworkWatch::RtnetlinkNetworkWatch()
+RtnetlinkNetworkWatch::RtnetlinkNetworkWatch(const QString &resolverFile)
     : socket_(openSocket(watchedGroups))
+    , resolverFile_(resolverFile)
 {
+    connect(&resolverWatcher_, &QFileSystemWatcher::fileChanged, this, &RtnetlinkNetworkWatch::readNameServers);
+    connect(&resolverWatcher_, &QFileSystemWatcher::directoryChanged, this, &RtnetlinkNetworkWatch::readNameServers);
+    watchNameServers();
+    nameServers_ = nameServersIn(resolverFile_);
     if (socket_ < 0) {
         return;
     }
@@ -230,9 +259,34 @@ void RtnetlinkNetworkWatch::readNotifications()
     } while (size > 0 || (size < 0 && (errno == ENOBUFS || errno == EINTR)));
 
     auto now = currentWaysOut();
-    const bool appeared = !std::includes(waysOut_.begin(), waysOut_.end(), now.begin(), now.end());
+    const bool appeared = containsNew(now, waysOut_);
     waysOut_ = std::move(now);
     if (appeared) {
+        Q_EMIT changed();
+    }
+}
+
+/// Watches the file, or its directory until the file exists. The watch of a file ends when the file is replaced.
+void RtnetlinkNetworkWatch::watchNameServers()
+{
+    const QFileInfo file(resolverFile_);
+    const auto wanted = file.exists() ? resolverFile_ : file.absolutePath();
+    const auto watched = resolverWatcher_.files() + resolverWatcher_.directories();
+    if (!watched.contains(wanted)) {
+        if (!watched.isEmpty()) {
+            resolverWatcher_.removePaths(watched);
+        }
+        resolverWatcher_.addPath(wanted);
+    }
+}
+
+void RtnetlinkNetworkWatch::readNameServers()
+{
+    watchNameServers();
+    auto now = nameServersIn(resolverFile_);
+    const bool appeared = containsNew(now, nameServers_);
+    nameServers_ = std::move(now);
+    if (appeared && !waysOut_.empty()) {
         Q_EMIT changed();
     }
 }

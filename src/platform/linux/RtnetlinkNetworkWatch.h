@@ -2,7 +2,9 @@
 
 #include "platform/NetworkWatch.h"
 
+#include <QFileSystemWatcher>
 #include <QSocketNotifier>
+#include <QString>
 
 #include <memory>
 #include <set>
@@ -10,23 +12,28 @@
 
 namespace kelvo {
 
-/// Watches the network over rtnetlink (see rtnetlink(7)), independently of the software that configures it. Uses one file
-/// descriptor, and wakes the process only when a route, an address or an interface changes.
+/// Watches the network over rtnetlink (see rtnetlink(7)) and the name servers in resolv.conf, independently of the
+/// software that configures them. Wakes the process only when a route, an address, an interface or resolv.conf changes.
 class RtnetlinkNetworkWatch : public NetworkWatch
 {
     Q_OBJECT
 
 public:
-    RtnetlinkNetworkWatch();
+    explicit RtnetlinkNetworkWatch(const QString &resolverFile = QStringLiteral("/etc/resolv.conf"));
     ~RtnetlinkNetworkWatch() override;
 
 private:
     void readNotifications();
+    void watchNameServers();
+    void readNameServers();
 
     int socket_;
     std::unique_ptr<QSocketNotifier> notifier_;
     /// The current ways out of this machine: each is a default route paired with an address of its interface.
     std::set<std::string> waysOut_;
+    QString resolverFile_;
+    QFileSystemWatcher resolverWatcher_;
+    std::set<std::string> nameServers_;
 };
 
 } // namespace kelvo

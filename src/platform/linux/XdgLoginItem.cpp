@@ -47,10 +47,53 @@ std::optional<Entry> readEntry(const QString &path)
     return entry;
 }
 
+/// Returns the program of an Exec line: its first word, without the escapes of a string, the quotes and the doubled percent
+/// signs.
+QString programOf(const QByteArray &exec)
+{
+    QByteArray line;
+    for (qsizetype i = 0; i < exec.size(); ++i) {
+        if (exec.at(i) != '\\' || i + 1 == exec.size()) {
+            line += exec.at(i);
+            continue;
+        }
+        switch (const char next = exec.at(++i)) {
+        case 's': line += ' '; break;
+        case 'n': line += '\n'; break;
+        case 't': line += '\t'; break;
+        case 'r': line += '\r'; break;
+        default: line += next;
+        }
+    }
+    QByteArray word;
+    bool isQuoted = false;
+    for (qsizetype i = 0; i < line.size() && (isQuoted || line.at(i) != ' '); ++i) {
+        const char byte = line.at(i);
+        if (byte == '"') {
+            isQuoted = !isQuoted;
+        } else if (i + 1 < line.size() && (byte == '%' || (isQuoted && byte == '\\'))) {
+            word += line.at(++i);
+        } else {
+            word += byte;
+        }
+    }
+    return QFile::decodeName(word);
+}
+
+bool isExecutable(const QString &program)
+{
+    if (program.isEmpty())
+        return false;
+    const QFileInfo file(program);
+    return file.isAbsolute() ? file.isFile() && file.isExecutable()
+                             : !QStandardPaths::findExecutable(program).isEmpty();
+}
+
+/// Whether a session starts the program of the entry. It does not when the program has moved.
 bool startsAtLogin(const Entry &entry)
 {
     return entry.value("Type") == "Application" && entry.value("Hidden") != "true"
-        && entry.value("X-GNOME-Autostart-enabled") != "false";
+        && entry.value("X-GNOME-Autostart-enabled") != "false" && isExecutable(programOf(entry.value("Exec")));
 }
 
 /// Returns the program as the first word of an Exec line: quoted, and then escaped like any string of a desktop file.

@@ -41,9 +41,9 @@ std::unique_ptr<SingleInstance> makeSingleInstance()
     return std::make_unique<RunningApplicationInstance>();
 }
 
-QString libraryFolder()
+QString openLibrary(const QString &fileName)
 {
-    return QStringLiteral("../PlugIns");
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/../PlugIns/") + fileName;
 }
 
 } // namespace kelvo

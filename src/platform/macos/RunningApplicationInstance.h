@@ -16,7 +16,7 @@ public:
     RunningApplicationInstance();
     ~RunningApplicationInstance() override;
 
-    bool acquire() override;
+    Outcome acquire() override;
 
 private:
     class Observers;

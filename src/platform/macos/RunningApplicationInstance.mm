@@ -98,7 +98,7 @@ RunningApplicationInstance::RunningApplicationInstance() = default;
 
 RunningApplicationInstance::~RunningApplicationInstance() = default;
 
-bool RunningApplicationInstance::acquire()
+SingleInstance::Outcome RunningApplicationInstance::acquire()
 {
     NSString *bundleIdentifier = NSBundle.mainBundle.bundleIdentifier;
     if (NSRunningApplication *running = bundleIdentifier ? runningInstance(bundleIdentifier) : nil) {
@@ -107,10 +107,10 @@ bool RunningApplicationInstance::acquire()
                                                                    userInfo:nil
                                                          deliverImmediately:YES];
         [running activateWithOptions:0];
-        return false;
+        return Outcome::handedOver;
     }
     observers_ = std::make_unique<Observers>(this);
-    return true;
+    return Outcome::acquired;
 }
 
 } // namespace kelvo

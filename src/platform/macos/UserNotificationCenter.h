@@ -9,6 +9,8 @@ namespace kelvo {
 /// Posts notifications to the user notification center of the system.
 class UserNotificationCenter : public NotificationCenter
 {
+    Q_OBJECT
+
 public:
     UserNotificationCenter();
     ~UserNotificationCenter() override;

@@ -1,16 +1,28 @@
 #include "platform/macos/UserNotificationCenter.h"
 
+#include <QPointer>
 #include <QPromise>
 
 #import <Foundation/Foundation.h>
 #import <UserNotifications/UserNotifications.h>
 
 // While a window of this application has the focus, the system shows the application's notifications only if its
-// delegate asks for it.
+// delegate asks for it. The delegate also learns when the user clicks a notification.
 @interface KelvoNotificationPresenter : NSObject <UNUserNotificationCenterDelegate>
+- (instancetype)initWithClicked:(void (^)(void))clicked;
 @end
 
-@implementation KelvoNotificationPresenter
+@implementation KelvoNotificationPresenter {
+    void (^clicked_)(void);
+}
+
+- (instancetype)initWithClicked:(void (^)(void))clicked
+{
+    if ((self = [super init])) {
+        clicked_ = [clicked copy];
+    }
+    return self;
+}
 
 - (void)userNotificationCenter:(UNUserNotificationCenter *)center
        willPresentNotification:(UNNotification *)notification
@@ -19,6 +31,17 @@
     Q_UNUSED(center)
     Q_UNUSED(notification)
     completionHandler(UNNotificationPresentationOptionBanner | UNNotificationPresentationOptionList);
+}
+
+- (void)userNotificationCenter:(UNUserNotificationCenter *)center
+    didReceiveNotificationResponse:(UNNotificationResponse *)response
+             withCompletionHandler:(void (^)(void))completionHandler
+{
+    Q_UNUSED(center)
+    if ([response.actionIdentifier isEqualToString:UNNotificationDefaultActionIdentifier]) {
+        dispatch_async(dispatch_get_main_queue(), clicked_);
+    }
+    completionHandler();
 }
 
 @end
@@ -43,19 +66,28 @@ AuthorizationStatus fromSystem(UNAuthorizationStatus status)
 class UserNotificationCenter::Presentation
 {
 public:
-    Presentation() { UNUserNotificationCenter.currentNotificationCenter.delegate = presenter_; }
+    explicit Presentation(UserNotificationCenter *center)
+    {
+        const QPointer<UserNotificationCenter> owner(center);
+        presenter_ = [[KelvoNotificationPresenter alloc] initWithClicked:^{
+            if (owner) {
+                Q_EMIT owner->activated();
+            }
+        }];
+        UNUserNotificationCenter.currentNotificationCenter.delegate = presenter_;
+    }
     ~Presentation() { UNUserNotificationCenter.currentNotificationCenter.delegate = nil; }
     Presentation(const Presentation &) = delete;
     Presentation &operator=(const Presentation &) = delete;
 
 private:
-    KelvoNotificationPresenter *presenter_ = [[KelvoNotificationPresenter alloc] init];
+    KelvoNotificationPresenter *presenter_ = nil;
 };
 
 UserNotificationCenter::UserNotificationCenter()
 {
     if (canServeThisProcess()) {
-        presentation_ = std::make_unique<Presentation>();
+        presentation_ = std::make_unique<Presentation>(this);
     }
 }
 
