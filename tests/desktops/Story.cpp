@@ -120,6 +120,9 @@ QList<Observation> Story::tell()
         for (const auto &step : {u"click"_s, u"placement"_s, u"focus, Escape"_s, u"click elsewhere"_s, u"menu"_s}) {
             note(step, Verdict::notSeen, u"no ring"_s);
         }
+        breakTheService();
+        startAgain();
+        QTest::qWait(patience);
     }
     notification();
     secondStart();
@@ -207,12 +210,17 @@ void Story::clickElsewhereCloses()
     }
 }
 
+void Story::breakTheService()
+{
+    internet_.setComponent(StatusPage::Claude, u"claude.ai"_s, u"major_outage"_s);
+    internet_.setProbe(u"claude.ai"_s, 503);
+}
+
 /// Opening the popover checks the services.
 void Story::theRingTurnsRed()
 {
     QTest::qWait(pause);
-    internet_.setComponent(StatusPage::Claude, u"claude.ai"_s, u"major_outage"_s);
-    internet_.setProbe(u"claude.ai"_s, 503);
+    breakTheService();
     clickRing();
     popoverAppears(u"06-outage"_s);
     desktop_.pressEscape();

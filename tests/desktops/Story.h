@@ -46,6 +46,7 @@ private:
     void isPlacedAtTheRing();
     void escapeCloses();
     void clickElsewhereCloses();
+    void breakTheService();
     void theRingTurnsRed();
     void menu();
     void settings();

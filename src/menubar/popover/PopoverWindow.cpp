@@ -2,6 +2,7 @@
 
 #include "menubar/popover/PopoverPlacement.h"
 #include "platform/Compositing.h"
+#include "platform/LayerShell.h"
 #include "platform/NativeWindow.h"
 #include "style/WindowKey.h"
 
@@ -193,6 +194,13 @@ void PopoverWindow::openBeside(const QRect &anchor)
 void PopoverWindow::place()
 {
     const auto *screen = screenOf(anchor_);
+    if (kind_ == PopoverKind::layer) {
+        const auto corner = PopoverPlacement::nearestCorner(anchor_, screen->geometry());
+        frame_->setRoom(PopoverPlacement::roomInCorner(corner));
+        placeInCorner(*view_, corner);
+        fit();
+        return;
+    }
     const auto available = WindowSystem::availableGeometry(*screen);
     const auto position = PopoverPlacement::beside(anchor_, card().size(), screen->geometry(), available);
     giveRoom(QRect(position, card().size()), available);
