@@ -57,4 +57,13 @@ Program::Program(Boundaries boundaries, ViewsFactory makeViews)
                      &KelvoApp::openPopover);
 }
 
+void Program::activate()
+{
+    if (SettingsStore::shared().hasOnboarded()) {
+        app_.openPopover();
+    } else {
+        app_.openOnboarding();
+    }
+}
+
 } // namespace kelvo

@@ -22,6 +22,10 @@ public:
 
     KelvoApp &app() { return app_; }
 
+    /// What the user sees after starting the running program again, or after starting it through the bus: the popover, or the
+    /// onboarding window until it is completed.
+    void activate();
+
 private:
     Composition composition_;
     KelvoApp app_;

@@ -61,7 +61,7 @@ int run(int argc, char *argv[])
 
     findViews();
     Program program(makeBoundaries(), &loadViews);
-    QObject::connect(instance.get(), &SingleInstance::activationRequested, &program.app(), &KelvoApp::openPopover);
+    QObject::connect(instance.get(), &SingleInstance::activationRequested, &program.app(), [&] { program.activate(); });
     return QApplication::exec();
 }
 

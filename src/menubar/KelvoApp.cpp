@@ -8,6 +8,15 @@ namespace kelvo {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+StatusItemImage imageOf(RingState state)
+{
+    return {.onLightBar = MenuBarIcon::image(state, false), .onDarkBar = MenuBarIcon::image(state, true)};
+}
+
+} // namespace
+
 KelvoApp::KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &notifier, Platform &platform,
                    ViewsFactory makeViews)
     : store_(store)
@@ -22,6 +31,7 @@ KelvoApp::KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &n
     connect(&statusItem_, &StatusItem::activated, this, &KelvoApp::togglePopover);
     connect(&store, &StatusStore::statusesChanged, this, &KelvoApp::updateStatusItem);
     connect(&store, &StatusStore::heroIDChanged, this, &KelvoApp::updateStatusItem);
+    connect(&store, &StatusStore::popoverIsOpenChanged, this, &KelvoApp::updateStatusItem);
     connect(&store, &StatusStore::peekedIDChanged, this, &KelvoApp::updateStatusItem);
     connect(&settings, &SettingsStore::objectDidChange, this, &KelvoApp::updateStatusItem);
     connect(&appearance_, &Appearance::changed, this, &KelvoApp::updateStatusItem);
@@ -38,7 +48,7 @@ KelvoApp::~KelvoApp() = default;
 
 void KelvoApp::showFirstRing(StatusItem &statusItem, const Appearance &appearance)
 {
-    statusItem.setIcon(MenuBarIcon::image(RingState::inactive, appearance.panelIsDark()));
+    statusItem.setImage(imageOf(RingState::inactive), appearance.panelIsDark());
     statusItem.show();
 }
 
@@ -99,14 +109,23 @@ void KelvoApp::updateIcon()
         return;
     }
     shown_ = next;
-    statusItem_.setIcon(MenuBarIcon::image(next.state, next.onDarkBar));
+    statusItem_.setImage(imageOf(next.state), next.onDarkBar);
 }
 
 void KelvoApp::updateToolTip()
 {
+    // The tool tip would cover the popover, which says the same.
+    if (store_.popoverIsOpen()) {
+        showToolTip({});
+        return;
+    }
     const auto hero = store_.hero();
     const auto label = store_.heroStatusLabel();
-    const auto toolTip = hero ? u"%1: %2"_s.arg(hero->name, label) : label;
+    showToolTip(hero ? u"%1: %2"_s.arg(hero->name, label) : label);
+}
+
+void KelvoApp::showToolTip(const QString &toolTip)
+{
     if (toolTip == toolTip_) {
         return;
     }

@@ -42,6 +42,7 @@ private:
     void updateStatusItem();
     void updateIcon();
     void updateToolTip();
+    void showToolTip(const QString &toolTip);
 
     struct Shown
     {

@@ -2,10 +2,12 @@
 
 #include "ReadyFuture.h"
 #include "WhileAlive.h"
+#include "platform/WorkActivity.h"
 
 #include <QFuture>
 
 #include <algorithm>
+#include <memory>
 
 namespace kelvo {
 
@@ -125,18 +127,20 @@ QFuture<void> StatusStore::checkAll()
     if (!settings_.watchOnThisMac()) {
         return readyFuture();
     }
+    auto activity = std::make_shared<WorkActivity>();
     const auto services = settings_.watchedServices();
     QList<QFuture<void>> checks;
     for (const auto &service : services) {
         checks.append(check(service));
     }
-    const auto end = [this](const QList<QFuture<void>> &) {
+    auto end = [this, activity = std::move(activity)](const QList<QFuture<void>> &) mutable {
+        activity.reset();
         // While the popover is open the hero does not change; closing the popover promotes.
         if (!popoverIsOpen_) {
             applyPromotion();
         }
     };
-    return QtFuture::whenAll(checks.begin(), checks.end()).then(whileAlive(this, end));
+    return QtFuture::whenAll(checks.begin(), checks.end()).then(whileAlive(this, std::move(end)));
 }
 
 template<typename Value>

@@ -12,6 +12,13 @@ class QMenu;
 
 namespace kelvo {
 
+/// An image for bars of both kinds.
+struct StatusItemImage
+{
+    QIcon onLightBar;
+    QIcon onDarkBar;
+};
+
 /// The application's item in the tray or menu bar. It appears as soon as there is a tray, even if the tray starts after
 /// the application, and appears again after the tray restarts.
 class StatusItem : public QObject
@@ -21,8 +28,9 @@ class StatusItem : public QObject
 public:
     using QObject::QObject;
 
-    /// Sets the image. The bar chooses the size; the image is not tinted.
-    virtual void setIcon(const QIcon &icon) = 0;
+    /// Sets the image. The bar chooses the size; the image is not tinted. `barIsDark` selects the one to show on systems
+    /// whose bar does not choose by itself.
+    virtual void setImage(const StatusItemImage &image, bool barIsDark) = 0;
     virtual void setToolTip(const QString &text) = 0;
     /// Sets the menu that a right click opens (on some desktops any click). The menu is not owned and must outlive the
     /// item.

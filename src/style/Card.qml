@@ -9,16 +9,12 @@ Item {
 
     implicitHeight: column.implicitHeight
 
-    Rectangle {
+    RoundedRectangle {
         anchors.fill: parent
-        color: Tokens.cardLine
-        radius: Tokens.cardRadius
-    }
-    Rectangle {
-        anchors.fill: parent
-        anchors.margins: Tokens.hairlineWidth
+        border.color: Tokens.cardLine
+        border.width: Tokens.hairlineWidth
         color: Tokens.card
-        radius: Tokens.cardRadius - Tokens.hairlineWidth
+        radius: Tokens.cardRadius
     }
     Column {
         id: column

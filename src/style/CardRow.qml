@@ -18,7 +18,7 @@ Item {
     CardRowRule {
         visible: ground.hasRule
     }
-    Rectangle {
+    RoundedRectangle {
         anchors.fill: parent
         anchors.margins: 3
         color: ground.down ? Tokens.rowPressed : ground.hovered ? Tokens.rowHovered : "transparent"

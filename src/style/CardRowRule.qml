@@ -2,7 +2,7 @@ import QtQuick
 import Kelvo
 
 /// The line between a row of a card and the row above it.
-Rectangle {
+RoundedRectangle {
     anchors.left: parent.left
     anchors.leftMargin: Tokens.hairlineWidth
     anchors.right: parent.right

@@ -8,13 +8,20 @@ T.RadioButton {
     required property int index
     required property string modelData
 
+    function confirm(event: KeyEvent) {
+        if (!event.isAutoRepeat) {
+            group.chosen(index);
+            group.confirmed();
+        }
+    }
+
     Accessible.name: text
     checked: group.current === index
     focusPolicy: activeFocus || group.tabStop === index ? Qt.StrongFocus : Qt.ClickFocus
     hoverEnabled: true
     text: modelData
 
-    Keys.onEnterPressed: group.chosen(index)
-    Keys.onReturnPressed: group.chosen(index)
+    Keys.onEnterPressed: event => confirm(event)
+    Keys.onReturnPressed: event => confirm(event)
     onToggled: group.chosen(index)
 }

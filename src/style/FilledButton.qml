@@ -16,9 +16,10 @@ PlainButton {
     rightPadding: sidePadding
     text: title
 
-    background: Rectangle {
-        color: control.down ? Tokens.actionPressed : control.hovered ? Tokens.actionHovered : Tokens.action
-        opacity: control.enabled ? 1 : 0.45
+    background: RoundedRectangle {
+        border.color: Tokens.controlBorder
+        border.width: Tokens.controlBorderWidth
+        color: !control.enabled ? Tokens.actionDisabled : control.down ? Tokens.actionPressed : control.hovered ? Tokens.actionHovered : Tokens.action
         radius: Tokens.buttonRadius
 
         FocusRing {
@@ -27,7 +28,7 @@ PlainButton {
         }
     }
     contentItem: Label {
-        color: Tokens.actionText
+        color: control.enabled ? Tokens.actionText : Tokens.labelTertiary
         elide: Text.ElideRight
         font: Tokens.emphasis
         horizontalAlignment: Text.AlignHCenter

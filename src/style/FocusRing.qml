@@ -2,7 +2,7 @@ import QtQuick
 import Kelvo
 
 /// The focus indicator. It is drawn just outside of the item that it surrounds.
-Rectangle {
+RoundedRectangle {
     /// The corner radius of the surrounded item.
     property real innerRadius: 0
 

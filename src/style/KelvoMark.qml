@@ -22,11 +22,11 @@ Item {
         lineWidth: mark.unit * 2.1
     }
     StatusDot {
-        // Versions of Qt differ in how they align what is centred to whole points: this dot is not aligned.
-        anchors.alignWhenCentered: false
-        anchors.centerIn: parent
         color: mark.coreColor
         height: width
         width: mark.unit * 8.2
+        // Not by anchors, which would move it by half a point off the centre of the ring.
+        x: (mark.width - width) / 2
+        y: (mark.height - height) / 2
     }
 }

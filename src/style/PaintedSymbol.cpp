@@ -1,12 +1,19 @@
 #include "style/PaintedSymbol.h"
 
+#include <QPainter>
+
+#include <cmath>
+
 namespace kelvo {
 
-PaintedSymbol::PaintedSymbol(QQuickItem *parent)
-    : QQuickPaintedItem(parent)
+namespace {
+
+QPointF onGridOfHalfPixels(QPointF point)
 {
-    setAntialiasing(true);
+    return {std::floor(2 * point.x() + 0.5) / 2, std::floor(2 * point.y() + 0.5) / 2};
 }
+
+} // namespace
 
 void PaintedSymbol::setColor(const QColor &color)
 {
@@ -16,6 +23,13 @@ void PaintedSymbol::setColor(const QColor &color)
     color_ = color;
     Q_EMIT colorChanged();
     update();
+}
+
+void PaintedSymbol::align(QPainter *painter) const
+{
+    const auto centre = boundingRect().center();
+    const auto toDevice = painter->deviceTransform();
+    painter->translate(toDevice.inverted().map(onGridOfHalfPixels(toDevice.map(centre))) - centre);
 }
 
 } // namespace kelvo

@@ -1,23 +1,26 @@
 #pragma once
 
+#include "style/PaintedItem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 
 namespace kelvo {
 
-/// A small drawing in one colour, painted with QPainter at every scale. On the software scene graph, the corners of Qt
-/// Quick's own rounded rectangles consist of whole pixels, so a small dot would look angular.
-class PaintedSymbol : public QQuickPaintedItem
+/// A small drawing in one colour. Its centre is on the grid of half device pixels: it is symmetric at every scale, and
+/// symbols with the same centre stay concentric.
+class PaintedSymbol : public kelvo::PaintedItem
 {
     Q_OBJECT
     QML_ANONYMOUS
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
 
 public:
-    explicit PaintedSymbol(QQuickItem *parent = nullptr);
+    using PaintedItem::PaintedItem;
 
     QColor color() const { return color_; }
     void setColor(const QColor &color);
+
+    void align(QPainter *painter) const override;
 
 Q_SIGNALS:
     void colorChanged();

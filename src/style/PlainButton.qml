@@ -1,14 +1,19 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// A button without an appearance of its own. Return, Enter, Space and the press action of a screen reader activate it.
-/// A disabled button does nothing.
+/// A button without an appearance of its own. Return, Enter, Space and the press action of a screen reader activate it,
+/// once for each press: a key that is held down does not activate it again. A disabled button does nothing.
 T.Button {
     id: control
 
     function press() {
         if (enabled) {
             clicked();
+        }
+    }
+    function pressByKey(event: KeyEvent) {
+        if (!event.isAutoRepeat) {
+            press();
         }
     }
 
@@ -18,6 +23,8 @@ T.Button {
     implicitWidth: Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding)
 
     Accessible.onPressAction: control.press()
-    Keys.onEnterPressed: control.press()
-    Keys.onReturnPressed: control.press()
+    Keys.onEnterPressed: event => control.pressByKey(event)
+    Keys.onPressed: event => event.accepted = event.isAutoRepeat && event.key === Qt.Key_Space
+    Keys.onReleased: event => event.accepted = event.isAutoRepeat && event.key === Qt.Key_Space
+    Keys.onReturnPressed: event => control.pressByKey(event)
 }

@@ -45,7 +45,7 @@ Flickable {
         policy: area.lowest > 0 ? T.ScrollBar.AlwaysOn : T.ScrollBar.AlwaysOff
         visible: policy === T.ScrollBar.AlwaysOn
 
-        contentItem: Rectangle {
+        contentItem: RoundedRectangle {
             color: bar.pressed ? Tokens.scrollThumbPressed : bar.hovered ? Tokens.scrollThumbHovered : Tokens.scrollThumb
             implicitWidth: 6
             objectName: "scrollThumb"

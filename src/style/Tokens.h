@@ -59,6 +59,7 @@ class Tokens : public QObject
     Q_PROPERTY(QColor controlBorder READ controlBorder NOTIFY changed FINAL)
     Q_PROPERTY(QColor actionHovered READ actionHovered NOTIFY changed FINAL)
     Q_PROPERTY(QColor actionPressed READ actionPressed NOTIFY changed FINAL)
+    Q_PROPERTY(QColor actionDisabled READ actionDisabled NOTIFY changed FINAL)
     Q_PROPERTY(QColor actionText READ actionText NOTIFY changed FINAL)
     Q_PROPERTY(QColor highlight READ highlight NOTIFY changed FINAL)
     Q_PROPERTY(QColor highlightPressed READ highlightPressed NOTIFY changed FINAL)
@@ -66,9 +67,10 @@ class Tokens : public QObject
     Q_PROPERTY(QColor rowPressed READ rowPressed NOTIFY changed FINAL)
     Q_PROPERTY(QColor fieldLine READ fieldLine NOTIFY changed FINAL)
     Q_PROPERTY(QColor fieldLineHovered READ fieldLineHovered NOTIFY changed FINAL)
-    Q_PROPERTY(QColor checkboxLine READ checkboxLine NOTIFY changed FINAL)
-    Q_PROPERTY(QColor checkboxLineHovered READ checkboxLineHovered NOTIFY changed FINAL)
+    Q_PROPERTY(QColor controlLine READ controlLine NOTIFY changed FINAL)
+    Q_PROPERTY(QColor controlLineHovered READ controlLineHovered NOTIFY changed FINAL)
     Q_PROPERTY(QColor segmentTrack READ segmentTrack NOTIFY changed FINAL)
+    Q_PROPERTY(QColor segmentFace READ segmentFace NOTIFY changed FINAL)
     Q_PROPERTY(QColor segmentHovered READ segmentHovered NOTIFY changed FINAL)
     Q_PROPERTY(QColor switchTrack READ switchTrack NOTIFY changed FINAL)
     Q_PROPERTY(QColor switchKnob READ switchKnob NOTIFY changed FINAL)
@@ -133,9 +135,7 @@ class Tokens : public QObject
     Q_PROPERTY(int checkboxRadius MEMBER checkboxRadius CONSTANT FINAL)
     Q_PROPERTY(int textRadius MEMBER textRadius CONSTANT FINAL)
 
-    Q_PROPERTY(int fieldRowHeight MEMBER fieldRowHeight CONSTANT FINAL)
     Q_PROPERTY(int rowHeight MEMBER rowHeight CONSTANT FINAL)
-    Q_PROPERTY(int valueRowHeight MEMBER valueRowHeight CONSTANT FINAL)
     Q_PROPERTY(int choiceRowHeight MEMBER choiceRowHeight CONSTANT FINAL)
 
     Q_PROPERTY(int segmentHeight MEMBER segmentHeight CONSTANT FINAL)
@@ -145,6 +145,7 @@ class Tokens : public QObject
     Q_PROPERTY(int fieldWidth MEMBER fieldWidth CONSTANT FINAL)
     Q_PROPERTY(int switchWidth MEMBER switchWidth CONSTANT FINAL)
     Q_PROPERTY(int switchHeight MEMBER switchHeight CONSTANT FINAL)
+    Q_PROPERTY(int targetSize MEMBER targetSize CONSTANT FINAL)
     Q_PROPERTY(int checkboxSize MEMBER checkboxSize CONSTANT FINAL)
 
     Q_PROPERTY(int pagePadding MEMBER pagePadding CONSTANT FINAL)
@@ -208,6 +209,7 @@ public:
     QColor controlBorder() const { return highContrast() ? labelPrimary() : QColor(Qt::transparent); }
     QColor actionHovered() const { return action().lighter(108); }
     QColor actionPressed() const { return action().darker(115); }
+    QColor actionDisabled() const { return primary(0.10F); }
     QColor actionText() const { return QColor(highContrast() && isDark() ? Qt::black : Qt::white); }
     QColor highlight() const { return primary(0.06F); }
     QColor highlightPressed() const { return primary(0.10F); }
@@ -215,9 +217,11 @@ public:
     QColor rowPressed() const { return primary(0.07F); }
     QColor fieldLine() const { return line(0.15F); }
     QColor fieldLineHovered() const { return line(0.24F); }
-    QColor checkboxLine() const { return line(0.20F); }
-    QColor checkboxLineHovered() const { return line(0.36F); }
+    /// The edge of a switch or check box that is off. It has at least 3 to 1 against a card.
+    QColor controlLine() const { return line(0.45F); }
+    QColor controlLineHovered() const { return line(0.60F); }
     QColor segmentTrack() const { return primary(0.07F); }
+    QColor segmentFace() const { return isDark() ? primary(0.15F) : card(); }
     QColor segmentHovered() const { return label(0.70F); }
     QColor switchTrack() const { return primary(0.14F); }
     QColor switchKnob() const { return QColor(Qt::white); }
@@ -296,9 +300,7 @@ public:
     static constexpr int textRadius = 2;
 
     // Minimum heights of rows, in points
-    static constexpr int fieldRowHeight = 38;
     static constexpr int rowHeight = 34;
-    static constexpr int valueRowHeight = 31;
     static constexpr int choiceRowHeight = 24;
 
     // Controls, in points
@@ -310,6 +312,8 @@ public:
     static constexpr int switchWidth = 32;
     static constexpr int switchHeight = 19;
     static constexpr int checkboxSize = 15;
+    /// The least height of what can be clicked.
+    static constexpr int targetSize = 24;
 
     // Paddings and spacings, in points
     static constexpr int pagePadding = 32;

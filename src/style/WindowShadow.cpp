@@ -1,8 +1,10 @@
 #include "style/WindowShadow.h"
 
-#include <QQuickWindow>
-#include <QSGNinePatchNode>
+#include "style/DevicePixels.h"
 
+#include <QPainter>
+
+#include <array>
 #include <cmath>
 #include <numbers>
 #include <vector>
@@ -10,38 +12,58 @@
 namespace kelvo {
 
 WindowShadow::WindowShadow(QQuickItem *parent)
-    : QQuickItem(parent)
+    : PaintedItem(parent)
 {
-    setFlag(ItemHasContents);
-    connect(this, &WindowShadow::lookChanged, this, &QQuickItem::update);
+    connect(this, &WindowShadow::lookChanged, this, [this] {
+        image_ = {};
+        update();
+    });
 }
 
-QSGNode *WindowShadow::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
+void WindowShadow::paint(QPainter *painter)
 {
-    auto *patch = static_cast<QSGNinePatchNode *>(node);
-    if (!patch) {
-        patch = window()->createNinePatchNode();
+    const auto toDevice = paintInDevicePixels(painter);
+    const auto rect = onDevicePixels(toDevice.mapRect(boundingRect())).toRect();
+    const int corner = static_cast<int>(std::ceil(2 * blur_ * toDevice.m11()));
+    if (blur_ <= 0 || rect.width() <= 2 * corner || rect.height() <= 2 * corner) {
+        return;
     }
-    const int corner = 2 * blur_;
-    patch->setTexture(window()->createTextureFromImage(draw(), QQuickWindow::TextureHasAlphaChannel));
-    patch->setBounds(boundingRect());
-    patch->setDevicePixelRatio(1);
-    patch->setPadding(corner, corner, corner, corner);
-    patch->update();
-    return patch;
+    if (image_.width() != 2 * corner + 1) {
+        image_ = draw(corner);
+    }
+    const auto far = corner + 1;
+    struct Part
+    {
+        int from;
+        int length;
+        int to;
+        int drawnLength;
+    };
+    const std::array across{Part{0, corner, rect.left(), corner},
+                            Part{corner, 1, rect.left() + corner, rect.width() - 2 * corner},
+                            Part{far, corner, rect.left() + rect.width() - corner, corner}};
+    const std::array down{Part{0, corner, rect.top(), corner},
+                          Part{corner, 1, rect.top() + corner, rect.height() - 2 * corner},
+                          Part{far, corner, rect.top() + rect.height() - corner, corner}};
+    for (const auto &row : down) {
+        for (const auto &column : across) {
+            painter->drawImage(QRect(column.to, row.to, column.drawnLength, row.drawnLength), image_,
+                               QRect(column.from, row.from, column.length, row.length));
+        }
+    }
 }
 
-/// Draws the four corners with one stretchable pixel between them. A Gaussian blur of a rectangle is the product of the
-/// blurs of its sides. The round corners of the rectangle are not visible after the blur.
-QImage WindowShadow::draw() const
+/// A Gaussian blur of a rectangle is the product of the blurs of its sides. The round corners of the rectangle are not
+/// visible after the blur.
+QImage WindowShadow::draw(int corner) const
 {
-    const int corner = 2 * blur_;
     const int side = 2 * corner + 1;
-    const double deviation = blur_ / 2.0;
+    const double blur = corner / 2.0;
+    const double deviation = blur / 2.0;
 
     std::vector<double> profile;
     for (int i = 0; i < side; ++i) {
-        const double fromEdge = std::min(i, side - 1 - i) + 0.5 - blur_;
+        const double fromEdge = std::min(i, side - 1 - i) + 0.5 - blur;
         profile.push_back(0.5 * (1 + std::erf(fromEdge / (deviation * std::numbers::sqrt2))));
     }
 

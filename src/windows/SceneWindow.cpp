@@ -2,6 +2,7 @@
 
 #include "platform/NativeWindow.h"
 #include "platform/WindowSystem.h"
+#include "style/WholeFrame.h"
 #include "style/WindowKey.h"
 
 #include <QCoreApplication>
@@ -109,6 +110,7 @@ void SceneWindow::load()
     layOut(*view_->rootObject());
     setSizes(*view_);
     view_->installEventFilter(this);
+    new WholeFrame(*view_);
 }
 
 } // namespace kelvo

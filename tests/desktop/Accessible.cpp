@@ -16,6 +16,9 @@ namespace {
 
 const auto accessibleInterface = u"org.a11y.atspi.Accessible"_s;
 const auto actionInterface = u"org.a11y.atspi.Action"_s;
+const auto eventInterface = u"org.a11y.atspi.Event.Object"_s;
+const auto registry = u"org.a11y.atspi.Registry"_s;
+const auto stateChanged = u"StateChanged"_s;
 
 QDBusConnection busOfAccessibility()
 {
@@ -53,13 +56,18 @@ Accessible::Accessible(QDBusConnection bus, QString service, QString path)
 std::optional<Accessible> Accessible::program(qint64 processId)
 {
     const auto bus = busOfAccessibility();
-    const Accessible desktop(bus, u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s);
+    const Accessible desktop(bus, registry, u"/org/a11y/atspi/accessible/root"_s);
     for (const auto &program : desktop.children()) {
         if (bus.interface()->servicePid(program.service_) == processId) {
             return program;
         }
     }
     return std::nullopt;
+}
+
+uint Accessible::role() const
+{
+    return answerTo(ask(accessibleInterface, u"GetRole"_s)).toUInt();
 }
 
 QString Accessible::name() const
@@ -191,6 +199,41 @@ QDBusPendingCall Accessible::ask(const QString &interface, const QString &method
 QDBusPendingCall Accessible::askProperty(const QString &interface, const QString &name) const
 {
     return ask(u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {interface, name});
+}
+
+AccessibilityEvents::AccessibilityEvents()
+    : bus_(busOfAccessibility())
+{
+    if (!bus_.connect({}, {}, eventInterface, stateChanged, this, SLOT(hear(QDBusMessage)))) {
+        qFatal("The events of accessibility cannot be received");
+    }
+    // Programs send the events that somebody has asked for.
+    ask(u"RegisterEvent"_s);
+}
+
+AccessibilityEvents::~AccessibilityEvents()
+{
+    ask(u"DeregisterEvent"_s);
+    bus_.disconnect({}, {}, eventInterface, stateChanged, this, SLOT(hear(QDBusMessage)));
+}
+
+void AccessibilityEvents::ask(const QString &method)
+{
+    auto message = QDBusMessage::createMethodCall(registry, u"/org/a11y/atspi/registry"_s, registry, method);
+    message.setArguments({u"object:state-changed"_s});
+    bus_.call(message);
+}
+
+void AccessibilityEvents::hear(const QDBusMessage &message)
+{
+    const auto state = message.arguments().value(0).toString();
+    const bool isSet = message.arguments().value(1).toInt() == 1;
+    const Accessible object(bus_, message.service(), message.path());
+    if (state == u"checked") {
+        heard_.append(object.name() + (isSet ? u": on"_s : u": off"_s));
+    } else if (state == u"showing" && isSet && object.role() == Accessible::Notification) {
+        heard_.append(object.name());
+    }
 }
 
 } // namespace kelvo

@@ -1,13 +1,21 @@
 #include "Hand.h"
 
+#include <QDeadlineTimer>
 #include <QProcess>
 #include <QStringList>
+#include <QTest>
+
+#include <chrono>
 
 namespace kelvo::Hand {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
+
+/// Longer than the double-click interval of Qt (400 ms).
+constexpr auto doubleClickTime = 500ms;
 
 void run(const QStringList &commands)
 {
@@ -30,6 +38,14 @@ void moveTo(const QPoint &point)
 
 void click(const QPoint &point)
 {
+    // Two quick clicks at one place are a double click for the programs.
+    static QPoint last;
+    static QDeadlineTimer doubleClickPossible;
+    if (point == last && !doubleClickPossible.hasExpired()) {
+        QTest::qWait(static_cast<int>(doubleClickPossible.remainingTime()));
+    }
+    last = point;
+    doubleClickPossible.setRemainingTime(doubleClickTime);
     run(move(point) + QStringList{u"click"_s, u"1"_s});
 }
 

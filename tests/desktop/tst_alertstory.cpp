@@ -1,3 +1,5 @@
+#include "DesktopWindow.h"
+#include "Hand.h"
 #include "KelvoProcess.h"
 #include "Screen.h"
 
@@ -21,6 +23,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void anOutageEndsInOneNotificationAndOneSlackPost();
+    void theActionOfANotificationOpensThePopover();
     void anAlertIsPostedToTelegram();
     void nothingIsCheckedDuringSleepAndWakingUpChecksAtOnce();
 
@@ -140,6 +143,23 @@ void AlertStoryTest::anOutageEndsInOneNotificationAndOneSlackPost()
     QVERIFY(Screen::findRing(RingState::available));
     QCOMPARE(heard_.count("member=Notify"), 1);
     QCOMPARE(internet_->requestsTo(u"hooks.slack.com"_s).size(), 1);
+    QCOMPARE(kelvo_->stop(), 0);
+    QCOMPARE(kelvo_->output(), QByteArray());
+}
+
+// The notification service of Xfce shows the default action as a button at the bottom right.
+void AlertStoryTest::theActionOfANotificationOpensThePopover()
+{
+    kelvo_->writeSettings("[General]\nhasOnboarded=true\noutageAlertsEnabled=true\n");
+    goDown();
+    kelvo_->start();
+    QTRY_VERIFY_WITH_TIMEOUT(heard_.contains("\"Claude is down\""), 20'000);
+    const auto notification = [] { return DesktopWindow::titled(u"xfce4-notifyd"_s); };
+    QTRY_VERIFY(notification());
+    QVERIFY(!DesktopWindow::titled(u"Kelvo"_s));
+    Hand::click(notification()->geometry.bottomRight() - QPoint(40, 30));
+    QTRY_VERIFY(DesktopWindow::titled(u"Kelvo"_s));
+    QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo"_s);
     QCOMPARE(kelvo_->stop(), 0);
     QCOMPARE(kelvo_->output(), QByteArray());
 }

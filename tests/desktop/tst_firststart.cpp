@@ -23,6 +23,7 @@ private Q_SLOTS:
     void cleanup();
     void theChosenServiceIsKeptAndTheOnboardingDoesNotOpenAgain();
     void theOnboardingOpensAgainAfterItWasClosed();
+    void aSecondStartOpensTheOnboardingAndNotThePopover();
 
 private:
     static QString title() { return u"Welcome to Kelvo"_s; }
@@ -89,6 +90,17 @@ void FirstStartTest::theOnboardingOpensAgainAfterItWasClosed()
     QCOMPARE(kelvo_->output(), QByteArray());
     startAndShowRing();
     QTRY_VERIFY(DesktopWindow::titled(title()));
+}
+
+void FirstStartTest::aSecondStartOpensTheOnboardingAndNotThePopover()
+{
+    Hand::press(u"alt+F4"_s);
+    QTRY_VERIFY(!DesktopWindow::titled(title()));
+    KelvoProcess second(*internet_);
+    second.start();
+    QCOMPARE(second.waitForEnd(), 0);
+    QTRY_VERIFY(DesktopWindow::titled(title()));
+    QVERIFY(!DesktopWindow::titled(u"Kelvo"_s));
 }
 
 } // namespace kelvo

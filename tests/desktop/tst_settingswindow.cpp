@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QSettings>
+#include <QStyleHints>
 #include <QTest>
 
 #include <filesystem>
@@ -27,6 +28,10 @@ private Q_SLOTS:
     void launchAtLoginWritesAndRemovesTheAutostartFile();
     void launchAtLoginIsRevertedWhenItCannotBeWritten();
     void slackIsSetUpTestedArmedAndAlerted();
+    void aScreenReaderHearsSwitches();
+    void aScreenReaderHearsWhereAServiceMoves();
+    void aScreenReaderHearsWhatTheSheetDoes();
+    void aScreenReaderSeesNamedGroups();
 
 private:
     QString stored(const QString &key) const;
@@ -75,6 +80,8 @@ void SettingsWindowTest::closePopover()
 {
     Hand::press(u"Escape"_s);
     QTRY_VERIFY(!DesktopWindow::titled(u"Kelvo"_s));
+    // The next click on the ring is not the second one of a double click.
+    QTest::qWait(QGuiApplication::styleHints()->mouseDoubleClickInterval());
 }
 
 void SettingsWindowTest::aServiceDraggedToTheTopIsShownFirst()
@@ -154,6 +161,62 @@ void SettingsWindowTest::slackIsSetUpTestedArmedAndAlerted()
     QTRY_COMPARE(posts().size(), 2);
     QCOMPARE(posts().constLast().body, R"({"text":"Claude is back. You can continue working."})"_ba);
     QTRY_VERIFY(Screen::findRing(RingState::available));
+}
+
+void SettingsWindowTest::aScreenReaderHearsSwitches()
+{
+    const AccessibilityEvents events;
+    QStringList expected;
+    for (const auto &state : {u"on"_s, u"off"_s, u"on"_s, u"off"_s}) {
+        QVERIFY(kelvo_->clickOn(Accessible::CheckBox, u"Launch at login"_s));
+        expected.append(u"Launch at login: "_s + state);
+        QTRY_COMPARE(events.heard(), expected);
+        QCOMPARE(checkBox(u"Launch at login"_s)->isChecked(), state == u"on");
+    }
+    QVERIFY(kelvo_->clickOn(Accessible::CheckBox, u"Cursor"_s));
+    QTRY_COMPARE(events.heard().constLast(), u"Cursor: off"_s);
+}
+
+void SettingsWindowTest::aScreenReaderHearsWhereAServiceMoves()
+{
+    const AccessibilityEvents events;
+    Hand::press(u"Tab"_s);
+    Hand::press(u"alt+Down"_s);
+    QTRY_COMPARE(events.heard(), QStringList{u"Claude, 2 of 8"_s});
+    Hand::press(u"alt+Down"_s);
+    QTRY_COMPARE(events.heard(), (QStringList{u"Claude, 2 of 8"_s, u"Claude, 3 of 8"_s}));
+    QVERIFY(kelvo_->find(Accessible::Label, u"Drag a service, or press Alt and an arrow key, to move it."_s));
+}
+
+void SettingsWindowTest::aScreenReaderHearsWhatTheSheetDoes()
+{
+    QVERIFY(kelvo_->clickOn(Accessible::Button, u"Slack"_s));
+    QVERIFY(kelvo_->find(Accessible::Dialog, u"Slack"_s));
+    QVERIFY(kelvo_->clickOn(Accessible::Text, u"Webhook URL"_s));
+    Hand::type(u"https://hooks.slack.com/services/T/B/x"_s);
+    const AccessibilityEvents events;
+    QVERIFY(kelvo_->clickOn(Accessible::Button, u"Arm this channel"_s));
+    QTRY_COMPARE(events.heard(), QStringList{u"Armed"_s});
+    QVERIFY(kelvo_->clickOn(Accessible::Button, u"Send test"_s));
+    QTRY_COMPARE(events.heard(), (QStringList{u"Armed"_s, u"Test sent"_s}));
+}
+
+void SettingsWindowTest::aScreenReaderSeesNamedGroups()
+{
+    for (const auto &group : {u"Services"_s, u"Check every"_s, u"Watching"_s, u"Tell me where"_s}) {
+        QVERIFY2(kelvo_->find(Accessible::Panel, group), qPrintable(group));
+    }
+    QVERIFY(kelvo_->clickOn(Accessible::Button, u"Show onboarding again"_s));
+    QTRY_COMPARE(DesktopWindow::activeTitle(), u"Welcome to Kelvo"_s);
+    QVERIFY(kelvo_->find(Accessible::Panel, u"Stop checking. We’ll tell you."_s));
+    Hand::press(u"Return"_s);
+    const auto page = kelvo_->find(Accessible::Panel, u"Which one matters most?"_s);
+    QVERIFY(page);
+    QVERIFY(page->find(Accessible::RadioButton, u"Claude"_s)->isChecked());
+    Hand::press(u"Down"_s);
+    QTRY_VERIFY(page->find(Accessible::RadioButton, u"ChatGPT"_s)->isChecked());
+    Hand::press(u"Return"_s);
+    QVERIFY(kelvo_->find(Accessible::Panel, u"Kelvo needs to notify you"_s));
 }
 
 } // namespace kelvo

@@ -147,6 +147,19 @@ private Q_SLOTS:
         QCOMPARE(program.item->toolTip, u"Claude: Major outage"_s);
     }
 
+    void theToolTipDoesNotCoverTheOpenPopover()
+    {
+        Program program;
+        program.stores.round();
+        QCOMPARE(program.item->toolTip, u"Claude: Operational"_s);
+        program.stores.store.setPopoverIsOpen(true);
+        QCOMPARE(program.item->toolTip, QString());
+        program.stores.round({{ServiceID::claude, ServiceHealth::outage}}, u"Major outage"_s);
+        QCOMPARE(program.item->toolTip, QString());
+        program.stores.store.setPopoverIsOpen(false);
+        QCOMPARE(program.item->toolTip, u"Claude: Major outage"_s);
+    }
+
     void theMenuQuitsWithoutViews()
     {
         Program program(&makeNone);

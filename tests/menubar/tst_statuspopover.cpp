@@ -8,7 +8,10 @@
 #include <QScreen>
 #include <QSignalSpy>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace kelvo {
 
@@ -85,6 +88,31 @@ QString opaque(QRgb rgb)
     return rgba(QColor(rgb));
 }
 
+/// Records what the popover lets a screen reader announce.
+class Announcements
+{
+public:
+    explicit Announcements(const Scene &scene)
+    {
+        auto *announcer = scene.item(u"announcer"_s);
+        connection_ = QObject::connect(announcer, &QQuickItem::visibleChanged, announcer, [this, announcer] {
+            if (announcer->isVisible()) {
+                made_.append(accessibleName(announcer));
+            }
+        });
+    }
+    ~Announcements() { QObject::disconnect(connection_); }
+    Announcements(const Announcements &) = delete;
+    Announcements &operator=(const Announcements &) = delete;
+
+    /// The announcements since the last call.
+    QStringList made() { return std::exchange(made_, {}); }
+
+private:
+    QMetaObject::Connection connection_;
+    QStringList made_;
+};
+
 const std::vector<ServiceID> eight(allServiceIDs.begin(), allServiceIDs.end());
 
 } // namespace
@@ -110,6 +138,12 @@ private Q_SLOTS:
     void heroIsOneElementForAScreenReader();
     void aScreenReaderSeesTheStatusAndTheActionOfARow();
     void aRowThatWasNeverCheckedReadsNotCheckedYet();
+    void openingAndReopeningReadTheHero();
+    void theSpokenTimeIsAlwaysTheCurrentOne();
+    void aChangedStatusIsAnnouncedOnce();
+    void theFirstAnswersOfTheRowsAreNotAnnounced();
+    void aPeekReadsTheNewHero();
+    void theHintIsOnlyOnTheRowThatHadTheFocusFirst();
     void clickingARowMovesItToTheTop();
     void rowsCanBeReachedAndOperatedByKeys();
     void theSettingsButtonRequestsTheSettings();
@@ -117,11 +151,16 @@ private Q_SLOTS:
     void reopeningRepeatsTheAnimationAndTheCheck();
     void aChangedStatusLineFadesFromOneToTheOther();
     void reducedMotionChangesAStatusLineAtOnce();
+    void theFormerStatusDoesNotFadeOutWhenItOpens();
+    void theFocusOfARowIsARingInsideOfItsHighlight();
     void noAnimationRunsWhileItIsHidden();
     void coloursFollowTheAppearanceWhileOpen();
     void everythingIsMirroredInARightToLeftLayout();
+    void highContrastGivesLabelsTheirFullStrength();
     void matchesTheGoldenPictures_data();
     void matchesTheGoldenPictures();
+    void statesOfControlsMatchTheGoldenPictures_data();
+    void statesOfControlsMatchTheGoldenPictures();
 };
 
 void StatusPopoverTest::blocksAreAtTheirPositions()
@@ -176,7 +215,7 @@ void StatusPopoverTest::heroLinesAreAtTheirPositions()
     QCOMPARE(dot.size(), QSizeF(8, 8));
     QCOMPARE(dot.left(), 18.0);
     QCOMPARE(label.left(), dot.right() + 7);
-    QVERIFY(qAbs(dot.center().y() - label.center().y()) <= 0.5);
+    QCOMPARE(dot.center().y(), label.center().y());
     QCOMPARE(body.top(), line.bottom() + 9);
     QCOMPARE(body.left(), 18.0);
     // The height of the text item includes the line spacing after its last line.
@@ -184,7 +223,7 @@ void StatusPopoverTest::heroLinesAreAtTheirPositions()
     QCOMPARE(breathing.size(), QSizeF(5, 5));
     QCOMPARE(breathing.left(), 18.0);
     QCOMPARE(checked.left(), breathing.right() + 6);
-    QVERIFY(qAbs(breathing.center().y() - checked.center().y()) <= 0.5);
+    QCOMPARE(breathing.center().y(), checked.center().y());
     QCOMPARE(scene.frame(u"hero"_s).bottom(), checked.bottom());
 }
 
@@ -242,7 +281,7 @@ void StatusPopoverTest::rowsTakeNoMoreRoomThanTheirTexts()
         QCOMPARE(name.topLeft(), QPointF(18, bottom + 6));
         QCOMPARE(dot.size(), QSizeF(7, 7));
         QCOMPARE(dot.right(), 302.0);
-        QVERIFY(qAbs(dot.center().y() - name.center().y()) <= 0.5);
+        QCOMPARE(dot.center().y(), name.center().y());
         QVERIFY(name.right() <= dot.left() - 8);
         bottom = name.bottom();
     }
@@ -266,6 +305,8 @@ void StatusPopoverTest::hoverHighlightReachesBeyondTheRow()
     QTRY_COMPARE(rgba(highlight), primary(0.06F));
     QTRY_VERIFY(row->findChild<QObject *>(u"help"_s));
     QCOMPARE(row->findChild<QObject *>(u"help"_s)->property("text").toString(), u"Show Cursor above"_s);
+    QVERIFY(!row->findChild<QObject *>(u"help"_s)->property("visible").toBool());
+    QTRY_VERIFY(row->findChild<QObject *>(u"help"_s)->property("visible").toBool());
     QTest::mouseMove(&scene.view, {160, 20});
     QTRY_COMPARE(rgba(highlight), u"#00000000"_s);
 }
@@ -388,6 +429,114 @@ void StatusPopoverTest::aRowThatWasNeverCheckedReadsNotCheckedYet()
     QCOMPARE(accessible(scene.row(ServiceID::cursor))->text(QAccessible::Name), u"Cursor, not checked yet"_s);
 }
 
+void StatusPopoverTest::openingAndReopeningReadTheHero()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    scene.view.requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(&scene.view));
+    auto *hero = scene.item(u"hero"_s);
+    QCOMPARE(scene.view.activeFocusItem(), hero);
+    QVERIFY(accessible(hero)->state().focused);
+    QVERIFY(accessible(hero)->parent()->indexOfChild(accessible(hero)) >= 0);
+    QTest::keyClick(&scene.view, Qt::Key_Down);
+    QCOMPARE(scene.view.activeFocusItem(), scene.row(ServiceID::chatgpt));
+
+    scene.view.hide();
+    scene.state.close();
+    scene.state.open();
+    scene.view.show();
+    scene.view.requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(&scene.view));
+    QCOMPARE(scene.view.activeFocusItem(), hero);
+    QTest::keyClick(&scene.view, Qt::Key_Space);
+    QTest::keyClick(&scene.view, Qt::Key_Return);
+    QCOMPARE(scene.text(u"heroName"_s), u"Claude"_s);
+    QTest::keyClick(&scene.view, Qt::Key_Up);
+    QCOMPARE(scene.view.activeFocusItem(), scene.row(ServiceID::copilot));
+}
+
+void StatusPopoverTest::theSpokenTimeIsAlwaysTheCurrentOne()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    Announcements announcements(scene);
+    scene.stores.clock.advance(4s);
+    QCOMPARE(accessibleName(scene.item(u"hero"_s)), u"Claude, Operational, checked 4 seconds ago"_s);
+    QCOMPARE(announcements.made(), QStringList());
+}
+
+void StatusPopoverTest::aChangedStatusIsAnnouncedOnce()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    Announcements announcements(scene);
+    scene.stores.round({{ServiceID::claude, ServiceHealth::outage}}, u"Down"_s);
+    QCOMPARE(announcements.made(), QStringList{u"Claude, Major outage"_s});
+    scene.stores.clock.advance(5s);
+    QCOMPARE(announcements.made(), QStringList());
+    scene.stores.round({{ServiceID::claude, ServiceHealth::outage}, {ServiceID::gemini, ServiceHealth::degraded}},
+                       u"Down"_s);
+    QCOMPARE(announcements.made(), QStringList{u"Gemini, Down"_s});
+    scene.state.close();
+    scene.stores.round({{ServiceID::cursor, ServiceHealth::outage}}, u"Down"_s);
+    scene.state.open();
+    QCOMPARE(announcements.made(), QStringList());
+}
+
+void StatusPopoverTest::theFirstAnswersOfTheRowsAreNotAnnounced()
+{
+    Scene scene;
+    scene.open();
+    Announcements announcements(scene);
+    scene.stores.round();
+    QCOMPARE(announcements.made(), QStringList{u"Claude, Operational"_s});
+}
+
+void StatusPopoverTest::aPeekReadsTheNewHero()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    scene.view.requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(&scene.view));
+    QTest::keyClick(&scene.view, Qt::Key_Tab);
+    Announcements announcements(scene);
+    QTest::keyClick(&scene.view, Qt::Key_Return);
+    QCOMPARE(announcements.made(), QStringList{u"ChatGPT, Operational, checked 0 seconds ago"_s});
+    // A click moves the focus to the hero, which is read then.
+    QTest::mouseClick(&scene.view, Qt::LeftButton, {}, scene.frame(scene.row(ServiceID::cursor)).center().toPoint());
+    QCOMPARE(scene.view.activeFocusItem(), scene.item(u"hero"_s));
+    QCOMPARE(accessibleName(scene.item(u"hero"_s)), u"Cursor, Operational, checked 0 seconds ago"_s);
+    QCOMPARE(announcements.made(), QStringList());
+    // The press action of a screen reader does not move the focus.
+    accessible(scene.row(ServiceID::gemini))->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(announcements.made(), QStringList{u"Gemini, Operational, checked 0 seconds ago"_s});
+}
+
+void StatusPopoverTest::theHintIsOnlyOnTheRowThatHadTheFocusFirst()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    scene.view.requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(&scene.view));
+    const auto hint = [&scene](ServiceID id) { return accessible(scene.row(id))->text(QAccessible::Description); };
+    const auto text = u"Shows this service's status at the top"_s;
+    QCOMPARE(hint(ServiceID::cursor), text);
+    QTest::keyClick(&scene.view, Qt::Key_Down);
+    QCOMPARE(hint(ServiceID::chatgpt), text);
+    QTest::keyClick(&scene.view, Qt::Key_Down);
+    QCOMPARE(hint(ServiceID::cursor), QString());
+    QCOMPARE(hint(ServiceID::gemini), QString());
+    scene.state.close();
+    scene.state.open();
+    QCOMPARE(hint(ServiceID::cursor), text);
+}
+
 void StatusPopoverTest::clickingARowMovesItToTheTop()
 {
     Scene scene;
@@ -395,7 +544,7 @@ void StatusPopoverTest::clickingARowMovesItToTheTop()
     scene.open();
     QTest::mouseClick(&scene.view, Qt::LeftButton, {}, scene.frame(scene.row(ServiceID::gemini)).center().toPoint());
     QCOMPARE(scene.text(u"heroName"_s), u"Gemini"_s);
-    QVERIFY(!scene.view.activeFocusItem() || scene.view.activeFocusItem() == scene.root());
+    QCOMPARE(scene.view.activeFocusItem(), scene.item(u"hero"_s));
 }
 
 void StatusPopoverTest::rowsCanBeReachedAndOperatedByKeys()
@@ -495,6 +644,49 @@ void StatusPopoverTest::reducedMotionChangesAStatusLineAtOnce()
     QVERIFY(!scene.item(u"formerStatusLine"_s)->isVisible());
 }
 
+void StatusPopoverTest::theFormerStatusDoesNotFadeOutWhenItOpens()
+{
+    Scene scene;
+    scene.appearance.still = false;
+    scene.stores.round();
+    scene.open();
+    QTRY_COMPARE(scene.item(u"stack"_s)->opacity(), 1.0);
+    scene.view.hide();
+    scene.state.close();
+    scene.stores.round({{ServiceID::claude, ServiceHealth::outage}});
+    scene.state.open();
+    scene.view.show();
+    QCOMPARE(scene.text(u"statusLabel"_s), u"Major outage"_s);
+    QCOMPARE(scene.item(u"statusLine"_s)->opacity(), 1.0);
+    QVERIFY(!scene.item(u"formerStatusLine"_s)->isVisible());
+
+    // A change that is under way when the popover closes is not shown further when it opens again.
+    QTRY_COMPARE(scene.item(u"stack"_s)->opacity(), 1.0);
+    scene.stores.round({{ServiceID::claude, ServiceHealth::degraded}});
+    QVERIFY(scene.item(u"formerStatusLine"_s)->isVisible());
+    scene.state.close();
+    QVERIFY(!scene.item(u"formerStatusLine"_s)->isVisible());
+    QCOMPARE(scene.item(u"statusLine"_s)->opacity(), 1.0);
+}
+
+void StatusPopoverTest::theFocusOfARowIsARingInsideOfItsHighlight()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    scene.view.requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(&scene.view));
+    auto *row = scene.row(ServiceID::chatgpt);
+    auto *ring = findItem(row, u"focusRing"_s);
+    QVERIFY(!ring->isVisible());
+    QTest::keyClick(&scene.view, Qt::Key_Tab);
+    QVERIFY(ring->isVisible());
+    QCOMPARE(scene.frame(ring), scene.frame(findItem(row, u"highlight"_s)));
+    const auto shown = picture(scene.view);
+    const auto edge = scene.frame(ring).toAlignedRect().adjusted(1, 1, -1, -1);
+    QCOMPARE(rgba(shown.pixelColor(QPoint(edge.left(), edge.center().y()))), opaque(0x007aff));
+}
+
 void StatusPopoverTest::noAnimationRunsWhileItIsHidden()
 {
     Scene scene;
@@ -543,6 +735,20 @@ void StatusPopoverTest::everythingIsMirroredInARightToLeftLayout()
     QCOMPARE(gear.left(), 12.0);
 }
 
+void StatusPopoverTest::highContrastGivesLabelsTheirFullStrength()
+{
+    Scene scene;
+    scene.stores.round({{ServiceID::chatgpt, ServiceHealth::outage}});
+    scene.open();
+    scene.appearance.setHighContrast(true);
+    for (const char *label : {"heroName", "affectedTag", "bodyLine", "checkedText", "groupHeading", "armedChannel"}) {
+        QCOMPARE(rgba(scene.item(QString::fromLatin1(label))), u"#ff000000"_s);
+    }
+    QCOMPARE(rgba(findItem(scene.row(ServiceID::cursor), u"name"_s)), u"#ff000000"_s);
+    QCOMPARE(rgba(scene.item(u"gear"_s)), u"#ff000000"_s);
+    QCOMPARE(rgba(scene.item(u"separator"_s)), primary(0.70F));
+}
+
 void StatusPopoverTest::matchesTheGoldenPictures_data()
 {
     QTest::addColumn<std::size_t>("look");
@@ -568,6 +774,48 @@ void StatusPopoverTest::matchesTheGoldenPictures()
     }
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
     QTRY_COMPARE(scene.view.height(), qCeil(scene.root()->height()));
+    QCOMPARE(golden.difference(picture(scene.view), u"popover-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
+}
+
+void StatusPopoverTest::statesOfControlsMatchTheGoldenPictures_data()
+{
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<bool>("dark");
+    for (const auto &[part, control] : {std::pair("row", u"row-cursor"_s), std::pair("gear", u"settingsButton"_s)}) {
+        for (const char *state : {"hovered", "pressed", "focused", "focused-in-high-contrast"}) {
+            QTest::addRow("%s-%s-light", part, state) << control << QString::fromLatin1(state) << false;
+            QTest::addRow("%s-%s-dark", part, state) << control << QString::fromLatin1(state) << true;
+        }
+    }
+}
+
+void StatusPopoverTest::statesOfControlsMatchTheGoldenPictures()
+{
+    QFETCH(const QString, control);
+    QFETCH(const QString, state);
+    QFETCH(const bool, dark);
+    Scene scene;
+    scene.appearance.dark = dark;
+    scene.appearance.contrast = state.endsWith(u"high-contrast");
+    scene.stores.round();
+    scene.open();
+    scene.view.requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(&scene.view));
+    auto *item = scene.item(control);
+    if (state == u"hovered") {
+        QTest::mouseMove(&scene.view, {160, 20}); // the pointer may still be where the last picture had it
+        QTest::mouseMove(&scene.view, scene.frame(item).center().toPoint());
+        QTRY_VERIFY(item->property("hovered").toBool());
+    } else if (state == u"pressed") {
+        QTest::mousePress(&scene.view, Qt::LeftButton, {}, scene.frame(item).center().toPoint());
+        QTRY_VERIFY(item->property("down").toBool());
+    } else {
+        item->forceActiveFocus(Qt::TabFocusReason);
+        QVERIFY(item->property("visualFocus").toBool());
+    }
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
     QCOMPARE(golden.difference(picture(scene.view), u"popover-"_s + QString::fromLatin1(QTest::currentDataTag())),
              QString());
 }

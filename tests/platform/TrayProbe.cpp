@@ -70,7 +70,8 @@ int main(int argc, char **argv)
         const auto command = line.section(u' ', 0, 0);
         const auto argument = line.section(u' ', 1);
         if (command == "icon"_L1) {
-            item.setIcon(QIcon(new DiscEngine(QColor(argument))));
+            const QIcon disc(new DiscEngine(QColor(argument)));
+            item.setImage({disc, disc}, false);
         } else if (command == "tooltip"_L1) {
             item.setToolTip(argument);
         } else if (command == "menu"_L1) {

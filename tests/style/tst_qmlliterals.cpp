@@ -28,6 +28,7 @@ const QList<Literal> &literals()
          QRegularExpression("\\bfont\\.(bold|family|letterSpacing|pixelSize|pointSize|weight)\\b"_L1)},
         {u"a duration"_s, QRegularExpression("\\b(delay|duration|interval): .*\\b[1-9]"_L1)},
         {u"a curve"_s, QRegularExpression("\\beasing\\."_L1)},
+        {u"a rectangle that leaves gaps at fractional scales"_s, QRegularExpression("(^|[^\\w])Rectangle \\{"_L1)},
         {u"a corner"_s, QRegularExpression("\\b(innerRadius|radius): (.*[?:+(-] ?)?[1-9]"_L1)},
         {u"a height of a row or control"_s, QRegularExpression("\\bimplicitHeight: (Math\\.max\\()?\\d{2}"_L1)},
         {u"a padding that has a name"_s,
@@ -49,7 +50,7 @@ QStringList literalsIn(const QString &line)
 
 } // namespace
 
-/// The tokens are the only source of colours, fonts, durations and sizes in QML.
+/// The tokens are the only source of colours, fonts, durations and sizes in QML, and rectangles are painted without gaps.
 class QmlLiteralsTest : public QObject
 {
     Q_OBJECT
@@ -76,6 +77,7 @@ void QmlLiteralsTest::aLiteralIsDetected_data()
     row("duration: 160", u"a duration"_s);
     row("duration: Tokens.reduceMotion ? 0 : 180", u"a duration"_s);
     row("easing.type: Easing.OutCubic", u"a curve"_s);
+    row("background: Rectangle {", u"a rectangle that leaves gaps at fractional scales"_s);
     row("radius: 6", u"a corner"_s);
     row("readonly property real radius: translucent ? 12 : 0", u"a corner"_s);
     row("implicitHeight: 34", u"a height of a row or control"_s);
@@ -100,6 +102,7 @@ void QmlLiteralsTest::aTokenIsNotALiteral()
              u"radius: Tokens.windowRadius + Tokens.hairlineWidth"_s,
              u"property real innerRadius: 0"_s,
              u"radius: width / 2"_s,
+             u"background: RoundedRectangle {"_s,
              u"implicitHeight: Math.max(Tokens.fieldHeight, contentHeight + 12)"_s,
              u"anchors.leftMargin: Tokens.rowPadding"_s,
          }) {

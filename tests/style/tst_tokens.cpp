@@ -100,8 +100,8 @@ void TokensTest::aColourIsAPairOfLightAndDark_data()
     primary("rowPressed", 0.07F);
     primary("fieldLine", 0.15F);
     primary("fieldLineHovered", 0.24F);
-    primary("checkboxLine", 0.20F);
-    primary("checkboxLineHovered", 0.36F);
+    primary("controlLine", 0.45F);
+    primary("controlLineHovered", 0.60F);
     primary("segmentTrack", 0.07F);
     primary("segmentHovered", 0.70F);
     primary("switchTrack", 0.14F);
@@ -159,7 +159,7 @@ void TokensTest::highContrastMakesLinesAndMarksVisible_data()
 {
     QTest::addColumn<QByteArray>("token");
     for (const char *token :
-         {"cardLine", "hairline", "separator", "fieldLine", "checkboxLine", "scrollThumb", "pageDot", "focusRing",
+         {"cardLine", "hairline", "separator", "fieldLine", "controlLine", "scrollThumb", "pageDot", "focusRing",
           "controlBorder", "action", "link", "availableDot", "recoveringDot", "outageDot", "inactiveDot"}) {
         QTest::newRow(token) << QByteArray(token);
     }

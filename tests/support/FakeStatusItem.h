@@ -8,9 +8,9 @@ namespace kelvo {
 class FakeStatusItem : public StatusItem
 {
 public:
-    void setIcon(const QIcon &icon) override
+    void setImage(const StatusItemImage &image, bool barIsDark) override
     {
-        lastIcon = icon;
+        lastIcon = barIsDark ? image.onDarkBar : image.onLightBar;
         ++icons;
     }
     void setToolTip(const QString &text) override { toolTip = text; }

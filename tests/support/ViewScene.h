@@ -13,6 +13,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <utility>
+
 namespace kelvo {
 
 /// Finds an item by object name among the visual children, which can differ from the QObject children.
@@ -57,6 +59,30 @@ inline QString accessibleName(QQuickItem *item)
 {
     return accessible(item)->text(QAccessible::Name);
 }
+
+/// Records what an Announcer lets a screen reader speak.
+class Announcements
+{
+public:
+    explicit Announcements(QQuickItem *announcer)
+        : connection_(QObject::connect(announcer, &QQuickItem::visibleChanged, announcer, [this, announcer] {
+            if (announcer->isVisible()) {
+                texts_.append(accessibleName(announcer));
+            }
+        }))
+    {
+    }
+    ~Announcements() { QObject::disconnect(connection_); }
+    Announcements(const Announcements &) = delete;
+    Announcements &operator=(const Announcements &) = delete;
+
+    /// Returns what was announced since the last call.
+    QStringList take() { return std::exchange(texts_, {}); }
+
+private:
+    QStringList texts_;
+    QMetaObject::Connection connection_;
+};
 
 /// A view in a window, with real stores and fakes at all boundaries.
 struct ViewScene
@@ -104,6 +130,8 @@ struct ViewScene
     }
     QRectF frame(const QString &name) const { return frame(item(name)); }
     QPoint middle(QQuickItem *of) const { return frame(of).center().toPoint(); }
+    /// The text of a Prose.
+    QString words(QQuickItem *of) const { return of->property("words").toString(); }
     QString text(QQuickItem *of) const { return of->property("text").toString(); }
 
     void click(QQuickItem *target)
@@ -114,6 +142,27 @@ struct ViewScene
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         QTest::keyClick(&view, key, modifiers);
+        settle();
+    }
+    /// Sends the key events of a key that is held down and repeats three times.
+    void holdDown(Qt::Key key)
+    {
+        const auto text = key == Qt::Key_Space ? QStringLiteral(" ") : QString();
+        const auto send = [&](QEvent::Type type, bool repeated) {
+            QKeyEvent event(type, key, Qt::NoModifier, text, repeated);
+            QCoreApplication::sendEvent(&view, &event);
+            settle();
+        };
+        send(QEvent::KeyPress, false);
+        for (int i = 0; i < 3; ++i) {
+            send(QEvent::KeyRelease, true);
+            send(QEvent::KeyPress, true);
+        }
+        send(QEvent::KeyRelease, false);
+    }
+    void hover(QPoint at)
+    {
+        QTest::mouseMove(&view, at);
         settle();
     }
     void type(const QString &text)

@@ -1,7 +1,10 @@
+#include "support/StatePictures.h"
 #include "support/ViewScene.h"
 
 #include "windows/settings/SettingsState.h"
 
+#include <QClipboard>
+#include <QStyleHints>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -26,8 +29,11 @@ struct Scene : ViewScene
 
     QQuickItem *sheet() const { return item(u"channelSheet"_s); }
     QQuickItem *input(int index) const { return item(u"field-%1"_s.arg(index), u"input"_s); }
+    /// What a field shows while it is not edited.
+    QQuickItem *still(int index) const { return item(u"field-%1"_s.arg(index), u"still"_s); }
+    QQuickItem *menuItem(const QString &title) const { return item(title); }
     bool isEnabled(const QString &name) const { return item(name)->isEnabled(); }
-    QString value(const QString &row) const { return text(item(row, u"value"_s)); }
+    QString value(const QString &row) const { return words(item(row, u"value"_s)); }
 
     SettingsState state{stores.settings, stores.notifier};
 };
@@ -67,9 +73,22 @@ private Q_SLOTS:
     void theFocusStaysInsideAndIsRestored();
     void theWindowBehindCannotBeClicked();
     void aScreenReaderSeesTheFields();
+    void aScreenReaderSeesOneNamedDialog();
+    void aScreenReaderHearsWhatTheButtonsDo();
+    void openingSelectsTheTextOfTheFirstField();
+    void aLongTextIsElidedUnlessItIsEdited();
+    void theContextMenuCutsCopiesAndPastes();
+    void theContextMenuOpensByKey_data();
+    void theContextMenuOpensByKey();
     void partsHaveTheirSizes();
+    void disabledButtonsLookDisabled_data();
+    void disabledButtonsLookDisabled();
     void matchesTheGoldenPictures_data();
     void matchesTheGoldenPictures();
+    void statesMatchTheGoldenPictures_data();
+    void statesMatchTheGoldenPictures();
+    void highContrastMatchesTheGoldenPictures_data();
+    void highContrastMatchesTheGoldenPictures();
     void matchesTheGoldenPicturesOverTheWindow_data() { matchesTheGoldenPictures_data(); }
     void matchesTheGoldenPicturesOverTheWindow();
 };
@@ -121,12 +140,12 @@ void ChannelSheetTest::fieldsFollowTheStore()
 {
     Scene scene;
     scene.open(RemoteChannel::slack);
-    QVERIFY(scene.item(u"field-0"_s, u"placeholder"_s)->isVisible());
-    QCOMPARE(scene.text(scene.item(u"field-0"_s, u"placeholder"_s)), u"https://hooks.slack.com/services/…"_s);
+    QVERIFY(scene.still(0)->isVisible());
+    QCOMPARE(scene.text(scene.still(0)), u"https://hooks.slack.com/services/…"_s);
     scene.type(u"a"_s);
     scene.stores.settings.setSlackWebhookURL(u"https://elsewhere"_s);
     QCOMPARE(scene.text(scene.input(0)), u"https://elsewhere"_s);
-    QVERIFY(!scene.item(u"field-0"_s, u"placeholder"_s)->isVisible());
+    QVERIFY(!scene.still(0)->isVisible());
 }
 
 void ChannelSheetTest::armingSlackLeavesTelegramConnected()
@@ -252,12 +271,12 @@ void ChannelSheetTest::theWindowBehindCannotBeClicked()
 {
     Scene scene;
     scene.open(RemoteChannel::slack);
-    const auto box = scene.middle(scene.item(u"service-claude"_s, u"box"_s));
-    scene.stores.settings.setEnabledServices({ServiceID::claude, ServiceID::cursor});
-    QVERIFY(!scene.frame(u"channelSheet"_s).contains(box));
-    QTest::mouseClick(&scene.view, Qt::LeftButton, {}, box);
+    const auto below = scene.middle(scene.item(u"segment-0"_s));
+    QVERIFY(QRect({}, scene.view.size()).contains(below));
+    QVERIFY(!scene.frame(u"channelSheet"_s).contains(below));
+    QTest::mouseClick(&scene.view, Qt::LeftButton, {}, below);
     settle();
-    QCOMPARE(scene.stores.settings.enabledServices().size(), std::size_t(2));
+    QCOMPARE(scene.stores.settings.checkInterval(), CheckInterval::fiveMinutes);
     QVERIFY(scene.sheet());
 }
 
@@ -270,9 +289,127 @@ void ChannelSheetTest::aScreenReaderSeesTheFields()
     QCOMPARE(token->text(QAccessible::Name), u"Bot token"_s);
     QCOMPARE(accessibleName(scene.input(1)), u"Chat ID"_s);
     QCOMPARE(accessibleName(scene.item(u"toldAbout"_s)), u"Tell me about: Recovery only"_s);
-    QCOMPARE(accessible(scene.sheet())->role(), QAccessible::Dialog);
-    QCOMPARE(accessibleName(scene.sheet()), u"Telegram"_s);
     QCOMPARE(accessibleName(scene.item(u"arm"_s)), u"Arm this channel"_s);
+}
+
+void ChannelSheetTest::aScreenReaderSeesOneNamedDialog()
+{
+    Scene scene;
+    scene.open(RemoteChannel::telegram);
+    QStringList dialogs;
+    for (const auto *ancestor = accessible(scene.input(0)); ancestor; ancestor = ancestor->parent()) {
+        if (ancestor->role() == QAccessible::Dialog) {
+            dialogs.append(ancestor->text(QAccessible::Name));
+        }
+    }
+    QCOMPARE(dialogs, QStringList{u"Telegram"_s});
+}
+
+void ChannelSheetTest::aScreenReaderHearsWhatTheButtonsDo()
+{
+    Scene scene;
+    scene.stores.settings.setSlackWebhookURL(u"x"_s);
+    scene.open(RemoteChannel::slack);
+    Announcements announcements(scene.item(u"announcer"_s));
+    scene.click(scene.item(u"arm"_s));
+    QCOMPARE(announcements.take(), QStringList{u"Armed"_s});
+    // The same result is told again.
+    for (int i = 0; i < 2; ++i) {
+        QStringList heard;
+        scene.click(scene.item(u"sendTest"_s));
+        QTRY_VERIFY(!(heard += announcements.take()).isEmpty());
+        QCOMPARE(heard, QStringList{u"Couldn’t send — check the details"_s});
+    }
+}
+
+void ChannelSheetTest::openingSelectsTheTextOfTheFirstField()
+{
+    Scene scene;
+    scene.stores.settings.setSlackWebhookURL(u"https://old"_s);
+    scene.open(RemoteChannel::slack);
+    QCOMPARE(scene.input(0)->property("selectedText").toString(), u"https://old"_s);
+    scene.type(u"n"_s);
+    QCOMPARE(scene.stores.settings.slackWebhookURL(), u"n"_s);
+}
+
+void ChannelSheetTest::aLongTextIsElidedUnlessItIsEdited()
+{
+    Scene scene;
+    const auto address = u"https://hooks.slack.com/services/T0123456/B0123456/abcdefghijklmnop"_s;
+    scene.stores.settings.setSlackWebhookURL(address);
+    scene.open(RemoteChannel::slack);
+    QVERIFY(!scene.still(0)->isVisible());
+    scene.click(scene.input(1));
+    QVERIFY(scene.still(0)->isVisible());
+    QCOMPARE(scene.text(scene.still(0)), address);
+    QVERIFY(scene.still(0)->property("truncated").toBool());
+    QCOMPARE(scene.input(0)->property("color").value<QColor>().alpha(), 0);
+    QCOMPARE(accessible(scene.input(0))->text(QAccessible::Value), address);
+    scene.click(scene.input(0));
+    QVERIFY(!scene.still(0)->isVisible());
+}
+
+void ChannelSheetTest::theContextMenuCutsCopiesAndPastes()
+{
+    Scene scene;
+    auto &settings = scene.stores.settings;
+    settings.setSlackWebhookURL(u"https://a"_s);
+    scene.open(RemoteChannel::slack);
+    QGuiApplication::clipboard()->clear();
+    const auto openMenu = [&scene](int field) {
+        QTest::mouseClick(&scene.view, Qt::RightButton, {}, scene.middle(scene.input(field)));
+        settle();
+        QVERIFY(scene.menuItem(u"Paste"_s));
+    };
+    openMenu(0);
+    QVERIFY(scene.menuItem(u"Cut"_s)->isEnabled());
+    QVERIFY(scene.menuItem(u"Copy"_s)->isEnabled());
+    QVERIFY(!scene.menuItem(u"Paste"_s)->isEnabled());
+    QCOMPARE(accessible(scene.menuItem(u"Cut"_s))->role(), QAccessible::MenuItem);
+    QCOMPARE(accessibleName(scene.menuItem(u"Cut"_s)), u"Cut"_s);
+    scene.click(scene.menuItem(u"Copy"_s));
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"https://a"_s);
+    QCOMPARE(settings.slackWebhookURL(), u"https://a"_s);
+    QTRY_COMPARE(scene.view.activeFocusItem(), scene.input(0));
+
+    openMenu(0);
+    scene.click(scene.menuItem(u"Cut"_s));
+    QCOMPARE(settings.slackWebhookURL(), QString());
+    QVERIFY(!scene.isEnabled(u"arm"_s));
+
+    openMenu(1);
+    QVERIFY(!scene.menuItem(u"Cut"_s)->isEnabled());
+    QVERIFY(!scene.menuItem(u"Copy"_s)->isEnabled());
+    scene.click(scene.menuItem(u"Paste"_s));
+    QCOMPARE(settings.slackChannelLabel(), u"https://a"_s);
+    QVERIFY(scene.sheet());
+}
+
+void ChannelSheetTest::theContextMenuOpensByKey_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::newRow("Menu") << Qt::Key_Menu << Qt::KeyboardModifiers();
+    QTest::newRow("Shift+F10") << Qt::Key_F10 << Qt::KeyboardModifiers(Qt::ShiftModifier);
+}
+
+void ChannelSheetTest::theContextMenuOpensByKey()
+{
+    QFETCH(Qt::Key, key);
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    Scene scene;
+    scene.stores.settings.setSlackWebhookURL(u"https://a"_s);
+    scene.open(RemoteChannel::slack);
+    scene.key(key, modifiers);
+    QVERIFY(scene.menuItem(u"Cut"_s));
+    scene.key(Qt::Key_Down);
+    scene.key(Qt::Key_Return);
+    QCOMPARE(scene.stores.settings.slackWebhookURL(), QString());
+    QTRY_COMPARE(scene.view.activeFocusItem(), scene.input(0));
+    scene.key(key, modifiers);
+    scene.key(Qt::Key_Escape);
+    QTRY_COMPARE(scene.view.activeFocusItem(), scene.input(0));
+    QVERIFY(scene.sheet());
 }
 
 void ChannelSheetTest::partsHaveTheirSizes()
@@ -284,10 +421,41 @@ void ChannelSheetTest::partsHaveTheirSizes()
     QCOMPARE(sheet.center().x(), 200.0);
     QCOMPARE(scene.frame(findItem(scene.sheet(), u"title"_s)).topLeft() - sheet.topLeft(), QPointF(22, 20));
     QCOMPARE(scene.frame(scene.input(0)).width(), 190.0);
-    QVERIFY(scene.frame(u"toldAbout"_s).height() >= 31);
+    QCOMPARE(sheet.top(), 0.0);
+    for (const auto &row : {u"field-0"_s, u"field-1"_s, u"toldAbout"_s, u"testResult"_s}) {
+        QCOMPARE(scene.frame(row).height(), 34.0);
+    }
+    QVERIFY(scene.frame(u"sendTest"_s).height() >= 24);
+    QVERIFY(scene.frame(u"done"_s).height() >= 24);
+    QCOMPARE(scene.frame(u"done"_s).center().y(), scene.frame(u"arm"_s).center().y());
     QCOMPARE(scene.frame(u"arm"_s).height(), 26.0);
     QCOMPARE(scene.frame(u"arm"_s).bottom(), sheet.bottom() - 20);
     QCOMPARE(scene.frame(u"done"_s).right(), sheet.right() - 22);
+}
+
+void ChannelSheetTest::disabledButtonsLookDisabled_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void ChannelSheetTest::disabledButtonsLookDisabled()
+{
+    QFETCH(bool, dark);
+    Scene scene;
+    scene.appearance.dark = dark;
+    scene.open(RemoteChannel::slack);
+    const auto color = [&scene](const QString &button, const char *part) {
+        return scene.item(button)->property(part).value<QQuickItem *>()->property("color").value<QColor>().rgba();
+    };
+    QCOMPARE(QColor(color(u"arm"_s, "background")).hslSaturation(), 0);
+    QCOMPARE(color(u"arm"_s, "contentItem"), scene.tokens.labelTertiary().rgba());
+    QCOMPARE(color(u"sendTest"_s, "contentItem"), scene.tokens.labelTertiary().rgba());
+    QCOMPARE(scene.item(u"sendTest"_s)->property("contentItem").value<QQuickItem *>()->opacity(), 1.0);
+    scene.stores.settings.setSlackWebhookURL(u"x"_s);
+    QCOMPARE(color(u"arm"_s, "background"), scene.tokens.action().rgba());
+    QCOMPARE(color(u"sendTest"_s, "contentItem"), scene.tokens.link().rgba());
 }
 
 void ChannelSheetTest::matchesTheGoldenPictures_data()
@@ -339,6 +507,63 @@ void ChannelSheetTest::matchesTheGoldenPicturesOverTheWindow()
     QCOMPARE(
         golden.difference(picture(scene.view), dark ? u"sheet-over-settings-dark"_s : u"sheet-over-settings-light"_s),
         QString());
+}
+
+void ChannelSheetTest::statesMatchTheGoldenPictures_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void ChannelSheetTest::statesMatchTheGoldenPictures()
+{
+    QFETCH(bool, dark);
+    // A caret that does not blink.
+    QGuiApplication::styleHints()->setCursorFlashTime(0);
+    Scene scene;
+    scene.appearance.dark = dark;
+    scene.stores.settings.setSlackWebhookURL(u"https://hooks.slack.com/services/T0/B0/x"_s);
+    scene.open(RemoteChannel::slack);
+    StatePictures states(scene);
+    states.add(scene.item(u"field-0"_s));
+    states.addFocused(scene.input(1));
+    states.addHovered(scene.item(u"field-0"_s), scene.input(0));
+    for (const auto &button : {u"arm"_s, u"sendTest"_s, u"done"_s}) {
+        states.addStates(scene.item(button));
+    }
+    scene.input(0)->forceActiveFocus();
+    QMetaObject::invokeMethod(scene.input(0), "selectAll");
+    QTest::mouseClick(&scene.view, Qt::RightButton, {}, scene.middle(scene.input(0)));
+    settle();
+    scene.hover(scene.middle(scene.menuItem(u"Copy"_s)));
+    states.add(scene.sheet());
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(states.picture(), u"sheet-states-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
+}
+
+void ChannelSheetTest::highContrastMatchesTheGoldenPictures_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void ChannelSheetTest::highContrastMatchesTheGoldenPictures()
+{
+    QFETCH(bool, dark);
+    Scene scene;
+    scene.appearance.dark = dark;
+    scene.appearance.contrast = true;
+    scene.stores.settings.setSlackWebhookURL(u"https://hooks.slack.com/services/T0/B0/x"_s);
+    scene.open(RemoteChannel::slack);
+    scene.item(u"arm"_s)->forceActiveFocus(Qt::TabFocusReason);
+    settle();
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(picture(scene.view),
+                               u"sheet-high-contrast-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
 }
 
 } // namespace kelvo

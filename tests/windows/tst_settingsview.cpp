@@ -1,9 +1,13 @@
 #include "support/Looks.h"
+#include "support/StatePictures.h"
 #include "support/ViewScene.h"
 
 #include "windows/settings/SettingsState.h"
 
 #include <QSignalSpy>
+
+#include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -12,6 +16,19 @@ namespace kelvo {
 namespace {
 
 const std::vector<ServiceID> catalogOrder(allServiceIDs.begin(), allServiceIDs.end());
+
+/// The contrast ratio of two opaque colours as WCAG 2 defines it.
+double contrast(const QColor &left, const QColor &right)
+{
+    const auto luminance = [](const QColor &color) {
+        const auto linear = [](double channel) {
+            return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+    };
+    const auto [darker, lighter] = std::minmax({luminance(left), luminance(right)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
 
 struct Scene : ViewScene
 {
@@ -74,7 +91,10 @@ private Q_SLOTS:
     void rowsFollowTheOrderOfTheStore();
     void theOnlyEnabledServiceCannotBeUnchecked();
     void oneOfTwoEnabledServicesCanBeUnchecked();
-    void aClickBesideTheCheckBoxTogglesNothing();
+    void aClickOnTheRowTogglesAndOneOnTheGripDoesNot();
+    void aRowLightsUpOnlyWhereAClickHasAnEffect();
+    void aRowIsDraggedByItsName();
+    void thePrimaryTagStandsOnTheBaselineOfTheName();
     void rowsMakeRoomWhileOneIsDragged();
     void droppingMovesToThatPosition();
     void droppingOnItsOwnPositionWritesNothing();
@@ -100,11 +120,22 @@ private Q_SLOTS:
     void theFocusIsVisibleAndScrolledIntoView();
     void aScreenReaderSeesNamesRolesAndStates();
     void aScreenReaderCanOperate();
+    void aScreenReaderSeesEveryChangeOfASwitch();
+    void aScreenReaderHearsWhereAServiceMoves();
+    void groupsHaveNames();
+    void theReorderingKeysAreTold();
+    void quietButtonsAreLargeEnoughToHit();
+    void controlsThatAreOffCanBeSeen_data();
+    void controlsThatAreOffCanBeSeen();
     void theWheelScrollsASmallWindow();
     void coloursFollowTheAppearanceWhileOpen();
     void everythingIsMirroredInARightToLeftLayout();
     void matchesTheGoldenPictures_data();
     void matchesTheGoldenPictures();
+    void statesMatchTheGoldenPictures_data();
+    void statesMatchTheGoldenPictures();
+    void highContrastMatchesTheGoldenPictures_data();
+    void highContrastMatchesTheGoldenPictures();
 };
 
 void SettingsViewTest::sectionsAreAtTheirPositions()
@@ -139,7 +170,7 @@ void SettingsViewTest::sectionsAreAtTheirPositions()
     QCOMPARE(scene.frame(scene.item(u"watchOnThisMac"_s, u"switch"_s)).right(), 378.0 - 12);
     QCOMPARE(scene.text(scene.item(u"servicesHeading"_s)), u"SERVICES · DRAG TO ORDER"_s);
     QCOMPARE(scene.frame(u"hint"_s).right(), 378.0);
-    QCOMPARE(scene.text(scene.item(u"channelsFootnote"_s)),
+    QCOMPARE(scene.words(scene.item(u"channelsFootnote"_s)),
              u"One channel is armed at a time, so a recovery never arrives four ways."_s);
 }
 
@@ -179,13 +210,64 @@ void SettingsViewTest::oneOfTwoEnabledServicesCanBeUnchecked()
     QCOMPARE(scene.place(ServiceID::claude), 0);
 }
 
-void SettingsViewTest::aClickBesideTheCheckBoxTogglesNothing()
+void SettingsViewTest::aClickOnTheRowTogglesAndOneOnTheGripDoesNot()
 {
     Scene scene;
     scene.open();
-    scene.click(scene.part(ServiceID::cursor, u"name"_s));
+    const auto &enabled = scene.stores.settings.enabledServices();
     scene.click(scene.part(ServiceID::cursor, u"handle"_s));
-    QCOMPARE(scene.stores.settings.enabledServices(), std::set{ServiceID::claude});
+    QVERIFY(!enabled.contains(ServiceID::cursor));
+    scene.click(scene.part(ServiceID::cursor, u"name"_s));
+    QVERIFY(enabled.contains(ServiceID::cursor));
+    scene.click(scene.row(ServiceID::cursor));
+    QVERIFY(!enabled.contains(ServiceID::cursor));
+    scene.click(scene.part(ServiceID::cursor, u"box"_s));
+    QVERIFY(enabled.contains(ServiceID::cursor));
+}
+
+void SettingsViewTest::aRowLightsUpOnlyWhereAClickHasAnEffect()
+{
+    Scene scene;
+    scene.open();
+    const auto isLit = [&scene](ServiceID id) {
+        return scene.part(id, u"tint"_s)->property("color").value<QColor>().alpha() > 0;
+    };
+    scene.hover(scene.middle(scene.row(ServiceID::cursor)));
+    QVERIFY(isLit(ServiceID::cursor));
+    scene.hover(scene.middle(scene.part(ServiceID::cursor, u"name"_s)));
+    QVERIFY(isLit(ServiceID::cursor));
+    scene.hover(scene.middle(scene.part(ServiceID::cursor, u"handle"_s)));
+    QVERIFY(!isLit(ServiceID::cursor));
+    // The only watched service cannot be turned off.
+    scene.hover(scene.middle(scene.row(ServiceID::claude)));
+    QVERIFY(!isLit(ServiceID::claude));
+    scene.state.toggle(u"cursor"_s);
+    QVERIFY(isLit(ServiceID::claude));
+}
+
+void SettingsViewTest::aRowIsDraggedByItsName()
+{
+    Scene scene({ServiceID::claude, ServiceID::chatgpt});
+    scene.open();
+    const auto from = scene.middle(scene.part(ServiceID::cursor, u"name"_s));
+    const QPoint to(from.x(), scene.slot(0).y());
+    QTest::mousePress(&scene.view, Qt::LeftButton, Qt::NoModifier, from);
+    scene.moveTo(from - QPoint(0, 6));
+    scene.moveTo(to);
+    scene.release(to);
+    QCOMPARE(scene.stores.settings.serviceOrder().front(), ServiceID::cursor);
+    QVERIFY(!scene.stores.settings.enabledServices().contains(ServiceID::cursor));
+}
+
+void SettingsViewTest::thePrimaryTagStandsOnTheBaselineOfTheName()
+{
+    Scene scene;
+    scene.open();
+    const auto baseline = [&scene](const QString &name) {
+        auto *item = scene.part(ServiceID::claude, name);
+        return scene.frame(item).top() + item->baselineOffset();
+    };
+    QCOMPARE(baseline(u"primaryTag"_s), baseline(u"name"_s));
 }
 
 void SettingsViewTest::rowsMakeRoomWhileOneIsDragged()
@@ -393,17 +475,17 @@ void SettingsViewTest::switchesWriteThroughAndFollowTheStore()
     const bool before = (settings.*read)();
     scene.click(scene.item(name, u"switch"_s));
     QCOMPARE((settings.*read)(), !before);
-    QCOMPARE(row->property("checked").toBool(), !before);
+    QCOMPARE(row->property("isOn").toBool(), !before);
     QVERIFY(scene.tabTo(row));
     scene.key(Qt::Key_Space);
     QCOMPARE((settings.*read)(), before);
     scene.key(Qt::Key_Return);
     QCOMPARE((settings.*read)(), !before);
     (settings.*write)(true);
-    QVERIFY(row->property("checked").toBool());
+    QVERIFY(row->property("isOn").toBool());
     QCOMPARE(knob->x(), 15.0);
     (settings.*write)(false);
-    QVERIFY(!row->property("checked").toBool());
+    QVERIFY(!row->property("isOn").toBool());
     QCOMPARE(knob->x(), 2.0);
 }
 
@@ -414,7 +496,7 @@ void SettingsViewTest::awayFromYourMacCannotBeSwitchedOn()
     auto *row = scene.item(u"watchAway"_s);
     const int writes = scene.stores.preferences.writeCount();
     scene.click(scene.item(u"watchAway"_s, u"switch"_s));
-    QVERIFY(!row->property("checked").toBool());
+    QVERIFY(!row->property("isOn").toBool());
     QVERIFY(!scene.tabTo(row));
     QCOMPARE(scene.stores.preferences.writeCount(), writes);
 }
@@ -426,7 +508,7 @@ void SettingsViewTest::aRefusedLaunchAtLoginIsReverted()
     scene.open();
     scene.click(scene.item(u"launchAtLogin"_s, u"switch"_s));
     QCOMPARE(scene.stores.loginItem.registrations, 1);
-    QVERIFY(!scene.item(u"launchAtLogin"_s)->property("checked").toBool());
+    QVERIFY(!scene.item(u"launchAtLogin"_s)->property("isOn").toBool());
     QCOMPARE(scene.item(u"launchAtLogin"_s, u"knob"_s)->x(), 2.0);
 }
 
@@ -572,6 +654,120 @@ void SettingsViewTest::aScreenReaderCanOperate()
     QVERIFY(accessible(scene.item(u"outageAlerts"_s))->state().checked);
 }
 
+void SettingsViewTest::aScreenReaderSeesEveryChangeOfASwitch()
+{
+    Scene scene;
+    scene.open();
+    auto *row = scene.item(u"launchAtLogin"_s);
+    const auto *switchOfRow = accessible(row);
+    const auto isOn = [switchOfRow] { return bool(switchOfRow->state().checked); };
+    QVERIFY(!isOn());
+    scene.click(row);
+    QVERIFY(isOn());
+    scene.key(Qt::Key_Space);
+    QVERIFY(!isOn());
+    scene.key(Qt::Key_Return);
+    QVERIFY(isOn());
+    accessible(row)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    QVERIFY(!isOn());
+    scene.stores.settings.setLaunchAtLogin(true);
+    QVERIFY(isOn());
+    scene.stores.settings.setLaunchAtLogin(false);
+    QVERIFY(!isOn());
+    scene.stores.loginItem.refuses = true;
+    scene.click(row);
+    QVERIFY(!isOn());
+    QVERIFY(switchOfRow->state().checkable);
+    QCOMPARE(switchOfRow->role(), QAccessible::CheckBox);
+    QCOMPARE(switchOfRow->text(QAccessible::Name), u"Launch at login"_s);
+}
+
+void SettingsViewTest::aScreenReaderHearsWhereAServiceMoves()
+{
+    Scene scene;
+    scene.open();
+    QVERIFY(scene.tabTo(scene.row(ServiceID::cursor)));
+    Announcements announcements(scene.item(u"announcer"_s));
+    scene.key(Qt::Key_Up, Qt::AltModifier);
+    QCOMPARE(announcements.take(), QStringList{u"Cursor, 2 of 8"_s});
+    scene.key(Qt::Key_Up, Qt::AltModifier);
+    QCOMPARE(announcements.take(), QStringList{u"Cursor, 1 of 8"_s});
+    scene.key(Qt::Key_Up, Qt::AltModifier);
+    QCOMPARE(announcements.take(), QStringList());
+    scene.dragAndDrop(ServiceID::cursor, scene.slot(7));
+    QCOMPARE(announcements.take(), QStringList{u"Cursor, 8 of 8"_s});
+}
+
+void SettingsViewTest::groupsHaveNames()
+{
+    Scene scene;
+    scene.open();
+    const auto group = [](QQuickItem *of) {
+        const auto *parent = accessible(of)->parent();
+        return parent->role() == QAccessible::Grouping ? parent->text(QAccessible::Name) : QString();
+    };
+    QCOMPARE(group(scene.row(ServiceID::claude)), u"Services · drag to order"_s);
+    QCOMPARE(group(scene.item(u"segment-0"_s)), u"Check every"_s);
+    QCOMPARE(group(scene.item(u"watchOnThisMac"_s)), u"Watching"_s);
+    QCOMPARE(group(scene.channel(RemoteChannel::slack)), u"Tell me where"_s);
+}
+
+void SettingsViewTest::theReorderingKeysAreTold()
+{
+    Scene scene;
+    scene.open();
+    auto *told = scene.item(u"reorderingKeys"_s);
+    QCOMPARE(scene.words(told), u"Drag a service, or press Alt and an arrow key, to move it."_s);
+    QVERIFY(told->isVisible());
+    QCOMPARE(accessible(told)->role(), QAccessible::StaticText);
+}
+
+void SettingsViewTest::quietButtonsAreLargeEnoughToHit()
+{
+    Scene scene;
+    scene.open();
+    auto *button = scene.item(u"showOnboarding"_s);
+    const auto frame = scene.frame(button);
+    QVERIFY(frame.height() >= 24);
+    // The layout depends on the title only.
+    QVERIFY(std::abs(frame.center().y() + button->property("implicitContentHeight").toReal() / 2
+                     - (scene.root()->implicitHeight() - 22))
+            <= 0.5);
+    const QSignalSpy requested(&scene.state, &SettingsState::onboardingRequested);
+    QTest::mouseClick(&scene.view, Qt::LeftButton, {}, frame.topLeft().toPoint() + QPoint(4, 1));
+    QTest::mouseClick(&scene.view, Qt::LeftButton, {}, frame.bottomLeft().toPoint() + QPoint(4, -2));
+    QCOMPARE(requested.count(), 2);
+}
+
+void SettingsViewTest::controlsThatAreOffCanBeSeen_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void SettingsViewTest::controlsThatAreOffCanBeSeen()
+{
+    QFETCH(bool, dark);
+    Scene scene;
+    scene.appearance.dark = dark;
+    scene.stores.settings.setOutageAlertsEnabled(false);
+    scene.open();
+    const auto image = picture(scene.view);
+    const auto at = [&image](QPointF point) { return image.pixelColor((point * image.devicePixelRatio()).toPoint()); };
+    const auto edge = [&](QQuickItem *control) {
+        const auto frame = scene.frame(control);
+        return at({frame.center().x(), frame.top()});
+    };
+    const auto card = scene.tokens.card();
+    QVERIFY(contrast(edge(scene.part(ServiceID::gemini, u"box"_s)), card) >= 3);
+    QVERIFY(contrast(edge(scene.item(u"outageAlerts"_s, u"switch"_s)), card) >= 3);
+    const auto chosen = scene.frame(u"segment-1"_s);
+    const auto other = scene.frame(u"segment-0"_s);
+    QVERIFY(contrast(at(chosen.topLeft() + QPointF(6, 15)), at(other.topLeft() + QPointF(6, 15))) >= 1.14);
+    QVERIFY(at(chosen.topLeft() + QPointF(6, 15)).lightness() > at(other.topLeft() + QPointF(6, 15)).lightness());
+}
+
 void SettingsViewTest::theWheelScrollsASmallWindow()
 {
     Scene scene;
@@ -630,6 +826,64 @@ void SettingsViewTest::matchesTheGoldenPictures()
     scene.open();
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
     QCOMPARE(golden.difference(picture(scene.view), u"settings-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
+}
+
+void SettingsViewTest::statesMatchTheGoldenPictures_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void SettingsViewTest::statesMatchTheGoldenPictures()
+{
+    QFETCH(bool, dark);
+    Scene scene(settingsLookServices);
+    scene.appearance.dark = dark;
+    bringAboutSettingsLook(scene.stores.settings);
+    scene.open();
+    StatePictures states(scene);
+    for (const auto id : {ServiceID::claude, ServiceID::gemini}) {
+        states.addHovered(scene.row(id));
+        states.addPressed(scene.row(id));
+    }
+    states.addHovered(scene.row(ServiceID::gemini), scene.part(ServiceID::gemini, u"handle"_s));
+    states.addFocused(scene.row(ServiceID::claude));
+    states.addHovered(scene.item(u"interval"_s), scene.item(u"segment-0"_s));
+    states.addFocused(scene.item(u"segment-1"_s));
+    states.addStates(scene.item(u"outageAlerts"_s));
+    states.addStates(scene.item(u"launchAtLogin"_s));
+    states.addStates(scene.channel(RemoteChannel::slack));
+    states.addStates(scene.item(u"showOnboarding"_s));
+    scene.drag(ServiceID::gemini, scene.slot(1) + QPoint(0, 8));
+    states.add(scene.item(u"servicesCard"_s));
+    scene.key(Qt::Key_Escape);
+    scene.release(scene.slot(1));
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(states.picture(), u"settings-states-"_s + QString::fromLatin1(QTest::currentDataTag())),
+             QString());
+}
+
+void SettingsViewTest::highContrastMatchesTheGoldenPictures_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void SettingsViewTest::highContrastMatchesTheGoldenPictures()
+{
+    QFETCH(bool, dark);
+    Scene scene(settingsLookServices);
+    scene.appearance.dark = dark;
+    scene.appearance.contrast = true;
+    bringAboutSettingsLook(scene.stores.settings);
+    scene.open();
+    QVERIFY(scene.tabTo(scene.row(ServiceID::cursor)));
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(picture(scene.view),
+                               u"settings-high-contrast-"_s + QString::fromLatin1(QTest::currentDataTag())),
              QString());
 }
 

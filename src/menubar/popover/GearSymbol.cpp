@@ -10,24 +10,38 @@ namespace kelvo {
 
 namespace {
 
-// Lengths in a grid of 24 × 24 units.
+// Lengths in a grid of 24 × 24 units, angles in degrees.
 constexpr double grid = 24.0;
-constexpr double lineWidth = 2.0;
-constexpr double wheelRadius = 7.3;
-constexpr double hubRadius = 3.4;
-constexpr double toothEnd = 10.6;
+constexpr double lineWidth = 1.7;
+constexpr double hubRadius = 3.5;
+constexpr double rootRadius = 7.7;
+constexpr double tipRadius = 10.7;
 constexpr int teeth = 8;
+constexpr double pitch = 360.0 / teeth;
+constexpr double halfToothAtRoot = 12.5;
+constexpr double halfToothAtTip = 7.5;
 
+QPointF onCircle(double radius, double degrees)
+{
+    return QTransform().rotate(degrees).map(QPointF(0, -radius));
+}
+
+/// A closed outline with teeth, and the hub.
 QPainterPath gear()
 {
+    const QRectF root(-rootRadius, -rootRadius, 2 * rootRadius, 2 * rootRadius);
     QPainterPath path;
-    path.addEllipse(QPointF(), wheelRadius, wheelRadius);
-    path.addEllipse(QPointF(), hubRadius, hubRadius);
+    path.moveTo(onCircle(rootRadius, -halfToothAtRoot));
     for (int tooth = 0; tooth < teeth; ++tooth) {
-        const auto turn = QTransform().rotate(360.0 * tooth / teeth);
-        path.moveTo(turn.map(QPointF(0, -wheelRadius)));
-        path.lineTo(turn.map(QPointF(0, -toothEnd)));
+        const auto middle = pitch * tooth;
+        path.lineTo(onCircle(tipRadius, middle - halfToothAtTip));
+        path.lineTo(onCircle(tipRadius, middle + halfToothAtTip));
+        path.lineTo(onCircle(rootRadius, middle + halfToothAtRoot));
+        // QPainterPath counts angles anticlockwise from three o'clock.
+        path.arcTo(root, 90 - middle - halfToothAtRoot, -(pitch - 2 * halfToothAtRoot));
     }
+    path.closeSubpath();
+    path.addEllipse(QPointF(), hubRadius, hubRadius);
     return path;
 }
 
@@ -39,7 +53,7 @@ void GearSymbol::paint(QPainter *painter)
     const double unit = std::min(width(), height()) / grid;
     painter->translate(boundingRect().center());
     painter->scale(unit, unit);
-    painter->setPen(QPen(color(), lineWidth, Qt::SolidLine, Qt::RoundCap));
+    painter->setPen(QPen(color(), lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter->drawPath(gear());
 }
 

@@ -4,7 +4,7 @@
 
 namespace kelvo {
 
-/// The settings symbol: a gear drawn in thin lines with round ends.
+/// The settings symbol: the closed outline of a gear with its hub, drawn in thin lines.
 class GearSymbol : public kelvo::PaintedSymbol
 {
     Q_OBJECT

@@ -6,6 +6,9 @@ import Kelvo
 T.ToolTip {
     id: tip
 
+    /// Whether the tip is to appear after its delay.
+    required property bool wanted
+
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent | T.Popup.CloseOnReleaseOutsideParent
     delay: Tokens.helpDelay
     implicitHeight: contentHeight + topPadding + bottomPadding
@@ -16,8 +19,12 @@ T.ToolTip {
     x: parent ? (parent.width - implicitWidth) / 2 : 0
     y: parent ? parent.height + 3 : 0
 
-    background: Rectangle {
+    // Not bound from the start, because the delay may still be unknown then, and the tip would appear at once.
+    Component.onCompleted: visible = Qt.binding(() => wanted)
+
+    background: RoundedRectangle {
         border.color: Tokens.hairline
+        border.width: Tokens.hairlineWidth
         color: Tokens.card
         radius: Tokens.highlightRadius
     }

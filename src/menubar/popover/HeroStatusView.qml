@@ -2,16 +2,18 @@ import QtQuick
 import Kelvo
 
 /// The large block at the top with the status of one service.
-Item {
+HeroItem {
     id: hero
 
     required property PopoverState popover
     /// Whether a change of the status is animated.
     property bool animated: false
 
-    Accessible.name: popover.heroName + ", " + popover.heroStatusLabel + ", " + popover.checkedText.toLowerCase()
     Accessible.role: Accessible.StaticText
     implicitHeight: checkedLine.y + checkedLine.height
+    spokenText: popover.spokenHero
+
+    onAnimatedChanged: swap.complete()
 
     Label {
         id: name
@@ -100,11 +102,13 @@ Item {
         BreathingDot {
             id: breathingDot
 
-            anchors.verticalCenter: parent.verticalCenter
             color: statusLine.dotColor
             objectName: "breathingDot"
+            y: (checked.height - height) / 2
         }
         Label {
+            id: checked
+
             color: Tokens.labelQuaternary
             font: Tokens.checkedTime
             objectName: "checkedText"

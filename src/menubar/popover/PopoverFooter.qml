@@ -11,7 +11,7 @@ Item {
 
     implicitHeight: rule.height + line.height
 
-    Rectangle {
+    RoundedRectangle {
         id: rule
 
         anchors.left: parent.left
@@ -53,7 +53,9 @@ Item {
             text: "Settings"
             width: height
 
-            background: Rectangle {
+            background: RoundedRectangle {
+                border.color: Tokens.controlBorder
+                border.width: Tokens.controlBorderWidth
                 color: settings.down ? Tokens.highlightPressed : settings.hovered ? Tokens.highlight : "transparent"
                 radius: Tokens.highlightRadius
 
@@ -64,11 +66,12 @@ Item {
             }
             contentItem: Item {
                 GearSymbol {
-                    anchors.centerIn: parent
                     color: Tokens.labelTertiary
                     height: footer.gearSize
                     objectName: "gear"
                     width: footer.gearSize
+                    x: (parent.width - width) / 2
+                    y: (parent.height - height) / 2
                 }
             }
 

@@ -10,8 +10,6 @@ PopoverFrameItem {
 
     required property PopoverState popover
 
-    readonly property real radius: translucent ? Tokens.windowRadius : 0
-
     card: content
     height: content.y + content.height + (translucent ? Math.min(shadow.below, roomBelow) : Tokens.hairlineWidth)
     width: content.x + content.width + (translucent ? Math.min(shadow.blur, roomRight) : Tokens.hairlineWidth)
@@ -33,21 +31,18 @@ PopoverFrameItem {
         visible: frame.translucent
     }
     // The translucent hairline needs a background if the window is opaque.
-    Rectangle {
+    RoundedRectangle {
         anchors.fill: frame
         color: Tokens.popover
         visible: !frame.translucent
     }
-    Rectangle {
+    RoundedRectangle {
         anchors.fill: content
-        anchors.margins: -Tokens.hairlineWidth
-        color: Tokens.hairline
-        radius: frame.translucent ? frame.radius + Tokens.hairlineWidth : 0
-    }
-    Rectangle {
-        anchors.fill: content
+        anchors.margins: -border.width
+        border.color: Tokens.hairline
+        border.width: Tokens.hairlineWidth
         color: Tokens.popover
-        radius: frame.radius
+        radius: frame.translucent ? Tokens.windowRadius + border.width : 0
     }
     StatusPopover {
         id: content

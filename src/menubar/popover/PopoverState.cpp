@@ -28,11 +28,19 @@ QString PopoverState::checkedText() const
     return RelativeTime::checked(heroStatus().lastChecked, store_.now());
 }
 
+QString PopoverState::spokenHero() const
+{
+    return u"%1, %2, %3"_s.arg(heroName(), heroStatusLabel(), checkedText().toLower());
+}
+
 void PopoverState::open()
 {
     store_.setPopoverIsOpen(true);
-    setIsOpen(true);
+    // The views show the current values before they know that the popover is open, and so do not animate the change.
+    isOpen_ = true;
+    labels_.reset();
     refresh();
+    Q_EMIT isOpenChanged();
     // Check after the window is shown, because starting eight requests takes longer than drawing the window.
     QMetaObject::invokeMethod(this, [this] { store_.checkAll(); }, Qt::QueuedConnection);
 }
@@ -40,7 +48,8 @@ void PopoverState::open()
 // Closing the popover ends a peek and chooses the hero again. The views are not updated, because they are hidden.
 void PopoverState::close()
 {
-    setIsOpen(false);
+    isOpen_ = false;
+    Q_EMIT isOpenChanged();
     store_.setPopoverIsOpen(false);
 }
 
@@ -57,10 +66,38 @@ ServiceStatus PopoverState::heroStatus() const
     return hero ? store_.status(hero->id) : ServiceStatus{};
 }
 
-void PopoverState::setIsOpen(bool open)
+/// The hero, if there is one, and the services of the rows.
+std::vector<Service> PopoverState::services() const
 {
-    isOpen_ = open;
-    Q_EMIT isOpenChanged();
+    auto services = store_.groupRows();
+    if (const auto hero = store_.hero()) {
+        services.insert(services.begin(), *hero);
+    }
+    return services;
+}
+
+void PopoverState::announceChanges()
+{
+    const auto hero = store_.hero();
+    QHash<ServiceID, QString> labels;
+    QStringList changes;
+    for (const auto &service : services()) {
+        const bool isHero = hero && service.id == hero->id;
+        const auto label = store_.status(service.id).label;
+        labels.insert(service.id, label);
+        if (!labels_ || !labels_->contains(service.id)) {
+            continue;
+        }
+        // The first answers come all together; only the hero's is worth saying.
+        const auto before = labels_->value(service.id);
+        if (label != before && (isHero || !before.isEmpty())) {
+            changes.append(service.name + u", "_s + (isHero ? heroStatusLabel() : label));
+        }
+    }
+    labels_ = std::move(labels);
+    if (!changes.isEmpty()) {
+        Q_EMIT announced(changes.join(u". "_s));
+    }
 }
 
 void PopoverState::refresh()
@@ -75,6 +112,7 @@ void PopoverState::refresh()
     }
     rows_.update(rows);
     Q_EMIT changed();
+    announceChanges();
 }
 
 } // namespace kelvo

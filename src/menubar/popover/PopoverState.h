@@ -4,8 +4,11 @@
 #include "monitor/StatusStore.h"
 #include "settings/SettingsStore.h"
 
+#include <QHash>
 #include <QObject>
 #include <QQmlEngine>
+
+#include <optional>
 
 namespace kelvo {
 
@@ -24,6 +27,7 @@ class PopoverState : public QObject
     Q_PROPERTY(QString heroStatusLabel READ heroStatusLabel NOTIFY changed FINAL)
     Q_PROPERTY(QString heroBodyLine READ heroBodyLine NOTIFY changed FINAL)
     Q_PROPERTY(QString checkedText READ checkedText NOTIFY changed FINAL)
+    Q_PROPERTY(QString spokenHero READ spokenHero NOTIFY changed FINAL)
     Q_PROPERTY(QString groupHeading READ groupHeading NOTIFY changed FINAL)
     Q_PROPERTY(kelvo::WatchListModel *rows READ rows CONSTANT FINAL)
     Q_PROPERTY(QString armedChannelLabel READ armedChannelLabel NOTIFY changed FINAL)
@@ -40,6 +44,8 @@ public:
     QString heroStatusLabel() const { return store_.heroStatusLabel(); }
     QString heroBodyLine() const { return store_.heroBodyLine(); }
     QString checkedText() const;
+    /// What a screen reader says for the hero: its name, its status, and the time of the last check.
+    QString spokenHero() const;
     QString groupHeading() const { return store_.groupHeading(); }
     WatchListModel *rows() { return &rows_; }
     QString armedChannelLabel() const { return settings_.armedChannelLabel(); }
@@ -57,18 +63,23 @@ Q_SIGNALS:
     void isOpenChanged();
     /// At least one of the values changed. Emitted only while the popover is open.
     void changed();
+    /// The status of a service changed while the popover is open. `text` is what a screen reader says.
+    void announced(const QString &text);
     /// The user asked for the settings.
     void settingsRequested();
 
 private:
     ServiceStatus heroStatus() const;
-    void setIsOpen(bool open);
+    std::vector<Service> services() const;
     void refresh();
+    void announceChanges();
 
     StatusStore &store_;
     SettingsStore &settings_;
     WatchListModel rows_;
     bool isOpen_ = false;
+    /// The labels of the last checks that the popover shows; nullopt while it opens.
+    std::optional<QHash<ServiceID, QString>> labels_;
 };
 
 } // namespace kelvo

@@ -4,6 +4,7 @@
 #include "platform/Compositing.h"
 #include "platform/LayerShell.h"
 #include "platform/NativeWindow.h"
+#include "style/WholeFrame.h"
 #include "style/WindowKey.h"
 
 #include <QCoreApplication>
@@ -162,6 +163,7 @@ void PopoverWindow::load()
     view_->setInitialProperties({{u"popover"_s, QVariant::fromValue(&state_)}});
     view_->setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/popover/PopoverFrame.qml"_s));
     view_->installEventFilter(this);
+    new WholeFrame(*view_);
 
     frame_ = qobject_cast<PopoverFrameItem *>(view_->rootObject());
     connect(frame_, &QQuickItem::heightChanged, this, &PopoverWindow::fit);

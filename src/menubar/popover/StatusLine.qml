@@ -17,13 +17,15 @@ Row {
     StatusDot {
         id: dot
 
-        anchors.verticalCenter: parent.verticalCenter
         color: colors.dot
         height: 8
         objectName: "statusDot"
         width: 8
+        y: (text.height - height) / 2
     }
     Label {
+        id: text
+
         color: colors.text
         font: Tokens.statusLabel
         objectName: "statusLabel"

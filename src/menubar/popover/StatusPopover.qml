@@ -12,12 +12,21 @@ FocusScope {
 
     function appear() {
         risen = true;
-        forceActiveFocus(Qt.PopupFocusReason);
+        list.forgetHints();
+        hero.forceActiveFocus(Qt.PopupFocusReason);
         if (Tokens.reduceMotion) {
             stack.opacity = 1;
             drop.y = 0;
         } else {
             rise.restart();
+        }
+    }
+    /// Makes a screen reader read the hero. It reads what receives the focus, but the keyboard stays in the list.
+    function readHero(byKeyboard: bool) {
+        if (byKeyboard || hero.activeFocus) {
+            announcer.announce(hero.spokenText);
+        } else {
+            hero.forceActiveFocus(Qt.MouseFocusReason);
         }
     }
     function disappear() {
@@ -36,7 +45,7 @@ FocusScope {
     implicitWidth: Tokens.popoverWidth
 
     Keys.onDownPressed: list.focusRow(0)
-    Keys.onUpPressed: list.focusRow(Infinity)
+    Keys.onUpPressed: list.focusRow(list.count - 1)
 
     Connections {
         function onIsOpenChanged() {
@@ -47,7 +56,16 @@ FocusScope {
             }
         }
 
+        function onAnnounced(text) {
+            announcer.announce(text);
+        }
+
         target: root.popover
+    }
+    Announcer {
+        id: announcer
+
+        objectName: "announcer"
     }
     Item {
         id: stack
@@ -78,7 +96,7 @@ FocusScope {
             objectName: "hero"
             popover: root.popover
         }
-        Rectangle {
+        RoundedRectangle {
             id: separator
 
             anchors.left: hero.left
@@ -97,6 +115,9 @@ FocusScope {
             anchors.top: separator.bottom
             anchors.topMargin: 11
             objectName: "watchList"
+
+            onPeeked: byKeyboard => root.readHero(byKeyboard)
+
             popover: root.popover
         }
         PopoverFooter {

@@ -9,6 +9,14 @@ Item {
 
     required property PopoverState popover
 
+    readonly property alias count: rows.count
+    /// The service whose row had the focus first, or empty. Only that row keeps its hint: the hint is the same for all
+    /// rows, and a screen reader would repeat it for each.
+    property string hintedService: ""
+
+    /// The user moved a service to the top.
+    signal peeked(bool byKeyboard)
+
     /// Moves the keyboard focus to the row at an index. An index out of range means the first or the last row.
     function focusRow(index: int) {
         const row = rows.itemAt(Math.max(0, Math.min(index, rows.count - 1)));
@@ -22,6 +30,10 @@ Item {
         if (byKeyboard) {
             focusRow(index);
         }
+        peeked(byKeyboard);
+    }
+    function forgetHints() {
+        hintedService = "";
     }
 
     implicitHeight: column.y + column.height - column.reach
@@ -60,11 +72,17 @@ Item {
                 required property int index
                 required property string service
 
+                hasHint: list.hintedService === "" || list.hintedService === service
                 objectName: "row-" + service
                 width: column.width
 
                 Keys.onDownPressed: list.focusRow(index + 1)
                 Keys.onUpPressed: list.focusRow(index - 1)
+                onActiveFocusChanged: {
+                    if (activeFocus && list.hintedService === "") {
+                        list.hintedService = service;
+                    }
+                }
                 onClicked: list.peek(index, service, visualFocus)
             }
         }

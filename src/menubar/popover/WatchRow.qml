@@ -8,11 +8,13 @@ PlainButton {
     required property string name
     required property serviceHealth health
     required property string label
+    /// Whether a screen reader is told what the row does.
+    property bool hasHint: true
 
     readonly property real sideReach: 6
     readonly property real reach: 2
 
-    Accessible.description: "Shows this service's status at the top"
+    Accessible.description: hasHint ? "Shows this service's status at the top" : ""
     Accessible.name: name + ", " + (label === "" ? "not checked yet" : label)
     bottomPadding: reach
     hoverEnabled: true
@@ -46,18 +48,28 @@ PlainButton {
             id: dot
 
             anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
             color: content.dotColor
             height: 7
             objectName: "dot"
             width: 7
+            y: (nameText.height - height) / 2
         }
     }
 
-    background: Rectangle {
+    background: RoundedRectangle {
         color: row.down ? Tokens.highlightPressed : row.hovered || row.visualFocus ? Tokens.highlight : "transparent"
         objectName: "highlight"
         radius: Tokens.highlightRadius
+
+        RoundedRectangle {
+            anchors.fill: parent
+            border.color: Tokens.action
+            border.width: Tokens.focusRingWidth
+            color: "transparent"
+            objectName: "focusRing"
+            radius: parent.radius
+            visible: row.visualFocus
+        }
     }
     contentItem: Content {
         dotColor: colors.dot
@@ -78,7 +90,7 @@ PlainButton {
             objectName: "help"
             parent: row
             text: "Show " + row.name + " above"
-            visible: row.hovered && !row.down
+            wanted: row.hovered && !row.down
         }
         // qmllint enable unqualified
     }

@@ -74,14 +74,14 @@ TrayStatusItem::TrayStatusItem(std::shared_ptr<BusConnection> sessionBus, std::c
     });
 }
 
-void TrayStatusItem::setIcon(const QIcon &icon)
+void TrayStatusItem::setImage(const StatusItemImage &image, bool barIsDark)
 {
-    icon_ = icon;
+    icon_ = barIsDark ? image.onDarkBar : image.onLightBar;
     if (busItem_) {
-        busItem_->setIcon(icon);
+        busItem_->setIcon(icon_);
     }
     if (embedded_) {
-        embedded_->setIcon(icon);
+        embedded_->setIcon(icon_);
     }
 }
 
@@ -195,7 +195,8 @@ void TrayStatusItem::placeOnBus(const QString &watcher)
 }
 
 /// Shows the item in an XEmbed tray. QSystemTrayIcon decides at its first use whether all items of the process are on the
-/// bus or embedded, so it is made only here, where the bus has no host.
+/// bus or embedded, so it is made only here, where the bus has no host. Newer versions of Qt choose the bus for ever if
+/// there is a watcher without a host at that time; then the ring appears only when a host does.
 void TrayStatusItem::embed()
 {
     if (embedded_) {

@@ -28,7 +28,7 @@ public:
     explicit TrayStatusItem(std::shared_ptr<BusConnection> sessionBus,
                             std::chrono::milliseconds busTrayGrace = std::chrono::seconds(3));
 
-    void setIcon(const QIcon &icon) override;
+    void setImage(const StatusItemImage &image, bool barIsDark) override;
     void setToolTip(const QString &text) override;
     void setMenu(QMenu *menu) override;
     QRect geometry() const override;

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+Q_FORWARD_DECLARE_OBJC_CLASS(NSView);
+
 namespace kelvo {
 
 /// The effective appearance of the application, and that of the menu bar, which depends on the desktop picture.
@@ -16,13 +18,14 @@ public:
     ~AquaAppearance() override;
 
     bool isDark() const override;
-    /// Equals `isDark` until `followMenuBar` has found the application's item in the menu bar.
+    /// Equals `isDark` until `followMenuBar` is called. With several displays, the bars may differ; this is the bar of the
+    /// view.
     bool panelIsDark() const override;
     bool highContrast() const override;
     bool reduceMotion() const override;
 
-    /// Starts to follow the appearance of the application's item in the menu bar. Call it after the item was shown.
-    void followMenuBar();
+    /// Follows the appearance of a view in the menu bar.
+    void followMenuBar(NSView *view);
 
 private:
     class Observers;

@@ -1,5 +1,6 @@
 #include "platform/macos/AquaAppearance.h"
 
+#include "platform/macos/DarkAqua.h"
 #include "platform/macos/NotificationObserver.h"
 
 #import <AppKit/AppKit.h>
@@ -51,42 +52,6 @@
 
 namespace kelvo {
 
-namespace {
-
-// False, that is light, when the appearance matches neither name.
-bool isDarkAqua(NSAppearance *appearance)
-{
-    NSArray<NSAppearanceName> *names = @[ NSAppearanceNameDarkAqua, NSAppearanceNameAqua ];
-    NSAppearanceName match = [appearance bestMatchFromAppearancesWithNames:names];
-    return [match isEqualToString:NSAppearanceNameDarkAqua];
-}
-
-NSStatusBarButton *statusBarButtonIn(NSView *view)
-{
-    if ([view isKindOfClass:NSStatusBarButton.class]) {
-        return static_cast<NSStatusBarButton *>(view);
-    }
-    for (NSView *subview in view.subviews) {
-        if (NSStatusBarButton *button = statusBarButtonIn(subview)) {
-            return button;
-        }
-    }
-    return nil;
-}
-
-// Qt owns the status item and does not expose it, but its button is in a window of this application.
-NSStatusBarButton *statusBarButton()
-{
-    for (NSWindow *window in NSApp.windows) {
-        if (NSStatusBarButton *button = statusBarButtonIn(window.contentView)) {
-            return button;
-        }
-    }
-    return nil;
-}
-
-} // namespace
-
 class AquaAppearance::Observers
 {
 public:
@@ -99,10 +64,9 @@ public:
     {
     }
 
-    void followMenuBar()
+    void followMenuBar(NSView *view)
     {
-        NSStatusBarButton *button = statusBarButton();
-        menuBar_ = button ? [[KelvoAppearanceObserver alloc] initWithObject:button changed:changed_] : nil;
+        menuBar_ = [[KelvoAppearanceObserver alloc] initWithObject:view changed:changed_];
         changed_();
     }
 
@@ -143,9 +107,9 @@ bool AquaAppearance::reduceMotion() const
     return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion;
 }
 
-void AquaAppearance::followMenuBar()
+void AquaAppearance::followMenuBar(NSView *view)
 {
-    observers_->followMenuBar();
+    observers_->followMenuBar(view);
 }
 
 } // namespace kelvo

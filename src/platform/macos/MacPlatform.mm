@@ -10,6 +10,8 @@
 #include "platform/macos/UserNotificationCenter.h"
 #include "platform/macos/WorkspaceSleepWake.h"
 
+#include <QCoreApplication>
+
 #import <AppKit/AppKit.h>
 
 namespace kelvo {
@@ -22,7 +24,8 @@ Platform makePlatform()
 
     auto appearance = std::make_unique<AquaAppearance>();
     auto statusItem = std::make_unique<MenuBarStatusItem>();
-    QObject::connect(statusItem.get(), &MenuBarStatusItem::shown, appearance.get(), &AquaAppearance::followMenuBar);
+    QObject::connect(statusItem.get(), &MenuBarStatusItem::shown, appearance.get(),
+                     [item = statusItem.get(), bar = appearance.get()] { bar->followMenuBar(item->view()); });
 
     return {
         .clock = std::make_unique<DispatchClock>(),

@@ -1,8 +1,32 @@
 #include "platform/macos/ServiceLoginItem.h"
 
+#include "platform/macos/NotificationObserver.h"
+
+#import <AppKit/AppKit.h>
 #import <ServiceManagement/ServiceManagement.h>
 
 namespace kelvo {
+
+// The user may approve or remove the registration in the system's settings, which does not notify the application.
+class ServiceLoginItem::Observers
+{
+public:
+    explicit Observers(ServiceLoginItem *item)
+        : activated_(NSNotificationCenter.defaultCenter, NSApplicationDidBecomeActiveNotification,
+                     [item] { Q_EMIT item->changed(); })
+    {
+    }
+
+private:
+    NotificationObserver activated_;
+};
+
+ServiceLoginItem::ServiceLoginItem()
+    : observers_(std::make_unique<Observers>(this))
+{
+}
+
+ServiceLoginItem::~ServiceLoginItem() = default;
 
 bool ServiceLoginItem::isEnabled() const
 {
@@ -12,7 +36,13 @@ bool ServiceLoginItem::isEnabled() const
 bool ServiceLoginItem::registerItem()
 {
     // The system reports an error when an application that is already registered is registered again.
-    return isEnabled() || [SMAppService.mainAppService registerAndReturnError:nil];
+    if (!isEnabled()) {
+        [SMAppService.mainAppService registerAndReturnError:nil];
+    }
+    if (SMAppService.mainAppService.status == SMAppServiceStatusRequiresApproval) {
+        [SMAppService openSystemSettingsLoginItems];
+    }
+    return isEnabled();
 }
 
 bool ServiceLoginItem::unregisterItem()

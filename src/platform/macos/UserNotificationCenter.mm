@@ -37,10 +37,10 @@
     didReceiveNotificationResponse:(UNNotificationResponse *)response
              withCompletionHandler:(void (^)(void))completionHandler
 {
+    // The notifications have no actions, so a response is a click.
     Q_UNUSED(center)
-    if ([response.actionIdentifier isEqualToString:UNNotificationDefaultActionIdentifier]) {
-        dispatch_async(dispatch_get_main_queue(), clicked_);
-    }
+    Q_UNUSED(response)
+    dispatch_async(dispatch_get_main_queue(), clicked_);
     completionHandler();
 }
 

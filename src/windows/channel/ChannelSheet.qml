@@ -10,17 +10,21 @@ FocusScope {
     required property ChannelSheetState sheet
 
     signal done
+    /// A button has had an effect. `text` tells it to a screen reader.
+    signal announced(string text)
 
-    Accessible.name: sheet.title
-    Accessible.role: Accessible.Dialog
+    function selectFirstField() {
+        (fieldRows.itemAt(0) as FieldRow)?.selectAll();
+    }
+
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     implicitHeight: column.implicitHeight
     implicitWidth: Tokens.sheetWidth
 
-    component Note: Paragraph {
+    component Note: Prose {
         lineHeight: 1.08
-        visible: text !== ""
+        visible: words !== ""
         width: parent.width
     }
 
@@ -51,7 +55,7 @@ FocusScope {
                 color: Tokens.labelSecondary
                 font: Tokens.bodyText
                 objectName: "description"
-                text: root.sheet.description
+                words: root.sheet.description
             }
         }
         Card {
@@ -60,6 +64,8 @@ FocusScope {
             width: parent.width
 
             Repeater {
+                id: fieldRows
+
                 model: root.sheet.fields
 
                 FieldRow {
@@ -83,21 +89,21 @@ FocusScope {
             ValueRow {
                 label: "Tell me about"
                 objectName: "toldAbout"
-                value: root.sheet.toldAbout
+                content: root.sheet.toldAbout
                 width: parent.width
             }
             ValueRow {
                 label: "Test message"
                 objectName: "testResult"
-                value: root.sheet.testResult
+                content: root.sheet.testResult
                 width: parent.width
             }
         }
         Note {
-            color: Tokens.labelTertiary
+            color: Tokens.labelSecondary
             font: Tokens.footnote
             objectName: "footnote"
-            text: root.sheet.footnote
+            words: root.sheet.footnote
         }
         Item {
             implicitHeight: arm.height
@@ -112,13 +118,16 @@ FocusScope {
                 objectName: "arm"
                 title: root.sheet.isArmed ? "Armed" : "Arm this channel"
 
-                onClicked: root.sheet.arm()
+                onClicked: {
+                    root.sheet.arm();
+                    root.announced(title);
+                }
             }
             QuietButton {
                 anchors.left: arm.right
                 anchors.leftMargin: 14
                 anchors.verticalCenter: arm.verticalCenter
-                color: enabled ? Tokens.link : Tokens.labelSecondary
+                color: Tokens.link
                 enabled: root.sheet.isConfigured
                 objectName: "sendTest"
                 title: "Send test"
@@ -136,5 +145,12 @@ FocusScope {
                 onClicked: root.done()
             }
         }
+    }
+    Connections {
+        function onTestEnded() {
+            root.announced(root.sheet.testResult);
+        }
+
+        target: root.sheet
     }
 }

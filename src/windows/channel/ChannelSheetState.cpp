@@ -1,5 +1,7 @@
 #include "windows/channel/ChannelSheetState.h"
 
+#include "WhileAlive.h"
+
 #include <vector>
 
 namespace kelvo {
@@ -88,6 +90,11 @@ QString ChannelSheetState::toldAbout() const
 QString ChannelSheetState::testResult() const
 {
     return notifier_.lastTestResult().value_or(u"Not sent yet"_s);
+}
+
+void ChannelSheetState::sendTest()
+{
+    notifier_.sendTest(channel_).then(whileAlive(this, [this] { Q_EMIT testEnded(); }));
 }
 
 } // namespace kelvo

@@ -46,11 +46,13 @@ public:
     bool isArmed() const { return settings_.armedChannel() == channel_; }
 
     Q_INVOKABLE void arm() { settings_.setArmedChannel(channel_); }
-    /// Sends the test message and returns at once. `testResult` changes when the post has ended.
-    Q_INVOKABLE void sendTest() { notifier_.sendTest(channel_); }
+    /// Sends the test message and returns at once. `testEnded` follows.
+    Q_INVOKABLE void sendTest();
 
 Q_SIGNALS:
     void changed();
+    /// The post of a test message has ended, and `testResult` tells how.
+    void testEnded();
 
 private:
     RemoteChannel channel_;

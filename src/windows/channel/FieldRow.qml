@@ -12,13 +12,17 @@ FocusScope {
 
     signal edited(string text)
 
-    implicitHeight: Math.max(ground.implicitHeight, field.height + 12, labelText.height + 12)
+    function selectAll() {
+        field.selectAll();
+    }
+
+    implicitHeight: Math.max(ground.implicitHeight, field.height + 10, labelText.height + 10)
 
     CardRow {
         id: ground
 
         anchors.fill: parent
-        implicitHeight: Tokens.fieldRowHeight
+        implicitHeight: Tokens.rowHeight
     }
     Label {
         id: labelText
@@ -37,11 +41,25 @@ FocusScope {
     T.TextField {
         id: field
 
+        readonly property bool isEdited: activeFocus || menu.visible
+
+        function showMenu(at: point) {
+            forceActiveFocus(Qt.MouseFocusReason);
+            menu.popup(at.x, at.y);
+        }
+        function showMenuByKey(event: KeyEvent) {
+            const isMenuKey = event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier;
+            event.accepted = isMenuKey;
+            if (isMenuKey) {
+                showMenu(Qt.point(cursorRectangle.x, height));
+            }
+        }
+
         Accessible.name: row.label
         anchors.right: parent.right
         anchors.rightMargin: Tokens.rowPadding
         anchors.verticalCenter: parent.verticalCenter
-        color: Tokens.labelPrimary
+        color: isEdited ? Tokens.labelPrimary : "transparent"
         focus: true
         font: Tokens.bodyText
         hoverEnabled: true
@@ -50,8 +68,9 @@ FocusScope {
         inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
         leftPadding: 8
         objectName: "input"
+        persistentSelection: menu.visible
         placeholderText: row.placeholder
-        placeholderTextColor: Tokens.labelQuaternary
+        placeholderTextColor: Tokens.labelTertiary
         rightPadding: 8
         selectByMouse: true
         selectedTextColor: Tokens.actionText
@@ -60,40 +79,52 @@ FocusScope {
         verticalAlignment: TextInput.AlignVCenter
         width: Tokens.fieldWidth
 
-        background: Rectangle {
+        background: RoundedRectangle {
             border.color: field.hovered ? Tokens.fieldLineHovered : Tokens.fieldLine
+            border.width: Tokens.hairlineWidth
             color: Tokens.textField
             radius: Tokens.fieldRadius
 
             FocusRing {
                 anchors.margins: -Tokens.hairlineWidth
                 innerRadius: Tokens.fieldRadius - Tokens.hairlineWidth
-                visible: field.activeFocus
+                visible: field.isEdited
             }
         }
 
         Keys.onEnterPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+        Keys.onPressed: event => showMenuByKey(event)
         Keys.onReturnPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
-        // Show the beginning of a long text.
-        Component.onCompleted: cursorPosition = 0
-        onActiveFocusChanged: {
-            if (!activeFocus) {
-                cursorPosition = 0;
+        onIsEditedChanged: {
+            if (!isEdited) {
+                deselect();
+            }
+        }
+        onPressed: event => {
+            if (event.button === Qt.RightButton) {
+                showMenu(Qt.point(event.x, event.y));
             }
         }
         onTextEdited: row.edited(text)
 
+        // What the field shows while it is not edited. An edited text scrolls with the cursor instead.
         Label {
-            color: field.placeholderTextColor
+            color: field.length > 0 ? Tokens.labelPrimary : field.placeholderTextColor
             elide: Text.ElideRight
             font: field.font
             height: parent.height
-            objectName: "placeholder"
-            text: field.placeholderText
+            objectName: "still"
+            text: field.length > 0 ? field.text : field.placeholderText
             verticalAlignment: Text.AlignVCenter
-            visible: field.length === 0 && field.preeditText === ""
+            visible: field.length > 0 ? !field.isEdited : field.preeditText === ""
             width: field.width - field.leftPadding - field.rightPadding
             x: field.leftPadding
+        }
+        TextMenu {
+            id: menu
+
+            field: field
+            objectName: "menu"
         }
     }
 }

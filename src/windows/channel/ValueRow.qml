@@ -6,17 +6,18 @@ Item {
     id: row
 
     required property string label
-    required property string value
+    // Not "value", because Qt takes a property of that name for the number of a slider.
+    required property string content
 
-    Accessible.name: label + ": " + value
+    Accessible.name: label + ": " + content
     Accessible.role: Accessible.StaticText
-    implicitHeight: Math.max(ground.implicitHeight, valueText.height + 12)
+    implicitHeight: Math.max(ground.implicitHeight, valueText.height + 10)
 
     CardRow {
         id: ground
 
         anchors.fill: parent
-        implicitHeight: Tokens.valueRowHeight
+        implicitHeight: Tokens.rowHeight
     }
     Label {
         id: labelText
@@ -29,9 +30,10 @@ Item {
         objectName: "label"
         text: row.label
     }
-    Label {
+    Prose {
         id: valueText
 
+        Accessible.ignored: true
         anchors.left: labelText.right
         anchors.leftMargin: Tokens.rowPadding
         anchors.right: parent.right
@@ -41,7 +43,6 @@ Item {
         font: Tokens.row
         horizontalAlignment: Text.AlignRight
         objectName: "value"
-        text: row.value
-        wrapMode: Text.Wrap
+        words: row.content
     }
 }

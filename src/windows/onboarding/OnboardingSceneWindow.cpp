@@ -2,6 +2,10 @@
 
 #include "menubar/WindowOpener.h"
 
+#include <QQuickItem>
+
+#include <cmath>
+
 namespace kelvo {
 
 using namespace Qt::StringLiterals;
@@ -26,7 +30,7 @@ QVariantMap OnboardingSceneWindow::makeState(QObject *owner)
 
 void OnboardingSceneWindow::setSizes(QQuickView &view) const
 {
-    constexpr QSize size(Tokens::onboardingWidth, Tokens::onboardingHeight);
+    const QSize size(Tokens::onboardingWidth, static_cast<int>(std::ceil(view.rootObject()->implicitHeight())));
     view.setMinimumSize(size);
     view.setMaximumSize(size);
     view.resize(size);

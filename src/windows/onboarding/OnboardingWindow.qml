@@ -1,193 +1,124 @@
 import QtQuick
 import Kelvo
 
-/// The view of the onboarding window: four pages with navigation buttons below.
+/// The view of the onboarding window: four pages, of which one is visible.
 FocusScope {
     id: root
 
     required property OnboardingState onboarding
 
     readonly property int page: onboarding.page
+    /// Whether the last page was left with the keyboard.
+    property bool turnedByKey: false
 
-    Accessible.name: "Welcome to Kelvo"
-    Accessible.role: Accessible.Pane
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     focus: true
-    implicitHeight: Tokens.onboardingHeight
+    implicitHeight: Math.ceil(Math.max(Tokens.onboardingHeight, promise.implicitHeight, picker.implicitHeight, permission.implicitHeight, complete.implicitHeight))
     implicitWidth: Tokens.onboardingWidth
 
-    // Each new page moves the focus to the main button. The focus ring is visible if the keyboard changed the page.
-    onPageChanged: {
-        mainButton.forceActiveFocus(pages.turnedByKey ? Qt.TabFocusReason : Qt.OtherFocusReason);
-        if (!Tokens.reduceMotion) {
-            appear.restart();
-        }
-    }
+    SymbolPage {
+        id: promise
 
-    component Page: OnboardingPage {
         anchors.fill: parent
-    }
+        body: "Kelvo watches the AI tools you work in and notifies you the moment one is usable again."
+        focus: true
+        heading: "Stop checking.\nWe’ll tell you."
+        headingFont: Tokens.heroTitle
+        index: OnboardingState.Promise
+        mainTitle: "Continue"
+        objectName: "promise"
+        turnedByKey: root.turnedByKey
+        visible: root.page === index
 
-    Item {
-        id: pages
-
-        /// Whether the last page was left with the keyboard. The focus ring on the next page depends on it.
-        property bool turnedByKey: false
-
-        anchors.bottom: bar.top
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.top: parent.top
-        objectName: "pages"
-
-        Page {
-            body: "Kelvo watches the AI tools you work in and notifies you the moment one is usable again."
-            heading: "Stop checking.\nWe’ll tell you."
-            headingFont: Tokens.heroTitle
-            objectName: "promise"
-            visible: root.page === OnboardingState.Promise
-
-            KelvoMark {
-                coreColor: Tokens.availableDot
-                objectName: "mark"
-                size: 54
-            }
+        onMainClicked: byKey => {
+            root.turnedByKey = byKey;
+            root.onboarding.continueToPicker();
         }
-        PrimaryPicker {
-            anchors.fill: parent
-            objectName: "primaryPicker"
-            onboarding: root.onboarding
-            visible: root.page === OnboardingState.PrimaryPicker
-        }
-        Page {
-            body: "One notification when a service you rely on is usable again. Nothing else, ever."
-            heading: "Kelvo needs to notify you"
-            objectName: "permission"
-            visible: root.page === OnboardingState.Permission
 
-            LineSymbol {
-                color: Tokens.labelSecondary
-                height: 38
-                lineWidth: 2.6
-                objectName: "bell"
-                shape: LineSymbol.Bell
-                width: 38
-            }
-        }
-        Page {
-            body: "You can forget about Kelvo now. Look for the ring in your menu bar."
-            heading: "You’re all set"
-            objectName: "complete"
-            remark: root.onboarding.watchingText
-            visible: root.page === OnboardingState.Complete
-
-            LineSymbol {
-                color: Tokens.availableDot
-                height: 38
-                lineWidth: 2.6
-                objectName: "checkmark"
-                shape: LineSymbol.CheckInCircle
-                width: 38
-            }
+        KelvoMark {
+            anchors.centerIn: parent
+            coreColor: Tokens.availableDot
+            objectName: "mark"
+            size: 54
         }
     }
-    NumberAnimation {
-        id: appear
+    PrimaryPicker {
+        id: picker
 
-        duration: Tokens.statusSwap.duration
-        easing: Tokens.statusSwap.curve
-        from: 0
-        objectName: "appear"
-        property: "opacity"
-        target: pages
-        to: 1
-    }
-    Item {
-        id: bar
+        anchors.fill: parent
+        index: OnboardingState.PrimaryPicker
+        mainTitle: "Continue"
+        objectName: "primaryPicker"
+        onboarding: root.onboarding
+        otherTitle: "Back"
+        turnedByKey: root.turnedByKey
+        visible: root.page === index
 
-        anchors.bottom: parent.bottom
-        anchors.left: parent.left
-        anchors.right: parent.right
-        height: Tokens.barHeight
-
-        PageDots {
-            anchors.left: parent.left
-            anchors.leftMargin: Tokens.barPadding
-            anchors.verticalCenter: buttons.verticalCenter
-            count: 4
-            current: root.page
-            objectName: "dots"
+        onMainClicked: byKey => {
+            root.turnedByKey = byKey;
+            root.onboarding.continueToPermission();
         }
-        Row {
-            id: buttons
+        onOtherClicked: byKey => {
+            root.turnedByKey = byKey;
+            root.onboarding.backToPromise();
+        }
+    }
+    SymbolPage {
+        id: permission
 
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: 13
-            anchors.right: parent.right
-            anchors.rightMargin: Tokens.barPadding
-            spacing: 16
+        anchors.fill: parent
+        body: "One notification when a service you rely on is usable again. Nothing else, ever."
+        heading: "Kelvo needs to notify you"
+        index: OnboardingState.Permission
+        mainTitle: "Allow notifications"
+        objectName: "permission"
+        otherTitle: "Not now"
+        turnedByKey: root.turnedByKey
+        visible: root.page === index
 
-            QuietButton {
-                anchors.verticalCenter: parent.verticalCenter
-                color: Tokens.labelSecondary
-                objectName: "back"
-                title: "Back"
-                visible: root.page === OnboardingState.PrimaryPicker
+        onMainClicked: byKey => {
+            root.turnedByKey = byKey;
+            root.onboarding.allowNotifications();
+        }
+        onOtherClicked: byKey => {
+            root.turnedByKey = byKey;
+            root.onboarding.skipPermission();
+        }
 
-                onClicked: {
-                    pages.turnedByKey = visualFocus;
-                    root.onboarding.backToPromise();
-                }
-            }
-            QuietButton {
-                anchors.verticalCenter: parent.verticalCenter
-                color: Tokens.labelSecondary
-                objectName: "notNow"
-                title: "Not now"
-                visible: root.page === OnboardingState.Permission
+        LineSymbol {
+            anchors.centerIn: parent
+            color: Tokens.labelSecondary
+            height: 38
+            lineWidth: 2.6
+            objectName: "bell"
+            shape: LineSymbol.Bell
+            width: 38
+        }
+    }
+    SymbolPage {
+        id: complete
 
-                onClicked: {
-                    pages.turnedByKey = visualFocus;
-                    root.onboarding.skipPermission();
-                }
-            }
-            FilledButton {
-                id: mainButton
+        anchors.fill: parent
+        body: "You can forget about Kelvo now. Look for the ring in your menu bar."
+        heading: "You’re all set"
+        index: OnboardingState.Complete
+        mainTitle: "Done"
+        objectName: "complete"
+        remark: root.onboarding.watchingText
+        turnedByKey: root.turnedByKey
+        visible: root.page === index
 
-                enabled: root.page !== OnboardingState.PrimaryPicker || root.onboarding.hasSelection
-                focus: true
-                height: Tokens.buttonHeight
-                objectName: "mainButton"
-                title: {
-                    switch (root.page) {
-                    case OnboardingState.Permission:
-                        return "Allow notifications";
-                    case OnboardingState.Complete:
-                        return "Done";
-                    default:
-                        return "Continue";
-                    }
-                }
+        onMainClicked: root.onboarding.finish()
 
-                onClicked: {
-                    pages.turnedByKey = visualFocus;
-                    switch (root.page) {
-                    case OnboardingState.Promise:
-                        root.onboarding.continueToPicker();
-                        break;
-                    case OnboardingState.PrimaryPicker:
-                        root.onboarding.continueToPermission();
-                        break;
-                    case OnboardingState.Permission:
-                        root.onboarding.allowNotifications();
-                        break;
-                    case OnboardingState.Complete:
-                        root.onboarding.finish();
-                        break;
-                    }
-                }
-            }
+        LineSymbol {
+            anchors.centerIn: parent
+            color: Tokens.availableDot
+            height: 38
+            lineWidth: 2.6
+            objectName: "checkmark"
+            shape: LineSymbol.CheckInCircle
+            width: 38
         }
     }
 }

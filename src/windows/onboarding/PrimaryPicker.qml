@@ -3,69 +3,89 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Kelvo
 
-/// The page on which the user chooses the primary service.
-ChoiceGroup {
-    id: picker
+/// The page on which the user chooses the primary service. The arrow keys choose, wherever the focus is.
+OnboardingPage {
+    id: page
 
     required property OnboardingState onboarding
 
-    current: onboarding.selected
-    options: rows
+    /// How far the list reaches into the bar, above the buttons.
+    readonly property real overlap: 6
 
-    onChosen: index => onboarding.selected = index
+    contentHeight: list.y + card.height - overlap
+    heading: "Which one matters most?"
+    isMainEnabled: onboarding.hasSelection
 
-    Paragraph {
-        id: heading
+    Keys.onDownPressed: choice.chooseByKey(1)
+    Keys.onUpPressed: choice.chooseByKey(-1)
 
-        Accessible.role: Accessible.Heading
-        anchors.left: parent.left
-        anchors.leftMargin: Tokens.pagePadding
-        anchors.right: parent.right
-        anchors.rightMargin: Tokens.pagePadding
-        anchors.top: parent.top
-        anchors.topMargin: 9
-        color: Tokens.labelPrimary
-        font: Tokens.windowTitle
-        objectName: "heading"
-        text: "Which one matters most?"
-    }
-    Paragraph {
-        id: body
+    ChoiceGroup {
+        id: choice
 
-        anchors.left: heading.left
-        anchors.right: heading.right
-        anchors.top: heading.bottom
-        anchors.topMargin: 2
-        color: Tokens.labelSecondary
-        font: Tokens.bodyText
-        objectName: "body"
-        text: "This is the service Kelvo shows first. You can add more later."
-    }
-    ScrollArea {
-        anchors.left: heading.left
-        anchors.right: heading.right
-        anchors.top: body.bottom
-        anchors.topMargin: 8
-        contentHeight: card.height
-        contentWidth: width
-        height: Math.min(card.height, parent.height - y)
-        objectName: "choices"
+        anchors.fill: parent
+        anchors.bottomMargin: -page.overlap
+        current: page.onboarding.selected
+        options: rows
+        title: page.heading
 
-        Card {
-            id: card
+        onChosen: index => page.onboarding.selected = index
+        onConfirmed: page.mainClicked(true)
 
-            objectName: "choicesCard"
-            width: parent.width
+        Paragraph {
+            id: headingText
 
-            Repeater {
-                id: rows
+            Accessible.role: Accessible.Heading
+            anchors.left: parent.left
+            anchors.leftMargin: Tokens.pagePadding
+            anchors.right: parent.right
+            anchors.rightMargin: Tokens.pagePadding
+            anchors.top: parent.top
+            anchors.topMargin: 9
+            color: Tokens.labelPrimary
+            font: Tokens.windowTitle
+            objectName: "heading"
+            text: page.heading
+        }
+        Prose {
+            id: body
 
-                model: picker.onboarding.choices
+            anchors.left: headingText.left
+            anchors.right: headingText.right
+            anchors.top: headingText.bottom
+            anchors.topMargin: 2
+            color: Tokens.labelSecondary
+            font: Tokens.bodyText
+            objectName: "body"
+            words: "This is the service Kelvo shows first. You can add more later."
+        }
+        ScrollArea {
+            id: list
 
-                ChoiceRow {
-                    group: picker
-                    objectName: "choice-" + index
-                    width: card.width
+            anchors.left: headingText.left
+            anchors.right: headingText.right
+            anchors.top: body.bottom
+            anchors.topMargin: 8
+            contentHeight: card.height
+            contentWidth: width
+            height: Math.min(card.height, parent.height - y)
+            objectName: "choices"
+
+            Card {
+                id: card
+
+                objectName: "choicesCard"
+                width: parent.width
+
+                Repeater {
+                    id: rows
+
+                    model: page.onboarding.choices
+
+                    ChoiceRow {
+                        group: choice
+                        objectName: "choice-" + index
+                        width: card.width
+                    }
                 }
             }
         }

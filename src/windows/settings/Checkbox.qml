@@ -1,37 +1,29 @@
 import QtQuick
 import Kelvo
 
-/// A square check box. It shows `isOn` and does not change it; the item that contains it handles clicks.
-PlainButton {
+/// Draws a square check box.
+RoundedRectangle {
     id: box
 
     required property bool isOn
+    property bool isHovered: false
+    property bool isPressed: false
 
-    readonly property real reach: 6
+    border.color: isOn ? Tokens.controlBorder : isHovered ? Tokens.controlLineHovered : Tokens.controlLine
+    border.width: isOn ? Tokens.controlBorderWidth : Tokens.hairlineWidth
+    color: !isOn ? Tokens.textField : isPressed ? Tokens.actionPressed : isHovered ? Tokens.actionHovered : Tokens.action
+    implicitHeight: Tokens.checkboxSize
+    implicitWidth: Tokens.checkboxSize
+    radius: Tokens.checkboxRadius
 
-    Accessible.ignored: true
-    focusPolicy: Qt.NoFocus
-    hoverEnabled: true
-    padding: reach
-
-    contentItem: Rectangle {
-        border.color: box.hovered || box.down ? Tokens.checkboxLineHovered : Tokens.checkboxLine
-        border.width: box.isOn ? 0 : Tokens.hairlineWidth
-        color: !box.isOn ? Tokens.textField : box.down ? Tokens.actionPressed : box.hovered ? Tokens.actionHovered : Tokens.action
-        implicitHeight: Tokens.checkboxSize
-        implicitWidth: Tokens.checkboxSize
-        objectName: "box"
-        radius: Tokens.checkboxRadius
-
-        LineSymbol {
-            anchors.centerIn: parent
-            color: Tokens.actionText
-            height: 10
-            lineWidth: 1.7
-            objectName: "checkmark"
-            shape: LineSymbol.Check
-            visible: box.isOn
-            width: 10
-        }
+    LineSymbol {
+        anchors.centerIn: parent
+        color: Tokens.actionText
+        height: 10
+        lineWidth: 1.7
+        objectName: "checkmark"
+        shape: LineSymbol.Check
+        visible: box.isOn
+        width: 10
     }
 }

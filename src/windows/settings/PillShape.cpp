@@ -6,12 +6,41 @@
 
 namespace kelvo {
 
+namespace {
+
+void drawPill(QPainter &painter, const QRectF &rectangle)
+{
+    const double radius = std::min(rectangle.width(), rectangle.height()) / 2;
+    painter.drawRoundedRect(rectangle, radius, radius);
+}
+
+} // namespace
+
+void PillShape::setLineColor(const QColor &color)
+{
+    lineColor_ = color;
+    Q_EMIT lineChanged();
+    update();
+}
+
+void PillShape::setLineWidth(qreal width)
+{
+    lineWidth_ = width;
+    Q_EMIT lineChanged();
+    update();
+}
+
 void PillShape::paint(QPainter *painter)
 {
-    const double radius = std::min(width(), height()) / 2;
     painter->setPen(Qt::NoPen);
     painter->setBrush(color());
-    painter->drawRoundedRect(boundingRect(), radius, radius);
+    drawPill(*painter, boundingRect());
+    if (lineWidth_ > 0) {
+        const double inset = lineWidth_ / 2;
+        painter->setPen(QPen(lineColor_, lineWidth_));
+        painter->setBrush(Qt::NoBrush);
+        drawPill(*painter, boundingRect().adjusted(inset, inset, -inset, -inset));
+    }
 }
 
 } // namespace kelvo

@@ -25,8 +25,10 @@ ChoiceGroup {
     Keys.onLeftPressed: chooseByKey(LayoutMirroring.enabled ? 1 : -1)
     Keys.onRightPressed: chooseByKey(LayoutMirroring.enabled ? -1 : 1)
 
-    Rectangle {
+    RoundedRectangle {
         anchors.fill: parent
+        border.color: Tokens.controlBorder
+        border.width: Tokens.controlBorderWidth
         color: Tokens.segmentTrack
         radius: Tokens.segmentRadius
     }
@@ -56,18 +58,22 @@ ChoiceGroup {
             blur: 3
             color: Tokens.segmentShadow
         }
-        Rectangle {
+        RoundedRectangle {
             anchors.fill: face
             anchors.margins: -Tokens.hairlineWidth
-            color: Tokens.cardLine
+            border.color: Tokens.cardLine
+            border.width: Tokens.hairlineWidth
+            color: "transparent"
             radius: face.radius + Tokens.hairlineWidth
         }
-        Rectangle {
+        RoundedRectangle {
             id: face
 
             anchors.fill: parent
             anchors.margins: choice.inset
-            color: Tokens.card
+            border.color: Tokens.controlBorder
+            border.width: Tokens.controlBorderWidth
+            color: Tokens.segmentFace
             radius: Tokens.segmentRadius - choice.inset
         }
     }
@@ -85,8 +91,9 @@ ChoiceGroup {
                 group: choice
                 height: choice.height
                 implicitWidth: implicitContentWidth + leftPadding + rightPadding
+                leftPadding: 13
                 objectName: "segment-" + index
-                padding: 13
+                rightPadding: 13
                 width: choice.segmentWidth
 
                 contentItem: Label {

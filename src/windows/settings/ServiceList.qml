@@ -29,12 +29,14 @@ Item {
     property real grip: 0
     readonly property real liftedY: pointer.y - grip
 
+    /// A service has moved. `text` tells a screen reader where it is now.
+    signal announced(string text)
+
     function lift(row: ServiceRow, at: point) {
         lifted = row;
         follow(at);
         grip = pointer.y - row.index * rowHeight;
-        row.isFocusedByMouse = true;
-        row.forceActiveFocus(Qt.MouseFocusReason);
+        row.focusByMouse();
     }
     function follow(at: point) {
         pointerInWindow = at;
@@ -46,7 +48,7 @@ Item {
     }
     function drop() {
         if (isDragging) {
-            settings.move(lifted.service, dropPosition);
+            move(lifted, dropPosition);
             lifted = null;
         }
     }
@@ -69,7 +71,13 @@ Item {
     }
     function moveByKey(row: ServiceRow, to: int) {
         if (to >= 0 && to < rows.count) {
+            move(row, to);
+        }
+    }
+    function move(row: ServiceRow, to: int) {
+        if (to !== row.index) {
             settings.move(row.service, to);
+            announced(row.name + ", " + (row.index + 1) + " of " + rows.count);
         }
     }
 
@@ -111,26 +119,15 @@ Item {
 
             Keys.onDownPressed: event => event.modifiers & Qt.AltModifier ? list.moveByKey(row, index + 1) : list.focusRow(index + 1)
             Keys.onUpPressed: event => event.modifiers & Qt.AltModifier ? list.moveByKey(row, index - 1) : list.focusRow(index - 1)
-            onToggled: list.settings.toggle(service)
-
-            Connections {
-                function onDragBegan(at: point) {
-                    list.lift(row, at);
+            onDragBegan: at => list.lift(row, at)
+            onDragCanceled: list.cancel()
+            onDragMoved: at => {
+                if (isLifted) {
+                    list.follow(at);
                 }
-                function onDragCanceled() {
-                    list.cancel();
-                }
-                function onDragMoved(at: point) {
-                    if (row.isLifted) {
-                        list.follow(at);
-                    }
-                }
-                function onDropped() {
-                    list.drop();
-                }
-
-                target: row.handle
             }
+            onDropped: list.drop()
+            onToggled: list.settings.toggle(service)
         }
     }
 }

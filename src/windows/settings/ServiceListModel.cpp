@@ -34,7 +34,7 @@ void ServiceListModel::place(const Row &row, int position)
     }
     if (*target != row) {
         *target = row;
-        Q_EMIT dataChanged(index(position), index(position), {isPrimaryRole, isOnRole});
+        Q_EMIT dataChanged(index(position), index(position), {isPrimaryRole, isOnRole, canToggleRole});
     }
 }
 
@@ -64,6 +64,7 @@ QVariant ServiceListModel::data(const QModelIndex &index, int role) const
     case nameRole: return Service::by(row.id).name;
     case isPrimaryRole: return row.isPrimary;
     case isOnRole: return row.isOn;
+    case canToggleRole: return row.canToggle;
     default: return {};
     }
 }
@@ -71,10 +72,8 @@ QVariant ServiceListModel::data(const QModelIndex &index, int role) const
 QHash<int, QByteArray> ServiceListModel::roleNames() const
 {
     return {
-        {serviceRole, "service"},
-        {nameRole, "name"},
-        {isPrimaryRole, "isPrimary"},
-        {isOnRole, "isOn"},
+        {serviceRole, "service"}, {nameRole, "name"},           {isPrimaryRole, "isPrimary"},
+        {isOnRole, "isOn"},       {canToggleRole, "canToggle"},
     };
 }
 

@@ -23,6 +23,7 @@ public:
         nameRole,                   ///< "name"
         isPrimaryRole,              ///< "isPrimary": whether it is the first watched service
         isOnRole,                   ///< "isOn": whether it is watched
+        canToggleRole,              ///< "canToggle": false for the only watched service
     };
     Q_ENUM(Role)
 
@@ -31,6 +32,7 @@ public:
         ServiceID id;
         bool isPrimary;
         bool isOn;
+        bool canToggle;
         bool operator==(const Row &) const = default;
     };
 

@@ -2,7 +2,8 @@ import QtQuick
 import Kelvo
 
 /// A row of the services list. For the keyboard and for a screen reader it is one check box that can be moved up and down.
-Item {
+/// It can be dragged by its grip and by its name.
+ToggleRow {
     id: row
 
     required property int index
@@ -10,48 +11,33 @@ Item {
     required property string service
     required property string name
     required property bool isPrimary
-    required property bool isOn
+    /// Whether a click has an effect. It has none on the only watched service.
+    required property bool canToggle
     /// Whether the row is dragged and follows the pointer.
     property bool isLifted: false
 
-    readonly property alias handle: dragHandle
-    /// Whether the row got the focus by mouse. The focus ring is not shown then.
-    property bool isFocusedByMouse: false
+    readonly property bool isPressed: canToggle && (containsPress || nameArea.containsPress && !nameArea.isDragging)
+    readonly property bool isLit: hovered && !dragHandle.containsMouse && canToggle
 
-    signal toggled
+    signal dragBegan(point at)
+    signal dragMoved(point at)
+    signal dropped
+    signal dragCanceled
 
-    Accessible.checkable: true
-    Accessible.checked: isOn
     // The accessible interface of a Qt check box has no text value, so the state is part of the description.
     Accessible.description: isOn ? "watched" : "not watched"
-    Accessible.name: isPrimary ? name + ", primary" : name
-    Accessible.role: Accessible.CheckBox
-    activeFocusOnTab: true
     implicitHeight: ground.implicitHeight
-
-    Accessible.onPressAction: toggled()
-    Accessible.onToggleAction: toggled()
-    Keys.onEnterPressed: toggled()
-    Keys.onReturnPressed: toggled()
-    Keys.onSpacePressed: toggled()
-    Keys.onPressed: event => {
-        isFocusedByMouse = false;
-        event.accepted = false;
-    }
-    onActiveFocusChanged: {
-        if (!activeFocus) {
-            isFocusedByMouse = false;
-        }
-    }
+    title: isPrimary ? name + ", primary" : name
 
     CardRow {
         id: ground
 
         anchors.fill: parent
-        focused: row.activeFocus && !row.isFocusedByMouse
+        down: row.isPressed
+        focused: row.visualFocus
         // The list draws the rules, which stay in place while a row is dragged.
         hasRule: false
-        hovered: hover.hovered
+        hovered: row.isLit
         implicitHeight: Tokens.rowHeight
 
         Item {
@@ -65,12 +51,12 @@ Item {
                 blur: 8
                 color: Tokens.liftedShadow
             }
-            Rectangle {
+            RoundedRectangle {
                 anchors.fill: parent
                 color: Tokens.hairline
                 radius: Tokens.rowRadius + Tokens.hairlineWidth
             }
-            Rectangle {
+            RoundedRectangle {
                 anchors.fill: parent
                 anchors.margins: Tokens.hairlineWidth
                 color: Tokens.card
@@ -79,6 +65,7 @@ Item {
             }
         }
     }
+
     Item {
         anchors.fill: parent
 
@@ -90,6 +77,11 @@ Item {
             anchors.leftMargin: 2
             anchors.top: parent.top
             objectName: "handle"
+
+            onDragBegan: at => row.dragBegan(at)
+            onDragCanceled: row.dragCanceled()
+            onDragMoved: at => row.dragMoved(at)
+            onDropped: row.dropped()
         }
         Label {
             id: nameText
@@ -101,33 +93,46 @@ Item {
             font: Tokens.row
             objectName: "name"
             text: row.name
-            width: Math.min(implicitWidth, row.width - dragHandle.width - checkbox.width - 16 - (primary.visible ? primary.width + primary.anchors.leftMargin : 0))
+            width: Math.min(implicitWidth, row.width - dragHandle.width - checkbox.width - 28 - (primary.visible ? primary.width + primary.anchors.leftMargin : 0))
         }
         CapsTag {
             id: primary
 
+            anchors.baseline: nameText.baseline
             anchors.left: nameText.right
             anchors.leftMargin: 8
-            anchors.verticalCenter: nameText.verticalCenter
             color: Tokens.link
             objectName: "primaryTag"
             title: "Primary"
             visible: row.isPrimary
         }
+        DragArea {
+            id: nameArea
+
+            anchors.bottom: parent.bottom
+            anchors.left: nameText.left
+            anchors.right: nameText.right
+            anchors.top: parent.top
+            cursorShape: isDragging ? Qt.ClosedHandCursor : Qt.ArrowCursor
+            objectName: "nameArea"
+
+            onDragBegan: at => row.dragBegan(at)
+            onDragCanceled: row.dragCanceled()
+            onDragMoved: at => row.dragMoved(at)
+            onDropped: row.dropped()
+            onPressed: row.focusByMouse()
+            onTapped: row.toggle()
+        }
         Checkbox {
             id: checkbox
 
             anchors.right: parent.right
-            anchors.rightMargin: Tokens.rowPadding - reach
+            anchors.rightMargin: Tokens.rowPadding
             anchors.verticalCenter: parent.verticalCenter
+            isHovered: row.isLit
             isOn: row.isOn
-            objectName: "checkbox"
-
-            onClicked: row.toggled()
+            isPressed: row.isPressed
+            objectName: "box"
         }
-    }
-
-    HoverHandler {
-        id: hover
     }
 }

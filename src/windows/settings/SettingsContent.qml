@@ -23,12 +23,25 @@ Column {
         width: content.width - content.leftPadding - content.rightPadding
     }
 
+    // A screen reader tells the name of the group instead.
+    component Heading: SectionCaps {
+        Accessible.role: Accessible.Heading
+    }
+    component Footnote: Prose {
+        color: Tokens.labelSecondary
+        font: Tokens.footnote
+        width: parent.width
+    }
+
     Section {
+        Accessible.name: servicesHeading.title
+        Accessible.role: Accessible.Grouping
+
         Item {
             implicitHeight: Math.max(servicesHeading.implicitHeight, hint.height)
             width: parent.width
 
-            SectionCaps {
+            Heading {
                 id: servicesHeading
 
                 anchors.left: parent.left
@@ -47,7 +60,7 @@ Column {
 
                 LineSymbol {
                     anchors.verticalCenter: parent.verticalCenter
-                    color: Tokens.labelTertiary
+                    color: Tokens.labelSecondary
                     height: 12
                     lineWidth: 1.1
                     objectName: "infoSymbol"
@@ -55,7 +68,7 @@ Column {
                     width: 12
                 }
                 Paragraph {
-                    color: Tokens.labelTertiary
+                    color: Tokens.labelSecondary
                     font: Tokens.footnote
                     text: "Top one is shown first"
                 }
@@ -74,9 +87,13 @@ Column {
                 width: parent.width
             }
         }
+        Footnote {
+            objectName: "reorderingKeys"
+            words: "Drag a service, or press " + (Qt.platform.os === "osx" ? "Option" : "Alt") + " and an arrow key, to move it."
+        }
     }
     Section {
-        SectionCaps {
+        Heading {
             objectName: "intervalHeading"
             title: "Check every"
             width: parent.width
@@ -85,13 +102,19 @@ Column {
             anchors.left: parent.left
             current: content.settings.checkInterval
             objectName: "interval"
+            title: "Check every"
             titles: content.settings.checkIntervals
 
             onChosen: index => content.settings.checkInterval = index
         }
     }
     Section {
-        SectionCaps {
+        Accessible.name: watchingHeading.title
+        Accessible.role: Accessible.Grouping
+
+        Heading {
+            id: watchingHeading
+
             objectName: "watchingHeading"
             title: "Watching"
             width: parent.width
@@ -106,7 +129,7 @@ Column {
                 title: "On this Mac"
                 width: parent.width
 
-                onFlipped: on => content.settings.watchOnThisMac = on
+                onToggled: content.settings.watchOnThisMac = !isOn
             }
             SwitchRow {
                 enabled: false
@@ -119,7 +142,12 @@ Column {
         }
     }
     Section {
-        SectionCaps {
+        Accessible.name: channelsHeading.title
+        Accessible.role: Accessible.Grouping
+
+        Heading {
+            id: channelsHeading
+
             objectName: "channelsHeading"
             title: "Tell me where"
             width: parent.width
@@ -145,13 +173,10 @@ Column {
                 }
             }
         }
-        Paragraph {
+        Footnote {
             bottomPadding: 2
-            color: Tokens.labelTertiary
-            font: Tokens.footnote
             objectName: "channelsFootnote"
-            text: "One channel is armed at a time, so a recovery never arrives four ways."
-            width: parent.width
+            words: "One channel is armed at a time, so a recovery never arrives four ways."
         }
         Card {
             width: parent.width
@@ -163,7 +188,7 @@ Column {
                 title: "Outage alerts"
                 width: parent.width
 
-                onFlipped: on => content.settings.outageAlertsEnabled = on
+                onToggled: content.settings.outageAlertsEnabled = !isOn
             }
         }
     }
@@ -178,16 +203,24 @@ Column {
                 title: "Launch at login"
                 width: parent.width
 
-                onFlipped: on => content.settings.launchAtLogin = on
+                onToggled: content.settings.launchAtLogin = !isOn
             }
         }
-        QuietButton {
-            anchors.left: parent.left
-            color: Tokens.link
-            objectName: "showOnboarding"
-            title: "Show onboarding again"
+        Item {
+            implicitHeight: showOnboarding.implicitContentHeight
+            width: parent.width
 
-            onClicked: content.settings.showOnboarding()
+            QuietButton {
+                id: showOnboarding
+
+                anchors.left: parent.left
+                anchors.verticalCenter: parent.verticalCenter
+                color: Tokens.link
+                objectName: "showOnboarding"
+                title: "Show onboarding again"
+
+                onClicked: content.settings.showOnboarding()
+            }
         }
     }
 }

@@ -87,7 +87,8 @@ void SettingsState::refresh()
     std::vector<ServiceListModel::Row> rows;
     for (const auto id : settings_.serviceOrder()) {
         const bool isOn = enabled.contains(id);
-        rows.push_back({.id = id, .isPrimary = isOn && !primaryIsKnown, .isOn = isOn});
+        rows.push_back(
+            {.id = id, .isPrimary = isOn && !primaryIsKnown, .isOn = isOn, .canToggle = !isOn || enabled.size() > 1});
         primaryIsKnown = primaryIsKnown || isOn;
     }
     services_.update(rows);

@@ -9,8 +9,6 @@ FocusScope {
 
     required property SettingsState settings
 
-    Accessible.name: "Kelvo Settings"
-    Accessible.role: Accessible.Pane
     LayoutMirroring.childrenInherit: true
     LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
     focus: true
@@ -59,6 +57,18 @@ FocusScope {
             content.services.followScrolling();
         }
     }
+    Announcer {
+        id: announcer
+
+        objectName: "announcer"
+    }
+    Connections {
+        function onAnnounced(text: string) {
+            announcer.announce(text);
+        }
+
+        target: content.services
+    }
     Loader {
         id: sheetPlace
     }
@@ -67,6 +77,7 @@ FocusScope {
             const sheet = root.settings.channelSheet;
             if (sheet) {
                 sheetPlace.setSource("../channel/SheetPopup.qml", {
+                    "announcer": announcer,
                     "settings": root.settings,
                     "sheet": sheet
                 });

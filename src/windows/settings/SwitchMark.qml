@@ -6,6 +6,7 @@ Item {
     id: mark
 
     required property bool isOn
+    property bool isHovered: false
 
     implicitHeight: Tokens.switchHeight
     implicitWidth: Tokens.switchWidth
@@ -13,6 +14,8 @@ Item {
     PillShape {
         anchors.fill: parent
         color: mark.isOn ? Tokens.action : Tokens.switchTrack
+        lineColor: mark.isOn ? Tokens.controlBorder : mark.isHovered ? Tokens.controlLineHovered : Tokens.controlLine
+        lineWidth: mark.isOn ? Tokens.controlBorderWidth : Tokens.hairlineWidth
         objectName: "track"
     }
     StatusDot {

@@ -1,43 +1,23 @@
 import QtQuick
-import QtQuick.Templates as T
 import Kelvo
 
-/// A switch with a title and an explanation below it. It shows `isOn` and emits `flipped` when the user operates it.
-T.CheckBox {
+/// A switch with a title and an explanation below it.
+ToggleRow {
     id: row
 
-    required property string title
     /// A tag beside the title; may be empty.
     property string tag: ""
     required property string subtitle
-    required property bool isOn
-
-    signal flipped(bool on)
-
-    function flip() {
-        flipped(!isOn);
-    }
 
     Accessible.description: subtitle
-    Accessible.name: title
-    checkState: isOn ? Qt.Checked : Qt.Unchecked
-    hoverEnabled: true
     implicitHeight: Math.max(texts.implicitHeight, mark.height) + 18
-    // The requested change may be refused, so the check state follows `isOn` and not the click.
-    nextCheckState: () => {
-        flip();
-        return isOn ? Qt.Checked : Qt.Unchecked;
-    }
-    text: title
 
-    background: CardRow {
-        button: row
+    CardRow {
+        anchors.fill: parent
+        down: row.containsPress
+        focused: row.visualFocus
+        hovered: row.hovered
     }
-
-    Accessible.onPressAction: flip()
-    Accessible.onToggleAction: flip()
-    Keys.onEnterPressed: flip()
-    Keys.onReturnPressed: flip()
 
     Item {
         anchors.fill: parent
@@ -79,13 +59,13 @@ T.CheckBox {
                     visible: row.tag !== ""
                 }
             }
-            Label {
-                color: row.enabled ? Tokens.labelSecondary : Tokens.labelTertiary
+            Prose {
+                Accessible.ignored: true
+                color: Tokens.labelSecondary
                 font: Tokens.footnote
                 objectName: "subtitle"
-                text: row.subtitle
                 width: parent.width
-                wrapMode: Text.Wrap
+                words: row.subtitle
             }
         }
         SwitchMark {
@@ -93,6 +73,7 @@ T.CheckBox {
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
+            isHovered: row.hovered
             isOn: row.isOn
             objectName: "switch"
             opacity: row.enabled ? 1 : 0.5

@@ -1,0 +1,222 @@
+#include "support/ViewScene.h"
+
+#include "menubar/popover/PopoverWindow.h"
+#include "windows/onboarding/OnboardingSceneWindow.h"
+#include "windows/settings/SettingsSceneWindow.h"
+
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLineF>
+#include <QScreen>
+#include <QTemporaryFile>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace kelvo {
+
+namespace {
+
+constexpr int firstPercent = 100;
+constexpr int lastPercent = 300;
+constexpr int step = 5;
+
+const std::vector<ServiceID> eight(allServiceIDs.begin(), allServiceIDs.end());
+
+/// Describes one screen for each scale. The offscreen platform derives the scale from the logical resolution.
+QByteArray screens()
+{
+    QJsonArray screens;
+    for (int percent = firstPercent; percent <= lastPercent; percent += step) {
+        screens.append(QJsonObject{{u"name"_s, QString::number(percent)},
+                                   {u"x"_s, 4000 * static_cast<int>(screens.size())},
+                                   {u"y"_s, 0},
+                                   {u"width"_s, 3600},
+                                   {u"height"_s, 3000},
+                                   {u"logicalBaseDpi"_s, 100},
+                                   {u"logicalDpi"_s, percent}});
+    }
+    return QJsonDocument(QJsonObject{{u"screens"_s, screens}}).toJson();
+}
+
+QScreen *screen(int percent)
+{
+    const auto screens = QGuiApplication::screens();
+    const auto found = std::find_if(screens.begin(), screens.end(), [percent](const QScreen *each) {
+        return each->name() == QString::number(percent);
+    });
+    return found == screens.end() ? nullptr : *found;
+}
+
+/// The stores and windows of the program.
+struct Program
+{
+    Program() { appearance.still = true; }
+
+    FakeAppearance appearance;
+    ViewEngine engine{appearance};
+    Stores stores{eight};
+    PopoverWindow popover{stores.store, stores.settings, engine, stores.clock};
+    SettingsSceneWindow settings{stores.settings, stores.notifier, engine, appearance};
+    OnboardingSceneWindow onboarding{stores.settings, stores.notifier, engine, appearance};
+};
+
+void hover(QQuickView *view, const QString &name)
+{
+    auto *item = findItem(view->contentItem(), name);
+    QVERIFY2(item, qPrintable(name));
+    QTest::mouseMove(view, item->mapToScene({item->width() / 2, item->height() / 2}).toPoint());
+    settle();
+    view->grabWindow();
+}
+
+void press(QQuickView *view, Qt::Key key)
+{
+    QTest::keyClick(view, key);
+    settle();
+    view->grabWindow();
+}
+
+/// Whether a pixel is inside of a rectangle with round corners.
+bool contains(const QRectF &rect, double radius, const QPoint &pixel)
+{
+    const auto point = QPointF(pixel) + QPointF(0.5, 0.5);
+    const auto straight = rect.adjusted(radius, radius, -radius, -radius);
+    const QPointF nearest(std::clamp(point.x(), straight.left(), straight.right()),
+                          std::clamp(point.y(), straight.top(), straight.bottom()));
+    return QLineF(point, nearest).length() <= radius;
+}
+
+/// Returns where the picture was not painted: such pixels are transparent, or black if it has no transparency. No colour
+/// of the light views is black.
+QString unpainted(const QImage &picture, const QRectF &within, double radius = 0)
+{
+    qsizetype count = 0;
+    QPoint first;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const auto pixel = picture.pixel(x, y);
+            const bool isBlank = qAlpha(pixel) < 255 || (pixel & 0xffffff) == 0;
+            if (isBlank && (radius > 0 ? contains(within, radius, {x, y}) : within.contains(x, y))) {
+                first = count++ == 0 ? QPoint(x, y) : first;
+            }
+        }
+    }
+    return count == 0 ? QString()
+                      : u"%1 pixels, the first at %2, %3 of %4 × %5"_s.arg(count)
+                            .arg(first.x())
+                            .arg(first.y())
+                            .arg(picture.width())
+                            .arg(picture.height());
+}
+
+} // namespace
+
+/// The windows at scales at which a point is not a whole number of device pixels.
+class FractionalScalesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void thePopoverHasNoGaps_data() { scales(); }
+    void thePopoverHasNoGaps();
+    void theSettingsHaveNoGaps_data() { scales(); }
+    void theSettingsHaveNoGaps();
+    void theOnboardingHasNoGaps_data() { scales(); }
+    void theOnboardingHasNoGaps();
+
+private:
+    static void scales()
+    {
+        QTest::addColumn<int>("percent");
+        for (int percent = firstPercent; percent <= lastPercent; percent += step) {
+            QTest::addRow("%d %%", percent) << percent;
+        }
+    }
+};
+
+void FractionalScalesTest::thePopoverHasNoGaps()
+{
+    QFETCH(const int, percent);
+    Program program;
+    program.appearance.still = false;
+    program.popover.toggle(QRect(screen(percent)->geometry().topLeft() + QPoint(500, 2), QSize(24, 24)));
+    auto *view = program.popover.view();
+    QVERIFY(QTest::qWaitForWindowExposed(view));
+    QCOMPARE(view->effectiveDevicePixelRatio(), percent / 100.0);
+    // The animation of the content repaints every text in many frames.
+    QTRY_COMPARE(findItem(view->rootObject(), u"stack"_s)->opacity(), 1.0);
+    program.stores.round({{ServiceID::chatgpt, ServiceHealth::outage}});
+    hover(view, u"row-cursor"_s);
+    press(view, Qt::Key_Tab);
+    program.stores.round({{ServiceID::gemini, ServiceHealth::degraded}});
+    hover(view, u"settingsButton"_s);
+
+    const auto shown = view->grabWindow();
+    const auto card = program.popover.card();
+    const auto scale = percent / 100.0;
+    // The outermost pixels are blended with what is behind.
+    const QRectF inside(card.x() * scale + 2, card.y() * scale + 2, card.width() * scale - 4,
+                        card.height() * scale - 4);
+    QVERIFY(QRectF(shown.rect()).contains(inside));
+    QCOMPARE(unpainted(shown, inside, Tokens::windowRadius * scale - 2), QString());
+}
+
+void FractionalScalesTest::theSettingsHaveNoGaps()
+{
+    QFETCH(const int, percent);
+    Program program;
+    program.settings.open();
+    auto *view = program.settings.view();
+    view->setPosition(screen(percent)->geometry().topLeft());
+    QVERIFY(QTest::qWaitForWindowExposed(view));
+    QCOMPARE(view->effectiveDevicePixelRatio(), percent / 100.0);
+    view->grabWindow();
+    press(view, Qt::Key_Tab);
+    press(view, Qt::Key_Space);
+    press(view, Qt::Key_Tab);
+    program.appearance.setDark(true);
+    settle();
+    view->grabWindow();
+    program.appearance.setDark(false);
+    settle();
+    const auto shown = view->grabWindow();
+    QCOMPARE(unpainted(shown, shown.rect()), QString());
+}
+
+void FractionalScalesTest::theOnboardingHasNoGaps()
+{
+    QFETCH(const int, percent);
+    Program program;
+    program.onboarding.open();
+    auto *view = program.onboarding.view();
+    view->setPosition(screen(percent)->geometry().topLeft());
+    QVERIFY(QTest::qWaitForWindowExposed(view));
+    QCOMPARE(view->effectiveDevicePixelRatio(), percent / 100.0);
+    const auto promise = view->grabWindow();
+    QCOMPARE(unpainted(promise, promise.rect()), QString());
+    press(view, Qt::Key_Tab);
+    press(view, Qt::Key_Return);
+    const auto picker = view->grabWindow();
+    QCOMPARE(unpainted(picker, picker.rect()), QString());
+}
+
+} // namespace kelvo
+
+int main(int argc, char *argv[])
+{
+    QTemporaryFile configuration;
+    if (!configuration.open() || configuration.write(kelvo::screens()) <= 0 || !configuration.flush()) {
+        return EXIT_FAILURE;
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + configuration.fileName().toLocal8Bit());
+    QGuiApplication application(argc, argv);
+    kelvo::FractionalScalesTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_fractionalscales.moc"
