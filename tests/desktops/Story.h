@@ -50,6 +50,7 @@ private:
     void theRingTurnsRed();
     void menu();
     void settings();
+    void settingsComeToThisWorkspace();
     void notification();
     void secondStart();
     void changesItsLook();

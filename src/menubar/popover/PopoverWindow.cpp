@@ -105,6 +105,7 @@ void PopoverWindow::close()
     if (!isOpen()) {
         return;
     }
+    settled_.reset();
     presses_.stop();
     if (kind_ == PopoverKind::unmanaged) {
         view_->setKeyboardGrabEnabled(false);
@@ -189,7 +190,8 @@ void PopoverWindow::openBeside(const QRect &anchor)
     } else {
         NativeWindow::activate(*view_);
     }
-    presses_.start();
+    // The second press of a double click on the ring is not a click elsewhere.
+    settled_ = clock_.after(clickTime, [this] { presses_.start(); });
 }
 
 /// Places the popover without its shadow; the shadow uses the remaining space.
