@@ -123,6 +123,8 @@ QList<Observation> Story::tell()
         breakTheService();
         startAgain();
         QTest::qWait(patience);
+        desktop_.pressEscape();
+        QTest::qWait(pause);
     }
     notification();
     secondStart();
