@@ -3,6 +3,7 @@
 #include "Story.h"
 
 #include "Program.h"
+#include "platform/WindowSystem.h"
 #include "platform/linux/IniPreferences.h"
 #include "simulator/ReroutedNetwork.h"
 #include "simulator/SimulatedInternet.h"
@@ -13,6 +14,8 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTextStream>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using namespace kelvo;
@@ -66,7 +69,9 @@ Boundaries simulatedBoundaries(const SimulatedInternet &internet)
 int main(int argc, char *argv[])
 {
     prepareProcess();
+    auto windowSystem = std::make_optional<WindowSystem::Choice>();
     QApplication application(argc, argv);
+    windowSystem.reset();
     prepareApplication(application);
 
     QCommandLineParser parser;

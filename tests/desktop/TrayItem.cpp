@@ -38,17 +38,26 @@ QVariant property(const Place &place, const QString &interface, const QString &n
     return answer.value(0).value<QDBusVariant>().variant();
 }
 
+/// Returns Kelvo's item. The tray may have items of the desktop as well.
 Place item()
 {
     const auto items = property({u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s},
                                 u"org.kde.StatusNotifierWatcher"_s, u"RegisteredStatusNotifierItems"_s)
                            .toStringList();
-    if (items.size() != 1) {
-        qFatal("%d items in the tray", static_cast<int>(items.size()));
+    QList<Place> found;
+    for (const auto &name : items) {
+        // Some watchers write “name@/path”.
+        const auto slash = name.indexOf(u'/');
+        const Place place{name.left(slash).remove(u'@'), name.mid(slash)};
+        if (property(place, u"org.kde.StatusNotifierItem"_s, u"Id"_s).toString() == "Kelvo"_L1) {
+            found.append(place);
+        }
     }
-    // Some watchers write “name@/path”.
-    const auto slash = items.constFirst().indexOf(u'/');
-    return {items.constFirst().left(slash).remove(u'@'), items.constFirst().mid(slash)};
+    if (found.size() != 1) {
+        qFatal("%d of %d items in the tray are Kelvo's", static_cast<int>(found.size()),
+               static_cast<int>(items.size()));
+    }
+    return found.constFirst();
 }
 
 QVariant itemProperty(const QString &name)

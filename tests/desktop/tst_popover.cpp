@@ -6,6 +6,7 @@
 #include "TrayItem.h"
 
 #include <QGuiApplication>
+#include <QProcess>
 #include <QScreen>
 #include <QTest>
 
@@ -22,6 +23,9 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void clicksOnTheRingOpenAndCloseIt();
+    void aDoubleClickOnTheRingOpensIt();
+    void aClickOnTheEmptyDesktopClosesIt();
+    void itIsNotInTheTaskBar();
     void itIsEntirelyOnTheScreenBelowTheRing();
     void itsCornersShowWhatIsBehind();
     void openingItChecksAtOnce();
@@ -102,6 +106,40 @@ void PopoverTest::clicksOnTheRingOpenAndCloseIt()
     QTRY_VERIFY(!popover());
     endInSilence();
     QCOMPARE(rounds(), 3);
+}
+
+void PopoverTest::aDoubleClickOnTheRingOpensIt()
+{
+    Hand::moveTo(ring_);
+    QCOMPARE(QProcess::execute(u"xdotool"_s, {u"click"_s, u"--repeat"_s, u"2"_s, u"--delay"_s, u"60"_s, u"1"_s}), 0);
+    QTRY_VERIFY(popover());
+    QTest::qWait(1000); // nothing closes it afterwards
+    QVERIFY(popover());
+    endInSilence();
+}
+
+void PopoverTest::aClickOnTheEmptyDesktopClosesIt()
+{
+    open();
+    backdrop_->hide();
+    // Hiding the backdrop leaves the focus where it is. The press counts once a double click is no longer possible.
+    QTest::qWait(600);
+    QVERIFY(popover());
+    Hand::click({100, 500});
+    QTRY_VERIFY(!popover());
+    endInSilence();
+}
+
+void PopoverTest::itIsNotInTheTaskBar()
+{
+    open();
+    QProcess xprop;
+    xprop.start(u"xprop"_s, {u"-id"_s, popover()->id, u"_NET_WM_STATE"_s});
+    QVERIFY(xprop.waitForFinished());
+    const auto states = xprop.readAll();
+    QVERIFY2(states.contains("_NET_WM_STATE_SKIP_TASKBAR"), states);
+    QVERIFY2(states.contains("_NET_WM_STATE_SKIP_PAGER"), states);
+    endInSilence();
 }
 
 void PopoverTest::itIsEntirelyOnTheScreenBelowTheRing()

@@ -120,13 +120,26 @@ QList<Observation> Story::tell()
         for (const auto &step : {u"click"_s, u"placement"_s, u"focus, Escape"_s, u"click elsewhere"_s, u"menu"_s}) {
             note(step, Verdict::notSeen, u"no ring"_s);
         }
+        breakTheService();
+        startAgain();
+        QTest::qWait(patience);
+        desktop_.pressEscape();
+        QTest::qWait(pause);
     }
     notification();
     secondStart();
     changesItsLook();
     panelRestarts();
-    settings();
-    quits();
+    if (!ring_.isEmpty()) {
+        settings();
+        settingsComeToThisWorkspace();
+        quits();
+    } else {
+        note(u"settings"_s, Verdict::notSeen, u"no menu"_s);
+        note(u"workspace"_s, Verdict::notSeen, u"no menu"_s);
+        note(u"quit"_s, Verdict::notSeen, u"no menu"_s);
+        kelvo_.stop();
+    }
     monitor_.kill();
     monitor_.waitForFinished();
     return observations_;
@@ -201,12 +214,17 @@ void Story::clickElsewhereCloses()
     }
 }
 
+void Story::breakTheService()
+{
+    internet_.setComponent(StatusPage::Claude, u"claude.ai"_s, u"major_outage"_s);
+    internet_.setProbe(u"claude.ai"_s, 503);
+}
+
 /// Opening the popover checks the services.
 void Story::theRingTurnsRed()
 {
     QTest::qWait(pause);
-    internet_.setComponent(StatusPage::Claude, u"claude.ai"_s, u"major_outage"_s);
-    internet_.setProbe(u"claude.ai"_s, 503);
+    breakTheService();
     clickRing();
     popoverAppears(u"06-outage"_s);
     desktop_.pressEscape();
@@ -225,7 +243,9 @@ void Story::menu()
     const bool isOpen = await(u"09-menu"_s, [&before](const QImage &now) {
         return Picture::change(before, now, beyondShadow / 3).height() > leastHeight;
     });
-    note(u"menu"_s, isOpen, TrayItem::menu().join(u", "_s));
+    const auto entries = TrayItem::menu();
+    const bool isComplete = entries == QStringList{u"Open Kelvo"_s, u"Settings…"_s, u"Quit Kelvo"_s};
+    note(u"menu"_s, isOpen && isComplete, isComplete ? QString() : entries.join(u", "_s));
     desktop_.pressEscape();
     // The menu of waybar has no keyboard.
     movePointerAway();
@@ -238,13 +258,15 @@ void Story::settings()
     const auto before = picture(u"10-before-settings"_s);
     TrayItem::choose(u"Settings…"_s);
     constexpr int leastWidth = 300;
+    // Wider than the button of the window in the task bar.
+    const int atLeast = static_cast<int>(leastWidth * scale_ * 0.8);
     QRect window;
     const bool isOpen = await(u"11-settings"_s, [&](const QImage &now) {
-        window = Picture::bulkOfChange(before, now, beyondShadow, leastWidth / 3);
+        window = Picture::bulkOfChange(before, now, beyondShadow, atLeast);
         return window.width() / scale_ >= leastWidth;
     });
     QTest::qWait(pause);
-    window = Picture::bulkOfChange(before, picture(u"11-settings"_s), beyondShadow, leastWidth / 3);
+    window = Picture::bulkOfChange(before, picture(u"11-settings"_s), beyondShadow, atLeast);
     // The panel is the band at the edge of the screen whose middle is the ring.
     const int centre = ring_.center().y();
     const bool isAtTop = centre < empty_.height() / 2;
@@ -253,6 +275,27 @@ void Story::settings()
                                        : QRect(0, 0, empty_.width(), 2 * centre - empty_.height() + 4);
     note(u"settings"_s, isOpen && free.contains(window),
          u"%1 × %2 points"_s.arg(window.width() / scale_).arg(window.height() / scale_));
+}
+
+/// The settings are open on the first workspace and are asked for on the second.
+void Story::settingsComeToThisWorkspace()
+{
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        note(u"workspace"_s, Verdict::notSeen, u"not looked at on Wayland"_s);
+        return;
+    }
+    if (outputOf(u"xdotool"_s, {u"get_num_desktops"_s}).trimmed().toInt() < 2) {
+        note(u"workspace"_s, Verdict::notSeen, u"there is only one"_s);
+        return;
+    }
+    outputOf(u"xdotool"_s, {u"set_desktop"_s, u"1"_s});
+    QTest::qWait(pause * 2);
+    const auto before = picture(u"23-second-workspace"_s);
+    TrayItem::choose(u"Settings…"_s);
+    constexpr int leastWidth = 300;
+    note(u"workspace"_s, await(u"24-settings-on-second-workspace"_s, [&](const QImage &now) {
+             return Picture::bulkOfChange(before, now, beyondShadow, leastWidth).width() >= leastWidth;
+         }));
 }
 
 /// The service comes back. Starting the program again opens the popover, which checks the services.

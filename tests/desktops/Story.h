@@ -46,9 +46,11 @@ private:
     void isPlacedAtTheRing();
     void escapeCloses();
     void clickElsewhereCloses();
+    void breakTheService();
     void theRingTurnsRed();
     void menu();
     void settings();
+    void settingsComeToThisWorkspace();
     void notification();
     void secondStart();
     void changesItsLook();

@@ -13,6 +13,8 @@ private Q_SLOTS:
     void findsTheRing();
     void isPlacedBesideTheRingInsideTheScreen_data();
     void isPlacedBesideTheRingInsideTheScreen();
+    void findsTheNearestCorner_data();
+    void findsTheNearestCorner();
     void findsTheEndOfThePanel_data();
     void findsTheEndOfThePanel();
 };
@@ -82,6 +84,29 @@ void PopoverPlacementTest::isPlacedBesideTheRingInsideTheScreen()
     QFETCH(QRect, available);
     QFETCH(QPoint, expected);
     QCOMPARE(PopoverPlacement::beside(anchor, size, screen, available), expected);
+}
+
+void PopoverPlacementTest::findsTheNearestCorner_data()
+{
+    QTest::addColumn<QPoint>("anchor");
+    QTest::addColumn<Qt::Edges>("expected");
+    QTest::newRow("top left") << QPoint(100, 2) << (Qt::TopEdge | Qt::LeftEdge);
+    QTest::newRow("top right") << QPoint(900, 2) << (Qt::TopEdge | Qt::RightEdge);
+    QTest::newRow("bottom left") << QPoint(100, 790) << (Qt::BottomEdge | Qt::LeftEdge);
+    QTest::newRow("bottom right") << QPoint(900, 790) << (Qt::BottomEdge | Qt::RightEdge);
+}
+
+void PopoverPlacementTest::findsTheNearestCorner()
+{
+    QFETCH(QPoint, anchor);
+    QFETCH(Qt::Edges, expected);
+    QCOMPARE(PopoverPlacement::nearestCorner(QRect(anchor, QSize(1, 1)), screen), expected);
+    // The shadow is cut off only at these edges.
+    const auto room = PopoverPlacement::roomInCorner(expected);
+    QCOMPARE(room.top() < 10, expected.testFlag(Qt::TopEdge));
+    QCOMPARE(room.bottom() < 10, expected.testFlag(Qt::BottomEdge));
+    QCOMPARE(room.left() < 10, expected.testFlag(Qt::LeftEdge));
+    QCOMPARE(room.right() < 10, expected.testFlag(Qt::RightEdge));
 }
 
 void PopoverPlacementTest::findsTheEndOfThePanel_data()

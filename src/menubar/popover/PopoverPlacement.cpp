@@ -67,6 +67,23 @@ QPoint beside(const QRect &anchor, const QSize &size, const QRect &screen, const
             clamped(y, size.height(), available.top(), available.bottom())};
 }
 
+Qt::Edges nearestCorner(const QRect &anchor, const QRect &screen)
+{
+    const auto point = anchor.center();
+    const auto middle = screen.center();
+    return (point.y() > middle.y() ? Qt::BottomEdge : Qt::TopEdge)
+        | (point.x() > middle.x() ? Qt::RightEdge : Qt::LeftEdge);
+}
+
+QMargins roomInCorner(Qt::Edges corner)
+{
+    const auto room = [corner](Qt::Edge edge) {
+        constexpr int unlimited = 1000; // more than any shadow
+        return corner.testFlag(edge) ? gap : unlimited;
+    };
+    return {room(Qt::LeftEdge), room(Qt::TopEdge), room(Qt::RightEdge), room(Qt::BottomEdge)};
+}
+
 QRect panelCorner(const QRect &screen, const QRect &available)
 {
     const int above = available.top() - screen.top();

@@ -2,6 +2,7 @@
 
 #include "menubar/popover/PopoverPlacement.h"
 #include "platform/Compositing.h"
+#include "platform/LayerShell.h"
 #include "platform/NativeWindow.h"
 #include "style/WholeFrame.h"
 #include "style/WindowKey.h"
@@ -104,6 +105,7 @@ void PopoverWindow::close()
     if (!isOpen()) {
         return;
     }
+    settled_.reset();
     presses_.stop();
     if (kind_ == PopoverKind::unmanaged) {
         view_->setKeyboardGrabEnabled(false);
@@ -188,13 +190,21 @@ void PopoverWindow::openBeside(const QRect &anchor)
     } else {
         NativeWindow::activate(*view_);
     }
-    presses_.start();
+    // The second press of a double click on the ring is not a click elsewhere.
+    settled_ = clock_.after(clickTime, [this] { presses_.start(); });
 }
 
 /// Places the popover without its shadow; the shadow uses the remaining space.
 void PopoverWindow::place()
 {
     const auto *screen = screenOf(anchor_);
+    if (kind_ == PopoverKind::layer) {
+        const auto corner = PopoverPlacement::nearestCorner(anchor_, screen->geometry());
+        frame_->setRoom(PopoverPlacement::roomInCorner(corner));
+        placeInCorner(*view_, corner);
+        fit();
+        return;
+    }
     const auto available = WindowSystem::availableGeometry(*screen);
     const auto position = PopoverPlacement::beside(anchor_, card().size(), screen->geometry(), available);
     giveRoom(QRect(position, card().size()), available);

@@ -71,6 +71,7 @@ private:
     std::unique_ptr<QQuickView> view_;
     PopoverFrameItem *frame_ = nullptr; ///< the root item of the window
     PressWatch presses_;
+    std::unique_ptr<ContinuousClock::Timer> settled_; ///< runs while the click that opened the popover may be doubled
     std::unique_ptr<ContinuousClock::Timer>
         justClosed_; ///< runs while the click that closed the popover may still arrive
 };
