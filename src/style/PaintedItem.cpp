@@ -39,7 +39,8 @@ private:
     /// rounds the size of the rectangles of a region instead, which leaves gaps between them.
     static void clip(QPainter *painter, const QRegion &region, const QRect &bounds)
     {
-        if (region.contains(bounds) && region.rectCount() == 1) {
+        // QRegion::contains is true for a rectangle that is only partly inside.
+        if (region.rectCount() == 1 && region.boundingRect().contains(bounds)) {
             return;
         }
         if (region.rectCount() == 1) {
