@@ -38,13 +38,11 @@ void moveTo(const QPoint &point)
 
 void click(const QPoint &point)
 {
-    // Two quick clicks at one place are a double click for the programs.
-    static QPoint last;
+    // Two quick clicks on one thing are a double click for the programs.
     static QDeadlineTimer doubleClickPossible;
-    if (point == last && !doubleClickPossible.hasExpired()) {
+    if (!doubleClickPossible.hasExpired()) {
         QTest::qWait(static_cast<int>(doubleClickPossible.remainingTime()));
     }
-    last = point;
     doubleClickPossible.setRemainingTime(doubleClickTime);
     run(move(point) + QStringList{u"click"_s, u"1"_s});
 }

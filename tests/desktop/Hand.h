@@ -10,7 +10,7 @@ namespace kelvo {
 namespace Hand {
 
 void moveTo(const QPoint &point);
-/// Two clicks at the same place are far enough apart not to be a double click.
+/// Two clicks are far enough apart not to be a double click.
 void click(const QPoint &point);
 /// Presses the mouse button at `from`, moves to `to` in steps, and releases it there.
 void drag(const QPoint &from, const QPoint &to);

@@ -89,6 +89,7 @@ void StatusNotifierItem::setIcon(const QIcon &icon)
 void StatusNotifierItem::setToolTip(const QString &text)
 {
     toolTip_ = text;
+    Q_EMIT NewTitle();
     Q_EMIT NewToolTip();
 }
 
@@ -115,6 +116,12 @@ QString StatusNotifierItem::category() const
 QString StatusNotifierItem::id() const
 {
     return QGuiApplication::applicationName();
+}
+
+/// Trays show the title when there is no tool tip, so without a tool tip there is none.
+QString StatusNotifierItem::title() const
+{
+    return toolTip_.isEmpty() ? QString() : id();
 }
 
 QString StatusNotifierItem::status() const

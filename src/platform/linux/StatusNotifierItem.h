@@ -50,7 +50,7 @@ class StatusNotifierItem : public QObject
 
     Q_PROPERTY(QString Category READ category CONSTANT SCRIPTABLE true)
     Q_PROPERTY(QString Id READ id CONSTANT SCRIPTABLE true)
-    Q_PROPERTY(QString Title READ id CONSTANT SCRIPTABLE true)
+    Q_PROPERTY(QString Title READ title SCRIPTABLE true)
     Q_PROPERTY(QString Status READ status CONSTANT SCRIPTABLE true)
     Q_PROPERTY(int WindowId READ windowId CONSTANT SCRIPTABLE true)
     Q_PROPERTY(QString IconThemePath READ noName CONSTANT SCRIPTABLE true)
@@ -79,6 +79,7 @@ public:
 
     QString category() const;
     QString id() const;
+    QString title() const;
     QString status() const;
     int windowId() const { return 0; }
     QString noName() const { return {}; }
