@@ -56,7 +56,5 @@ void WindowSystemTableTest::choosesForTheSession()
 
 } // namespace kelvo
 
-Q_DECLARE_METATYPE(kelvo::WindowSystemSession)
-
 QTEST_APPLESS_MAIN(kelvo::WindowSystemTableTest)
 #include "tst_windowsystemtable.moc"
