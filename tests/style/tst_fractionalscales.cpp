@@ -5,7 +5,7 @@
 #include "windows/onboarding/OnboardingSceneWindow.h"
 #include "windows/settings/SettingsSceneWindow.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -309,7 +309,7 @@ int main(int argc, char *argv[])
         return EXIT_FAILURE;
     }
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + configuration.fileName().toLocal8Bit());
-    QGuiApplication application(argc, argv);
+    QApplication application(argc, argv);
     kelvo::FractionalScalesTest test;
     return QTest::qExec(&test, argc, argv);
 }
