@@ -1,7 +1,6 @@
 #include "platform/linux/PlasmaTheme.h"
 
 #include <QColor>
-#include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -31,43 +30,26 @@ PlasmaTheme::PlasmaTheme()
 {
     const auto directories = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
     for (const auto &directory : directories) {
-        files_.append(directory + "/plasmarc"_L1);
+        files_.push_back(std::make_unique<FileWatch>(directory + "/plasmarc"_L1));
         if (directory == directories.constFirst()) {
-            files_.append(directory + "/kdedefaults/plasmarc"_L1);
+            files_.push_back(std::make_unique<FileWatch>(directory + "/kdedefaults/plasmarc"_L1));
         }
     }
-    connect(&watcher_, &QFileSystemWatcher::fileChanged, this, &PlasmaTheme::read);
-    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &PlasmaTheme::read);
+    for (const auto &file : files_) {
+        connect(file.get(), &FileWatch::changed, this, &PlasmaTheme::read);
+    }
     read();
 }
 
 void PlasmaTheme::read()
 {
     QString theme;
-    QStringList watched;
     for (const auto &file : files_) {
-        const QFileInfo info(file);
-        // Programs replace these files, which ends the watch of a file. A directory changes more often, so watch it only
-        // while the file does not exist.
-        watched.append(info.exists() ? file : info.absolutePath());
-        if (theme.isEmpty() && info.exists()) {
-            theme = QSettings(file, QSettings::IniFormat).value(u"Theme/name"_s).toString();
+        theme = QSettings(file->file(), QSettings::IniFormat).value(u"Theme/name"_s).toString();
+        if (!theme.isEmpty()) {
+            break;
         }
     }
-    watched.removeDuplicates();
-    watched.removeIf([](const QString &path) { return !QFileInfo::exists(path); });
-    const auto before = watcher_.files() + watcher_.directories();
-    for (const auto &path : before) {
-        if (!watched.contains(path)) {
-            watcher_.removePath(path);
-        }
-    }
-    for (const auto &path : watched) {
-        if (!before.contains(path)) {
-            watcher_.addPath(path);
-        }
-    }
-
     const auto colour = windowColour(theme.isEmpty() ? u"default"_s : theme);
     const auto isDark = colour.isValid() ? std::optional(colour.lightness() < 128) : std::nullopt;
     if (isDark_ != isDark) {

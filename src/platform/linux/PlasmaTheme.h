@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QFileSystemWatcher>
-#include <QObject>
-#include <QString>
-#include <QStringList>
+#include "platform/linux/FileWatch.h"
 
+#include <QObject>
+
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace kelvo {
 
@@ -27,8 +28,8 @@ Q_SIGNALS:
 private:
     void read();
 
-    QStringList files_; ///< the files that may name the theme; the first one that does so counts
-    QFileSystemWatcher watcher_;
+    /// The files that may name the theme. The first one that does so counts.
+    std::vector<std::unique_ptr<FileWatch>> files_;
     std::optional<bool> isDark_;
 };
 

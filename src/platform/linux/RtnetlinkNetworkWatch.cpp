@@ -1,7 +1,6 @@
 #include "platform/linux/RtnetlinkNetworkWatch.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <array>
@@ -227,12 +226,10 @@ bool containsNew(const std::set<std::string> &now, const std::set<std::string> &
 
 RtnetlinkNetworkWatch::RtnetlinkNetworkWatch(const QString &resolverFile)
     : socket_(openSocket(watchedGroups))
-    , resolverFile_(resolverFile)
+    , resolver_(resolverFile)
+    , nameServers_(nameServersIn(resolverFile))
 {
-    connect(&resolverWatcher_, &QFileSystemWatcher::fileChanged, this, &RtnetlinkNetworkWatch::readNameServers);
-    connect(&resolverWatcher_, &QFileSystemWatcher::directoryChanged, this, &RtnetlinkNetworkWatch::readNameServers);
-    watchNameServers();
-    nameServers_ = nameServersIn(resolverFile_);
+    connect(&resolver_, &FileWatch::changed, this, &RtnetlinkNetworkWatch::readNameServers);
     if (socket_ < 0) {
         return;
     }
@@ -266,24 +263,9 @@ void RtnetlinkNetworkWatch::readNotifications()
     }
 }
 
-/// Watches the file, or its directory until the file exists. The watch of a file ends when the file is replaced.
-void RtnetlinkNetworkWatch::watchNameServers()
-{
-    const QFileInfo file(resolverFile_);
-    const auto wanted = file.exists() ? resolverFile_ : file.absolutePath();
-    const auto watched = resolverWatcher_.files() + resolverWatcher_.directories();
-    if (!watched.contains(wanted)) {
-        if (!watched.isEmpty()) {
-            resolverWatcher_.removePaths(watched);
-        }
-        resolverWatcher_.addPath(wanted);
-    }
-}
-
 void RtnetlinkNetworkWatch::readNameServers()
 {
-    watchNameServers();
-    auto now = nameServersIn(resolverFile_);
+    auto now = nameServersIn(resolver_.file());
     const bool appeared = containsNew(now, nameServers_);
     nameServers_ = std::move(now);
     if (appeared && !waysOut_.empty()) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/NetworkWatch.h"
+#include "platform/linux/FileWatch.h"
 
-#include <QFileSystemWatcher>
 #include <QSocketNotifier>
 #include <QString>
 
@@ -24,15 +24,13 @@ public:
 
 private:
     void readNotifications();
-    void watchNameServers();
     void readNameServers();
 
     int socket_;
     std::unique_ptr<QSocketNotifier> notifier_;
     /// The current ways out of this machine: each is a default route paired with an address of its interface.
     std::set<std::string> waysOut_;
-    QString resolverFile_;
-    QFileSystemWatcher resolverWatcher_;
+    FileWatch resolver_;
     std::set<std::string> nameServers_;
 };
 
