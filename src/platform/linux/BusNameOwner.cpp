@@ -18,6 +18,13 @@ QDBusMessage busCall(const QString &method)
 
 } // namespace
 
+QDBusMessage ownerQuestion(const QString &name)
+{
+    auto question = busCall(u"GetNameOwner"_s);
+    question << name;
+    return question;
+}
+
 BusNameOwner::BusNameOwner(std::shared_ptr<BusConnection> bus, const QString &name, Start start)
     : bus_(std::move(bus))
     , name_(name)
@@ -40,9 +47,7 @@ void BusNameOwner::follow()
     connect(watcher_.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &owner) { set(owner); });
 
-    auto question = busCall(u"GetNameOwner"_s);
-    question << name_;
-    bus_->call(question, watcher_.get(), [this](const QDBusMessage &answer) {
+    bus_->call(ownerQuestion(name_), watcher_.get(), [this](const QDBusMessage &answer) {
         // The watcher reports every change since the call was sent, so an owner that it set is newer than this answer.
         if (answer.type() == QDBusMessage::ReplyMessage && owner_.isEmpty()) {
             set(answer.arguments().value(0).toString());

@@ -9,6 +9,9 @@
 
 namespace kelvo {
 
+/// Returns the call that asks the bus for the owner of a name.
+QDBusMessage ownerQuestion(const QString &name);
+
 /// Tracks the owner of a well-known bus name, across restarts of the owner and of the bus.
 class BusNameOwner : public QObject
 {

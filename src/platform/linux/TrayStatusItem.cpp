@@ -18,14 +18,6 @@ const auto watcherPath = u"/StatusNotifierWatcher"_s;
 /// The maximum time that the start blocks for each of two answers. A running tray answers within two milliseconds.
 constexpr auto firstAnswerAtMost = 200ms;
 
-QDBusMessage ownerQuestion()
-{
-    auto question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
-                                                   u"org.freedesktop.DBus"_s, u"GetNameOwner"_s);
-    question << watcherName;
-    return question;
-}
-
 /// Asks whether a host shows the items of the watcher. A watcher without a host is not a tray.
 QDBusMessage hostQuestion(const QString &watcher)
 {
@@ -123,7 +115,7 @@ void TrayStatusItem::show()
         return bus_->connection().call(question, QDBus::Block, static_cast<int>(firstAnswerAtMost.count()));
     };
     if (bus_->isConnected()) {
-        const auto watcher = ask(ownerQuestion()).arguments().value(0).toString();
+        const auto watcher = ask(ownerQuestion(watcherName)).arguments().value(0).toString();
         // The text of an error is no bus name.
         if (watcher.startsWith(u':') && saysRegistered(ask(hostQuestion(watcher)))) {
             setHost(watcher);

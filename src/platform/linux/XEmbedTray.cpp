@@ -1,36 +1,18 @@
 #include "platform/linux/XEmbedTray.h"
 
-#include <QGuiApplication>
-
-#include <xcb/xcb.h>
-
-#include <cstdlib>
-#include <memory>
+#include "platform/linux/Xcb.h"
 
 namespace kelvo {
-
-namespace {
-
-struct Free
-{
-    void operator()(void *reply) const { std::free(reply); }
-};
-
-template<typename T>
-using Reply = std::unique_ptr<T, Free>;
-
-} // namespace
 
 XEmbedTray::XEmbedTray(QObject *parent)
     : QObject(parent)
 {
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    connection_ = x11 ? x11->connection() : nullptr;
+    connection_ = Xcb::connection();
     if (!connection_) {
         return;
     }
-    manager_ = atom("MANAGER");
-    selection_ = atom("_NET_SYSTEM_TRAY_S0");
+    manager_ = Xcb::atom(connection_, "MANAGER");
+    selection_ = Xcb::atom(connection_, "_NET_SYSTEM_TRAY_S0");
     // A tray announces itself with a MANAGER client message to the root window. Qt receives the events of that window.
     qGuiApp->installNativeEventFilter(this);
 }
@@ -44,12 +26,7 @@ XEmbedTray::~XEmbedTray()
 
 bool XEmbedTray::isPresent() const
 {
-    if (!connection_) {
-        return false;
-    }
-    const Reply<xcb_get_selection_owner_reply_t> owner(
-        xcb_get_selection_owner_reply(connection_, xcb_get_selection_owner(connection_, selection_), nullptr));
-    return owner && owner->owner != XCB_WINDOW_NONE;
+    return connection_ && Xcb::selectionOwner(connection_, selection_) != XCB_WINDOW_NONE;
 }
 
 bool XEmbedTray::nativeEventFilter(const QByteArray &, void *message, qintptr *)
@@ -62,13 +39,6 @@ bool XEmbedTray::nativeEventFilter(const QByteArray &, void *message, qintptr *)
         }
     }
     return false;
-}
-
-std::uint32_t XEmbedTray::atom(const QByteArray &name) const
-{
-    const auto cookie = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.constData());
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, cookie, nullptr));
-    return reply ? reply->atom : 0;
 }
 
 } // namespace kelvo

@@ -28,7 +28,6 @@ Q_SIGNALS:
 
 private:
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
-    std::uint32_t atom(const QByteArray &name) const;
 
     xcb_connection_t *connection_ = nullptr;
     std::uint32_t manager_ = 0;

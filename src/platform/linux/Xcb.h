@@ -42,6 +42,14 @@ inline xcb_atom_t atom(xcb_connection_t *connection, QByteArrayView name)
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
+/// The window that owns a selection; XCB_WINDOW_NONE when there is no owner.
+inline xcb_window_t selectionOwner(xcb_connection_t *connection, xcb_atom_t selection)
+{
+    const auto cookie = xcb_get_selection_owner(connection, selection);
+    const Reply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(connection, cookie, nullptr));
+    return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+}
+
 /// Reads a property of a window that consists of 32-bit values. Null when it is missing or shorter than one value.
 inline std::optional<std::uint32_t> number(xcb_connection_t *connection, xcb_window_t window, QByteArrayView property)
 {
