@@ -1,5 +1,7 @@
 #include "platform/linux/DBusNotificationCenter.h"
 
+#include "platform/linux/ActivationToken.h"
+
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
@@ -205,8 +207,7 @@ void DBusNotificationCenter::post(const LocalNotification &notification)
 void DBusNotificationCenter::onActivationToken(uint id, const QString &token)
 {
     if (shown_.contains(id)) {
-        // Qt reads the token from the environment when it activates the next window.
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+        ActivationToken::keep(token);
     }
 }
 

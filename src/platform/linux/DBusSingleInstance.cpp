@@ -1,5 +1,7 @@
 #include "platform/linux/DBusSingleInstance.h"
 
+#include "platform/linux/ActivationToken.h"
+
 #include <QDBusConnectionInterface>
 #include <QFile>
 
@@ -12,11 +14,9 @@ namespace {
 const auto name = u"app.kelvo.Kelvo"_s;
 const auto path = u"/app/kelvo/Kelvo"_s;
 
-// The keys of the platform data, and the variables in the environment of a start with the same values.
+// The keys of the platform data.
 const auto activationToken = u"activation-token"_s;
 const auto startupId = u"desktop-startup-id"_s;
-constexpr auto activationTokenVariable = "XDG_ACTIVATION_TOKEN";
-constexpr auto startupIdVariable = "DESKTOP_STARTUP_ID";
 
 /// Returns the value with which this process was started. Qt removes the startup id from the environment.
 QString startedWith(QByteArrayView variable)
@@ -42,8 +42,8 @@ QVariantMap platformData()
             data.insert(key, value);
         }
     };
-    insert(activationToken, activationTokenVariable);
-    insert(startupId, startupIdVariable);
+    insert(activationToken, ActivationToken::variable);
+    insert(startupId, ActivationToken::startupIdVariable);
     return data;
 }
 
@@ -100,8 +100,7 @@ void DBusSingleInstance::activate(const QVariantMap &platformData)
     // GLib before 2.76 sends the activation token of Wayland as the startup id.
     const auto token = platformData.value(activationToken, platformData.value(startupId)).toString();
     if (!token.isEmpty()) {
-        // Qt reads the token from the environment when it activates the next window.
-        qputenv(activationTokenVariable, token.toUtf8());
+        ActivationToken::keep(token);
     }
     Q_EMIT activationRequested();
 }

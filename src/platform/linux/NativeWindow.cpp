@@ -1,5 +1,6 @@
 #include "platform/NativeWindow.h"
 
+#include "platform/linux/ActivationToken.h"
 #include "platform/linux/Xcb.h"
 
 #include <QMargins>
@@ -58,18 +59,6 @@ std::uint32_t timeOf(const QByteArray &id)
     return at < 0 ? 0 : id.mid(at + 5).toUInt();
 }
 
-QByteArray takeToken()
-{
-    for (const auto *variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
-        const auto token = qgetenv(variable);
-        if (!token.isEmpty()) {
-            qunsetenv(variable);
-            return token;
-        }
-    }
-    return {};
-}
-
 } // namespace
 
 void makePopover(QWindow &window)
@@ -122,7 +111,7 @@ void activate(QWindow &window)
 {
     window.raise();
     if (auto *connection = Xcb::connection()) {
-        const auto token = takeToken();
+        const auto token = ActivationToken::take();
         if (!token.isEmpty()) {
             const auto size = static_cast<std::uint32_t>(token.size());
             xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),

@@ -1,5 +1,7 @@
 #include "platform/linux/StatusNotifierItem.h"
 
+#include "platform/linux/ActivationToken.h"
+
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QGuiApplication>
@@ -167,8 +169,7 @@ void StatusNotifierItem::Scroll(int, const QString &)
 
 void StatusNotifierItem::ProvideXdgActivationToken(const QString &token)
 {
-    // Qt reads the token from the environment when it opens the next window.
-    qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    ActivationToken::keep(token);
 }
 
 void StatusNotifierItem::click(QPoint point)

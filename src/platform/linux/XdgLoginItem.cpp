@@ -82,8 +82,9 @@ QString programOf(const QByteArray &exec)
 
 bool isExecutable(const QString &program)
 {
-    if (program.isEmpty())
+    if (program.isEmpty()) {
         return false;
+    }
     const QFileInfo file(program);
     return file.isAbsolute() ? file.isFile() && file.isExecutable()
                              : !QStandardPaths::findExecutable(program).isEmpty();
