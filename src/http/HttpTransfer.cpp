@@ -42,6 +42,13 @@ constexpr bool standsForAStatus(QNetworkReply::NetworkError error)
     }
 }
 
+/// Whether a response with this status is the answer to a request. The network layer skips a provisional 100, but takes
+/// the other provisional responses, such as 103, and any number below 100 for the answer.
+constexpr bool isFinal(int status)
+{
+    return status == 101 || status >= 200;
+}
+
 /// Returns the status of the response, or nullopt when the transfer failed. The status attribute alone is not sufficient:
 /// it is still 200 when the connection broke within the body.
 std::optional<int> answeredStatus(const QNetworkReply &reply)
@@ -52,7 +59,7 @@ std::optional<int> answeredStatus(const QNetworkReply &reply)
     }
     const int status = attribute.toInt();
     const bool answered = reply.error() == QNetworkReply::NoError || (status >= 400 && standsForAStatus(reply.error()));
-    return answered ? std::optional(status) : std::nullopt;
+    return answered && isFinal(status) ? std::optional(status) : std::nullopt;
 }
 
 /// Whether a response with this status and a Location header is a redirect.

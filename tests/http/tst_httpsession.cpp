@@ -169,6 +169,8 @@ private Q_SLOTS:
     void everyStatusCodeIsAResponse_data();
     void everyStatusCodeIsAResponse();
     void aProvisionalResponseIsSkipped();
+    void aProvisionalResponseIsNeverTheAnswer_data();
+    void aProvisionalResponseIsNeverTheAnswer();
     void theBodyOfAnErrorResponseIsKept();
     void aDiscardedBodyIsEmpty();
     void aGzippedBodyIsDecoded();
@@ -315,6 +317,27 @@ void HttpSessionTest::aProvisionalResponseIsSkipped()
     const HttpResponse response = fetch();
     QCOMPARE(response.status, 200);
     QCOMPARE(response.body, "{}"_ba);
+}
+
+void HttpSessionTest::aProvisionalResponseIsNeverTheAnswer_data()
+{
+    QTest::addColumn<int>("provisional");
+    for (const int status : {102, 103, 199}) {
+        QTest::addRow("%d", status) << status;
+    }
+}
+
+/// The network layer takes the provisional response for the answer. What the server meant is unknown then.
+void HttpSessionTest::aProvisionalResponseIsNeverTheAnswer()
+{
+    QFETCH(const int, provisional);
+    internet_->respond(host, {}, SimulatedResponse::json("{}"_ba, 503).afterProvisional(provisional));
+    QCOMPARE(fetch().status, std::nullopt);
+    const auto session = makeSession();
+    for (const auto &future : {session->getDiscardingBody(page()), session->postJson(page(), "{}"_ba)}) {
+        QVERIFY(settles(future));
+        QCOMPARE(future.result().status, std::nullopt);
+    }
 }
 
 void HttpSessionTest::theBodyOfAnErrorResponseIsKept()
