@@ -7,10 +7,12 @@
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QNetworkReply>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 
@@ -36,15 +38,19 @@ QUrl page(const QString &path = u"/"_s)
 class StubbornReply : public QNetworkReply
 {
 public:
+    /// The number of replies that were destroyed while they emitted a signal.
+    static inline int destroyedBySlots = 0;
+
     StubbornReply(const QByteArray &body, QObject *parent)
         : QNetworkReply(parent)
         , body_(body)
     {
         open(QIODevice::ReadOnly);
         if (!body.isEmpty()) {
-            QMetaObject::invokeMethod(this, &QNetworkReply::readyRead, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, &StubbornReply::provideBody, Qt::QueuedConnection);
         }
     }
+    ~StubbornReply() override { destroyedBySlots += *isEmitting_ ? 1 : 0; }
 
     void abort() override { }
     qint64 bytesAvailable() const override { return body_.size() + QNetworkReply::bytesAvailable(); }
@@ -59,16 +65,25 @@ protected:
     }
 
 private:
+    void provideBody()
+    {
+        const auto isEmitting = isEmitting_; // a slot may destroy this object
+        *isEmitting = true;
+        Q_EMIT readyRead();
+        *isEmitting = false;
+    }
+
     QByteArray body_;
+    std::shared_ptr<bool> isEmitting_ = std::make_shared<bool>(false);
 };
 
 class StubbornNetwork : public QNetworkAccessManager
 {
 public:
-    StubbornNetwork() = default;
-    explicit StubbornNetwork(QByteArray body)
+    explicit StubbornNetwork(QByteArray body = {})
         : body_(std::move(body))
     {
+        setProxy(QNetworkProxy::NoProxy); // so that no route is looked up
     }
 
 protected:
@@ -79,6 +94,30 @@ protected:
 
 private:
     QByteArray body_;
+};
+
+/// A network to the simulated internet that remembers its replies.
+class RememberingNetwork : public ReroutedNetwork
+{
+public:
+    using Replies = QList<QPointer<QNetworkReply>>;
+
+    RememberingNetwork(const SimulatedInternet &internet, Replies &replies)
+        : ReroutedNetwork(internet)
+        , replies_(replies)
+    {
+    }
+
+protected:
+    QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request, QIODevice *outgoing) override
+    {
+        auto *reply = ReroutedNetwork::createRequest(operation, request, outgoing);
+        replies_.append(reply);
+        return reply;
+    }
+
+private:
+    Replies &replies_;
 };
 
 /// Replaces the route lookup of the system.
@@ -183,6 +222,9 @@ private Q_SLOTS:
     void aRedirectWithoutAUsableTargetIsAFailure_data();
     void aRedirectWithoutAUsableTargetIsAFailure();
     void aRedirectFromHttpsToHttpIsRefused();
+    void aChainOfRedirectsHasALimit_data();
+    void aChainOfRedirectsHasALimit();
+    void theBodyOfARedirectIsForgotten();
 
     void aBrokenTransferIsAFailure_data();
     void aBrokenTransferIsAFailure();
@@ -214,6 +256,7 @@ private Q_SLOTS:
     void anEmptyUserAgentSendsTheDefaultOfTheNetworkLayer();
     void aGetHasNoBodyAndNoConditions();
     void noResponseComesFromACache();
+    void everyGetForbidsACachedResponse();
     void cookiesAreNeitherKeptNorSent();
     void nothingIsWrittenToDisk();
     void aPostSendsItsJson();
@@ -230,6 +273,9 @@ private Q_SLOTS:
     void aHangingRequestDoesNotDelayOthers();
     void destroyingTheSessionCancelsPendingRequests();
     void theSessionMayBeDestroyedByAContinuation();
+    void aContinuationMayDestroyTheSessionAfterABodyOverTheCap();
+    void nothingOfARequestRemainsAfterItsEnd();
+    void aConnectionIsClosedWhenItsRequestFails();
     void connectionsAreClosedWhenTheLastRequestOfTheirRoundHasEnded();
     void aRoundNeverReusesAConnectionOfAnEarlierOne();
     void nothingRunsBetweenRounds();
@@ -458,6 +504,45 @@ void HttpSessionTest::aRedirectFromHttpsToHttpIsRefused()
     QCOMPARE(internet_->requestsTo(u"claude.ai"_s).size(), 0);
 }
 
+void HttpSessionTest::aChainOfRedirectsHasALimit_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<bool>("isFollowed");
+    QTest::newRow("19") << 19 << true;
+    QTest::newRow("20") << 20 << true;
+    QTest::newRow("21") << 21 << false;
+}
+
+void HttpSessionTest::aChainOfRedirectsHasALimit()
+{
+    QFETCH(const int, length);
+    QFETCH(const bool, isFollowed);
+    for (int step = 0; step < length; ++step) {
+        internet_->respond(host, "/" + QByteArray::number(step),
+                           SimulatedResponse::redirect("/" + QByteArray::number(step + 1)));
+    }
+    internet_->respond(host, "/" + QByteArray::number(length), SimulatedResponse::json("\"there\""_ba));
+    const HttpResponse response = fetch(page(u"/0"_s));
+    QCOMPARE(response.status, isFollowed ? std::optional(200) : std::nullopt);
+    QCOMPARE(response.body, isFollowed ? "\"there\""_ba : QByteArray());
+    // The request and twenty redirects.
+    QCOMPARE(internet_->requests().size(), std::min(length, 20) + 1);
+}
+
+void HttpSessionTest::theBodyOfARedirectIsForgotten()
+{
+    const HttpLimits limits{.idleTimeout = 20s, .maximumKeptSize = 100};
+    auto redirect = SimulatedResponse::redirect("/next"_ba);
+    redirect.body = QByteArray(60, 'x');
+    internet_->respond(host, "/"_ba, redirect);
+    internet_->respond(host, "/next"_ba, SimulatedResponse::json(QByteArray(60, 'y')));
+    QCOMPARE(fetch(page(), limits).body, QByteArray(60, 'y'));
+    internet_->respond(host, "/next"_ba, SimulatedResponse::json({}));
+    const HttpResponse response = fetch(page(), limits);
+    QCOMPARE(response.status, 200);
+    QCOMPARE(response.body, QByteArray());
+}
+
 void HttpSessionTest::aBrokenTransferIsAFailure_data()
 {
     QTest::addColumn<SimulatedResponse>("response");
@@ -589,7 +674,8 @@ void HttpSessionTest::theDeadlineIncludesRedirects()
 
 void HttpSessionTest::theDeadlineEndsAReplyThatNeverFinishes()
 {
-    HttpSession session({std::make_unique<StubbornNetwork>}, {.idleTimeout = 50ms, .totalDeadline = 200ms});
+    HttpSession session({[] { return std::make_unique<StubbornNetwork>(); }},
+                        {.idleTimeout = 50ms, .totalDeadline = 200ms});
     QCOMPARE(fetch(session, page()).status, std::nullopt);
 }
 
@@ -733,6 +819,26 @@ void HttpSessionTest::noResponseComesFromACache()
     QCOMPARE(fetch(*session, page()).body, "2"_ba);
     QCOMPARE(internet_->requests().size(), 2);
     QVERIFY(!internet_->requests().constLast().hasHeader("If-None-Match"_ba));
+}
+
+void HttpSessionTest::everyGetForbidsACachedResponse()
+{
+    internet_->respond(host, "/old"_ba, SimulatedResponse::redirect("/"_ba));
+    const auto session = makeSession();
+    for (const auto &future : {session->get(page(u"/old"_s)), session->getDiscardingBody(page(u"/old"_s)),
+                               session->postJson(page(u"/old"_s), "{}"_ba)}) {
+        QVERIFY(settles(future));
+    }
+    int gets = 0;
+    for (const auto &request : internet_->requests()) {
+        if (request.method != "GET") {
+            continue; // a response to a POST is never cached
+        }
+        ++gets;
+        QCOMPARE(request.header("Cache-Control"_ba), "no-cache"_ba);
+        QCOMPARE(request.header("Pragma"_ba), "no-cache"_ba);
+    }
+    QCOMPARE(gets, 5);
 }
 
 void HttpSessionTest::cookiesAreNeitherKeptNorSent()
@@ -938,6 +1044,55 @@ void HttpSessionTest::theSessionMayBeDestroyedByAContinuation()
     });
     QTRY_VERIFY(continued);
     QTRY_COMPARE(internet_->connectionsOpen(), 0);
+}
+
+void HttpSessionTest::aContinuationMayDestroyTheSessionAfterABodyOverTheCap()
+{
+    auto session = std::make_unique<HttpSession>(
+        HttpNetwork{[] { return std::make_unique<StubbornNetwork>(QByteArray(2000, ' ')); }},
+        HttpLimits{.idleTimeout = 20s, .totalDeadline = 20s, .maximumKeptSize = 1000});
+    bool continued = false;
+    session->get(page()).then([&](const HttpResponse &) {
+        session.reset();
+        continued = true;
+    });
+    QTRY_VERIFY(continued);
+    // The network layer accesses a reply after its signals.
+    QCOMPARE(StubbornReply::destroyedBySlots, 0);
+}
+
+void HttpSessionTest::nothingOfARequestRemainsAfterItsEnd()
+{
+    internet_->respond(host, "/hanging"_ba, SimulatedResponse::silence());
+    internet_->respond(host, "/old"_ba, SimulatedResponse::redirect("/"_ba));
+    internet_->respond(host, "/"_ba, SimulatedResponse::json(QByteArray(1000, 'x')));
+    RememberingNetwork::Replies replies;
+    HttpSession session({[&] { return std::make_unique<RememberingNetwork>(*internet_, replies); }}, roomy);
+    // The round does not end, so that its end does not remove anything.
+    const auto hanging = session.get(page(u"/hanging"_s));
+    auto future = session.get(page(u"/old"_s));
+    QVERIFY(settles(future));
+    const QByteArray body = future.result().body;
+    QCOMPARE(body.size(), 1000);
+    future = {};
+
+    QTRY_COMPARE(session.children().size(), 1);
+    QCOMPARE(replies.size(), 3);
+    QCOMPARE(std::ranges::count_if(replies, [](const auto &reply) { return !reply.isNull(); }), 1);
+    QVERIFY(body.isDetached());
+    QVERIFY(!hanging.isFinished());
+}
+
+void HttpSessionTest::aConnectionIsClosedWhenItsRequestFails()
+{
+    internet_->respond(host, "/hanging"_ba, SimulatedResponse::silence());
+    internet_->respond(u"claude.ai"_s, {}, SimulatedResponse::endless(QByteArray(10'000, ' ')));
+    const auto session = makeSession();
+    // Both requests belong to one round.
+    const auto hanging = session->get(page(u"/hanging"_s));
+    QCOMPARE(fetch(*session, QUrl(u"https://claude.ai/"_s)).status, std::nullopt);
+    QTRY_COMPARE(internet_->connectionsOpen(), 1);
+    QVERIFY(!hanging.isFinished());
 }
 
 void HttpSessionTest::connectionsAreClosedWhenTheLastRequestOfTheirRoundHasEnded()
