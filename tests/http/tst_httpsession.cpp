@@ -1,3 +1,4 @@
+#include "http/HttpAddress.h"
 #include "http/HttpSession.h"
 #include "simulator/CertificateAuthority.h"
 #include "simulator/ReroutedNetwork.h"
@@ -64,14 +65,17 @@ protected:
         return size;
     }
 
-private:
-    void provideBody()
+    template<typename Signal>
+    void emitGuarded(Signal signal)
     {
         const auto isEmitting = isEmitting_; // a slot may destroy this object
         *isEmitting = true;
-        Q_EMIT readyRead();
+        (this->*signal)();
         *isEmitting = false;
     }
+
+private:
+    void provideBody() { emitGuarded(&QNetworkReply::readyRead); }
 
     QByteArray body_;
     std::shared_ptr<bool> isEmitting_ = std::make_shared<bool>(false);
@@ -94,6 +98,34 @@ protected:
 
 private:
     QByteArray body_;
+};
+
+/// A reply with the status 200 that ends at once.
+class PromptReply : public StubbornReply
+{
+public:
+    explicit PromptReply(QObject *parent)
+        : StubbornReply({}, parent)
+    {
+        setAttribute(QNetworkRequest::HttpStatusCodeAttribute, 200);
+        QMetaObject::invokeMethod(this, [this] { end(); }, Qt::QueuedConnection);
+    }
+
+private:
+    void end()
+    {
+        setFinished(true);
+        emitGuarded(&QNetworkReply::finished);
+    }
+};
+
+class PromptNetwork : public StubbornNetwork
+{
+protected:
+    QNetworkReply *createRequest(Operation, const QNetworkRequest &, QIODevice *) override
+    {
+        return new PromptReply(this);
+    }
 };
 
 /// A network to the simulated internet that remembers its replies.
@@ -274,6 +306,7 @@ private Q_SLOTS:
     void destroyingTheSessionCancelsPendingRequests();
     void theSessionMayBeDestroyedByAContinuation();
     void aContinuationMayDestroyTheSessionAfterABodyOverTheCap();
+    void aContinuationMayDestroyTheSessionAfterAResponse();
     void nothingOfARequestRemainsAfterItsEnd();
     void aConnectionIsClosedWhenItsRequestFails();
     void connectionsAreClosedWhenTheLastRequestOfTheirRoundHasEnded();
@@ -285,12 +318,14 @@ private Q_SLOTS:
     void aContinuationMayDestroyTheSessionWhileItAborts();
 
     void theRouteIsLookedUpForTheOriginOnlyAndOnAnotherThread();
+    void anOriginHasNoDefaultPort();
     void aRoundLooksUpARouteOnce();
     void aRequestUsesTheRouteThatWasFound();
     void aRequestWithoutARouteIsNotSent();
     void theRouteToARedirectTargetIsLookedUpToo();
     void aHangingLookupEndsAtTheIdleTimeout();
     void hangingLookupsDoNotAccumulate();
+    void aWithdrawnRequestForARouteStartsNoLookup();
     void requestsAfterAnAbortLookTheirRouteUpAgain();
     void theSessionMayBeDestroyedDuringALookup();
 
@@ -966,6 +1001,7 @@ void HttpSessionTest::aRedirectedPostIsFollowedWithAGetOrFails()
     QList<QByteArray> heard;
     for (const SimulatedRequest &request : internet_->requests()) {
         heard.append(request.method);
+        QCOMPARE(request.hasHeader("Content-Type"_ba), request.method == "POST");
     }
     QCOMPARE(heard, methods);
 }
@@ -1058,6 +1094,18 @@ void HttpSessionTest::aContinuationMayDestroyTheSessionAfterABodyOverTheCap()
     });
     QTRY_VERIFY(continued);
     // The network layer accesses a reply after its signals.
+    QCOMPARE(StubbornReply::destroyedBySlots, 0);
+}
+
+void HttpSessionTest::aContinuationMayDestroyTheSessionAfterAResponse()
+{
+    auto session = std::make_unique<HttpSession>(HttpNetwork{std::make_unique<PromptNetwork>}, roomy);
+    std::optional<int> status;
+    session->get(page()).then([&](const HttpResponse &response) {
+        session.reset();
+        status = response.status;
+    });
+    QTRY_COMPARE(status, 200);
     QCOMPARE(StubbornReply::destroyedBySlots, 0);
 }
 
@@ -1214,6 +1262,14 @@ void HttpSessionTest::theRouteIsLookedUpForTheOriginOnlyAndOnAnotherThread()
     QVERIFY(lookups.wasOffThread);
 }
 
+void HttpSessionTest::anOriginHasNoDefaultPort()
+{
+    QCOMPARE(originOf(QUrl(u"https://a.example:443/x"_s)), QUrl(u"https://a.example/"_s));
+    QCOMPARE(originOf(QUrl(u"http://a.example:80/x"_s)), QUrl(u"http://a.example/"_s));
+    QCOMPARE(originOf(QUrl(u"https://a.example:80/x"_s)), QUrl(u"https://a.example:80/"_s));
+    QCOMPARE(originOf(QUrl(u"http://a.example:443/x"_s)), QUrl(u"http://a.example:443/"_s));
+}
+
 void HttpSessionTest::aRoundLooksUpARouteOnce()
 {
     internet_->respond(u"127.0.0.1"_s, {}, SimulatedResponse::ofStatus(200));
@@ -1300,6 +1356,22 @@ void HttpSessionTest::hangingLookupsDoNotAccumulate()
     const auto next = session.get(page());
     QTRY_COMPARE(lookups.get(&Lookups::asked).size(), 2);
     QVERIFY(settles(next));
+}
+
+void HttpSessionTest::aWithdrawnRequestForARouteStartsNoLookup()
+{
+    Lookups lookups;
+    lookups.hangs.append(host);
+    RouteFinder finder([&](const QUrl &origin) { return lookups.lookUp(origin); });
+    const auto first = finder.find(page());
+    auto withdrawn = finder.find(page());
+    withdrawn.cancel();
+    QTRY_COMPARE(lookups.get(&Lookups::hanging), 1);
+    lookups.release();
+    QVERIFY(settles(first));
+    const auto next = finder.find(page());
+    QVERIFY(settles(next));
+    QCOMPARE(lookups.get(&Lookups::asked).size(), 2);
 }
 
 void HttpSessionTest::requestsAfterAnAbortLookTheirRouteUpAgain()
