@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 #include "Program.h"
+#include "http/HttpRoute.h"
 #include "http/RouteFinder.h"
 #include "menubar/ViewsLoader.h"
 #include "platform/ProcessMemory.h"
@@ -71,7 +72,7 @@ int run(int argc, char *argv[])
 int main(int argc, char *argv[])
 {
     const int status = kelvo::run(argc, argv);
-    if (kelvo::RouteFinder::hasLeftThreadsBehind()) {
+    if (kelvo::RouteFinder::hasLeftThreadsBehind() || kelvo::mayHaveRunProxyScript()) {
         std::_Exit(status);
     }
     return status;
