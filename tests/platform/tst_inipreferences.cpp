@@ -627,6 +627,7 @@ private Q_SLOTS:
                      EXPECT(!QFile::exists(path_ + u".unfinished"_s));
                      preferences.setInteger(u"c"_s, 3);
                      EXPECT(contents(path_) == "[General]\na=1\nb=2\nc=3\n");
+                     EXPECT(setMode(home_->path(), 0700));
                      return 0;
                  }),
                  0);
