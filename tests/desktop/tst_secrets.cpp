@@ -142,7 +142,8 @@ void SecretsTest::onlyTheChannelLearnsTheSecret_data()
         row("success", Response::ofStatus(200));
         row("refused", Response::ofStatus(403));
         row("an error page", Response::html("<html><title>Oops</title></html>", 500));
-        row("redirected", Response::redirect("https://claude.ai/elsewhere", 307));
+        row("redirected", Response::redirect("https://claude.ai/elsewhere"));
+        row("redirected as a post", Response::redirect("https://claude.ai/elsewhere", 307));
         row("broken off", Response::closeAtOnce());
         row("unreachable", std::nullopt);
     }
