@@ -147,6 +147,7 @@ private Q_SLOTS:
     void cleanupTestCase();
     void theProgramKeepsItsPromise_data();
     void theProgramKeepsItsPromise();
+    void anAlertWaitsForANotificationServerThatRestarts();
     void aSilentNotificationServerDelaysNoAlert();
     void theProgramHasSaidNothing();
 
@@ -277,6 +278,27 @@ void SessionRestartTest::theProgramKeepsItsPromise()
     QCOMPARE(posts(), 2);
     QCOMPARE(session_->tray()->items().size(), 1);
     QVERIFY(kelvo_->isRunning());
+}
+
+void SessionRestartTest::anAlertWaitsForANotificationServerThatRestarts()
+{
+    session_->stop(Part::notifications);
+    internet_->clearRequests();
+    goDown();
+    QVERIFY(wakes());
+    QTRY_COMPARE_WITH_TIMEOUT(posts(), 1, 20'000);
+    comeBack();
+    QVERIFY(wakes());
+    QTRY_COMPARE_WITH_TIMEOUT(posts(), 2, 20'000);
+
+    session_->start(Part::notifications);
+    QTRY_COMPARE_WITH_TIMEOUT(titles(), (QStringList{u"Claude is down"_s, u"Claude is back"_s}), 20'000);
+    session_->stop(Part::notifications);
+    session_->start(Part::notifications);
+    QTRY_COMPARE(session_->notifications()->questions(), 1);
+    QVERIFY(wakes());
+    QCOMPARE(titles(), QStringList());
+    QCOMPARE(posts(), 2);
 }
 
 void SessionRestartTest::aSilentNotificationServerDelaysNoAlert()
