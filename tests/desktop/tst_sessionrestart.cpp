@@ -147,7 +147,8 @@ private Q_SLOTS:
     void cleanupTestCase();
     void theProgramKeepsItsPromise_data();
     void theProgramKeepsItsPromise();
-    void anAlertWaitsForANotificationServerThatRestarts();
+    void anAlertWaitsForAServerThatRestarts_data();
+    void anAlertWaitsForAServerThatRestarts();
     void aSilentNotificationServerDelaysNoAlert();
     void theProgramHasSaidNothing();
 
@@ -280,9 +281,17 @@ void SessionRestartTest::theProgramKeepsItsPromise()
     QVERIFY(kelvo_->isRunning());
 }
 
-void SessionRestartTest::anAlertWaitsForANotificationServerThatRestarts()
+void SessionRestartTest::anAlertWaitsForAServerThatRestarts_data()
 {
-    session_->stop(Part::notifications);
+    QTest::addColumn<Part>("part");
+    QTest::newRow("notifications") << Part::notifications;
+    QTest::newRow("session bus") << Part::sessionBus;
+}
+
+void SessionRestartTest::anAlertWaitsForAServerThatRestarts()
+{
+    QFETCH(Part, part);
+    session_->stop(part);
     internet_->clearRequests();
     goDown();
     QVERIFY(wakes());
@@ -291,7 +300,7 @@ void SessionRestartTest::anAlertWaitsForANotificationServerThatRestarts()
     QVERIFY(wakes());
     QTRY_COMPARE_WITH_TIMEOUT(posts(), 2, 20'000);
 
-    session_->start(Part::notifications);
+    session_->start(part);
     QTRY_COMPARE_WITH_TIMEOUT(titles(), (QStringList{u"Claude is down"_s, u"Claude is back"_s}), 20'000);
     session_->stop(Part::notifications);
     session_->start(Part::notifications);

@@ -58,11 +58,12 @@ QString escaped(QString text)
     return text.replace(u'&', "&amp;"_L1).replace(u'<', "&lt;"_L1).replace(u'>', "&gt;"_L1);
 }
 
-/// Whether the bus found no server for a call and could not start one. After any other error, such as that of a server that
-/// ends before it answers, a server may have shown the notification.
+/// Whether the call did not reach the bus, or the bus found no server for it and could not start one. After any other
+/// error, such as that of a server that ends before it answers, a server may have shown the notification.
 bool nobodyReceived(const QDBusMessage &error)
 {
-    return error.errorName() == "org.freedesktop.DBus.Error.ServiceUnknown"_L1
+    return error.errorName() == "org.freedesktop.DBus.Error.Disconnected"_L1
+        || error.errorName() == "org.freedesktop.DBus.Error.ServiceUnknown"_L1
         || error.errorName().startsWith("org.freedesktop.DBus.Error.Spawn."_L1);
 }
 
@@ -85,6 +86,7 @@ DBusNotificationCenter::DBusNotificationCenter(std::shared_ptr<BusConnection> se
     , server_(bus_, serverName)
     , timeout_(timeout)
     , patience_(patience)
+    , hasBus_(bus_->isConnected())
 {
     const auto listen = [this](const QString &signal, const char *slot) {
         server_.listen(serverPath, serverName, signal, this, slot);
@@ -93,12 +95,13 @@ DBusNotificationCenter::DBusNotificationCenter(std::shared_ptr<BusConnection> se
     listen(u"ActionInvoked"_s, SLOT(onActionInvoked(uint, QString)));
     listen(u"NotificationClosed"_s, SLOT(onNotificationClosed(uint, uint)));
     connect(&server_, &BusNameOwner::changed, this, &DBusNotificationCenter::onServerChanged);
-    connect(bus_.get(), &BusConnection::disconnected, this, &DBusNotificationCenter::onDisconnected);
+    connect(bus_.get(), &BusConnection::connected, this, &DBusNotificationCenter::onConnected);
+    connect(bus_.get(), &BusConnection::disconnected, &server_, [this] { question_.reset(); });
 }
 
 bool DBusNotificationCenter::canServeThisProcess() const
 {
-    return bus_->isConnected();
+    return hasBus_;
 }
 
 QFuture<AuthorizationStatus> DBusNotificationCenter::authorizationStatus()
@@ -141,24 +144,23 @@ QFuture<void> DBusNotificationCenter::requestAuthorization()
 
 void DBusNotificationCenter::add(const LocalNotification &notification)
 {
-    if (!bus_->isConnected()) {
-        return;
-    }
     const Pending pending{notification, QDeadlineTimer(patience_)};
     if (capabilities_) {
         post(pending);
         return;
     }
     waiting_.append(pending);
-    if (!question_) {
+    if (bus_->isConnected() && !question_) {
         askCapabilities();
     }
 }
 
-void DBusNotificationCenter::onDisconnected()
+void DBusNotificationCenter::onConnected()
 {
-    question_.reset();
-    waiting_.clear();
+    hasBus_ = true;
+    if (!waiting_.isEmpty() && !question_) {
+        askCapabilities();
+    }
 }
 
 void DBusNotificationCenter::onServerChanged()

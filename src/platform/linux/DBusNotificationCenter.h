@@ -23,7 +23,8 @@ public:
     /// How long notifications wait for the capabilities of a server. After that they are posted as plain text.
     static constexpr std::chrono::milliseconds answerTimeout{2000};
 
-    /// How long a notification that no server could take is kept for one that starts, such as one that restarts.
+    /// How long a notification that no server could take is kept for one that starts, such as one that restarts with its
+    /// bus.
     static constexpr std::chrono::milliseconds serverPatience{60'000};
 
     explicit DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus,
@@ -50,7 +51,7 @@ private:
     };
 
     void onServerChanged();
-    void onDisconnected();
+    void onConnected();
     void askCapabilities();
     void post(const Pending &pending);
 
@@ -58,6 +59,7 @@ private:
     BusNameOwner server_;
     std::chrono::milliseconds timeout_;
     std::chrono::milliseconds patience_;
+    bool hasBus_; ///< the session has a bus, or had one that may come back
     std::optional<QStringList> capabilities_;
     std::unique_ptr<QObject> question_;
     QList<Pending> waiting_;
