@@ -231,7 +231,7 @@ void SecretsTest::aCrashLeavesNoCoreFile()
         QSKIP("this system does not leave core files in the directory of the process");
     }
     QTRY_VERIFY_WITH_TIMEOUT(!internet_->requests().isEmpty(), 20'000);
-    QCOMPARE(kelvo_->stop(crash), -1);
+    QVERIFY(kelvo_->stop(crash) != 0);
     QCOMPARE(QDir(directory.path()).entryList(QDir::Files), QStringList());
 }
 
@@ -246,7 +246,7 @@ void SecretsTest::aCoreFileThatIsForcedHasNoMemoryInIt()
     if (::prlimit(static_cast<pid_t>(kelvo_->processId()), RLIMIT_CORE, &unlimited, nullptr) != 0) {
         QSKIP("the limit of another process cannot be raised here");
     }
-    QCOMPARE(kelvo_->stop(SIGSEGV), -1);
+    QCOMPARE(kelvo_->stop(SIGABRT), -1);
     const auto cores = QDir(directory.path()).entryList(QDir::Files);
     QCOMPARE(cores.size(), 1);
     QFile core(directory.filePath(cores.constFirst()));
