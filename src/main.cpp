@@ -42,6 +42,7 @@ int run(int argc, char *argv[])
         return print(*answer);
     }
     keepProcessMemorySmall();
+    keepProcessMemoryPrivate();
     prepareProcess();
     auto windowSystem = std::make_optional<WindowSystem::Choice>();
     QApplication application(argc, argv);
