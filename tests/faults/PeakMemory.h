@@ -11,12 +11,13 @@
 namespace kelvo {
 
 /// The resident memory of this process: how far it has grown at most since this object was made. It works on systems with
-/// /proc; on others the growth is nullopt.
+/// /proc; on others the growth is nullopt, and so it is under AddressSanitizer, which keeps freed memory.
 class PeakMemory
 {
 public:
     PeakMemory()
     {
+#ifndef __SANITIZE_ADDRESS__
 #ifdef __GLIBC__
         ::malloc_trim(0); // otherwise memory that was freed before would be used again, unseen
 #endif
@@ -25,6 +26,7 @@ public:
             reset.close();
             before_ = kilobytes("VmRSS:");
         }
+#endif
     }
 
     /// In megabytes.
