@@ -32,7 +32,7 @@ constexpr HttpLimits shortStatusLimits{.idleTimeout = 1000ms, .totalDeadline = 1
 constexpr HttpLimits shortPostLimits{.idleTimeout = 1000ms, .totalDeadline = 1000ms};
 
 /// How much the memory of the process may grow at most during a fault in six exchanges at the same time.
-constexpr double memoryLimit = 64;
+constexpr double memoryLimit = 128;
 
 // ---- The services ----
 
