@@ -224,10 +224,15 @@ void Year::play(ServiceID id, const std::vector<Phase> &phases)
 {
     if (phases.empty()) {
         vendors_.of(id) = {};
+        timeline_.in(random_.between(0ms, 25s), [this] { lookAgainAndAgain(); });
         timeline_.in(random_.between(1h, 9 * 24h), [this, id] { haveIncident(id); });
         return;
     }
     vendors_.of(id) = phases.front().state;
+    // The user notices that something has changed and looks.
+    if (random_.once(3)) {
+        timeline_.in(random_.between(0ms, 25s), [this] { lookAgainAndAgain(); });
+    }
     timeline_.in(phases.front().length,
                  [this, id, rest = std::vector(phases.begin() + 1, phases.end())] { play(id, rest); });
 }
@@ -236,6 +241,9 @@ void Year::play(ServiceID id, const std::vector<Phase> &phases)
 
 void Year::sleepNowAndThen()
 {
+    if (random_.once(4)) {
+        changeNetwork(); // the computer is taken along
+    }
     ++tally_.sleeps;
     isAsleep_ = true;
     oracle_->computerSleeps();
@@ -263,6 +271,9 @@ void Year::wake()
     sleepWake_.wake();
     oracle_->computerWoke();
     compare();
+    for (int times = random_.below(3); times > 0; --times) {
+        timeline_.in(random_.between(0ms, 6s), [this] { changeNetwork(); });
+    }
     timeline_.in(random_.once(4) ? random_.between(1s, 5min) : random_.between(1h, 16h), [this] { sleepNowAndThen(); });
 }
 
@@ -430,13 +441,19 @@ void Year::setWatching(bool watching)
 
 void Year::openPopoverNowAndThen()
 {
-    if (isAsleep_ || popoverIsOpen_) {
-        timeline_.in(10min, [this] { openPopoverNowAndThen(); });
+    lookAgainAndAgain();
+    timeline_.in(random_.between(2min, 14h), [this] { openPopoverNowAndThen(); });
+}
+
+/// Opens the popover, sometimes several times and faster than the answers come.
+void Year::lookAgainAndAgain()
+{
+    if (isAsleep_ || isLooking_) {
         return;
     }
+    isLooking_ = true;
     auto wait = 0ms;
-    // Sometimes again and again, faster than the answers come.
-    for (int times = random_.once(4) ? random_.below(6) : 0; times >= 0; --times) {
+    for (int times = random_.once(2) ? random_.below(6) : 0; times >= 0; --times) {
         timeline_.in(wait, [this] { openPopover(); });
         const auto length = random_.between(200ms, times > 0 ? 3s : 60s);
         for (int peeks = random_.below(4); peeks > 0; --peeks) {
@@ -446,7 +463,7 @@ void Year::openPopoverNowAndThen()
         timeline_.in(wait, [this] { closePopover(); });
         wait += random_.between(1ms, 1s);
     }
-    timeline_.in(wait + random_.between(1min, 14h), [this] { openPopoverNowAndThen(); });
+    timeline_.in(wait, [this] { isLooking_ = false; });
 }
 
 void Year::openPopover()

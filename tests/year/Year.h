@@ -94,6 +94,7 @@ private:
     void changeSetting();
     void setWatching(bool watching);
     void openPopoverNowAndThen();
+    void lookAgainAndAgain();
     void openPopover();
     void closePopover();
     void peek();
@@ -120,6 +121,7 @@ private:
     std::unique_ptr<Program> program_;
     bool isAsleep_ = false;
     bool popoverIsOpen_ = false;
+    bool isLooking_ = false; ///< openings of the popover are to come
     std::map<ServiceID, Told> told_;
     Tally tally_;
     QString complaint_;
