@@ -75,6 +75,8 @@ private Q_SLOTS:
     void aChangedNetworkAbortsPendingChecksAtOnce();
     void severalChangesOfTheNetworkWithinTwoSecondsStartOneRound();
     void aChangedNetworkIsNotCheckedDuringSleep();
+    void aChangedNetworkAbortsNothingDuringSleep();
+    void aNetworkThatChangedBeforeSleepIsNotCheckedAgainAfterTheWakeUp();
     void aChangedNetworkIsNotCheckedWhileWatchingIsOff();
     void anAbortedConfirmationIsRepeatedAndRaisesOneAlert();
 
@@ -478,6 +480,31 @@ void StatusStoreTest::aChangedNetworkIsNotCheckedDuringSleep()
     world.networkWatch.change();
     world.clock.advance(2s);
     QCOMPARE(world.readCount(), 3);
+}
+
+void StatusStoreTest::aChangedNetworkAbortsNothingDuringSleep()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.sleepWake.sleep();
+    const auto timers = world.clock.pendingCount();
+    world.networkWatch.change();
+    QCOMPARE(world.checks.abortCount(), 0);
+    QCOMPARE(world.clock.pendingCount(), timers);
+}
+
+void StatusStoreTest::aNetworkThatChangedBeforeSleepIsNotCheckedAgainAfterTheWakeUp()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.networkWatch.change();
+    world.clock.advance(1s);
+    world.sleepWake.sleep();
+    world.sleepWake.wake();
+    QCOMPARE(world.readCount(), 2);
+    world.checks.answerAll(operational);
+    world.clock.advance(10s);
+    QCOMPARE(world.readCount(), 2);
 }
 
 void StatusStoreTest::aChangedNetworkIsNotCheckedWhileWatchingIsOff()
