@@ -13,6 +13,7 @@
 #include <QLibraryInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QSet>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -207,20 +208,25 @@ void TrayStatusItemTest::appearsInATrayOnTheBus()
     const auto pixmaps = itemProperty(u"IconPixmap"_s).value<QDBusArgument>();
     QCOMPARE(pixmaps.currentSignature(), u"a(iiay)"_s);
     pixmaps.beginArray();
-    int sizes = 0;
-    for (; !pixmaps.atEnd(); ++sizes) {
+    QSet<int> sizes;
+    while (!pixmaps.atEnd()) {
         int width = 0;
         int height = 0;
         QByteArray argb;
         pixmaps.beginStructure();
         pixmaps >> width >> height >> argb;
         pixmaps.endStructure();
+        QCOMPARE(width, height);
+        sizes.insert(width);
         const auto centre = (height / 2 * width + width / 2) * 4;
         QCOMPARE(argb.mid(centre, 4), QByteArray("\xff\xff\x00\x00", 4));
         QCOMPARE(argb.at(0), '\0');
     }
     pixmaps.endArray();
-    QVERIFY(sizes >= 1);
+    // Trays do not enlarge a picture at 200 % if there is one of twice the size.
+    for (const int usual : {16, 22, 24, 32}) {
+        QVERIFY(sizes.contains(usual) && sizes.contains(2 * usual));
+    }
 }
 
 void TrayStatusItemTest::appearsWhenTheTrayStartsLater()
