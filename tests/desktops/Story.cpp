@@ -19,7 +19,7 @@ using Verdict = Observation::Verdict;
 namespace {
 
 /// The longest time that a desktop without a GPU takes to show something.
-constexpr int patience = 6000;
+constexpr int patience = 10'000;
 /// Time for motions to end and for the desktop to settle.
 constexpr int pause = 700;
 /// A larger difference than a shadow makes.

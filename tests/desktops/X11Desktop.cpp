@@ -13,7 +13,8 @@ QImage X11Desktop::picture()
 
 void X11Desktop::moveTo(const QPoint &point)
 {
-    outputOf(u"xdotool"_s, {u"mousemove"_s, QString::number(point.x()), QString::number(point.y())});
+    const auto pixels = point * qEnvironmentVariableIntValue("KELVO_DESKTOP_SCALE");
+    outputOf(u"xdotool"_s, {u"mousemove"_s, QString::number(pixels.x()), QString::number(pixels.y())});
 }
 
 void X11Desktop::click(Button button)

@@ -1,8 +1,8 @@
-// A program with only a tray item. It is a process of its own, because Qt chooses the kind of tray once per process.
+// A program with only a tray item. It is a process of its own, because the test gives it other displays and buses.
 //
 // Each line on standard input is a command of the test: "icon <colour>", "tooltip <text>", "menu <entry>", "show".
-// "show" prints "shown"; each click of the item prints "activated" and the point; "menu opens" is printed when the program
-// opens the menu itself; each chosen menu entry prints "chosen <entry>".
+// "show" prints "shown"; each click of the item prints "activated" and the point, or "activated in" and the rectangle of the
+// item; "menu opens" is printed when the program opens the menu itself; each chosen menu entry prints "chosen <entry>".
 
 #include "platform/linux/TrayStatusItem.h"
 
@@ -61,8 +61,12 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
     QMenu menu;
     kelvo::TrayStatusItem item(kelvo::BusConnection::session(), std::chrono::milliseconds(200));
-    QObject::connect(&item, &kelvo::StatusItem::activated, [](std::optional<QPoint> point) {
-        say(point ? qPrintable(u"activated %1 %2"_s.arg(point->x()).arg(point->y())) : "activated");
+    QObject::connect(&item, &kelvo::StatusItem::activated, [&item](std::optional<QPoint> point) {
+        const auto place = item.geometry();
+        say(qPrintable(
+            point
+                ? u"activated %1 %2"_s.arg(point->x()).arg(point->y())
+                : u"activated in %1 %2 %3 %4"_s.arg(place.x()).arg(place.y()).arg(place.width()).arg(place.height())));
     });
     QObject::connect(&menu, &QMenu::aboutToShow, [] { say("menu opens"); });
 

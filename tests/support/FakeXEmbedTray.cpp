@@ -16,21 +16,39 @@ struct Free
     void operator()(void *reply) const { std::free(reply); }
 };
 
+/// The first visual with an alpha channel.
+xcb_visualid_t transparentVisual(const xcb_screen_t *screen)
+{
+    for (auto depths = xcb_screen_allowed_depths_iterator(screen); depths.rem > 0; xcb_depth_next(&depths)) {
+        if (depths.data->depth == 32) {
+            return xcb_depth_visuals(depths.data)->visual_id;
+        }
+    }
+    qFatal("the display has no transparent windows");
+}
+
 } // namespace
 
-FakeXEmbedTray::FakeXEmbedTray(const QString &display)
+FakeXEmbedTray::FakeXEmbedTray(const QString &display, Visual visual)
     : connection_(xcb_connect(display.toLatin1().constData(), nullptr))
 {
     if (xcb_connection_has_error(connection_)) {
         qFatal("cannot connect to the display");
     }
     const auto *screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
-    const auto window = xcb_generate_id(connection_);
-    xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 200, 32, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+    window_ = xcb_generate_id(connection_);
+    const std::uint32_t pixel = background.rgb() & 0xffffff;
+    xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, screen->root, 0, 0, 200, 32, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_BACK_PIXEL, &pixel);
+    xcb_map_window(connection_, window_);
+    if (visual == Visual::transparent) {
+        const auto id = transparentVisual(screen);
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom("_NET_SYSTEM_TRAY_VISUAL"),
+                            XCB_ATOM_VISUALID, 32, 1, &id);
+    }
     const auto selection = atom("_NET_SYSTEM_TRAY_S0");
-    xcb_set_selection_owner(connection_, window, selection, XCB_CURRENT_TIME);
-    announce(screen->root, selection, window);
+    xcb_set_selection_owner(connection_, window_, selection, XCB_CURRENT_TIME);
+    announce(screen->root, selection, window_);
     xcb_flush(connection_);
 
     readable_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_), QSocketNotifier::Read);
@@ -69,7 +87,42 @@ void FakeXEmbedTray::dock(std::uint32_t window)
     // The window may have been destroyed since it asked.
     if (const std::unique_ptr<xcb_generic_error_t, Free> error{xcb_request_check(connection_, listening)}; !error) {
         docked_.insert(window);
+        // The window outlives a tray that ends.
+        xcb_change_save_set(connection_, XCB_SET_MODE_INSERT, window);
+        xcb_reparent_window(connection_, window, window_, static_cast<std::int16_t>(place.x()),
+                            static_cast<std::int16_t>(place.y()));
+        const std::uint32_t size[] = {static_cast<std::uint32_t>(place.width()),
+                                      static_cast<std::uint32_t>(place.height())};
+        xcb_configure_window(connection_, window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
+        xcb_map_window(connection_, window);
+        xcb_flush(connection_);
     }
+}
+
+QImage FakeXEmbedTray::picture() const
+{
+    if (docked_.isEmpty()) {
+        return {};
+    }
+    const auto cookie = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, *docked_.begin(), 0, 0, place.width(),
+                                      place.height(), ~0U);
+    const std::unique_ptr<xcb_get_image_reply_t, Free> reply(xcb_get_image_reply(connection_, cookie, nullptr));
+    if (!reply) {
+        return {};
+    }
+    const auto format = reply->depth == 32 ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
+    return QImage(xcb_get_image_data(reply.get()), place.width(), place.height(), format).copy();
+}
+
+void FakeXEmbedTray::click(int button) const
+{
+    xcb_button_press_event_t event{};
+    event.response_type = XCB_BUTTON_PRESS;
+    event.detail = static_cast<xcb_button_t>(button);
+    event.event = *docked_.begin();
+    event.same_screen = 1;
+    xcb_send_event(connection_, 0, event.event, XCB_EVENT_MASK_BUTTON_PRESS, reinterpret_cast<const char *>(&event));
+    xcb_flush(connection_);
 }
 
 void FakeXEmbedTray::readEvents()

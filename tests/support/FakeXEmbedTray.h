@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QColor>
+#include <QImage>
 #include <QObject>
+#include <QRect>
 #include <QSet>
 #include <QSocketNotifier>
 #include <QString>
@@ -12,17 +15,26 @@ struct xcb_connection_t;
 
 namespace kelvo {
 
-/// A fake XEmbed tray on a given display. It counts the windows that ask to be docked, and leaves them where they are.
+/// A fake XEmbed tray on a given display. It embeds the windows that ask to be docked, all at the same place.
 class FakeXEmbedTray : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit FakeXEmbedTray(const QString &display);
+    enum class Visual { opaque, transparent };
+
+    static constexpr QRect place{30, 4, 24, 24};
+    static constexpr QColor background{0x20, 0x40, 0x60};
+
+    explicit FakeXEmbedTray(const QString &display, Visual visual = Visual::opaque);
     ~FakeXEmbedTray() override;
 
     /// The number of docked windows that exist.
     qsizetype dockedCount() const { return docked_.size(); }
+    /// What the docked window shows; null when there is none.
+    QImage picture() const;
+    /// Presses a button of the mouse in the docked window: 1 to 3.
+    void click(int button) const;
 
 private:
     std::uint32_t atom(const char *name) const;
@@ -31,6 +43,7 @@ private:
     void readEvents();
 
     xcb_connection_t *connection_;
+    std::uint32_t window_;
     std::unique_ptr<QSocketNotifier> readable_;
     QSet<std::uint32_t> docked_;
 };

@@ -1,5 +1,6 @@
 #include "platform/linux/TrayStatusItem.h"
 
+#include <QCursor>
 #include <QDBusVariant>
 #include <QMenu>
 
@@ -60,7 +61,7 @@ TrayStatusItem::TrayStatusItem(std::shared_ptr<BusConnection> sessionBus, std::c
     busTrayGrace_.setSingleShot(true);
     busTrayGrace_.setInterval(busTrayGrace);
     connect(&busTrayGrace_, &QTimer::timeout, this, [this] {
-        if (hostOf_.isEmpty() && xembed_.isPresent()) {
+        if (hostOf_.isEmpty()) {
             embed();
         }
     });
@@ -93,9 +94,6 @@ void TrayStatusItem::setMenu(QMenu *menu)
     menu_ = menu;
     if (busItem_) {
         busItem_->setMenu(menu);
-    }
-    if (embedded_) {
-        embedded_->setContextMenu(menu);
     }
 }
 
@@ -155,12 +153,10 @@ void TrayStatusItem::choosePlace()
         busTrayGrace_.stop();
         embedded_.reset();
         placeOnBus(hostOf_);
-    } else if (!embedded_ && xembed_.isPresent()) {
-        if (!bus_->isConnected()) {
-            embed();
-        } else if (!busTrayGrace_.isActive()) {
-            busTrayGrace_.start();
-        }
+    } else if (embedded_ || !bus_->isConnected()) {
+        embed();
+    } else if (xembed_.window() != 0 && !busTrayGrace_.isActive()) {
+        busTrayGrace_.start();
     }
 }
 
@@ -174,11 +170,7 @@ void TrayStatusItem::placeOnBus(const QString &watcher)
         busItem_->setMenu(menu_);
         connect(busItem_.get(), &StatusNotifierItem::activated, this,
                 [this](QPoint point) { Q_EMIT activated(point); });
-        connect(busItem_.get(), &StatusNotifierItem::menuRequested, this, [this](QPoint point) {
-            if (menu_) {
-                menu_->popup(point);
-            }
-        });
+        connect(busItem_.get(), &StatusNotifierItem::menuRequested, this, &TrayStatusItem::openMenu);
     }
     if (registeredWith_ != watcher) {
         registeredWith_ = watcher;
@@ -186,24 +178,29 @@ void TrayStatusItem::placeOnBus(const QString &watcher)
     }
 }
 
-/// Shows the item in an XEmbed tray. QSystemTrayIcon decides at its first use whether all items of the process are on the
-/// bus or embedded, so it is made only here, where the bus has no host. Newer versions of Qt choose the bus for ever if
-/// there is a watcher without a host at that time; then the ring appears only when a host does.
+/// Shows the item in the XEmbed tray, if there is one.
 void TrayStatusItem::embed()
 {
-    if (embedded_) {
+    busTrayGrace_.stop();
+    const auto tray = xembed_.window();
+    if (tray == 0) {
         return;
     }
-    busTrayGrace_.stop();
-    embedded_ = std::make_unique<QSystemTrayIcon>(icon_);
-    embedded_->setToolTip(toolTip_);
-    embedded_->setContextMenu(menu_);
-    connect(embedded_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::MiddleClick) {
-            Q_EMIT activated(std::nullopt);
-        }
-    });
-    embedded_->show();
+    if (!embedded_) {
+        embedded_ = std::make_unique<XEmbedItem>();
+        embedded_->setIcon(icon_);
+        embedded_->setToolTip(toolTip_);
+        connect(embedded_.get(), &XEmbedItem::activated, this, [this] { Q_EMIT activated(std::nullopt); });
+        connect(embedded_.get(), &XEmbedItem::menuRequested, this, [this] { openMenu(QCursor::pos()); });
+    }
+    embedded_->dock(tray);
+}
+
+void TrayStatusItem::openMenu(QPoint point)
+{
+    if (menu_) {
+        menu_->popup(point);
+    }
 }
 
 } // namespace kelvo

@@ -3,12 +3,12 @@
 #include "platform/StatusItem.h"
 #include "platform/linux/BusNameOwner.h"
 #include "platform/linux/StatusNotifierItem.h"
+#include "platform/linux/XEmbedItem.h"
 #include "platform/linux/XEmbedTray.h"
 
 #include <QIcon>
 #include <QPointer>
 #include <QString>
-#include <QSystemTrayIcon>
 #include <QTimer>
 
 #include <chrono>
@@ -42,6 +42,7 @@ private:
     void choosePlace();
     void placeOnBus(const QString &watcher);
     void embed();
+    void openMenu(QPoint point);
 
     std::shared_ptr<BusConnection> bus_;
     BusNameOwner watcher_;
@@ -54,7 +55,7 @@ private:
     std::unique_ptr<StatusNotifierItem> busItem_;
     QString hostOf_;         ///< the unique name of the watcher with a host; empty when there is none
     QString registeredWith_; ///< the unique name of the tray with which the item is registered
-    std::unique_ptr<QSystemTrayIcon> embedded_;
+    std::unique_ptr<XEmbedItem> embedded_;
 };
 
 } // namespace kelvo

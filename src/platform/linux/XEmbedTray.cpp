@@ -24,9 +24,9 @@ XEmbedTray::~XEmbedTray()
     }
 }
 
-bool XEmbedTray::isPresent() const
+std::uint32_t XEmbedTray::window() const
 {
-    return connection_ && Xcb::selectionOwner(connection_, selection_) != XCB_WINDOW_NONE;
+    return connection_ ? Xcb::selectionOwner(connection_, selection_) : std::uint32_t{XCB_WINDOW_NONE};
 }
 
 bool XEmbedTray::nativeEventFilter(const QByteArray &, void *message, qintptr *)

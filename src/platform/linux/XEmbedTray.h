@@ -19,8 +19,8 @@ public:
     explicit XEmbedTray(QObject *parent = nullptr);
     ~XEmbedTray() override;
 
-    /// Whether there is such a tray now.
-    bool isPresent() const;
+    /// The window of the tray; 0 when there is no tray now.
+    std::uint32_t window() const;
 
 Q_SIGNALS:
     /// Such a tray has started.

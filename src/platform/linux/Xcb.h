@@ -29,10 +29,21 @@ inline xcb_connection_t *connection()
     return x11 ? x11->connection() : nullptr;
 }
 
-/// The root window of the first screen, which Qt uses.
+/// The first screen, which Qt uses.
+inline const xcb_screen_t *screen(xcb_connection_t *connection)
+{
+    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+}
+
 inline xcb_window_t root(xcb_connection_t *connection)
 {
-    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    return screen(connection)->root;
+}
+
+/// For requests about windows of other programs, which may be gone. Qt prints a warning for errors that nobody receives.
+inline void ignoreError(xcb_connection_t *connection, xcb_void_cookie_t request)
+{
+    xcb_discard_reply(connection, request.sequence);
 }
 
 inline xcb_atom_t atom(xcb_connection_t *connection, QByteArrayView name)
