@@ -29,7 +29,7 @@ using WindowSystem::PopoverKind;
 QRect panelCorner()
 {
     const auto *screen = QGuiApplication::primaryScreen();
-    return PopoverPlacement::panelCorner(screen->geometry(), WindowSystem::availableGeometry(*screen));
+    return PopoverPlacement::panelCorner(screen->geometry(), WindowSystem::geometryWithoutBars(*screen));
 }
 
 QList<QRect> screens()
