@@ -65,10 +65,11 @@ std::unique_ptr<SingleInstance> makeSingleInstance()
     return std::make_unique<DBusSingleInstance>(BusConnection::session());
 }
 
-QString openLibrary(const QString &fileName)
+QString openLibrary(const QString &name)
 {
     // An absolute path, because Qt would otherwise search directories that other users may be able to write to.
-    const auto path = QCoreApplication::applicationDirPath() + QStringLiteral("/" KELVO_LIBRARY_FOLDER "/") + fileName;
+    const auto path = QCoreApplication::applicationDirPath() + QStringLiteral("/" KELVO_LIBRARY_FOLDER "/") + name
+        + u".so"_s;
     const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
     return file < 0 ? path : QStringLiteral("/proc/self/fd/%1").arg(file);
 }

@@ -29,9 +29,9 @@ SettingsSceneWindow::SettingsSceneWindow(SettingsStore &settings, NotifierStore 
 
 SettingsSceneWindow::~SettingsSceneWindow() = default;
 
-QVariantMap SettingsSceneWindow::makeState(QObject *owner)
+QVariantMap SettingsSceneWindow::makeState(QQuickView &view)
 {
-    auto *state = new SettingsState(settings_, notifier_, owner);
+    auto *state = new SettingsState(settings_, notifier_, &view);
     connect(state, &SettingsState::onboardingRequested, this, &SettingsSceneWindow::onboardingRequested);
     return {{u"settings"_s, QVariant::fromValue(state)}};
 }
