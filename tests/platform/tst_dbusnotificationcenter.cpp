@@ -279,7 +279,8 @@ void DBusNotificationCenterTest::aSilentServerIsNotWaitedFor()
     daemon_->start();
     FakeNotificationServer server(*daemon_, markup);
     server.fallSilent();
-    DBusNotificationCenter center(std::make_shared<BusConnection>(daemon_->address()), std::chrono::milliseconds(50));
+    DBusNotificationCenter center(std::make_shared<BusConnection>(daemon_->address()), {},
+                                  std::chrono::milliseconds(50));
     center.add(odd);
     QTRY_COMPARE(server.notifications().size(), 1);
     QCOMPARE(server.notifications().first().body, odd.body);

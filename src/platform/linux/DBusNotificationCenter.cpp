@@ -71,10 +71,11 @@ QVariant iconPicture()
 
 } // namespace
 
-DBusNotificationCenter::DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus,
+DBusNotificationCenter::DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus, const QStringList &desktops,
                                                std::chrono::milliseconds timeout)
     : bus_(std::move(sessionBus))
     , server_(bus_, serverName)
+    , settings_(desktops)
     , timeout_(timeout)
 {
     const auto listen = [this](const QString &signal, const char *slot) {

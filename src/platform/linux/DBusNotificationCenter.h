@@ -2,6 +2,7 @@
 
 #include "platform/NotificationCenter.h"
 #include "platform/linux/BusNameOwner.h"
+#include "platform/linux/NotificationSettings.h"
 
 #include <QList>
 #include <QSet>
@@ -22,13 +23,16 @@ public:
     /// How long notifications wait for the capabilities of a server. After that they are posted as plain text.
     static constexpr std::chrono::milliseconds answerTimeout{2000};
 
-    explicit DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus,
+    /// `desktops` are the names of the desktop in XDG_CURRENT_DESKTOP.
+    explicit DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus, const QStringList &desktops = {},
                                     std::chrono::milliseconds timeout = DBusNotificationCenter::answerTimeout);
 
     bool canServeThisProcess() const override;
     /// Desktops have no permission to ask for: the status is `authorized` when a notification server runs or can be
     /// started by the bus, else `notDetermined`.
     QFuture<AuthorizationStatus> authorizationStatus() override;
+    /// Known on GNOME and Plasma.
+    QFuture<QString> turnedOffIn() override { return settings_.turnedOffIn(); }
     QFuture<void> requestAuthorization() override;
     void add(const LocalNotification &notification) override;
 
@@ -45,6 +49,7 @@ private:
 
     std::shared_ptr<BusConnection> bus_;
     BusNameOwner server_;
+    NotificationSettings settings_;
     std::chrono::milliseconds timeout_;
     std::optional<QStringList> capabilities_;
     std::unique_ptr<QObject> question_;

@@ -52,7 +52,7 @@ Platform makePlatform()
         .clock = std::make_unique<TimerfdClock>(),
         .sleepWake = std::make_unique<LogindSleepWake>(BusConnection::system()),
         .networkWatch = std::make_unique<RtnetlinkNetworkWatch>(),
-        .notificationCenter = std::make_unique<DBusNotificationCenter>(session),
+        .notificationCenter = std::make_unique<DBusNotificationCenter>(session, currentDesktops()),
         .loginItem = makeLoginItem(session),
         .preferences = std::make_unique<IniPreferences>(),
         .appearance = std::make_unique<DesktopAppearance>(session, currentDesktops()),
