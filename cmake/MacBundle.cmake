@@ -16,16 +16,19 @@ function(kelvo_mac_bundle target plugin)
     MACOSX_BUNDLE_BUNDLE_VERSION ${PROJECT_VERSION}
     MACOSX_BUNDLE_SHORT_VERSION_STRING ${PROJECT_VERSION})
   set(contents $<TARGET_BUNDLE_CONTENT_DIR:${target}>)
-  add_custom_command(TARGET ${target} POST_BUILD
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${contents}/Resources
-    COMMAND kelvo-icns ${contents}/Resources/Kelvo.icns
-    VERBATIM)
   set_target_properties(${plugin} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${contents}/PlugIns)
-  # The plugin is linked whenever the executable has changed. The system delivers notifications to signed bundles only.
-  add_custom_command(TARGET ${plugin} POST_BUILD
-    COMMAND codesign --force --sign - $<TARGET_FILE:${plugin}>
-    COMMAND codesign --force --sign - $<TARGET_BUNDLE_DIR:${target}>
-    VERBATIM)
+  # Other systems can compile the bundle, but neither run its tool for the icon nor sign.
+  if(NOT CMAKE_CROSSCOMPILING)
+    add_custom_command(TARGET ${target} POST_BUILD
+      COMMAND ${CMAKE_COMMAND} -E make_directory ${contents}/Resources
+      COMMAND kelvo-icns ${contents}/Resources/Kelvo.icns
+      VERBATIM)
+    # The plugin is linked whenever the executable has changed. The system delivers notifications to signed bundles only.
+    add_custom_command(TARGET ${plugin} POST_BUILD
+      COMMAND codesign --force --sign - $<TARGET_FILE:${plugin}>
+      COMMAND codesign --force --sign - $<TARGET_BUNDLE_DIR:${target}>
+      VERBATIM)
+  endif()
 
   install(TARGETS ${target} BUNDLE DESTINATION .)
   find_program(MACDEPLOYQT macdeployqt HINTS ${QT6_INSTALL_PREFIX}/bin)
