@@ -34,6 +34,11 @@ void NotifierStore::refreshAuthorization()
     }));
 }
 
+QFuture<QString> NotifierStore::notificationsTurnedOffIn()
+{
+    return center_.canServeThisProcess() ? center_.turnedOffIn() : readyFuture(QString());
+}
+
 QFuture<void> NotifierStore::requestAuthorization()
 {
     if (!center_.canServeThisProcess()) {

@@ -32,6 +32,8 @@ public:
 
     /// Starts to read the permission again and returns at once.
     void refreshAuthorization();
+    /// Reads whether the system hides the notifications; see NotificationCenter::turnedOffIn. Never fails.
+    QFuture<QString> notificationsTurnedOffIn();
     /// Asks the user for the permission, if the system has such a dialog, and then reads it again. The future finishes
     /// when the user has answered.
     QFuture<void> requestAuthorization();

@@ -35,6 +35,11 @@ public:
     /// Reads the permission. Never fails: the result is `notDetermined` when the permission cannot be read.
     virtual QFuture<AuthorizationStatus> authorizationStatus() = 0;
 
+    /// Reads whether the system's settings hide the notifications of this program. Gives where the user allows them, such as
+    /// "System Settings › Notifications". Empty when the notifications are shown, and when that cannot be known. Never
+    /// fails.
+    virtual QFuture<QString> turnedOffIn() = 0;
+
     /// Asks the user for the permission to show alerts and play sounds, if the system has such a dialog. The future
     /// finishes when the user has answered, whatever the answer. Never fails.
     virtual QFuture<void> requestAuthorization() = 0;

@@ -37,8 +37,8 @@ class SingleInstance;
 /// Separate from Platform, because it is needed before anything else is made.
 std::unique_ptr<SingleInstance> makeSingleInstance();
 
-/// Returns the path from which a private library of the program is loaded. On Linux the file stays open, so that the path
-/// leads to the same file when an upgrade replaces or a removal deletes it. Requires an application.
-QString openLibrary(const QString &fileName);
+/// Returns the path from which a private library of the program is loaded. `name` has no suffix. On Linux the file stays
+/// open, so that the path leads to the same file when an upgrade replaces or a removal deletes it. Requires an application.
+QString openLibrary(const QString &name);
 
 } // namespace kelvo

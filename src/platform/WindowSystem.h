@@ -40,4 +40,7 @@ std::optional<QPoint> pointer();
 /// The part of the screen without panels. When the desktop does not tell, an estimate that leaves room for one panel.
 QRect availableGeometry(const QScreen &screen);
 
+/// The part of the screen without the panels that can contain the ring. It may be larger than the available geometry.
+QRect geometryWithoutBars(const QScreen &screen);
+
 } // namespace kelvo::WindowSystem

@@ -3,7 +3,7 @@
 #include "style/Tokens.h"
 
 #include <QQmlComponent>
-#include <QQuickWindow>
+#include <QQuickView>
 
 // The generated registration of the QML module. Referring to it here makes the linker include its object file, whose
 // static initialiser registers the module.
@@ -19,6 +19,20 @@ static void registerCompiledViews()
 namespace kelvo {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Prints the errors of the component in one line.
+void warn(const QQmlComponent &component)
+{
+    QStringList errors;
+    for (const auto &error : component.errors()) {
+        errors.append(error.toString());
+    }
+    qWarning("The windows cannot be opened: %s", qPrintable(errors.join("; "_L1)));
+}
+
+} // namespace
 
 ViewEngine::ViewEngine(const Appearance &appearance)
 {
@@ -47,9 +61,21 @@ bool ViewEngine::findsModules()
     QQmlComponent component(&get());
     component.setData("import QtQuick\nimport QtQuick.Templates\nItem {}", {});
     if (component.isError()) {
-        qWarning("The windows cannot be opened: %s", qPrintable(component.errorString().trimmed()));
+        warn(component);
     }
     return !component.isError();
+}
+
+bool ViewEngine::load(QQuickView &window, const QUrl &source, const QVariantMap &properties)
+{
+    auto *component = new QQmlComponent(&get(), source, &window);
+    auto *root = component->isReady() ? component->createWithInitialProperties(properties) : nullptr;
+    if (!root) {
+        warn(*component);
+        return false;
+    }
+    window.setContent(source, component, root);
+    return true;
 }
 
 } // namespace kelvo

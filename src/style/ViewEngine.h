@@ -3,8 +3,12 @@
 #include "platform/Appearance.h"
 
 #include <QQmlEngine>
+#include <QUrl>
+#include <QVariantMap>
 
 #include <memory>
+
+class QQuickView;
 
 namespace kelvo {
 
@@ -21,6 +25,9 @@ public:
     QQmlEngine &get();
     /// Whether the QML modules that the views import are installed. Prints a warning when one is missing.
     bool findsModules();
+    /// Loads a view into the window, with these values of its root item's properties. If it has an error, or a module that
+    /// it imports is not installed, prints a warning and returns false; the window is then without a root item.
+    bool load(QQuickView &window, const QUrl &source, const QVariantMap &properties);
 
 private:
     std::unique_ptr<QQmlEngine> engine_;

@@ -50,8 +50,9 @@ void SceneWindow::open()
 {
     if (view_) {
         NativeWindow::bringToThisWorkspace(*view_);
-    } else {
-        load();
+    } else if (!load()) {
+        view_.reset();
+        return;
     }
     view_->show();
     NativeWindow::activate(*view_);
@@ -115,7 +116,7 @@ bool SceneWindow::handleKey(const QKeyEvent &event)
     Q_UNREACHABLE();
 }
 
-void SceneWindow::load()
+bool SceneWindow::load()
 {
     view_.reset(new QQuickView(&engine_.get(), nullptr));
     view_->setTitle(title_);
@@ -127,12 +128,14 @@ void SceneWindow::load()
     if (auto *screen = pointer ? QGuiApplication::screenAt(*pointer) : nullptr) {
         view_->setScreen(screen);
     }
-    view_->setInitialProperties(makeState(view_.get()));
-    view_->setSource(source_);
+    if (!engine_.load(*view_, source_, makeState(*view_))) {
+        return false;
+    }
     layOut(*view_->rootObject());
     setSizes(*view_);
     view_->installEventFilter(this);
     new WholeFrame(*view_);
+    return true;
 }
 
 } // namespace kelvo

@@ -22,7 +22,7 @@ public:
     ~SceneWindow() override;
 
     bool isOpen() const { return view_ != nullptr; }
-    /// Opens the window. If it is open, brings it to the front.
+    /// Opens the window. If it is open, brings it to the front. If its view cannot be loaded, it stays closed.
     void open();
     void close();
 
@@ -38,8 +38,8 @@ Q_SIGNALS:
 protected:
     SceneWindow(ViewEngine &engine, const Appearance &appearance, QString title, QUrl source);
 
-    /// Makes the initial properties of the view. Called for each opening. The objects are children of `owner`.
-    virtual QVariantMap makeState(QObject *owner) = 0;
+    /// Makes the initial properties of the view. Called for each opening. The objects are children of `view`.
+    virtual QVariantMap makeState(QQuickView &view) = 0;
     /// Sets the minimum, maximum and initial size of the window.
     virtual void setSizes(QQuickView &view) const = 0;
 
@@ -53,7 +53,8 @@ private:
     bool eventFilter(QObject *watched, QEvent *event) override;
     bool handleKey(const QKeyEvent &event);
     bool isUnmarkedRepeat(const QKeyEvent &event) const;
-    void load();
+    /// Makes the window. Returns false if its view cannot be loaded.
+    bool load();
 
     ViewEngine &engine_;
     Tokens tokens_;

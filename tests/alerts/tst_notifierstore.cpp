@@ -258,10 +258,12 @@ void NotifierStoreTest::anUnavailableNotificationCenterIsNeverCalled()
     FakeNotificationCenter center;
     center.serves = false;
     center.status = AuthorizationStatus::authorized;
+    center.turnedOff = u"Settings"_s;
     NotifierStore notifier(world.settings, center, world.session);
     world.arm(channel);
     notifier.refreshAuthorization();
     QVERIFY(notifier.requestAuthorization().isFinished());
+    QCOMPARE(notifier.notificationsTurnedOffIn().result(), QString());
     notifier.send(u"Claude is back"_s, u"You can continue working."_s);
     settle();
     QTRY_COMPARE(world.internet.requests().size(), posts);

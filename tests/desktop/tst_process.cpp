@@ -1,6 +1,7 @@
 #include "DesktopWindow.h"
 #include "KelvoProcess.h"
 #include "Screen.h"
+#include "Version.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -27,7 +28,8 @@ private Q_SLOTS:
     void aSecondStartHandsOverAndExits();
     void itsWindowsOpenAfterAnUpgrade_data();
     void itsWindowsOpenAfterAnUpgrade();
-    void itGoesOnWhenItsWindowsCannotBeOpened();
+    void itGoesOnWithoutWindowsWhenAModuleIsMissing();
+    void itDoesNotLoadWindowsOfAnotherVersion();
     void aSignalEndsItAtOnceAndCleanly_data();
     void aSignalEndsItAtOnceAndCleanly();
     void itEndsCleanlyAfterAProxyScriptRan();
@@ -40,6 +42,8 @@ private:
     static QString install(const QTemporaryDir &directory);
     static QString libraryOf(const QString &program);
     void startAndShowRing();
+    /// Starts a program whose windows cannot be opened, asks for its popover and returns what it printed.
+    QByteArray outputOfFailedOpening(KelvoProcess &kelvo);
 
     std::unique_ptr<SimulatedInternet> internet_;
     std::unique_ptr<KelvoProcess> kelvo_;
@@ -129,28 +133,50 @@ void ProcessTest::itsWindowsOpenAfterAnUpgrade()
     QVERIFY(!QFile::exists(cache.filePath(u"Kelvo"_s)));
 }
 
+QByteArray ProcessTest::outputOfFailedOpening(KelvoProcess &kelvo)
+{
+    kelvo.writeSettings("[General]\nhasOnboarded=true\n");
+    kelvo.start();
+    const auto shows = [](const QString &title) { return DesktopWindow::titled(title).has_value(); };
+    if (!QTest::qWaitFor([] { return Screen::findRing(RingState::available).has_value(); }, 20'000)) {
+        return "no ring";
+    }
+    KelvoProcess second(*internet_);
+    second.start();
+    const bool isReported = second.waitForEnd() == 0 && QTest::qWaitFor([&] { return shows(u"xfce4-notifyd"_s); });
+    if (!isReported || shows(u"Kelvo"_s)) {
+        return "no notification, or a window";
+    }
+    if (!kelvo.isRunning() || !Screen::findRing(RingState::available) || kelvo.stop() != 0) {
+        return "ended";
+    }
+    return kelvo.output();
+}
+
 // The QML modules are missing, as after a part of the system was removed.
-void ProcessTest::itGoesOnWhenItsWindowsCannotBeOpened()
+void ProcessTest::itGoesOnWithoutWindowsWhenAModuleIsMissing()
 {
     const QTemporaryDir installed;
-    KelvoProcess first(*internet_, install(installed));
+    KelvoProcess kelvo(*internet_, install(installed));
     QFile paths(installed.filePath(u"bin/qt.conf"_s));
     QVERIFY(paths.open(QIODevice::WriteOnly));
     paths.write("[Paths]\nPlugins=" + QLibraryInfo::path(QLibraryInfo::PluginsPath).toUtf8()
                 + "\nQmlImports=/nonexistent\nQml2Imports=/nonexistent\n");
     paths.close();
-    first.writeSettings("[General]\nhasOnboarded=true\n");
-    first.start();
-    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
-    KelvoProcess second(*internet_);
-    second.start();
-    QCOMPARE(second.waitForEnd(), 0);
-    QTRY_VERIFY(DesktopWindow::titled(u"xfce4-notifyd"_s));
-    QVERIFY(!DesktopWindow::titled(u"Kelvo"_s));
-    QVERIFY(first.isRunning());
-    QCOMPARE(first.stop(), 0);
-    const auto output = first.output();
+    const auto output = outputOfFailedOpening(kelvo);
     QVERIFY2(output.startsWith("The windows cannot be opened: ") && output.contains("is not installed"), output);
+}
+
+void ProcessTest::itDoesNotLoadWindowsOfAnotherVersion()
+{
+    const QTemporaryDir installed;
+    const auto program = install(installed);
+    QVERIFY(QFile::remove(libraryOf(program)));
+    QVERIFY(QFile::copy(QStringLiteral(KELVO_OTHER_VIEWS), libraryOf(program)));
+    KelvoProcess kelvo(*internet_, program);
+    QCOMPARE(outputOfFailedOpening(kelvo),
+             "The windows cannot be opened: the library kelvo-views is of version 0.9.0, but Kelvo is of version "_ba
+                 + version + '\n');
 }
 
 void ProcessTest::aSignalEndsItAtOnceAndCleanly_data()

@@ -1,3 +1,4 @@
+#include "support/BrokenView.h"
 #include "support/ViewScene.h"
 
 #include "menubar/popover/PopoverWindow.h"
@@ -52,6 +53,7 @@ class PopoverWindowTest : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s)); }
     void viewsAreLoadedAtTheFirstOpening();
+    void aViewThatCannotBeLoadedOpensNoPopover();
     void aClickOpensAndAClickCloses();
     void opensBesideTheRingInsideTheScreen();
     void opensInsideTheScreenWhenThePlaceOfTheRingIsUnknown();
@@ -75,6 +77,22 @@ void PopoverWindowTest::viewsAreLoadedAtTheFirstOpening()
     desktop.popover.toggle(desktop.ring);
     QVERIFY(desktop.popover.view());
     QCOMPARE(desktop.popover.view()->status(), QQuickView::Ready);
+}
+
+void PopoverWindowTest::aViewThatCannotBeLoadedOpensNoPopover()
+{
+    Desktop desktop;
+    BrokenView broken(desktop.engine, u"StatusPopover.qml"_s);
+    for (int i = 0; i < 2; ++i) {
+        QTest::ignoreMessage(QtWarningMsg, BrokenView::warning());
+        desktop.popover.toggle(desktop.ring);
+        QVERIFY(!desktop.popover.isOpen());
+        QVERIFY(!desktop.stores.store.popoverIsOpen());
+    }
+    QTest::ignoreMessage(QtWarningMsg, BrokenView::warning());
+    desktop.popover.open(desktop.ring);
+    desktop.popover.close();
+    QVERIFY(!desktop.popover.view());
 }
 
 void PopoverWindowTest::aClickOpensAndAClickCloses()

@@ -282,7 +282,8 @@ void DBusNotificationCenterTest::aSilentServerIsNotWaitedFor()
     daemon_->start();
     FakeNotificationServer server(*daemon_, markup);
     server.fallSilent();
-    DBusNotificationCenter center(std::make_shared<BusConnection>(daemon_->address()), std::chrono::milliseconds(50));
+    DBusNotificationCenter center(std::make_shared<BusConnection>(daemon_->address()), {},
+                                  std::chrono::milliseconds(50));
     center.add(odd);
     QTRY_COMPARE(server.notifications().size(), 1);
     QCOMPARE(server.notifications().first().body, odd.body);
@@ -404,7 +405,7 @@ void DBusNotificationCenterTest::dropsAnAlertForWhichNoServerStartsInTime()
 {
     daemon_->start();
     const auto center = std::make_unique<DBusNotificationCenter>(std::make_shared<BusConnection>(daemon_->address()),
-                                                                 DBusNotificationCenter::answerTimeout,
+                                                                 QStringList(), DBusNotificationCenter::answerTimeout,
                                                                  std::chrono::milliseconds(1));
     QTest::failOnWarning(QRegularExpression(u".*"_s));
     center->add(claude);

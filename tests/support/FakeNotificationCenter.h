@@ -22,6 +22,8 @@ public:
         return readyFuture(status);
     }
 
+    QFuture<QString> turnedOffIn() override { return readyFuture(turnedOff); }
+
     QFuture<void> requestAuthorization() override
     {
         ++requests;
@@ -48,6 +50,7 @@ public:
 
     bool serves = true;
     AuthorizationStatus status = AuthorizationStatus::notDetermined;
+    QString turnedOff;                                    ///< where the notifications are turned off
     std::function<void(const LocalNotification &)> onAdd; ///< called within `add`, to inspect the state at that moment
 
     std::vector<LocalNotification> notifications;

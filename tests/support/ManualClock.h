@@ -4,6 +4,7 @@
 #include "platform/WallClock.h"
 
 #include <map>
+#include <tuple>
 
 namespace kelvo {
 
@@ -36,7 +37,8 @@ private:
     {
         std::chrono::milliseconds due;
         unsigned long serial;
-        auto operator<=>(const Key &) const = default;
+        // Not defaulted: older versions of libc++ have no three-way comparison of durations.
+        bool operator<(const Key &other) const { return std::tie(due, serial) < std::tie(other.due, other.serial); }
     };
     class Pending;
 

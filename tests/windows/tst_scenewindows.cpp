@@ -1,3 +1,4 @@
+#include "support/BrokenView.h"
 #include "support/ViewScene.h"
 
 #include "windows/onboarding/OnboardingSceneWindow.h"
@@ -43,10 +44,12 @@ class SceneWindowsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // Ignore the warning about functions that the offscreen platform does not support.
-    void init() { QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support raise)"_s)); }
+    // Ignore the warnings about functions that the offscreen platform does not support.
+    void init() { QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s)); }
 
     void theSettingsOpenAsHighAsTheirContentOrTheScreen();
+    void theSettingsReadThePermissionAgainWhenTheyGetTheFocus();
+    void aViewThatCannotBeLoadedOpensNoWindow();
     void theOnboardingWindowHasAFixedSize();
     void openingTwiceKeepsTheWindow();
     void closingDestroysTheScene();
@@ -80,6 +83,45 @@ void SceneWindowsTest::theSettingsOpenAsHighAsTheirContentOrTheScreen()
     // The size from before the first frame does not change afterwards.
     settle();
     QCOMPARE(qCeil(view->rootObject()->implicitHeight()), content);
+}
+
+void SceneWindowsTest::theSettingsReadThePermissionAgainWhenTheyGetTheFocus()
+{
+    Desktop desktop;
+    desktop.settings.open();
+    auto *view = desktop.settings.view();
+    QVERIFY(QTest::qWaitForWindowActive(view));
+    auto *row = findItem(view->contentItem(), u"channel-thisMac"_s);
+    auto *help = findItem(row, u"help"_s);
+    QVERIFY(!help->isVisible());
+    const int height = view->maximumHeight();
+
+    // The user turns the notifications off in another window and comes back.
+    QWindow elsewhere;
+    elsewhere.show();
+    elsewhere.requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(&elsewhere));
+    desktop.stores.center.turnedOff = u"Settings › Notifications"_s;
+    view->requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(view));
+    QVERIFY(help->isVisible());
+    layOut(view->contentItem());
+    QCOMPARE(view->maximumHeight(), height + qCeil(row->height() - 34));
+    QCOMPARE(view->height(),
+             std::min(view->maximumHeight(), QGuiApplication::primaryScreen()->availableGeometry().height() - 40));
+}
+
+void SceneWindowsTest::aViewThatCannotBeLoadedOpensNoWindow()
+{
+    Desktop desktop;
+    BrokenView broken(desktop.engine, u"OnboardingPage.qml"_s);
+    QTest::ignoreMessage(QtWarningMsg, BrokenView::warning());
+    desktop.onboarding.open();
+    QVERIFY(!desktop.onboarding.isOpen());
+    QVERIFY(!desktop.onboarding.view());
+    desktop.settings.open();
+    QVERIFY(desktop.settings.isOpen());
+    settle();
 }
 
 void SceneWindowsTest::theOnboardingWindowHasAFixedSize()

@@ -114,6 +114,7 @@ private Q_SLOTS:
     void clickingThisMacArmsItAtOnceWithoutASheet();
     void clickingEmailOrWhatsAppDoesNothing();
     void channelRowsShowTheirStates();
+    void theRowOfThisMacTellsWhereNotificationsAreAllowed();
     void showOnboardingAgainRequestsTheOnboarding();
     void everyControlIsReachedByTabInOrder();
     void spaceAndEnterOperateTheRows();
@@ -551,6 +552,41 @@ void SettingsViewTest::channelRowsShowTheirStates()
     QVERIFY(!scene.part(RemoteChannel::thisMac, u"checkmark"_s)->isVisible());
 }
 
+void SettingsViewTest::theRowOfThisMacTellsWhereNotificationsAreAllowed()
+{
+    Scene scene;
+    scene.open();
+    auto *row = scene.channel(RemoteChannel::thisMac);
+    const auto help = [&scene](RemoteChannel channel) { return scene.part(channel, u"help"_s); };
+    QVERIFY(!help(RemoteChannel::thisMac)->isVisible());
+    QCOMPARE(row->height(), 34.0);
+    const qreal lowHeight = scene.root()->implicitHeight();
+
+    scene.stores.center.turnedOff = u"Settings › Notifications"_s;
+    scene.state.refreshNotifications();
+    layOut(scene.root());
+    const auto words = u"Notifications are off. Allow them in Settings\u00a0› Notifications."_s;
+    QVERIFY(help(RemoteChannel::thisMac)->isVisible());
+    QCOMPARE(scene.words(help(RemoteChannel::thisMac)), words);
+    QCOMPARE(scene.text(scene.part(RemoteChannel::thisMac, u"state"_s)), u"Always on"_s);
+    QCOMPARE(accessibleName(row), u"This Mac, Always on"_s);
+    QCOMPARE(accessible(row)->text(QAccessible::Description), u"Alerts go here. "_s + words);
+    QVERIFY(!help(RemoteChannel::slack)->isVisible());
+    QCOMPARE(scene.channel(RemoteChannel::slack)->height(), 34.0);
+    QVERIFY(scene.frame(row).contains(scene.frame(help(RemoteChannel::thisMac))));
+    QVERIFY(row->height() > 34);
+    QCOMPARE(scene.root()->implicitHeight() - lowHeight, row->height() - 34);
+
+    scene.stores.settings.setArmedChannel(RemoteChannel::slack);
+    QCOMPARE(accessible(row)->text(QAccessible::Description), words);
+    scene.stores.center.turnedOff.clear();
+    scene.state.refreshNotifications();
+    layOut(scene.root());
+    QVERIFY(!help(RemoteChannel::thisMac)->isVisible());
+    QCOMPARE(accessible(row)->text(QAccessible::Description), QString());
+    QCOMPARE(scene.root()->implicitHeight(), lowHeight);
+}
+
 void SettingsViewTest::showOnboardingAgainRequestsTheOnboarding()
 {
     Scene scene;
@@ -855,6 +891,11 @@ void SettingsViewTest::statesMatchTheGoldenPictures()
     states.addStates(scene.item(u"outageAlerts"_s));
     states.addStates(scene.item(u"launchAtLogin"_s));
     states.addStates(scene.channel(RemoteChannel::slack));
+    scene.stores.center.turnedOff = u"System Settings › Notifications"_s;
+    scene.state.refreshNotifications();
+    states.addStates(scene.channel(RemoteChannel::thisMac));
+    scene.stores.center.turnedOff.clear();
+    scene.state.refreshNotifications();
     states.addStates(scene.item(u"showOnboarding"_s));
     scene.drag(ServiceID::gemini, scene.slot(1) + QPoint(0, 8));
     states.add(scene.item(u"servicesCard"_s));

@@ -29,7 +29,7 @@ using WindowSystem::PopoverKind;
 QRect panelCorner()
 {
     const auto *screen = QGuiApplication::primaryScreen();
-    return PopoverPlacement::panelCorner(screen->geometry(), WindowSystem::availableGeometry(*screen));
+    return PopoverPlacement::panelCorner(screen->geometry(), WindowSystem::geometryWithoutBars(*screen));
 }
 
 QList<QRect> screens()
@@ -153,7 +153,7 @@ bool PopoverWindow::handleKey(const QKeyEvent &event)
     Q_UNREACHABLE();
 }
 
-void PopoverWindow::load()
+bool PopoverWindow::load()
 {
     view_ = std::make_unique<QQuickView>(&engine_.get(), nullptr);
     kind_ = WindowSystem::popoverKind();
@@ -161,8 +161,10 @@ void PopoverWindow::load()
     view_->setTitle(u"Kelvo"_s);
     view_->setColor(Qt::transparent);
     view_->setResizeMode(QQuickView::SizeViewToRootObject);
-    view_->setInitialProperties({{u"popover"_s, QVariant::fromValue(&state_)}});
-    view_->setSource(QUrl(u"qrc:/qt/qml/Kelvo/menubar/popover/PopoverFrame.qml"_s));
+    if (!engine_.load(*view_, QUrl(u"qrc:/qt/qml/Kelvo/menubar/popover/PopoverFrame.qml"_s),
+                      {{u"popover"_s, QVariant::fromValue(&state_)}})) {
+        return false;
+    }
     view_->installEventFilter(this);
     new WholeFrame(*view_);
 
@@ -171,12 +173,14 @@ void PopoverWindow::load()
     connect(frame_->card(), &QQuickItem::widthChanged, this, &PopoverWindow::place);
     connect(frame_->card(), &QQuickItem::heightChanged, this, &PopoverWindow::place);
     connect(view_.get(), &QWindow::activeChanged, this, &PopoverWindow::closeForLostFocus);
+    return true;
 }
 
 void PopoverWindow::openBeside(const QRect &anchor)
 {
-    if (!view_) {
-        load();
+    if (!view_ && !load()) {
+        view_.reset();
+        return;
     }
     frame_->setTranslucent(isCompositing() && kind_ != PopoverKind::ordinary);
     anchor_ = anchor;

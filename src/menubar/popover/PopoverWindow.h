@@ -52,7 +52,8 @@ private:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
     bool handleKey(const QKeyEvent &event);
-    void load();
+    /// Makes the window. Returns false if its view cannot be loaded; the popover then stays closed.
+    bool load();
     void openBeside(const QRect &anchor);
     void place();
     void fit();

@@ -80,10 +80,11 @@ QVariant iconPicture()
 
 } // namespace
 
-DBusNotificationCenter::DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus,
+DBusNotificationCenter::DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus, const QStringList &desktops,
                                                std::chrono::milliseconds timeout, std::chrono::milliseconds patience)
     : bus_(std::move(sessionBus))
     , server_(bus_, serverName)
+    , settings_(desktops)
     , timeout_(timeout)
     , patience_(patience)
     , hasBus_(bus_->isConnected())

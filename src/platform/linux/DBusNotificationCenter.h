@@ -2,6 +2,7 @@
 
 #include "platform/NotificationCenter.h"
 #include "platform/linux/BusNameOwner.h"
+#include "platform/linux/NotificationSettings.h"
 
 #include <QDeadlineTimer>
 #include <QList>
@@ -27,7 +28,8 @@ public:
     /// bus.
     static constexpr std::chrono::milliseconds serverPatience{60'000};
 
-    explicit DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus,
+    /// `desktops` are the names of the desktop in XDG_CURRENT_DESKTOP.
+    explicit DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus, const QStringList &desktops = {},
                                     std::chrono::milliseconds timeout = DBusNotificationCenter::answerTimeout,
                                     std::chrono::milliseconds patience = DBusNotificationCenter::serverPatience);
 
@@ -35,6 +37,8 @@ public:
     /// Desktops have no permission to ask for: the status is `authorized` when a notification server runs or can be
     /// started by the bus, else `notDetermined`.
     QFuture<AuthorizationStatus> authorizationStatus() override;
+    /// Known on GNOME and Plasma.
+    QFuture<QString> turnedOffIn() override { return settings_.turnedOffIn(); }
     QFuture<void> requestAuthorization() override;
     void add(const LocalNotification &notification) override;
 
@@ -57,6 +61,7 @@ private:
 
     std::shared_ptr<BusConnection> bus_;
     BusNameOwner server_;
+    NotificationSettings settings_;
     std::chrono::milliseconds timeout_;
     std::chrono::milliseconds patience_;
     bool hasBus_; ///< the session has a bus, or had one that may come back

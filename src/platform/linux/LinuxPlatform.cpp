@@ -52,7 +52,7 @@ Platform makePlatform()
         .clock = std::make_unique<TimerfdClock>(),
         .sleepWake = std::make_unique<LogindSleepWake>(BusConnection::system()),
         .networkWatch = std::make_unique<RtnetlinkNetworkWatch>(),
-        .notificationCenter = std::make_unique<DBusNotificationCenter>(session),
+        .notificationCenter = std::make_unique<DBusNotificationCenter>(session, currentDesktops()),
         .loginItem = makeLoginItem(session),
         .preferences = std::make_unique<IniPreferences>(),
         .appearance = std::make_unique<DesktopAppearance>(session, currentDesktops()),
@@ -65,10 +65,11 @@ std::unique_ptr<SingleInstance> makeSingleInstance()
     return std::make_unique<DBusSingleInstance>(BusConnection::session());
 }
 
-QString openLibrary(const QString &fileName)
+QString openLibrary(const QString &name)
 {
     // An absolute path, because Qt would otherwise search directories that other users may be able to write to.
-    const auto path = QCoreApplication::applicationDirPath() + QStringLiteral("/" KELVO_LIBRARY_FOLDER "/") + fileName;
+    const auto path = QCoreApplication::applicationDirPath() + QStringLiteral("/" KELVO_LIBRARY_FOLDER "/") + name
+        + u".so"_s;
     const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
     return file < 0 ? path : QStringLiteral("/proc/self/fd/%1").arg(file);
 }

@@ -102,4 +102,9 @@ QRect availableGeometry(const QScreen &screen)
     return isWaylandSession() && available == all ? all.marginsRemoved({0, panelHeight, 0, 0}) : available;
 }
 
+QRect geometryWithoutBars(const QScreen &screen)
+{
+    return availableGeometry(screen);
+}
+
 } // namespace kelvo::WindowSystem

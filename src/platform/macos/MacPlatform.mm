@@ -16,6 +16,8 @@
 
 namespace kelvo {
 
+using namespace Qt::StringLiterals;
+
 Platform makePlatform()
 {
     // LSUIElement in the bundle does the same. This is for an executable that is started without its bundle; it would
@@ -44,9 +46,9 @@ std::unique_ptr<SingleInstance> makeSingleInstance()
     return std::make_unique<RunningApplicationInstance>();
 }
 
-QString openLibrary(const QString &fileName)
+QString openLibrary(const QString &name)
 {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/../PlugIns/") + fileName;
+    return QCoreApplication::applicationDirPath() + u"/../PlugIns/"_s + name + u".dylib"_s;
 }
 
 } // namespace kelvo

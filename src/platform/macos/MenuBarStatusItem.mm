@@ -91,11 +91,13 @@ public:
 
     NSStatusBarButton *button() const { return item_.button; }
 
-    /// The frame of the button on the screen, in Qt's coordinates. Empty while the bar hides the item.
+    /// The frame of the button on the screen, in Qt's coordinates. Empty while the bar has not placed the item yet or has no
+    /// room for it; its window is then outside of all screens.
     QRect geometry() const
     {
         NSWindow *window = button().window;
-        return window ? toQt([window convertRectToScreen:[button() convertRect:button().bounds toView:nil]]) : QRect();
+        return window.screen ? toQt([window convertRectToScreen:[button() convertRect:button().bounds toView:nil]])
+                             : QRect();
     }
 
     /// Opens the menu as the bar would. The bar would open it at every click if it were the menu of the item for good.

@@ -17,6 +17,7 @@ public:
 
     bool canServeThisProcess() const override;
     QFuture<AuthorizationStatus> authorizationStatus() override;
+    QFuture<QString> turnedOffIn() override;
     QFuture<void> requestAuthorization() override;
     void add(const LocalNotification &notification) override;
 

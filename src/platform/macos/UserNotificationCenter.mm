@@ -48,6 +48,8 @@
 
 namespace kelvo {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 AuthorizationStatus fromSystem(UNAuthorizationStatus status)
@@ -114,6 +116,13 @@ QFuture<AuthorizationStatus> UserNotificationCenter::authorizationStatus()
     };
     [UNUserNotificationCenter.currentNotificationCenter getNotificationSettingsWithCompletionHandler:answered];
     return promise->future();
+}
+
+QFuture<QString> UserNotificationCenter::turnedOffIn()
+{
+    return authorizationStatus().then([](AuthorizationStatus status) {
+        return status == AuthorizationStatus::denied ? u"System Settings › Notifications"_s : QString();
+    });
 }
 
 QFuture<void> UserNotificationCenter::requestAuthorization()

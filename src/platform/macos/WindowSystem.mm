@@ -28,4 +28,12 @@ QRect availableGeometry(const QScreen &screen)
     return screen.availableGeometry();
 }
 
+// The Dock is often thicker than the menu bar, but never contains the ring.
+QRect geometryWithoutBars(const QScreen &screen)
+{
+    auto rectangle = screen.geometry();
+    rectangle.setTop(screen.availableGeometry().top());
+    return rectangle;
+}
+
 } // namespace kelvo::WindowSystem

@@ -21,9 +21,9 @@ OnboardingSceneWindow::OnboardingSceneWindow(SettingsStore &settings, NotifierSt
 
 OnboardingSceneWindow::~OnboardingSceneWindow() = default;
 
-QVariantMap OnboardingSceneWindow::makeState(QObject *owner)
+QVariantMap OnboardingSceneWindow::makeState(QQuickView &view)
 {
-    auto *state = new OnboardingState(settings_, notifier_, owner);
+    auto *state = new OnboardingState(settings_, notifier_, &view);
     connect(state, &OnboardingState::finished, this, &SceneWindow::close);
     return {{u"onboarding"_s, QVariant::fromValue(state)}};
 }

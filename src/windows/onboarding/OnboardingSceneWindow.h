@@ -17,7 +17,7 @@ public:
     ~OnboardingSceneWindow() override;
 
 private:
-    QVariantMap makeState(QObject *owner) override;
+    QVariantMap makeState(QQuickView &view) override;
     void setSizes(QQuickView &view) const override;
 
     SettingsStore &settings_;

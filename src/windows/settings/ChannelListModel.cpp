@@ -2,11 +2,31 @@
 
 namespace kelvo {
 
+using namespace Qt::StringLiterals;
+
 ChannelListModel::ChannelListModel(const SettingsStore &settings)
     : settings_(settings)
 {
     connect(&settings, &SettingsStore::objectDidChange, this,
             [this] { Q_EMIT dataChanged(index(0), index(rowCount() - 1), {stateRole, isArmedRole}); });
+}
+
+void ChannelListModel::setNotificationsTurnedOffIn(const QString &place)
+{
+    if (place != notificationsTurnedOffIn_) {
+        notificationsTurnedOffIn_ = place;
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {helpRole});
+    }
+}
+
+QString ChannelListModel::help(RemoteChannel channel) const
+{
+    if (channel != RemoteChannel::thisMac || notificationsTurnedOffIn_.isEmpty()) {
+        return {};
+    }
+    // A line does not begin with the arrow.
+    auto place = notificationsTurnedOffIn_;
+    return u"Notifications are off. Allow them in %1."_s.arg(place.replace(u" ›"_s, u"\u00a0›"_s));
 }
 
 int ChannelListModel::rowCount(const QModelIndex &parent) const
@@ -24,6 +44,7 @@ QVariant ChannelListModel::data(const QModelIndex &index, int role) const
     case channelRole: return rawValue(channel);
     case titleRole: return displayTitle(channel);
     case stateRole: return settings_.stateText(channel);
+    case helpRole: return help(channel);
     case isArmedRole: return channel == settings_.armedChannel();
     case isSelectableRole: return channel != RemoteChannel::email && channel != RemoteChannel::whatsapp;
     default: return {};
@@ -33,8 +54,8 @@ QVariant ChannelListModel::data(const QModelIndex &index, int role) const
 QHash<int, QByteArray> ChannelListModel::roleNames() const
 {
     return {
-        {channelRole, "channel"},           {titleRole, "title"}, {stateRole, "stateText"}, {isArmedRole, "isArmed"},
-        {isSelectableRole, "isSelectable"},
+        {channelRole, "channel"}, {titleRole, "title"},     {stateRole, "stateText"},
+        {helpRole, "help"},       {isArmedRole, "isArmed"}, {isSelectableRole, "isSelectable"},
     };
 }
 

@@ -9,24 +9,35 @@ PlainButton {
     /// May be empty.
     required property string stateText
     required property bool isArmed
+    /// What the user should know about the channel; may be empty.
+    required property string help
 
-    Accessible.description: isArmed ? "Alerts go here" : ""
+    Accessible.description: (isArmed ? "Alerts go here" : "") + (isArmed && help !== "" ? ". " : "") + help
     Accessible.name: stateText === "" ? title : title + ", " + stateText
     hoverEnabled: true
     text: title
 
     background: CardRow {
         button: row
-        implicitHeight: Tokens.rowHeight
+        implicitHeight: row.help === "" ? Tokens.rowHeight : helpText.y + helpText.height + 9
     }
 
     Item {
         anchors.fill: parent
 
+        // The first line.
+        Item {
+            id: line
+
+            height: Tokens.rowHeight
+            width: parent.width
+        }
         Label {
+            id: titleText
+
             anchors.left: parent.left
             anchors.leftMargin: Tokens.rowPadding
-            anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenter: line.verticalCenter
             color: row.enabled ? Tokens.labelPrimary : Tokens.labelTertiary
             font: Tokens.row
             objectName: "title"
@@ -35,7 +46,7 @@ PlainButton {
         Label {
             anchors.right: checkmark.left
             anchors.rightMargin: 10
-            anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenter: line.verticalCenter
             color: row.enabled ? Tokens.labelSecondary : Tokens.labelTertiary
             font: Tokens.metadata
             objectName: "state"
@@ -46,7 +57,7 @@ PlainButton {
 
             anchors.right: parent.right
             anchors.rightMargin: Tokens.rowPadding
-            anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenter: line.verticalCenter
             color: Tokens.action
             height: 12
             lineWidth: 2
@@ -54,6 +65,22 @@ PlainButton {
             shape: LineSymbol.Check
             visible: row.isArmed
             width: 12
+        }
+        Prose {
+            id: helpText
+
+            Accessible.ignored: true
+            anchors.left: parent.left
+            anchors.leftMargin: Tokens.rowPadding
+            anchors.right: parent.right
+            anchors.rightMargin: Tokens.rowPadding
+            anchors.top: titleText.bottom
+            anchors.topMargin: 1
+            color: Tokens.labelSecondary
+            font: Tokens.footnote
+            objectName: "help"
+            visible: row.help !== ""
+            words: row.help
         }
     }
 }

@@ -16,6 +16,19 @@ namespace {
 /// The approximate height of the title bar. The real height is not known before the window is shown.
 constexpr int titleBarHeight = 40;
 
+/// The greatest height of the window on its screen.
+int room(const QQuickView &view)
+{
+    return WindowSystem::availableGeometry(*view.screen()).height() - titleBarHeight;
+}
+
+void setLimits(QQuickView &view)
+{
+    const int contentHeight = static_cast<int>(std::ceil(view.rootObject()->implicitHeight()));
+    view.setMinimumSize({Tokens::settingsWidth, std::min(Tokens::settingsLeastHeight, room(view))});
+    view.setMaximumSize({Tokens::settingsWidth, contentHeight});
+}
+
 } // namespace
 
 SettingsSceneWindow::SettingsSceneWindow(SettingsStore &settings, NotifierStore &notifier, ViewEngine &engine,
@@ -29,20 +42,29 @@ SettingsSceneWindow::SettingsSceneWindow(SettingsStore &settings, NotifierStore 
 
 SettingsSceneWindow::~SettingsSceneWindow() = default;
 
-QVariantMap SettingsSceneWindow::makeState(QObject *owner)
+QVariantMap SettingsSceneWindow::makeState(QQuickView &view)
 {
-    auto *state = new SettingsState(settings_, notifier_, owner);
+    auto *state = new SettingsState(settings_, notifier_, &view);
     connect(state, &SettingsState::onboardingRequested, this, &SettingsSceneWindow::onboardingRequested);
+    // The user may come back from the settings of the system.
+    connect(&view, &QWindow::activeChanged, state, [&view, state] {
+        if (view.isActive()) {
+            state->refreshNotifications();
+        }
+    });
     return {{u"settings"_s, QVariant::fromValue(state)}};
 }
 
 void SettingsSceneWindow::setSizes(QQuickView &view) const
 {
-    const int contentHeight = static_cast<int>(std::ceil(view.rootObject()->implicitHeight()));
-    const int room = WindowSystem::availableGeometry(*view.screen()).height() - titleBarHeight;
-    view.setMinimumSize({Tokens::settingsWidth, std::min(Tokens::settingsLeastHeight, room)});
-    view.setMaximumSize({Tokens::settingsWidth, contentHeight});
-    view.resize(Tokens::settingsWidth, std::min(contentHeight, room));
+    setLimits(view);
+    view.resize(Tokens::settingsWidth, std::min(view.maximumHeight(), room(view)));
+    // A note on a row appears or disappears.
+    connect(view.rootObject(), &QQuickItem::implicitHeightChanged, &view, [&view] {
+        const bool showsAll = view.height() == view.maximumHeight();
+        setLimits(view);
+        view.resize(Tokens::settingsWidth, std::min(showsAll ? room(view) : view.height(), view.maximumHeight()));
+    });
 }
 
 } // namespace kelvo

@@ -21,7 +21,7 @@ Q_SIGNALS:
     void onboardingRequested();
 
 private:
-    QVariantMap makeState(QObject *owner) override;
+    QVariantMap makeState(QQuickView &view) override;
     void setSizes(QQuickView &view) const override;
 
     SettingsStore &settings_;

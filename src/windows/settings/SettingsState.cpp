@@ -1,5 +1,7 @@
 #include "windows/settings/SettingsState.h"
 
+#include "WhileAlive.h"
+
 #include <algorithm>
 
 namespace kelvo {
@@ -11,7 +13,9 @@ SettingsState::SettingsState(SettingsStore &settings, NotifierStore &notifier, Q
     , channels_(settings)
 {
     connect(&settings, &SettingsStore::objectDidChange, this, &SettingsState::refresh);
+    connect(&notifier, &NotifierStore::authorizationStatusChanged, this, &SettingsState::refreshNotifications);
     refresh();
+    refreshNotifications();
 }
 
 SettingsState::~SettingsState() = default;
@@ -78,6 +82,12 @@ void SettingsState::tapChannel(const QString &channel)
     case RemoteChannel::telegram: present(std::make_unique<ChannelSheetState>(*tapped, settings_, notifier_)); return;
     }
     Q_UNREACHABLE();
+}
+
+void SettingsState::refreshNotifications()
+{
+    notifier_.notificationsTurnedOffIn().then(
+        whileAlive(this, [this](const QString &place) { channels_.setNotificationsTurnedOffIn(place); }));
 }
 
 void SettingsState::refresh()

@@ -60,6 +60,8 @@ public:
     /// Handles a click on a channel, given by its raw value: arms this computer, or opens the sheet of Slack or Telegram.
     Q_INVOKABLE void tapChannel(const QString &channel);
     Q_INVOKABLE void dismissSheet() { present(nullptr); }
+    /// Reads again whether the system hides the notifications. Call this when the user may have changed it.
+    void refreshNotifications();
     Q_INVOKABLE void showOnboarding() { Q_EMIT onboardingRequested(); }
 
 Q_SIGNALS:
