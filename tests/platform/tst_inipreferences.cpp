@@ -161,6 +161,7 @@ private Q_SLOTS:
         row("k=@Invalid()", std::nullopt);
         row("k=@ByteArray(true)", std::nullopt);
         row("other=true", std::nullopt);
+        row("=true", std::nullopt);
     }
 
     void aBooleanIsRead()
@@ -490,6 +491,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("an open quote") << "[General]\na=1\nb=\"2\n"_ba;
         QTest::newRow("a continued line") << "[General]\na=1\nb=2\\\n3\n"_ba;
+        QTest::newRow("carriage returns between lines") << "[General]\ra=1\r[other]\rb=2\r"_ba;
         QTest::newRow("binary") << QByteArray("[General]\na=1\n\0\"\1\2=\3\n", 22);
     }
 

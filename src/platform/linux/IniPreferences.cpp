@@ -64,13 +64,15 @@ bool replace(const QString &path, const QByteArray &bytes)
     return file.commit();
 }
 
-/// Whether no setting extends over more than one line: no line ends within quotes or with a backslash.
+/// Whether each line is one line to QSettings too: no line ends within quotes or with a backslash, and none contains a
+/// carriage return.
 bool haveSoundEnds(const QByteArrayList &lines)
 {
     static const QRegularExpression sound(uR"re(^(?:[^;"\\]++|\\.|"(?:[^"\\]++|\\.)*+")*+(?:;.*)?$)re"_s,
                                           QRegularExpression::DotMatchesEverythingOption);
     return std::all_of(lines.begin(), lines.end(), [](const QByteArray &line) {
-        return sound.match(QString::fromLatin1(line).trimmed()).hasMatch();
+        const QString text = QString::fromLatin1(line).trimmed();
+        return !text.contains(u'\r') && sound.match(text).hasMatch();
     });
 }
 
@@ -180,8 +182,9 @@ IniPreferences::IniPreferences(const QString &path)
     if (!read(path))
         return;
     const QSettings file(path, QSettings::IniFormat);
-    const QStringList keys = file.childKeys();
-    for (const QString &key : keys) {
+    QStringList keys = file.childKeys();
+    keys.removeAll(QString()); // of a line that starts with an equals sign
+    for (const QString &key : std::as_const(keys)) {
         if (const QVariant value = file.value(key); isOfOurs(value))
             values_.insert(key, value);
     }
