@@ -491,6 +491,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("an open quote") << "[General]\na=1\nb=\"2\n"_ba;
         QTest::newRow("a continued line") << "[General]\na=1\nb=2\\\n3\n"_ba;
+        QTest::newRow("a key with an equals sign") << "[General]\na=1\nc%3D=3\nb=\"2\n"_ba;
         QTest::newRow("carriage returns between lines") << "[General]\ra=1\r[other]\rb=2\r"_ba;
         QTest::newRow("binary") << QByteArray("[General]\na=1\n\0\"\1\2=\3\n", 22);
     }

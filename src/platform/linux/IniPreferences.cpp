@@ -182,9 +182,10 @@ IniPreferences::IniPreferences(const QString &path)
     if (!read(path))
         return;
     const QSettings file(path, QSettings::IniFormat);
-    QStringList keys = file.childKeys();
-    keys.removeAll(QString()); // of a line that starts with an equals sign
-    for (const QString &key : std::as_const(keys)) {
+    // Keys with other characters are not of this program, and could not be written as they are.
+    static const QRegularExpression plain(uR"(\A[A-Za-z0-9]+\z)"_s);
+    const QStringList keys = file.childKeys().filter(plain);
+    for (const QString &key : keys) {
         if (const QVariant value = file.value(key); isOfOurs(value))
             values_.insert(key, value);
     }
