@@ -2,12 +2,25 @@
 #include "platform/linux/BusNameOwner.h"
 #include "support/PrivateBus.h"
 
+#include <QDBusMessage>
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
+
+/// Counts the signals that arrive.
+class Ear : public QObject
+{
+    Q_OBJECT
+
+public:
+    int heard = 0;
+
+public Q_SLOTS:
+    void hear() { ++heard; }
+};
 
 class BusConnectionTest : public QObject
 {
@@ -20,6 +33,7 @@ private Q_SLOTS:
     void doesNothingWithoutAnAddress();
     void followsTheOwnerOfAName();
     void followsTheOwnerOfANameAcrossARestartOfTheBus();
+    void hearsTheSignalsOfTheCurrentOwnerOnly();
 };
 
 void BusConnectionTest::connectsAtOnceToARunningBus()
@@ -105,6 +119,39 @@ void BusConnectionTest::followsTheOwnerOfANameAcrossARestartOfTheBus()
     service = std::make_unique<BusService>(daemon, u"org.example.Service"_s, u"/"_s, this,
                                            QDBusConnection::ExportScriptableSlots);
     QTRY_VERIFY(name.isOwned());
+}
+
+void BusConnectionTest::hearsTheSignalsOfTheCurrentOwnerOnly()
+{
+    PrivateBus daemon;
+    daemon.start();
+    const auto bus = std::make_shared<BusConnection>(daemon.address());
+    const auto serve = [&] {
+        return std::make_unique<BusService>(daemon, u"org.example.Service"_s, u"/"_s, this,
+                                            QDBusConnection::ExportScriptableSlots);
+    };
+    const auto signal = QDBusMessage::createSignal(u"/"_s, u"org.example.Service"_s, u"Happened"_s);
+    Ear early;
+    Ear late;
+    BusNameOwner name(bus, u"org.example.Service"_s);
+    name.listen(u"/"_s, u"org.example.Service"_s, u"Happened"_s, &early, SLOT(hear()));
+    auto first = serve();
+    QTRY_VERIFY(name.isOwned());
+    // The name has an owner already.
+    name.listen(u"/"_s, u"org.example.Service"_s, u"Happened"_s, &late, SLOT(hear()));
+    auto stranger = daemon.connect();
+    stranger.send(signal);
+    first->connection().send(signal);
+    QTRY_COMPARE(late.heard, 1);
+    QCOMPARE(early.heard, 1);
+
+    first.reset();
+    QTRY_VERIFY(!name.isOwned());
+    const auto second = serve();
+    QTRY_VERIFY(name.isOwned());
+    second->connection().send(signal);
+    QTRY_COMPARE(late.heard, 2);
+    QCOMPARE(early.heard, 2);
 }
 
 } // namespace kelvo
