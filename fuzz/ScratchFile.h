@@ -21,7 +21,8 @@ public:
         , path_(folder_ + QLatin1Char('/') + name)
     {
         QFile file(path_);
-        if (!QDir().mkpath(QFileInfo(path_).path()) || !file.open(QIODevice::WriteOnly)
+        if (!QDir().mkpath(QFileInfo(path_).path())
+            || !file.open(QIODevice::WriteOnly, QFile::ReadOwner | QFile::WriteOwner)
             || file.write(bytes.data(), bytes.size()) != bytes.size()) {
             throw std::runtime_error("no scratch file");
         }

@@ -6,4 +6,7 @@ namespace kelvo {
 /// that works for a moment and then sleeps for minutes. Call it before the first thread is started.
 void keepProcessMemorySmall();
 
+/// Keeps the memory of the process, which holds the user's secrets, out of core files. Call it before secrets are read.
+void keepProcessMemoryPrivate();
+
 } // namespace kelvo

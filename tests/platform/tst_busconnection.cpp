@@ -2,24 +2,26 @@
 #include "platform/linux/BusNameOwner.h"
 #include "support/PrivateBus.h"
 
-#include <QDBusMessage>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
 
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
 
-/// Counts the signals that arrive.
-class Ear : public QObject
+/// Records what its slots are called with.
+class Listener : public QObject
 {
     Q_OBJECT
 
 public:
-    int heard = 0;
+    QVariantList heard;
 
 public Q_SLOTS:
-    void hear() { ++heard; }
+    void onNumber(int number) { heard.append(number); }
+    void onNothing() { heard.append(u"nothing"_s); }
+    void onMessage(const QDBusMessage &signal) { heard.append(signal.member()); }
 };
 
 class BusConnectionTest : public QObject
@@ -33,7 +35,8 @@ private Q_SLOTS:
     void doesNothingWithoutAnAddress();
     void followsTheOwnerOfAName();
     void followsTheOwnerOfANameAcrossARestartOfTheBus();
-    void hearsTheSignalsOfTheCurrentOwnerOnly();
+    void survivesABusThatDiesWhenANameAppears();
+    void hearsTheSignalsOfTheOwnerOnly();
 };
 
 void BusConnectionTest::connectsAtOnceToARunningBus()
@@ -121,37 +124,74 @@ void BusConnectionTest::followsTheOwnerOfANameAcrossARestartOfTheBus()
     QTRY_VERIFY(name.isOwned());
 }
 
-void BusConnectionTest::hearsTheSignalsOfTheCurrentOwnerOnly()
+// The bus dies after it has announced the owner of the name, and before the program has heard of either.
+void BusConnectionTest::survivesABusThatDiesWhenANameAppears()
 {
     PrivateBus daemon;
     daemon.start();
     const auto bus = std::make_shared<BusConnection>(daemon.address());
-    const auto serve = [&] {
-        return std::make_unique<BusService>(daemon, u"org.example.Service"_s, u"/"_s, this,
-                                            QDBusConnection::ExportScriptableSlots);
-    };
-    const auto signal = QDBusMessage::createSignal(u"/"_s, u"org.example.Service"_s, u"Happened"_s);
-    Ear early;
-    Ear late;
     BusNameOwner name(bus, u"org.example.Service"_s);
-    name.listen(u"/"_s, u"org.example.Service"_s, u"Happened"_s, &early, SLOT(hear()));
-    auto first = serve();
-    QTRY_VERIFY(name.isOwned());
-    // The name has an owner already.
-    name.listen(u"/"_s, u"org.example.Service"_s, u"Happened"_s, &late, SLOT(hear()));
-    auto stranger = daemon.connect();
-    stranger.send(signal);
-    first->connection().send(signal);
-    QTRY_COMPARE(late.heard, 1);
-    QCOMPARE(early.heard, 1);
+    const QSignalSpy changed(&name, &BusNameOwner::changed);
+    Listener listener;
+    name.listen(u"/"_s, u"org.example"_s, u"Number"_s, &listener, SLOT(onNumber(int)));
+    // The answer of the bus means that it has received what was sent before.
+    auto connection = bus->connection();
+    connection.call(
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s, u"GetId"_s));
+    {
+        const BusService service(daemon, u"org.example.Service"_s, u"/"_s, this,
+                                 QDBusConnection::ExportScriptableSlots);
+        connection.call(
+            QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s, u"GetId"_s));
+        daemon.kill();
+    }
+    while (connection.isConnected()) {
+        QThread::yieldCurrentThread();
+    }
+    QTRY_COMPARE(changed.count(), 2);
+    QVERIFY(!name.isOwned());
+    QVERIFY(!bus->isConnected());
+}
 
-    first.reset();
-    QTRY_VERIFY(!name.isOwned());
-    const auto second = serve();
+void BusConnectionTest::hearsTheSignalsOfTheOwnerOnly()
+{
+    PrivateBus daemon;
+    daemon.start();
+    const auto bus = std::make_shared<BusConnection>(daemon.address());
+    BusNameOwner name(bus, u"org.example.Service"_s);
+    Listener listener;
+    const auto path = u"/org/example"_s;
+    const auto interface = u"org.example"_s;
+    const auto signal = [&](const QString &member, const QVariantList &arguments, const QString &from = {}) {
+        auto message = QDBusMessage::createSignal(from.isEmpty() ? path : from, interface, member);
+        message.setArguments(arguments);
+        return message;
+    };
+    name.listen(path, interface, u"Number"_s, &listener, SLOT(onNumber(int)));
+    name.listen(path, interface, u"Event"_s, &listener, SLOT(onNothing()));
+
+    BusService service(daemon, u"org.example.Service"_s, path, this, QDBusConnection::ExportScriptableSlots);
     QTRY_VERIFY(name.isOwned());
-    second->connection().send(signal);
-    QTRY_COMPARE(late.heard, 2);
-    QCOMPARE(early.heard, 2);
+    name.listen(path, interface, u"Anything"_s, &listener, SLOT(onMessage(QDBusMessage)));
+    auto other = daemon.connect();
+    other.send(signal(u"Number"_s, {1}));
+    auto impostor = QDBusMessage::createSignal(u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
+                                               u"NameOwnerChanged"_s);
+    impostor.setArguments({u"org.example.Service"_s, name.owner(), other.baseService()});
+    other.send(impostor);
+    QVERIFY(other
+                .call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s,
+                                                     u"GetId"_s))
+                .type()
+            == QDBusMessage::ReplyMessage);
+    service.connection().send(signal(u"Number"_s, {u"of another type"_s}));
+    service.connection().send(signal(u"Number"_s, {}));
+    service.connection().send(signal(u"Number"_s, {2}, u"/elsewhere"_s));
+    service.connection().send(signal(u"Number"_s, {3, u"and more"_s}));
+    service.connection().send(signal(u"Event"_s, {4}));
+    service.connection().send(signal(u"Anything"_s, {5}));
+    QTRY_COMPARE(listener.heard, (QVariantList{3, u"nothing"_s, u"Anything"_s}));
+    QDBusConnection::disconnectFromBus(other.name());
 }
 
 } // namespace kelvo
