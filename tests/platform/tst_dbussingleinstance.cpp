@@ -49,6 +49,7 @@ private Q_SLOTS:
     void handsOverToTheRunningInstance();
     void implementsTheApplicationInterface();
     void releasesTheNameForTheNextStart();
+    void releasesTheNameWhenItsConnectionGoesOn();
     void passesTheActivationTokenOn_data();
     void passesTheActivationTokenOn();
     void reportsAnInstanceThatDoesNotAnswer();
@@ -139,6 +140,17 @@ void DBusSingleInstanceTest::releasesTheNameForTheNextStart()
     auto first = instance();
     QCOMPARE(first->acquire(), Outcome::acquired);
     first.reset();
+    QCOMPARE(instance()->acquire(), Outcome::acquired);
+}
+
+void DBusSingleInstanceTest::releasesTheNameWhenItsConnectionGoesOn()
+{
+    daemon_->start();
+    const auto bus = std::make_shared<BusConnection>(daemon_->address());
+    auto first = std::make_unique<DBusSingleInstance>(bus);
+    QCOMPARE(first->acquire(), Outcome::acquired);
+    first.reset();
+    QVERIFY(bus->isConnected());
     QCOMPARE(instance()->acquire(), Outcome::acquired);
 }
 

@@ -292,12 +292,15 @@ void DesktopAppearanceTest::knowsTheDefaultPanelsOfTheDesktops_data()
     };
     row("ubuntu:GNOME", true, true);
     row("GNOME-Classic:GNOME", false, false);
-    row("X-Cinnamon", true, true);
-    row("sway", true, true);
-    row("KDE", false, true);
-    row("LXQt", false, true);
-    row("MATE", false, true);
-    row("unheard of", false, true);
+    // A later name does not count, so each desktop whose panel is like the windows is followed by one whose panel is not.
+    for (const char *dark : {"GNOME", "Unity", "Budgie", "Pantheon", "X-Cinnamon", "Cinnamon", "sway", "Hyprland",
+                             "river", "niri", "wlroots"}) {
+        row(dark, true, true);
+    }
+    for (const char *asWindows : {"KDE:GNOME", "XFCE:GNOME", "LXQt:GNOME", "MATE:GNOME", "unheard of"}) {
+        row(asWindows, false, true);
+    }
+    row("unheard of:sway", true, true);
 }
 
 void DesktopAppearanceTest::knowsTheDefaultPanelsOfTheDesktops()

@@ -172,6 +172,7 @@ private Q_SLOTS:
         row("k=@Invalid()", std::nullopt);
         row("k=@ByteArray(true)", std::nullopt);
         row("other=true", std::nullopt);
+        row("=true", std::nullopt);
     }
 
     void aBooleanIsRead()

@@ -1,11 +1,16 @@
+#include "platform/Compositing.h"
+#include "platform/NativeWindow.h"
 #include "platform/Platform.h"
+#include "platform/PressWatch.h"
 #include "platform/SingleInstance.h"
 #include "support/PrivateBus.h"
 
 #include <QDBusConnectionInterface>
+#include <QMargins>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -19,6 +24,7 @@ private Q_SLOTS:
     void init();
     void isCompleteAndPrintsNothingWithoutABus();
     void usesOneConnectionToEachBus();
+    void asksNothingOfAnXServerThatIsNotThere();
 
 private:
     QTemporaryDir home_;
@@ -62,6 +68,21 @@ void LinuxPlatformTest::usesOneConnectionToEachBus()
         const auto names = observer.interface()->registeredServiceNames().value();
         QCOMPARE(names.filter(QRegularExpression(u"^:"_s)).size(), 2); // the observer and the program
     }
+}
+
+void LinuxPlatformTest::asksNothingOfAnXServerThatIsNotThere()
+{
+    PressWatch watch;
+    watch.start();
+    watch.stop();
+    QVERIFY(isCompositing());
+    QWindow window;
+    window.show();
+    NativeWindow::makePopover(window);
+    NativeWindow::setDrawnShadow(window, QMargins(1, 2, 3, 4));
+    NativeWindow::setDrawnShadow(window, QMargins());
+    NativeWindow::bringToThisWorkspace(window);
+    QVERIFY(window.isVisible());
 }
 
 } // namespace kelvo

@@ -1,4 +1,5 @@
 #include "platform/linux/ClickFilter.h"
+#include "platform/linux/StatusNotifierItem.h"
 #include "platform/linux/StatusNotifierMenu.h"
 #include "support/FakeStatusNotifierWatcher.h"
 #include "support/FakeXEmbedTray.h"
@@ -40,6 +41,7 @@ private Q_SLOTS:
     void reportsAClick();
     void reportsAChosenMenuEntry();
     void separatorsAndDisabledEntriesAreMarked();
+    void theItemDescribesItselfAndTellsEachChange();
     void showsWhatWasSetBeforeItWasShown();
     void showsWhatWasSetAfterItWasShown();
     void embedsWithoutABus();
@@ -341,6 +343,40 @@ void TrayStatusItemTest::separatorsAndDisabledEntriesAreMarked()
     QCOMPARE(updates.size(), 2);
     QVERIFY(onBus.GetLayout(0, 0, {}, layout) > revision);
     QVERIFY(layout.children.isEmpty());
+}
+
+void TrayStatusItemTest::theItemDescribesItselfAndTellsEachChange()
+{
+    StatusNotifierItem item(QDBusConnection(u"none"_s));
+    const QSignalSpy newIcon(&item, &StatusNotifierItem::NewIcon);
+    const QSignalSpy newTitle(&item, &StatusNotifierItem::NewTitle);
+    const QSignalSpy newToolTip(&item, &StatusNotifierItem::NewToolTip);
+    QCOMPARE(item.category(), u"ApplicationStatus"_s);
+    QCOMPARE(item.status(), u"Active"_s);
+    QCOMPARE(item.id(), QGuiApplication::applicationName());
+    QCOMPARE(item.menuPath().path(), u"/MenuBar"_s);
+    QVERIFY(item.pixmaps().isEmpty());
+    QCOMPARE(item.title(), QString());
+
+    QPixmap picture(64, 64);
+    picture.fill(QColor(0x12, 0x34, 0x56));
+    item.setIcon(picture);
+    QCOMPARE(newIcon.size(), 1);
+    QList<int> sizes;
+    const auto pixmaps = item.pixmaps();
+    for (const auto &pixmap : pixmaps) {
+        sizes.append(pixmap.width);
+        QCOMPARE(pixmap.height, pixmap.width);
+        QCOMPARE(pixmap.argb, QByteArray("\xff\x12\x34\x56").repeated(pixmap.width * pixmap.height));
+    }
+    QCOMPARE(sizes, (QList<int>{16, 22, 24, 32, 44, 48, 64}));
+
+    item.setToolTip(u"Claude"_s);
+    QCOMPARE(newTitle.size(), 1);
+    QCOMPARE(newToolTip.size(), 1);
+    QCOMPARE(item.title(), item.id());
+    QCOMPARE(item.toolTip().title, u"Claude"_s);
+    QCOMPARE(newIcon.size(), 1);
 }
 
 void TrayStatusItemTest::showsWhatWasSetBeforeItWasShown()

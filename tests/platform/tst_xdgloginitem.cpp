@@ -161,6 +161,7 @@ private Q_SLOTS:
         row("a file that is no program", "[Desktop Entry]\nType=Application\nExec=@.txt\n", false);
         row("a directory", "[Desktop Entry]\nType=Application\nExec=/usr/bin\n", false);
         row("no program", "[Desktop Entry]\nType=Application\n", false);
+        QTest::newRow("a zero byte in the program") << "[Desktop Entry]\nType=Application\nExec=@\0\n"_ba << false;
         row("an open quote and an escape at the end", "[Desktop Entry]\nType=Application\nExec=\"@\\\n", false);
     }
 

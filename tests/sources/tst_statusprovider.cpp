@@ -56,8 +56,7 @@ struct World
     }
     StatusReading check(const Service &service)
     {
-        const auto *source = std::get_if<StatuspageSource>(&service.source);
-        return source ? page(source->components, source->base) : gemini();
+        return wait(provider.read(service), {ServiceHealth::unknown, u"(never answered)"_s});
     }
     /// Waits for the result of a probe. Returns nullopt when it does not finish.
     std::optional<bool> probe(ServiceID id = ServiceID::claude)

@@ -273,8 +273,9 @@ IniPreferences::IniPreferences(const QString &path)
     if (isOpenToOthers(path))
         qCWarning(logSettings).noquote() << "Other users can read the settings in" << path;
     const QSettings file(path, QSettings::IniFormat);
-    const QStringList keys = file.childKeys();
-    for (const QString &key : keys) {
+    QStringList keys = file.childKeys();
+    keys.removeAll(QString()); // of a line that starts with an equals sign
+    for (const QString &key : std::as_const(keys)) {
         if (const QVariant value = file.value(key); isOfOurs(key, value))
             values_.insert(key, value);
     }

@@ -82,7 +82,7 @@ QString programOf(const QByteArray &exec)
 
 bool isExecutable(const QString &program)
 {
-    if (program.isEmpty()) {
+    if (program.isEmpty() || program.contains(QChar::Null)) {
         return false;
     }
     const QFileInfo file(program);
