@@ -16,7 +16,9 @@ PlainButton {
     text: title
 
     background: CardRow {
-        button: row
+        down: row.down
+        focused: row.visualFocus
+        hovered: row.hovered
         implicitHeight: Tokens.rowHeight
     }
 
