@@ -53,6 +53,9 @@ void SceneWindow::open()
     } else {
         load();
     }
+    if (!view_) {
+        return; // Qt has printed why
+    }
     view_->show();
     NativeWindow::activate(*view_);
 }
@@ -129,6 +132,10 @@ void SceneWindow::load()
     }
     view_->setInitialProperties(makeState(view_.get()));
     view_->setSource(source_);
+    if (!view_->rootObject()) {
+        view_.reset();
+        return;
+    }
     layOut(*view_->rootObject());
     setSizes(*view_);
     view_->installEventFilter(this);
