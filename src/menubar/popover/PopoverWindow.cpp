@@ -125,6 +125,15 @@ void PopoverWindow::close()
     }
     view_->hide();
     state_.close();
+    Q_EMIT closed();
+}
+
+void PopoverWindow::unload()
+{
+    if (!isOpen()) {
+        frame_ = nullptr;
+        view_.reset();
+    }
 }
 
 bool PopoverWindow::eventFilter(QObject *watched, QEvent *event)

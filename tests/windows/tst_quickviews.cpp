@@ -1,0 +1,155 @@
+#include "support/FakeAppearance.h"
+#include "support/Stores.h"
+
+#include "platform/Platform.h"
+#include "windows/QuickViews.h"
+
+#include <QGuiApplication>
+#include <QPointer>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace kelvo {
+
+namespace {
+
+/// The views of a program that is at rest: no monitor is running.
+struct Desktop
+{
+    Desktop()
+    {
+        auto manual = std::make_unique<ManualClock>();
+        clock = manual.get();
+        platform.clock = std::move(manual);
+        platform.appearance = std::make_unique<FakeAppearance>();
+        views = std::make_unique<QuickViews>(stores.store, stores.settings, stores.notifier, platform);
+    }
+
+    /// The window with this title; null if it is not loaded.
+    static QQuickView *loaded(const QString &title)
+    {
+        for (auto *window : QGuiApplication::allWindows()) {
+            if (window->title() == title) {
+                return qobject_cast<QQuickView *>(window);
+            }
+        }
+        return nullptr;
+    }
+    static QQuickView *popover() { return loaded(u"Kelvo"_s); }
+    static QQuickView *settings() { return loaded(u"Kelvo Settings"_s); }
+
+    void open()
+    {
+        views->openPopover({QRect(300, 2, 24, 24), {}});
+        settle();
+    }
+    void close()
+    {
+        popover()->close();
+        settle();
+    }
+    void pass(std::chrono::milliseconds time)
+    {
+        clock->advance(time);
+        settle();
+    }
+
+    Stores stores{{ServiceID::claude, ServiceID::chatgpt}};
+    Platform platform;
+    ManualClock *clock;
+    std::unique_ptr<QuickViews> views;
+};
+
+} // namespace
+
+class QuickViewsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s)); }
+
+    void whatIsNotUsedForTenMinutesIsUnloaded()
+    {
+        Desktop desktop;
+        desktop.open();
+        const QPointer<QQmlEngine> engine = desktop.popover()->engine();
+        desktop.close();
+        desktop.pass(10min - 1ms);
+        QVERIFY(desktop.popover());
+        QVERIFY(engine);
+        desktop.pass(1ms);
+        QVERIFY(!desktop.popover());
+        QVERIFY(!engine);
+        QCOMPARE(desktop.clock->pendingCount(), 0U);
+    }
+
+    void whatWasUnloadedOpensAgain()
+    {
+        Desktop desktop;
+        desktop.open();
+        desktop.close();
+        desktop.pass(10min);
+        desktop.open();
+        QVERIFY(desktop.popover()->isVisible());
+        QCOMPARE(desktop.popover()->rootObject()->findChild<QObject *>(u"heroName"_s)->property("text").toString(),
+                 u"Claude"_s);
+        desktop.close();
+        desktop.pass(10min);
+        QVERIFY(!desktop.popover());
+    }
+
+    void anOpeningStartsTheTenMinutesAnew()
+    {
+        Desktop desktop;
+        desktop.open();
+        desktop.close();
+        desktop.pass(9min);
+        desktop.open();
+        desktop.close();
+        desktop.pass(9min);
+        QVERIFY(desktop.popover());
+        desktop.pass(1min);
+        QVERIFY(!desktop.popover());
+    }
+
+    void nothingIsUnloadedWhileAViewIsOpen()
+    {
+        Desktop desktop;
+        desktop.open();
+        desktop.close();
+        desktop.views->openSettings();
+        const QPointer<QQmlEngine> engine = desktop.settings()->engine();
+        desktop.pass(30min);
+        QVERIFY(desktop.settings()->isVisible());
+        QVERIFY(engine);
+        desktop.settings()->close();
+        desktop.pass(10min - 1ms);
+        QVERIFY(engine);
+        desktop.pass(1ms);
+        QVERIFY(!engine);
+        QVERIFY(!desktop.popover());
+    }
+
+    void thePopoverStaysWhileItIsOpen()
+    {
+        Desktop desktop;
+        desktop.open();
+        desktop.close();
+        desktop.pass(5min);
+        desktop.open();
+        desktop.pass(30min);
+        QVERIFY(desktop.popover()->isVisible());
+    }
+};
+
+} // namespace kelvo
+
+QTEST_MAIN(kelvo::QuickViewsTest)
+#include "tst_quickviews.moc"
