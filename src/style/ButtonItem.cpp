@@ -4,6 +4,7 @@
 #include <QStyleHints>
 
 #include <algorithm>
+#include <utility>
 
 namespace kelvo {
 
@@ -44,8 +45,7 @@ void ButtonItem::setBackground(QQuickItem *background)
         takePart(background);
     }
     Q_EMIT backgroundChanged();
-    Q_EMIT implicitWidthsChanged();
-    Q_EMIT implicitHeightsChanged();
+    tellImplicitSizes();
 }
 
 void ButtonItem::setContentItem(QQuickItem *content)
@@ -58,8 +58,7 @@ void ButtonItem::setContentItem(QQuickItem *content)
         takePart(content);
     }
     Q_EMIT contentItemChanged();
-    Q_EMIT implicitWidthsChanged();
-    Q_EMIT implicitHeightsChanged();
+    tellImplicitSizes();
 }
 
 void ButtonItem::press()
@@ -67,6 +66,12 @@ void ButtonItem::press()
     if (isEnabled()) {
         Q_EMIT clicked();
     }
+}
+
+void ButtonItem::componentComplete()
+{
+    QQuickItem::componentComplete();
+    layOutParts();
 }
 
 void ButtonItem::mousePressEvent(QMouseEvent *)
@@ -80,7 +85,9 @@ void ButtonItem::mousePressEvent(QMouseEvent *)
 
 void ButtonItem::mouseMoveEvent(QMouseEvent *event)
 {
-    setDown(contains(event->position()));
+    const bool isInside = contains(event->position());
+    setDown(isInside);
+    setHovered(isInside && acceptHoverEvents()); // no hover events arrive while the button is held down
 }
 
 void ButtonItem::mouseReleaseEvent(QMouseEvent *)
@@ -150,13 +157,19 @@ void ButtonItem::itemChange(ItemChange change, const ItemChangeData &value)
 void ButtonItem::takePart(QQuickItem *part)
 {
     part->setParentItem(this);
-    connect(part, &QQuickItem::implicitWidthChanged, this, &ButtonItem::implicitWidthsChanged);
-    connect(part, &QQuickItem::implicitHeightChanged, this, &ButtonItem::implicitHeightsChanged);
+    connect(part, &QQuickItem::implicitWidthChanged, this, &ButtonItem::tellImplicitSizes);
+    connect(part, &QQuickItem::implicitHeightChanged, this, &ButtonItem::tellImplicitSizes);
     layOutParts();
 }
 
+/// Sizes the background and the content. Not before the button is complete: a text that is resized before may change its
+/// implicit size, on which the size of the button depends.
 void ButtonItem::layOutParts()
 {
+    if (!isComponentComplete()) {
+        return;
+    }
+    isLayingOut_ = true;
     if (background_) {
         background_->setSize(size());
     }
@@ -164,6 +177,25 @@ void ButtonItem::layOutParts()
         content_->setPosition({leftPadding_, topPadding_});
         content_->setSize({std::max(0.0, width() - leftPadding_ - rightPadding_),
                            std::max(0.0, height() - topPadding_ - bottomPadding_)});
+    }
+    isLayingOut_ = false;
+}
+
+/// Tells of implicit sizes that have changed. A text that is resized tells of its implicit size again, which is not a reason
+/// to resize the button.
+void ButtonItem::tellImplicitSizes()
+{
+    if (isLayingOut_) {
+        return;
+    }
+    const auto before = std::exchange(
+        known_,
+        {implicitBackgroundWidth(), implicitBackgroundHeight(), implicitContentWidth(), implicitContentHeight()});
+    if (known_[0] != before[0] || known_[2] != before[2]) {
+        Q_EMIT implicitWidthsChanged();
+    }
+    if (known_[1] != before[1] || known_[3] != before[3]) {
+        Q_EMIT implicitHeightsChanged();
     }
 }
 

@@ -4,6 +4,8 @@
 #include <QQuickItem>
 #include <QString>
 
+#include <array>
+
 namespace kelvo {
 
 /// A button without an appearance: an item that is clicked by the left mouse button, or once for each press of Return,
@@ -67,6 +69,7 @@ Q_SIGNALS:
     void implicitHeightsChanged();
 
 protected:
+    void componentComplete() override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -83,6 +86,7 @@ protected:
 private:
     void takePart(QQuickItem *part);
     void layOutParts();
+    void tellImplicitSizes();
     void setHovered(bool hovered);
     void setDown(bool down);
     void setFocusReason(Qt::FocusReason reason);
@@ -94,6 +98,8 @@ private:
     qreal rightPadding_ = 0;
     qreal topPadding_ = 0;
     qreal bottomPadding_ = 0;
+    std::array<qreal, 4> known_{}; ///< the implicit sizes that were told last: of the background, of the content
+    bool isLayingOut_ = false;
     bool hovered_ = false;
     bool down_ = false;
     Qt::FocusReason focusReason_ = Qt::OtherFocusReason;
