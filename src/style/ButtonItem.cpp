@@ -181,16 +181,17 @@ void ButtonItem::layOutParts()
     isLayingOut_ = false;
 }
 
-/// Tells of implicit sizes that have changed. A text that is resized tells of its implicit size again, which is not a reason
-/// to resize the button.
+/// Reads the implicit sizes of the parts and tells of changes. They are read here only: a text may change its implicit size
+/// when it is read, which must not happen while the size of the button is computed from it.
 void ButtonItem::tellImplicitSizes()
 {
     if (isLayingOut_) {
         return;
     }
-    const auto before = std::exchange(
-        known_,
-        {implicitBackgroundWidth(), implicitBackgroundHeight(), implicitContentWidth(), implicitContentHeight()});
+    const auto width = [](const QQuickItem *part) { return part ? part->implicitWidth() : 0.0; };
+    const auto height = [](const QQuickItem *part) { return part ? part->implicitHeight() : 0.0; };
+    const auto before = std::exchange(known_,
+                                      {width(background_), height(background_), width(content_), height(content_)});
     if (known_[0] != before[0] || known_[2] != before[2]) {
         Q_EMIT implicitWidthsChanged();
     }

@@ -44,10 +44,10 @@ public:
     bool hasVisualFocus() const;
     QQuickItem *background() const { return background_; }
     QQuickItem *contentItem() const { return content_; }
-    qreal implicitBackgroundWidth() const { return background_ ? background_->implicitWidth() : 0; }
-    qreal implicitBackgroundHeight() const { return background_ ? background_->implicitHeight() : 0; }
-    qreal implicitContentWidth() const { return content_ ? content_->implicitWidth() : 0; }
-    qreal implicitContentHeight() const { return content_ ? content_->implicitHeight() : 0; }
+    qreal implicitBackgroundWidth() const { return known_[0]; }
+    qreal implicitBackgroundHeight() const { return known_[1]; }
+    qreal implicitContentWidth() const { return known_[2]; }
+    qreal implicitContentHeight() const { return known_[3]; }
 
     /// The item becomes a visual child of the button, which does not own it.
     void setBackground(QQuickItem *background);
@@ -98,7 +98,7 @@ private:
     qreal rightPadding_ = 0;
     qreal topPadding_ = 0;
     qreal bottomPadding_ = 0;
-    std::array<qreal, 4> known_{}; ///< the implicit sizes that were told last: of the background, of the content
+    std::array<qreal, 4> known_{}; ///< the implicit sizes of the background and of the content
     bool isLayingOut_ = false;
     bool hovered_ = false;
     bool down_ = false;

@@ -2,7 +2,7 @@ import QtQuick
 import Kelvo
 
 /// A row with a watched service and its dot. It extends its content by `reach` on each side, for the hover highlight.
-PlainButton {
+PopoverButton {
     id: row
 
     required property string name
