@@ -2,8 +2,11 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 
 #include <ctime>
+#include <filesystem>
+#include <system_error>
 
 namespace kelvo {
 
@@ -20,6 +23,13 @@ QByteArray contentOf(const QString &path)
 QString folderOf(qint64 processId)
 {
     return u"/proc/%1"_s.arg(processId);
+}
+
+QDir descriptorFolderOf(qint64 processId)
+{
+    QDir folder(folderOf(processId) + "/fd"_L1);
+    folder.setFilter(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System);
+    return folder;
 }
 
 /// Returns the number after `label` in lines of the form "label: number unit"; 0 when no line starts with it.
@@ -52,7 +62,8 @@ Memory memoryOf(qint64 processId)
     const auto megabytes = [&rollup](QByteArrayView label) {
         return static_cast<double>(numberAfter(rollup, label)) / 1024;
     };
-    return {megabytes("Rss:"), megabytes("Pss:"), megabytes("Private_Clean:") + megabytes("Private_Dirty:")};
+    return {megabytes("Rss:"), megabytes("Pss:"), megabytes("Private_Clean:") + megabytes("Private_Dirty:"),
+            megabytes("Anonymous:")};
 }
 
 std::chrono::nanoseconds cpuTimeOf(qint64 processId)
@@ -81,8 +92,40 @@ int threadsOf(qint64 processId)
 
 int descriptorsOf(qint64 processId)
 {
-    return static_cast<int>(
-        QDir(folderOf(processId) + "/fd"_L1).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size());
+    return static_cast<int>(descriptorFolderOf(processId).count());
+}
+
+int threadsOf(qint64 processId)
+{
+    return static_cast<int>(numberAfter(contentOf(folderOf(processId) + "/status"_L1), "Threads:"));
+}
+
+QMap<QString, long long> anonymousMemoryByMapping(qint64 processId)
+{
+    // The first line of a mapping is "from-to permissions offset device inode name"; lines of "Label: number kB" follow.
+    static const QRegularExpression head(u"^[0-9a-f]+-[0-9a-f]+ \\S+ \\S+ \\S+ \\d+ *(.*)$"_s);
+    QMap<QString, long long> kilobytes;
+    QString mapping;
+    for (const auto &line : contentOf(folderOf(processId) + "/smaps"_L1).split('\n')) {
+        if (const auto found = head.match(QString::fromLocal8Bit(line)); found.hasMatch()) {
+            mapping = found.captured(1).isEmpty() ? u"[anonymous]"_s : found.captured(1);
+        }
+        kilobytes[mapping] += numberAfter(line, "Anonymous:");
+    }
+    return kilobytes;
+}
+
+QMap<QString, int> descriptorsByName(qint64 processId)
+{
+    static const QRegularExpression number(u":\\[\\d+\\]$"_s);
+    QMap<QString, int> counts;
+    for (const auto &entry : descriptorFolderOf(processId).entryInfoList()) {
+        // QFile would take "socket:[123]" for a relative path.
+        std::error_code error;
+        const auto target = std::filesystem::read_symlink(entry.filesystemFilePath(), error);
+        ++counts[QString::fromStdString(target.string()).remove(number)];
+    }
+    return counts;
 }
 
 } // namespace kelvo

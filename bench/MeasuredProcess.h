@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QMap>
+#include <QString>
 
 #include <chrono>
 
@@ -12,6 +13,8 @@ struct Memory
     double residentMegabytes;
     double proportionalMegabytes;
     double privateMegabytes;
+    /// Without the pages of files. Those count as private or not depending on what other processes have loaded.
+    double anonymousMegabytes;
 };
 
 /// The current memory of a process. All zero when there is no such process.
@@ -23,5 +26,13 @@ std::chrono::nanoseconds cpuTimeOf(qint64 processId);
 long long wakeupsOf(qint64 processId);
 int threadsOf(qint64 processId);
 int descriptorsOf(qint64 processId);
+int threadsOf(qint64 processId);
+
+// What the figures consist of, to find out what has grown.
+
+/// The kilobytes of anonymous memory per file or kind of mapping: "[heap]", "[stack]", "[anonymous]".
+QMap<QString, long long> anonymousMemoryByMapping(qint64 processId);
+/// The number of descriptors per file or kind: "socket", "pipe", "anon_inode:[timerfd]".
+QMap<QString, int> descriptorsByName(qint64 processId);
 
 } // namespace kelvo

@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 #include "Program.h"
+#include "http/HttpRoute.h"
 #include "http/RouteFinder.h"
 #include "menubar/ViewsLoader.h"
 #include "platform/ProcessMemory.h"
@@ -41,6 +42,7 @@ int run(int argc, char *argv[])
         return print(*answer);
     }
     keepProcessMemorySmall();
+    keepProcessMemoryPrivate();
     prepareProcess();
     auto windowSystem = std::make_optional<WindowSystem::Choice>();
     QApplication application(argc, argv);
@@ -71,7 +73,7 @@ int run(int argc, char *argv[])
 int main(int argc, char *argv[])
 {
     const int status = kelvo::run(argc, argv);
-    if (kelvo::RouteFinder::hasLeftThreadsBehind()) {
+    if (kelvo::RouteFinder::hasLeftThreadsBehind() || kelvo::mayHaveRunProxyScript()) {
         std::_Exit(status);
     }
     return status;

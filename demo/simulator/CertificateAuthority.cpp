@@ -10,6 +10,10 @@ using namespace Qt::StringLiterals;
 namespace kelvo {
 namespace {
 
+/// Options of `openssl req` for a new key.
+const QStringList newKey{u"-newkey"_s, u"ec"_s,      u"-pkeyopt"_s,   u"ec_paramgen_curve:prime256v1"_s,
+                         u"-nodes"_s,  u"-config"_s, u"openssl.cnf"_s};
+
 /// The configuration is complete, so the machine's own openssl.cnf has no effect.
 QByteArray configurationFor(const QStringList &hosts)
 {
@@ -24,10 +28,11 @@ QByteArray configurationFor(const QStringList &hosts)
            "basicConstraints = critical, CA:TRUE\n"
            "keyUsage = critical, keyCertSign, cRLSign\n"
            "subjectKeyIdentifier = hash\n"
-           "[hosts]\n"
+           "[host]\n"
            "basicConstraints = critical, CA:FALSE\n"
            "keyUsage = critical, digitalSignature\n"
            "extendedKeyUsage = serverAuth\n"
+           "subjectKeyIdentifier = hash\n"
            "authorityKeyIdentifier = keyid\n"
            "subjectAltName = "_ba
         + names.join(u',').toUtf8() + '\n';
@@ -49,12 +54,12 @@ std::unique_ptr<CertificateAuthority> CertificateAuthority::make(const QStringLi
 
 QSslCertificate CertificateAuthority::certificate() const
 {
-    return QSslCertificate(contentsOf(certificateFile()));
+    return identity(u"hosts"_s).certificate;
 }
 
 QSslKey CertificateAuthority::privateKey() const
 {
-    return QSslKey(contentsOf(keyFile()), QSsl::Ec);
+    return identity(u"hosts"_s).key;
 }
 
 QSslConfiguration CertificateAuthority::clientConfiguration() const
@@ -64,25 +69,55 @@ QSslConfiguration CertificateAuthority::clientConfiguration() const
     return configuration;
 }
 
+std::optional<TlsIdentity> CertificateAuthority::issue(const QStringList &hosts, int days) const
+{
+    return issue(u"other"_s, hosts, days) ? std::optional(identity(u"other"_s)) : std::nullopt;
+}
+
+std::optional<TlsIdentity> CertificateAuthority::selfSigned(const QStringList &hosts) const
+{
+    return configure(hosts) && selfSign(u"other"_s, u"Kelvo simulated host"_s, u"host"_s)
+        ? std::optional(identity(u"other"_s))
+        : std::nullopt;
+}
+
 bool CertificateAuthority::create(const QStringList &hosts) const
+{
+    return configure(hosts) && selfSign(u"authority"_s, u"Kelvo simulated authority"_s, u"authority"_s)
+        && issue(u"hosts"_s, hosts, 2);
+}
+
+bool CertificateAuthority::configure(const QStringList &hosts) const
 {
     QFile configuration(directory_.filePath(u"openssl.cnf"_s));
     if (!configuration.open(QIODevice::WriteOnly) || configuration.write(configurationFor(hosts)) < 0) {
         qWarning("Cannot write %ls", qUtf16Printable(configuration.fileName()));
         return false;
     }
-    configuration.close();
+    return true;
+}
 
-    const QStringList newKey{u"-newkey"_s, u"ec"_s,      u"-pkeyopt"_s,   u"ec_paramgen_curve:prime256v1"_s,
-                             u"-nodes"_s,  u"-config"_s, u"openssl.cnf"_s};
-    return openssl(QStringList{u"req"_s, u"-x509"_s, u"-days"_s, u"2"_s, u"-extensions"_s, u"authority"_s} + newKey
-                   + QStringList{u"-subj"_s, u"/CN=Kelvo simulated authority"_s, u"-keyout"_s, u"authority.key"_s,
-                                 u"-out"_s, u"authority.pem"_s})
+bool CertificateAuthority::issue(const QString &name, const QStringList &hosts, int days) const
+{
+    return configure(hosts)
         && openssl(QStringList{u"req"_s, u"-new"_s} + newKey
-                   + QStringList{u"-keyout"_s, u"hosts.key"_s, u"-out"_s, u"hosts.csr"_s})
-        && openssl({u"x509"_s, u"-req"_s, u"-days"_s, u"2"_s, u"-in"_s, u"hosts.csr"_s, u"-CA"_s, u"authority.pem"_s,
-                    u"-CAkey"_s, u"authority.key"_s, u"-CAcreateserial"_s, u"-extfile"_s, u"openssl.cnf"_s,
-                    u"-extensions"_s, u"hosts"_s, u"-out"_s, u"hosts.pem"_s});
+                   + QStringList{u"-keyout"_s, name + u".key"_s, u"-out"_s, name + u".csr"_s})
+        && openssl({u"x509"_s, u"-req"_s, u"-days"_s, QString::number(days), u"-in"_s, name + u".csr"_s, u"-CA"_s,
+                    u"authority.pem"_s, u"-CAkey"_s, u"authority.key"_s, u"-CAcreateserial"_s, u"-extfile"_s,
+                    u"openssl.cnf"_s, u"-extensions"_s, u"host"_s, u"-out"_s, name + u".pem"_s});
+}
+
+bool CertificateAuthority::selfSign(const QString &name, const QString &subject, const QString &extensions) const
+{
+    return openssl(
+        QStringList{u"req"_s, u"-x509"_s, u"-days"_s, u"2"_s, u"-extensions"_s, extensions} + newKey
+        + QStringList{u"-subj"_s, u"/CN="_s + subject, u"-keyout"_s, name + u".key"_s, u"-out"_s, name + u".pem"_s});
+}
+
+TlsIdentity CertificateAuthority::identity(const QString &name) const
+{
+    return {QSslCertificate(contentsOf(directory_.filePath(name + u".pem"_s))),
+            QSslKey(contentsOf(directory_.filePath(name + u".key"_s)), QSsl::Ec)};
 }
 
 bool CertificateAuthority::openssl(const QStringList &arguments) const

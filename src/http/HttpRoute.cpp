@@ -5,10 +5,24 @@
 #include <QNetworkProxyFactory>
 #include <QNetworkProxyQuery>
 
+#include <atomic>
+
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
 namespace {
+
+std::atomic_bool proxyScriptMayHaveRun = false;
+
+/// Whether the environment names a proxy for `scheme`. It takes precedence over the settings of the desktop, which may name
+/// a script.
+bool environmentNamesProxy(const QString &scheme)
+{
+    const auto variable = scheme + "_proxy"_L1;
+    const auto lowercase = qEnvironmentVariable(qPrintable(variable));
+    const auto value = lowercase.isEmpty() ? qEnvironmentVariable(qPrintable(variable.toUpper())) : lowercase;
+    return !value.isEmpty() && !value.startsWith("pac+"_L1) && !value.startsWith("wpad:"_L1);
+}
 
 /// Whether `host` is this machine, which is never reached through a proxy.
 bool isThisMachine(const QString &host)
@@ -41,10 +55,18 @@ bool resolves(const QString &host)
 
 std::optional<HttpRoute> lookUpSystemRoute(const QUrl &origin)
 {
+    if (!environmentNamesProxy(origin.scheme())) {
+        proxyScriptMayHaveRun = true;
+    }
     const HttpRoute route = isThisMachine(origin.host())
         ? HttpRoute{QNetworkProxy::NoProxy}
         : QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(origin));
     return resolves(hostToConnectTo(route, origin)) ? std::optional(route) : std::nullopt;
+}
+
+bool mayHaveRunProxyScript()
+{
+    return proxyScriptMayHaveRun;
 }
 
 } // namespace kelvo

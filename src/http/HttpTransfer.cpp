@@ -5,7 +5,7 @@
 #include "http/HttpRound.h"
 #include "http/OneTimeBody.h"
 
-#include <array>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -14,9 +14,11 @@ namespace {
 
 constexpr int maximumRedirects = 20;
 constexpr qint64 chunkSize = 64 * 1024;
-/// The number of transferred bytes that the network layer buffers. It decompresses them on this thread. Beyond
-/// `decompressionThreshold` it refuses data that decompresses to more than 40 times its size.
-constexpr qint64 readAhead = 16 * 1024;
+/// The number of transferred bytes that the network layer buffers. It decompresses them on this thread, so it gets only few
+/// compressed bytes at a time. Beyond `decompressionThreshold` it refuses data that decompresses to more than 40 times its
+/// size.
+constexpr qint64 compressedReadAhead = 16 * 1024;
+constexpr qint64 plainReadAhead = 64 * 1024;
 constexpr qint64 decompressionThreshold = 2 * 1024 * 1024;
 
 /// Whether the network layer reports `error` only for a status code of 400 or above. Every other error means that the
@@ -42,6 +44,13 @@ constexpr bool standsForAStatus(QNetworkReply::NetworkError error)
     }
 }
 
+/// Whether a response with this status is the answer to a request. The network layer skips a provisional 100, but takes
+/// the other provisional responses, such as 103, and any number below 100 for the answer.
+constexpr bool isFinal(int status)
+{
+    return status == 101 || status >= 200;
+}
+
 /// Returns the status of the response, or nullopt when the transfer failed. The status attribute alone is not sufficient:
 /// it is still 200 when the connection broke within the body.
 std::optional<int> answeredStatus(const QNetworkReply &reply)
@@ -52,7 +61,7 @@ std::optional<int> answeredStatus(const QNetworkReply &reply)
     }
     const int status = attribute.toInt();
     const bool answered = reply.error() == QNetworkReply::NoError || (status >= 400 && standsForAStatus(reply.error()));
-    return answered ? std::optional(status) : std::nullopt;
+    return answered && isFinal(status) ? std::optional(status) : std::nullopt;
 }
 
 /// Whether a response with this status and a Location header is a redirect.
@@ -116,7 +125,12 @@ void HttpTransfer::send()
     lookupTimeout_.stop();
     auto &manager = round_->manager();
     reply_.reset(post_ ? postOnce(manager, request_, *post_) : manager.get(request_));
-    reply_->setReadBufferSize(readAhead);
+    reply_->setReadBufferSize(compressedReadAhead);
+    connect(reply_.get(), &QNetworkReply::metaDataChanged, this, [this] {
+        if (!reply_->hasRawHeader("Content-Encoding"_ba)) {
+            reply_->setReadBufferSize(plainReadAhead);
+        }
+    });
     connect(reply_.get(), &QNetworkReply::readyRead, this, &HttpTransfer::readBody);
     // After a decompression error the reply may never emit finished().
     connect(reply_.get(), &QNetworkReply::errorOccurred, this, [this] {
@@ -155,9 +169,12 @@ void HttpTransfer::follow(int status)
 void HttpTransfer::readBody()
 {
     const qint64 maximumSize = body_ == HttpBody::Keep ? limits_.maximumKeptSize : limits_.maximumDiscardedSize;
-    std::array<char, chunkSize> chunk;
     while (true) {
-        const qint64 size = reply_->read(chunk.data(), chunkSize);
+        // resize() extends large memory in place, which append() does not.
+        const qsizetype keptSize = body_ == HttpBody::Keep ? bodySize_ : 0;
+        kept_.resize(keptSize + chunkSize);
+        const qint64 size = reply_->read(kept_.data() + keptSize, chunkSize);
+        kept_.truncate(keptSize + std::max(size, 0LL));
         if (size <= 0) {
             return;
         }
@@ -165,9 +182,6 @@ void HttpTransfer::readBody()
         if (bodySize_ > maximumSize) {
             giveUp();
             return;
-        }
-        if (body_ == HttpBody::Keep) {
-            kept_.append(chunk.data(), size);
         }
     }
 }

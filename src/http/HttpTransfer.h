@@ -52,7 +52,7 @@ private:
     int redirects_ = 0;
     std::unique_ptr<QNetworkReply> reply_; ///< declared after the round, so that it is destroyed first
     qint64 bodySize_ = 0;
-    QByteArray kept_;
+    QByteArray kept_; ///< the body; if it is not kept, memory to read it into
     QTimer lookupTimeout_;
     QTimer deadline_;
     bool isSettled_ = false;

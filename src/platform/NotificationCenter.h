@@ -28,7 +28,7 @@ public:
     using QObject::QObject;
 
     /// Whether the system's notification service can be used by this process at all (on macOS: the process runs from a
-    /// bundle with an identifier; on Linux: the session bus is connected). The other functions may be called only when
+    /// bundle with an identifier; on Linux: the session has a message bus, even if that restarts just now). The other functions may be called only when
     /// this is true.
     virtual bool canServeThisProcess() const = 0;
 

@@ -14,4 +14,7 @@ void keepProcessMemorySmall();
 /// from its cache. This takes a few milliseconds.
 void returnUnusedMemory(std::span<const std::string_view> libraries);
 
+/// Keeps the memory of the process, which holds the user's secrets, out of core files. Call it before secrets are read.
+void keepProcessMemoryPrivate();
+
 } // namespace kelvo

@@ -5,6 +5,7 @@
 #include "support/FakeNotificationCenter.h"
 #include "support/ManualClock.h"
 #include "support/MemoryPreferences.h"
+#include "support/Settles.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -12,6 +13,11 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QUuid>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <new>
 
 using namespace kelvo;
 using namespace Qt::StringLiterals;
@@ -146,6 +152,7 @@ private Q_SLOTS:
     void aTestOfAChannelThatIsNotSetUpFailsWithoutARequest_data();
     void aTestOfAChannelThatIsNotSetUpFailsWithoutARequest();
     void theLastResultStaysUntilTheNextTestEnds();
+    void aStoreDestroyedDuringATestIgnoresItsEnd();
     void theResultIsPublishedBeforeItChanges();
     void secretsAreNeverPrinted();
 };
@@ -720,6 +727,22 @@ void NotifierStoreTest::theLastResultStaysUntilTheNextTestEnds()
     QTRY_VERIFY(test.isFinished());
     QCOMPARE(underWay, notSent);
     QCOMPARE(world.notifier.lastTestResult(), sent);
+}
+
+void NotifierStoreTest::aStoreDestroyedDuringATestIgnoresItsEnd()
+{
+    World world;
+    world.arm(RemoteChannel::slack);
+    // What uses the destroyed store meets overwritten memory.
+    alignas(NotifierStore) std::array<std::byte, sizeof(NotifierStore)> memory;
+    auto *notifier = new (memory.data()) NotifierStore(world.settings, world.center, world.session);
+    const auto test = notifier->sendTest(RemoteChannel::slack);
+    QVERIFY(!test.isFinished());
+    notifier->~NotifierStore();
+    memory.fill(std::byte{0x5a});
+    QVERIFY(settles(test));
+    QCOMPARE(world.bodies().size(), 1);
+    QVERIFY(std::ranges::all_of(memory, [](std::byte byte) { return byte == std::byte{0x5a}; }));
 }
 
 void NotifierStoreTest::theResultIsPublishedBeforeItChanges()

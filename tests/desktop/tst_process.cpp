@@ -30,6 +30,7 @@ private Q_SLOTS:
     void itGoesOnWhenItsWindowsCannotBeOpened();
     void aSignalEndsItAtOnceAndCleanly_data();
     void aSignalEndsItAtOnceAndCleanly();
+    void itEndsCleanlyAfterAProxyScriptRan();
     void theSettingsFileIsReadAndNotChanged();
     void aDamagedSettingsFileIsToleratedAndNotChanged();
     void anUnreachableNetworkIsToleratedWithoutOutput();
@@ -168,6 +169,23 @@ void ProcessTest::aSignalEndsItAtOnceAndCleanly()
     elapsed.start();
     QCOMPARE(kelvo_->stop(signal), 0);
     QVERIFY2(elapsed.elapsed() < 3000, qPrintable(QString::number(elapsed.elapsed())));
+    QCOMPARE(kelvo_->output(), QByteArray());
+}
+
+void ProcessTest::itEndsCleanlyAfterAProxyScriptRan()
+{
+    const QTemporaryDir folder;
+    QFile script(folder.filePath(u"proxy.pac"_s));
+    QVERIFY(script.open(QIODevice::WriteOnly));
+    script.write("function FindProxyForURL(url, host) { return 'PROXY 127.0.0.1:"
+                 + QByteArray::number(internet_->port()) + "'; }");
+    script.close();
+    for (const auto &variable : {u"http_proxy"_s, u"https_proxy"_s}) {
+        kelvo_->setEnvironment(variable, "pac+file://"_L1 + script.fileName());
+    }
+    // The ring shows that the script named the way to the servers.
+    startAndShowRing();
+    QCOMPARE(kelvo_->stop(), 0);
     QCOMPARE(kelvo_->output(), QByteArray());
 }
 

@@ -1,5 +1,7 @@
 #include "Report.h"
 
+#include "support/ResultTable.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
@@ -89,16 +91,7 @@ void write(const QString &document, const QStringList &files)
         table += u" |\n"_s;
     }
 
-    const auto begin = "<!-- The table of ./dev desktops begins. -->\n"_ba;
-    const auto end = "<!-- The table of ./dev desktops ends. -->\n"_ba;
-    auto text = contentOf(document);
-    const auto from = text.indexOf(begin) + begin.size();
-    const auto to = text.indexOf(end);
-    if (from < begin.size() || to < from) {
-        qFatal("%s has no place for the table", qPrintable(document));
-    }
-    text.replace(from, to - from, table.toUtf8());
-    overwrite(document, text);
+    writeResultTable(document, "./dev desktops", table.toUtf8());
 }
 
 } // namespace kelvo::Report

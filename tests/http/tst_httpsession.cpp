@@ -1,3 +1,4 @@
+#include "http/HttpAddress.h"
 #include "http/HttpSession.h"
 #include "simulator/CertificateAuthority.h"
 #include "simulator/ReroutedNetwork.h"
@@ -7,10 +8,12 @@
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QNetworkReply>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 
@@ -36,15 +39,19 @@ QUrl page(const QString &path = u"/"_s)
 class StubbornReply : public QNetworkReply
 {
 public:
+    /// The number of replies that were destroyed while they emitted a signal.
+    static inline int destroyedBySlots = 0;
+
     StubbornReply(const QByteArray &body, QObject *parent)
         : QNetworkReply(parent)
         , body_(body)
     {
         open(QIODevice::ReadOnly);
         if (!body.isEmpty()) {
-            QMetaObject::invokeMethod(this, &QNetworkReply::readyRead, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, &StubbornReply::provideBody, Qt::QueuedConnection);
         }
     }
+    ~StubbornReply() override { destroyedBySlots += *isEmitting_ ? 1 : 0; }
 
     void abort() override { }
     qint64 bytesAvailable() const override { return body_.size() + QNetworkReply::bytesAvailable(); }
@@ -58,17 +65,29 @@ protected:
         return size;
     }
 
+    template<typename Signal>
+    void emitGuarded(Signal signal)
+    {
+        const auto isEmitting = isEmitting_; // a slot may destroy this object
+        *isEmitting = true;
+        (this->*signal)();
+        *isEmitting = false;
+    }
+
 private:
+    void provideBody() { emitGuarded(&QNetworkReply::readyRead); }
+
     QByteArray body_;
+    std::shared_ptr<bool> isEmitting_ = std::make_shared<bool>(false);
 };
 
 class StubbornNetwork : public QNetworkAccessManager
 {
 public:
-    StubbornNetwork() = default;
-    explicit StubbornNetwork(QByteArray body)
+    explicit StubbornNetwork(QByteArray body = {})
         : body_(std::move(body))
     {
+        setProxy(QNetworkProxy::NoProxy); // so that no route is looked up
     }
 
 protected:
@@ -79,6 +98,58 @@ protected:
 
 private:
     QByteArray body_;
+};
+
+/// A reply with the status 200 that ends at once.
+class PromptReply : public StubbornReply
+{
+public:
+    explicit PromptReply(QObject *parent)
+        : StubbornReply({}, parent)
+    {
+        setAttribute(QNetworkRequest::HttpStatusCodeAttribute, 200);
+        QMetaObject::invokeMethod(this, [this] { end(); }, Qt::QueuedConnection);
+    }
+
+private:
+    void end()
+    {
+        setFinished(true);
+        emitGuarded(&QNetworkReply::finished);
+    }
+};
+
+class PromptNetwork : public StubbornNetwork
+{
+protected:
+    QNetworkReply *createRequest(Operation, const QNetworkRequest &, QIODevice *) override
+    {
+        return new PromptReply(this);
+    }
+};
+
+/// A network to the simulated internet that remembers its replies.
+class RememberingNetwork : public ReroutedNetwork
+{
+public:
+    using Replies = QList<QPointer<QNetworkReply>>;
+
+    RememberingNetwork(const SimulatedInternet &internet, Replies &replies)
+        : ReroutedNetwork(internet)
+        , replies_(replies)
+    {
+    }
+
+protected:
+    QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request, QIODevice *outgoing) override
+    {
+        auto *reply = ReroutedNetwork::createRequest(operation, request, outgoing);
+        replies_.append(reply);
+        return reply;
+    }
+
+private:
+    Replies &replies_;
 };
 
 /// Replaces the route lookup of the system.
@@ -169,6 +240,8 @@ private Q_SLOTS:
     void everyStatusCodeIsAResponse_data();
     void everyStatusCodeIsAResponse();
     void aProvisionalResponseIsSkipped();
+    void aProvisionalResponseIsNeverTheAnswer_data();
+    void aProvisionalResponseIsNeverTheAnswer();
     void theBodyOfAnErrorResponseIsKept();
     void aDiscardedBodyIsEmpty();
     void aGzippedBodyIsDecoded();
@@ -181,6 +254,9 @@ private Q_SLOTS:
     void aRedirectWithoutAUsableTargetIsAFailure_data();
     void aRedirectWithoutAUsableTargetIsAFailure();
     void aRedirectFromHttpsToHttpIsRefused();
+    void aChainOfRedirectsHasALimit_data();
+    void aChainOfRedirectsHasALimit();
+    void theBodyOfARedirectIsForgotten();
 
     void aBrokenTransferIsAFailure_data();
     void aBrokenTransferIsAFailure();
@@ -212,6 +288,7 @@ private Q_SLOTS:
     void anEmptyUserAgentSendsTheDefaultOfTheNetworkLayer();
     void aGetHasNoBodyAndNoConditions();
     void noResponseComesFromACache();
+    void everyGetForbidsACachedResponse();
     void cookiesAreNeitherKeptNorSent();
     void nothingIsWrittenToDisk();
     void aPostSendsItsJson();
@@ -228,6 +305,10 @@ private Q_SLOTS:
     void aHangingRequestDoesNotDelayOthers();
     void destroyingTheSessionCancelsPendingRequests();
     void theSessionMayBeDestroyedByAContinuation();
+    void aContinuationMayDestroyTheSessionAfterABodyOverTheCap();
+    void aContinuationMayDestroyTheSessionAfterAResponse();
+    void nothingOfARequestRemainsAfterItsEnd();
+    void aConnectionIsClosedWhenItsRequestFails();
     void connectionsAreClosedWhenTheLastRequestOfTheirRoundHasEnded();
     void aRoundNeverReusesAConnectionOfAnEarlierOne();
     void nothingRunsBetweenRounds();
@@ -237,12 +318,14 @@ private Q_SLOTS:
     void aContinuationMayDestroyTheSessionWhileItAborts();
 
     void theRouteIsLookedUpForTheOriginOnlyAndOnAnotherThread();
+    void anOriginHasNoDefaultPort();
     void aRoundLooksUpARouteOnce();
     void aRequestUsesTheRouteThatWasFound();
     void aRequestWithoutARouteIsNotSent();
     void theRouteToARedirectTargetIsLookedUpToo();
     void aHangingLookupEndsAtTheIdleTimeout();
     void hangingLookupsDoNotAccumulate();
+    void aWithdrawnRequestForARouteStartsNoLookup();
     void requestsAfterAnAbortLookTheirRouteUpAgain();
     void theSessionMayBeDestroyedDuringALookup();
 
@@ -315,6 +398,27 @@ void HttpSessionTest::aProvisionalResponseIsSkipped()
     const HttpResponse response = fetch();
     QCOMPARE(response.status, 200);
     QCOMPARE(response.body, "{}"_ba);
+}
+
+void HttpSessionTest::aProvisionalResponseIsNeverTheAnswer_data()
+{
+    QTest::addColumn<int>("provisional");
+    for (const int status : {102, 103, 199}) {
+        QTest::addRow("%d", status) << status;
+    }
+}
+
+/// The network layer takes the provisional response for the answer. What the server meant is unknown then.
+void HttpSessionTest::aProvisionalResponseIsNeverTheAnswer()
+{
+    QFETCH(const int, provisional);
+    internet_->respond(host, {}, SimulatedResponse::json("{}"_ba, 503).afterProvisional(provisional));
+    QCOMPARE(fetch().status, std::nullopt);
+    const auto session = makeSession();
+    for (const auto &future : {session->getDiscardingBody(page()), session->postJson(page(), "{}"_ba)}) {
+        QVERIFY(settles(future));
+        QCOMPARE(future.result().status, std::nullopt);
+    }
 }
 
 void HttpSessionTest::theBodyOfAnErrorResponseIsKept()
@@ -433,6 +537,45 @@ void HttpSessionTest::aRedirectFromHttpsToHttpIsRefused()
     const auto session = makeTlsSession();
     QCOMPARE(fetch(*session, page()).status, std::nullopt);
     QCOMPARE(internet_->requestsTo(u"claude.ai"_s).size(), 0);
+}
+
+void HttpSessionTest::aChainOfRedirectsHasALimit_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<bool>("isFollowed");
+    QTest::newRow("19") << 19 << true;
+    QTest::newRow("20") << 20 << true;
+    QTest::newRow("21") << 21 << false;
+}
+
+void HttpSessionTest::aChainOfRedirectsHasALimit()
+{
+    QFETCH(const int, length);
+    QFETCH(const bool, isFollowed);
+    for (int step = 0; step < length; ++step) {
+        internet_->respond(host, "/" + QByteArray::number(step),
+                           SimulatedResponse::redirect("/" + QByteArray::number(step + 1)));
+    }
+    internet_->respond(host, "/" + QByteArray::number(length), SimulatedResponse::json("\"there\""_ba));
+    const HttpResponse response = fetch(page(u"/0"_s));
+    QCOMPARE(response.status, isFollowed ? std::optional(200) : std::nullopt);
+    QCOMPARE(response.body, isFollowed ? "\"there\""_ba : QByteArray());
+    // The request and twenty redirects.
+    QCOMPARE(internet_->requests().size(), std::min(length, 20) + 1);
+}
+
+void HttpSessionTest::theBodyOfARedirectIsForgotten()
+{
+    const HttpLimits limits{.idleTimeout = 20s, .maximumKeptSize = 100};
+    auto redirect = SimulatedResponse::redirect("/next"_ba);
+    redirect.body = QByteArray(60, 'x');
+    internet_->respond(host, "/"_ba, redirect);
+    internet_->respond(host, "/next"_ba, SimulatedResponse::json(QByteArray(60, 'y')));
+    QCOMPARE(fetch(page(), limits).body, QByteArray(60, 'y'));
+    internet_->respond(host, "/next"_ba, SimulatedResponse::json({}));
+    const HttpResponse response = fetch(page(), limits);
+    QCOMPARE(response.status, 200);
+    QCOMPARE(response.body, QByteArray());
 }
 
 void HttpSessionTest::aBrokenTransferIsAFailure_data()
@@ -566,7 +709,8 @@ void HttpSessionTest::theDeadlineIncludesRedirects()
 
 void HttpSessionTest::theDeadlineEndsAReplyThatNeverFinishes()
 {
-    HttpSession session({std::make_unique<StubbornNetwork>}, {.idleTimeout = 50ms, .totalDeadline = 200ms});
+    HttpSession session({[] { return std::make_unique<StubbornNetwork>(); }},
+                        {.idleTimeout = 50ms, .totalDeadline = 200ms});
     QCOMPARE(fetch(session, page()).status, std::nullopt);
 }
 
@@ -712,6 +856,26 @@ void HttpSessionTest::noResponseComesFromACache()
     QVERIFY(!internet_->requests().constLast().hasHeader("If-None-Match"_ba));
 }
 
+void HttpSessionTest::everyGetForbidsACachedResponse()
+{
+    internet_->respond(host, "/old"_ba, SimulatedResponse::redirect("/"_ba));
+    const auto session = makeSession();
+    for (const auto &future : {session->get(page(u"/old"_s)), session->getDiscardingBody(page(u"/old"_s)),
+                               session->postJson(page(u"/old"_s), "{}"_ba)}) {
+        QVERIFY(settles(future));
+    }
+    int gets = 0;
+    for (const auto &request : internet_->requests()) {
+        if (request.method != "GET") {
+            continue; // a response to a POST is never cached
+        }
+        ++gets;
+        QCOMPARE(request.header("Cache-Control"_ba), "no-cache"_ba);
+        QCOMPARE(request.header("Pragma"_ba), "no-cache"_ba);
+    }
+    QCOMPARE(gets, 5);
+}
+
 void HttpSessionTest::cookiesAreNeitherKeptNorSent()
 {
     const auto cookie = "a=b; Max-Age=86400; Path=/"_ba;
@@ -837,6 +1001,7 @@ void HttpSessionTest::aRedirectedPostIsFollowedWithAGetOrFails()
     QList<QByteArray> heard;
     for (const SimulatedRequest &request : internet_->requests()) {
         heard.append(request.method);
+        QCOMPARE(request.hasHeader("Content-Type"_ba), request.method == "POST");
     }
     QCOMPARE(heard, methods);
 }
@@ -915,6 +1080,67 @@ void HttpSessionTest::theSessionMayBeDestroyedByAContinuation()
     });
     QTRY_VERIFY(continued);
     QTRY_COMPARE(internet_->connectionsOpen(), 0);
+}
+
+void HttpSessionTest::aContinuationMayDestroyTheSessionAfterABodyOverTheCap()
+{
+    auto session = std::make_unique<HttpSession>(
+        HttpNetwork{[] { return std::make_unique<StubbornNetwork>(QByteArray(2000, ' ')); }},
+        HttpLimits{.idleTimeout = 20s, .totalDeadline = 20s, .maximumKeptSize = 1000});
+    bool continued = false;
+    session->get(page()).then([&](const HttpResponse &) {
+        session.reset();
+        continued = true;
+    });
+    QTRY_VERIFY(continued);
+    // The network layer accesses a reply after its signals.
+    QCOMPARE(StubbornReply::destroyedBySlots, 0);
+}
+
+void HttpSessionTest::aContinuationMayDestroyTheSessionAfterAResponse()
+{
+    auto session = std::make_unique<HttpSession>(HttpNetwork{std::make_unique<PromptNetwork>}, roomy);
+    std::optional<int> status;
+    session->get(page()).then([&](const HttpResponse &response) {
+        session.reset();
+        status = response.status;
+    });
+    QTRY_COMPARE(status, 200);
+    QCOMPARE(StubbornReply::destroyedBySlots, 0);
+}
+
+void HttpSessionTest::nothingOfARequestRemainsAfterItsEnd()
+{
+    internet_->respond(host, "/hanging"_ba, SimulatedResponse::silence());
+    internet_->respond(host, "/old"_ba, SimulatedResponse::redirect("/"_ba));
+    internet_->respond(host, "/"_ba, SimulatedResponse::json(QByteArray(1000, 'x')));
+    RememberingNetwork::Replies replies;
+    HttpSession session({[&] { return std::make_unique<RememberingNetwork>(*internet_, replies); }}, roomy);
+    // The round does not end, so that its end does not remove anything.
+    const auto hanging = session.get(page(u"/hanging"_s));
+    auto future = session.get(page(u"/old"_s));
+    QVERIFY(settles(future));
+    const QByteArray body = future.result().body;
+    QCOMPARE(body.size(), 1000);
+    future = {};
+
+    QTRY_COMPARE(session.children().size(), 1);
+    QCOMPARE(replies.size(), 3);
+    QCOMPARE(std::ranges::count_if(replies, [](const auto &reply) { return !reply.isNull(); }), 1);
+    QVERIFY(body.isDetached());
+    QVERIFY(!hanging.isFinished());
+}
+
+void HttpSessionTest::aConnectionIsClosedWhenItsRequestFails()
+{
+    internet_->respond(host, "/hanging"_ba, SimulatedResponse::silence());
+    internet_->respond(u"claude.ai"_s, {}, SimulatedResponse::endless(QByteArray(10'000, ' ')));
+    const auto session = makeSession();
+    // Both requests belong to one round.
+    const auto hanging = session->get(page(u"/hanging"_s));
+    QCOMPARE(fetch(*session, QUrl(u"https://claude.ai/"_s)).status, std::nullopt);
+    QTRY_COMPARE(internet_->connectionsOpen(), 1);
+    QVERIFY(!hanging.isFinished());
 }
 
 void HttpSessionTest::connectionsAreClosedWhenTheLastRequestOfTheirRoundHasEnded()
@@ -1036,6 +1262,14 @@ void HttpSessionTest::theRouteIsLookedUpForTheOriginOnlyAndOnAnotherThread()
     QVERIFY(lookups.wasOffThread);
 }
 
+void HttpSessionTest::anOriginHasNoDefaultPort()
+{
+    QCOMPARE(originOf(QUrl(u"https://a.example:443/x"_s)), QUrl(u"https://a.example/"_s));
+    QCOMPARE(originOf(QUrl(u"http://a.example:80/x"_s)), QUrl(u"http://a.example/"_s));
+    QCOMPARE(originOf(QUrl(u"https://a.example:80/x"_s)), QUrl(u"https://a.example:80/"_s));
+    QCOMPARE(originOf(QUrl(u"http://a.example:443/x"_s)), QUrl(u"http://a.example:443/"_s));
+}
+
 void HttpSessionTest::aRoundLooksUpARouteOnce()
 {
     internet_->respond(u"127.0.0.1"_s, {}, SimulatedResponse::ofStatus(200));
@@ -1122,6 +1356,22 @@ void HttpSessionTest::hangingLookupsDoNotAccumulate()
     const auto next = session.get(page());
     QTRY_COMPARE(lookups.get(&Lookups::asked).size(), 2);
     QVERIFY(settles(next));
+}
+
+void HttpSessionTest::aWithdrawnRequestForARouteStartsNoLookup()
+{
+    Lookups lookups;
+    lookups.hangs.append(host);
+    RouteFinder finder([&](const QUrl &origin) { return lookups.lookUp(origin); });
+    const auto first = finder.find(page());
+    auto withdrawn = finder.find(page());
+    withdrawn.cancel();
+    QTRY_COMPARE(lookups.get(&Lookups::hanging), 1);
+    lookups.release();
+    QVERIFY(settles(first));
+    const auto next = finder.find(page());
+    QVERIFY(settles(next));
+    QCOMPARE(lookups.get(&Lookups::asked).size(), 2);
 }
 
 void HttpSessionTest::requestsAfterAnAbortLookTheirRouteUpAgain()

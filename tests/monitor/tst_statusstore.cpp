@@ -75,6 +75,8 @@ private Q_SLOTS:
     void aChangedNetworkAbortsPendingChecksAtOnce();
     void severalChangesOfTheNetworkWithinTwoSecondsStartOneRound();
     void aChangedNetworkIsNotCheckedDuringSleep();
+    void aChangedNetworkAbortsNothingDuringSleep();
+    void aNetworkThatChangedBeforeSleepIsNotCheckedAgainAfterTheWakeUp();
     void aChangedNetworkIsNotCheckedWhileWatchingIsOff();
     void anAbortedConfirmationIsRepeatedAndRaisesOneAlert();
 
@@ -115,6 +117,8 @@ private Q_SLOTS:
     void theHeroFollowsTheUsersOrderWhileThePopoverIsClosed();
     void aHeroWithAnUnconfirmedRecoveryReadsRecovering();
     void theTextsNameTwoAffectedServices();
+    void theTextsFollowThePeekedService();
+    void aNewPrimaryServiceDuringTroubleIsNotTheHero();
     void theRingIsInactiveWhileWatchingIsOff();
     void noRoundPromotesTheHeroWhileWatchingIsOff();
     void everythingReadsCheckingBeforeTheFirstAnswer();
@@ -476,6 +480,31 @@ void StatusStoreTest::aChangedNetworkIsNotCheckedDuringSleep()
     world.networkWatch.change();
     world.clock.advance(2s);
     QCOMPARE(world.readCount(), 3);
+}
+
+void StatusStoreTest::aChangedNetworkAbortsNothingDuringSleep()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.sleepWake.sleep();
+    const auto timers = world.clock.pendingCount();
+    world.networkWatch.change();
+    QCOMPARE(world.checks.abortCount(), 0);
+    QCOMPARE(world.clock.pendingCount(), timers);
+}
+
+void StatusStoreTest::aNetworkThatChangedBeforeSleepIsNotCheckedAgainAfterTheWakeUp()
+{
+    MonitorWorld world;
+    world.startWith(operational);
+    world.networkWatch.change();
+    world.clock.advance(1s);
+    world.sleepWake.sleep();
+    world.sleepWake.wake();
+    QCOMPARE(world.readCount(), 2);
+    world.checks.answerAll(operational);
+    world.clock.advance(10s);
+    QCOMPARE(world.readCount(), 2);
 }
 
 void StatusStoreTest::aChangedNetworkIsNotCheckedWhileWatchingIsOff()
@@ -997,6 +1026,49 @@ void StatusStoreTest::theTextsNameTwoAffectedServices()
     QCOMPARE(world.store->heroBodyLine(), u"Cursor is affected too. We’ll tell you."_s);
     QCOMPARE(world.store->groupHeading(), u"Also affected"_s);
     QVERIFY(world.store->groupRows() == (std::vector{Service::by(chatgpt), Service::by(cursor)}));
+}
+
+void StatusStoreTest::theTextsFollowThePeekedService()
+{
+    MonitorWorld world({claude, chatgpt, cursor});
+    world.start();
+    world.checks.answer(claude, outage);
+    world.checks.answer(chatgpt, operational);
+    world.checks.answer(cursor, degraded, u"Slow"_s);
+    world.store->setPopoverIsOpen(true);
+    world.store->peek(cursor);
+    QCOMPARE(world.store->heroStatusLabel(), u"Slow"_s);
+    QCOMPARE(world.store->heroBodyLine(), u"Claude is affected too. We’ll tell you."_s);
+    QCOMPARE(world.store->groupHeading(), u"Also affected"_s);
+    QVERIFY(world.store->heroIsPromoted());
+
+    // Only the service at which the user peeks is affected.
+    world.clock.advance(20s);
+    world.checks.answer(claude, operational);
+    world.checks.answerProbe(claude, true);
+    QCOMPARE(world.store->heroBodyLine(), u"We’ll notify you when it’s back."_s);
+    QCOMPARE(world.store->groupHeading(), u"Still working"_s);
+    world.store->peek(chatgpt);
+    QCOMPARE(world.store->heroBodyLine(), u"Everything is working normally."_s);
+    QCOMPARE(world.store->groupHeading(), u"Also affected"_s);
+    QVERIFY(!world.store->heroIsPromoted());
+}
+
+void StatusStoreTest::aNewPrimaryServiceDuringTroubleIsNotTheHero()
+{
+    MonitorWorld world({claude, cursor});
+    world.start();
+    world.checks.answer(claude, operational);
+    world.checks.answer(cursor, outage);
+    QVERIFY(world.store->heroID() == cursor);
+    world.settings.setPrimary(chatgpt);
+    QVERIFY(world.store->heroID() == cursor);
+    QVERIFY(world.store->heroIsPromoted());
+    QVERIFY(world.store->groupRows() == (std::vector{Service::by(chatgpt), Service::by(claude)}));
+    // The affected service itself.
+    world.settings.setPrimary(cursor);
+    QVERIFY(world.store->heroID() == cursor);
+    QVERIFY(!world.store->heroIsPromoted());
 }
 
 void StatusStoreTest::theRingIsInactiveWhileWatchingIsOff()

@@ -1,5 +1,6 @@
 #include "Situation.h"
 
+#include "support/ResultTable.h"
 #include "support/VirtualDisplay.h"
 
 #include <QCoreApplication>
@@ -139,25 +140,6 @@ QString toText(const Limit &limit)
 bool keeps(double figure, const Limit &limit)
 {
     return limit.exactly ? figure == limit.value : figure <= limit.value;
-}
-
-/// Writes the table between the two marks of a document.
-void writeInto(const QString &document, const QByteArray &table)
-{
-    const auto begin = "<!-- The table of a test run begins. -->\n"_ba;
-    const auto end = "<!-- The table of a test run ends. -->\n"_ba;
-    QFile file(document);
-    auto text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    file.close();
-    const auto from = text.indexOf(begin) + begin.size();
-    const auto to = text.indexOf(end);
-    if (from < begin.size() || to < from) {
-        qFatal("%s has no place for the table", qPrintable(document));
-    }
-    text.replace(from, to - from, table);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
-        qFatal("cannot write %s", qPrintable(document));
-    }
 }
 
 } // namespace
@@ -314,15 +296,11 @@ int main(int argc, char **argv)
             names.append(argument.section(u':', 1));
         }
     }
-    QString document;
-    if (const auto option = arguments.indexOf("--write"_L1); option > 0) {
-        document = arguments.value(option + 1);
-        arguments.remove(option, 2);
-    }
+    const auto document = kelvo::takeWriteOption(arguments);
     kelvo::NetworkTest test(names);
     const int failures = std::min(QTest::qExec(&test, arguments), kelvo::skipped - 1);
     if (!document.isEmpty()) {
-        kelvo::writeInto(document, test.table());
+        kelvo::writeResultTable(document, "./dev network", test.table());
     }
     return failures;
 }

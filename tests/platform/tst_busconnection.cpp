@@ -4,10 +4,25 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
 
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
+
+/// Records what its slots are called with.
+class Listener : public QObject
+{
+    Q_OBJECT
+
+public:
+    QVariantList heard;
+
+public Q_SLOTS:
+    void onNumber(int number) { heard.append(number); }
+    void onNothing() { heard.append(u"nothing"_s); }
+    void onMessage(const QDBusMessage &signal) { heard.append(signal.member()); }
+};
 
 class BusConnectionTest : public QObject
 {
@@ -20,6 +35,8 @@ private Q_SLOTS:
     void doesNothingWithoutAnAddress();
     void followsTheOwnerOfAName();
     void followsTheOwnerOfANameAcrossARestartOfTheBus();
+    void survivesABusThatDiesWhenANameAppears();
+    void hearsTheSignalsOfTheOwnerOnly();
 };
 
 void BusConnectionTest::connectsAtOnceToARunningBus()
@@ -105,6 +122,76 @@ void BusConnectionTest::followsTheOwnerOfANameAcrossARestartOfTheBus()
     service = std::make_unique<BusService>(daemon, u"org.example.Service"_s, u"/"_s, this,
                                            QDBusConnection::ExportScriptableSlots);
     QTRY_VERIFY(name.isOwned());
+}
+
+// The bus dies after it has announced the owner of the name, and before the program has heard of either.
+void BusConnectionTest::survivesABusThatDiesWhenANameAppears()
+{
+    PrivateBus daemon;
+    daemon.start();
+    const auto bus = std::make_shared<BusConnection>(daemon.address());
+    BusNameOwner name(bus, u"org.example.Service"_s);
+    const QSignalSpy changed(&name, &BusNameOwner::changed);
+    Listener listener;
+    name.listen(u"/"_s, u"org.example"_s, u"Number"_s, &listener, SLOT(onNumber(int)));
+    // The answer of the bus means that it has received what was sent before.
+    auto connection = bus->connection();
+    connection.call(
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s, u"GetId"_s));
+    {
+        const BusService service(daemon, u"org.example.Service"_s, u"/"_s, this,
+                                 QDBusConnection::ExportScriptableSlots);
+        connection.call(
+            QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s, u"GetId"_s));
+        daemon.kill();
+    }
+    while (connection.isConnected()) {
+        QThread::yieldCurrentThread();
+    }
+    QTRY_COMPARE(changed.count(), 2);
+    QVERIFY(!name.isOwned());
+    QVERIFY(!bus->isConnected());
+}
+
+void BusConnectionTest::hearsTheSignalsOfTheOwnerOnly()
+{
+    PrivateBus daemon;
+    daemon.start();
+    const auto bus = std::make_shared<BusConnection>(daemon.address());
+    BusNameOwner name(bus, u"org.example.Service"_s);
+    Listener listener;
+    const auto path = u"/org/example"_s;
+    const auto interface = u"org.example"_s;
+    const auto signal = [&](const QString &member, const QVariantList &arguments, const QString &from = {}) {
+        auto message = QDBusMessage::createSignal(from.isEmpty() ? path : from, interface, member);
+        message.setArguments(arguments);
+        return message;
+    };
+    name.listen(path, interface, u"Number"_s, &listener, SLOT(onNumber(int)));
+    name.listen(path, interface, u"Event"_s, &listener, SLOT(onNothing()));
+
+    BusService service(daemon, u"org.example.Service"_s, path, this, QDBusConnection::ExportScriptableSlots);
+    QTRY_VERIFY(name.isOwned());
+    name.listen(path, interface, u"Anything"_s, &listener, SLOT(onMessage(QDBusMessage)));
+    auto other = daemon.connect();
+    other.send(signal(u"Number"_s, {1}));
+    auto impostor = QDBusMessage::createSignal(u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
+                                               u"NameOwnerChanged"_s);
+    impostor.setArguments({u"org.example.Service"_s, name.owner(), other.baseService()});
+    other.send(impostor);
+    QVERIFY(other
+                .call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s,
+                                                     u"GetId"_s))
+                .type()
+            == QDBusMessage::ReplyMessage);
+    service.connection().send(signal(u"Number"_s, {u"of another type"_s}));
+    service.connection().send(signal(u"Number"_s, {}));
+    service.connection().send(signal(u"Number"_s, {2}, u"/elsewhere"_s));
+    service.connection().send(signal(u"Number"_s, {3, u"and more"_s}));
+    service.connection().send(signal(u"Event"_s, {4}));
+    service.connection().send(signal(u"Anything"_s, {5}));
+    QTRY_COMPARE(listener.heard, (QVariantList{3, u"nothing"_s, u"Anything"_s}));
+    QDBusConnection::disconnectFromBus(other.name());
 }
 
 } // namespace kelvo

@@ -4,6 +4,7 @@
 #include <QDBusArgument>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QImage>
@@ -62,10 +63,12 @@ private Q_SLOTS:
     void usesAServerThatStartsLater();
     void startsAServerThatTheBusCanStart();
     void forgetsTheCapabilitiesOfAServerThatLeft();
-    void dropsAnAlertWithoutAServer();
+    void keepsAnAlertForTheNextServer();
+    void keepsAnAlertThatCouldNotStartAServer();
+    void dropsAnAlertForWhichNoServerStartsInTime();
     void isUnavailableWithoutABus();
     void isAvailableAgainWhenTheBusIsBack();
-    void dropsPendingAlertsWhenTheBusIsLost();
+    void keepsAlertsWhenTheBusIsLost();
     void isAuthorizedByARunningServer();
     void isAuthorizedByAServerThatCanBeStarted();
     void isNotDeterminedWithoutAServer();
@@ -358,10 +361,51 @@ void DBusNotificationCenterTest::forgetsTheCapabilitiesOfAServerThatLeft()
     QCOMPARE(second.notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
 }
 
-void DBusNotificationCenterTest::dropsAnAlertWithoutAServer()
+void DBusNotificationCenterTest::keepsAnAlertForTheNextServer()
 {
     daemon_->start();
+    auto first = std::make_unique<FakeNotificationServer>(*daemon_, plain);
     const auto center = this->center();
+    QTRY_COMPARE(first->questions(), 1);
+    first.reset();
+    center->add(claude); // before and after the program has heard that the server is gone
+    QTRY_COMPARE(status(*center), AuthorizationStatus::notDetermined);
+    center->add(odd);
+    QCOMPARE(status(*center), AuthorizationStatus::notDetermined); // the bus answers in order, so it has refused by now
+
+    auto second = std::make_unique<FakeNotificationServer>(*daemon_, markup);
+    QTRY_COMPARE(second->notifications().size(), 2);
+    QCOMPARE(second->notifications().at(0).summary, claude.title);
+    QCOMPARE(second->notifications().at(1).body, u"a &lt; b &amp; c &gt; \"d\""_s);
+
+    // They are shown once.
+    second.reset();
+    const FakeNotificationServer third(*daemon_, plain);
+    QTRY_COMPARE(third.questions(), 1);
+    center->add(claude);
+    QTRY_COMPARE(third.notifications().size(), 1);
+}
+
+void DBusNotificationCenterTest::keepsAnAlertThatCouldNotStartAServer()
+{
+    daemon_->start();
+    const QTemporaryDir directory;
+    const auto started = directory.filePath(u"started"_s);
+    daemon_->addActivatable(u"org.freedesktop.Notifications"_s, u"/bin/sh -c 'echo >>%1; exit 1'"_s.arg(started));
+    const auto center = this->center();
+    center->add(claude);
+    QTRY_COMPARE(QFileInfo(started).size(), 2); // one start for the question, one for the notification
+    QCOMPARE(status(*center), AuthorizationStatus::authorized);
+    const FakeNotificationServer server(*daemon_, plain);
+    QTRY_COMPARE(server.notifications().size(), 1);
+}
+
+void DBusNotificationCenterTest::dropsAnAlertForWhichNoServerStartsInTime()
+{
+    daemon_->start();
+    const auto center = std::make_unique<DBusNotificationCenter>(std::make_shared<BusConnection>(daemon_->address()),
+                                                                 DBusNotificationCenter::answerTimeout,
+                                                                 std::chrono::milliseconds(1));
     QTest::failOnWarning(QRegularExpression(u".*"_s));
     center->add(claude);
     QCOMPARE(status(*center), AuthorizationStatus::notDetermined); // the bus answers in order, so it has refused by now
@@ -390,8 +434,9 @@ void DBusNotificationCenterTest::isAvailableAgainWhenTheBusIsBack()
     QTRY_COMPARE(server->notifications().size(), 1);
 
     daemon_->kill();
-    QTRY_VERIFY(!center->canServeThisProcess());
     server.reset();
+    QTRY_COMPARE(status(*center), AuthorizationStatus::notDetermined);
+    QVERIFY(center->canServeThisProcess());
 
     daemon_->start();
     server = std::make_unique<FakeNotificationServer>(*daemon_, markup);
@@ -401,24 +446,29 @@ void DBusNotificationCenterTest::isAvailableAgainWhenTheBusIsBack()
     QCOMPARE(server->notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
 }
 
-void DBusNotificationCenterTest::dropsPendingAlertsWhenTheBusIsLost()
+void DBusNotificationCenterTest::keepsAlertsWhenTheBusIsLost()
 {
     daemon_->start();
     const QTemporaryDir directory;
     const auto started = directory.filePath(u"started"_s);
     addStartableServer(started);
-    const auto center = this->center();
-    center->add(claude);
+    const auto bus = std::make_shared<BusConnection>(daemon_->address());
+    DBusNotificationCenter center(bus);
+    center.add(claude);
     QTRY_VERIFY(QFile::exists(started));
     daemon_->kill();
-    QTRY_VERIFY(!center->canServeThisProcess());
+    QTRY_VERIFY(!bus->connection().isConnected());
+    center.add(odd); // before and after the program has heard that the bus is gone
+    QTRY_VERIFY(!bus->isConnected());
+    center.add(claude);
 
+    // The bus starts the server again because an alert waits for it.
+    QVERIFY(QFile::remove(started));
     daemon_->start();
+    QTRY_VERIFY(QFile::exists(started));
     const FakeNotificationServer server(*daemon_, plain);
-    QTRY_COMPARE(server.questions(), 1);
-    center->add(odd);
-    QTRY_COMPARE(server.notifications().size(), 1);
-    QCOMPARE(server.notifications().first().summary, odd.title);
+    QTRY_COMPARE(server.notifications().size(), 3);
+    QCOMPARE(server.notifications().at(0).summary, claude.title);
 }
 
 void DBusNotificationCenterTest::isAuthorizedByARunningServer()

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -12,7 +13,9 @@
 #include <functional>
 #include <limits>
 
+#include <fcntl.h>
 #include <grp.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -120,6 +123,14 @@ private:
         QFile::copy(path_, copy);
         return std::make_unique<IniPreferences>(copy);
     }
+
+    QStringList filesInHome() const
+    {
+        return QDir(home_->path()).entryList({u"Kelvo*"_s}, QDir::Files | QDir::Hidden | QDir::System);
+    }
+
+    /// Whether no line of the file was taken for a damaged one.
+    bool isWithoutComments() const { return !contents(path_).contains("\n;"); }
 
     std::unique_ptr<IniPreferences> reading(const QByteArray &bytes)
     {
@@ -333,7 +344,7 @@ private Q_SLOTS:
         IniPreferences(path_).setTexts(u"l"_s, pair);
         QCOMPARE(nextStart()->texts(u"l"_s), pair);
         QCOMPARE(nextStart()->text(u"k"_s), text);
-        QVERIFY(!QFile::exists(path_ + u".bak"_s));
+        QVERIFY(isWithoutComments());
     }
 
     void randomTextsAreReadBack()
@@ -355,7 +366,7 @@ private Q_SLOTS:
                     QCOMPARE(next->text(each.key()), each.value());
             }
         }
-        QVERIFY(!QFile::exists(path_ + u".bak"_s));
+        QVERIFY(isWithoutComments());
     }
 
     // MARK: the file
@@ -396,11 +407,59 @@ private Q_SLOTS:
         QCOMPARE(::umask(022), mode_t(022));
     }
 
-    void aWiderModeIsRestricted()
+    void aWiderModeIsRestrictedWhenTheFileIsRead_data()
     {
+        QTest::addColumn<int>("before");
+        QTest::addColumn<int>("after");
+        QTest::newRow("the usual mode") << 0644 << 0600;
+        QTest::newRow("a group") << 0660 << 0600;
+        QTest::newRow("only others") << 0604 << 0600;
+        QTest::newRow("read-only") << 0444 << 0400;
+        QTest::newRow("executable") << 0755 << 0700;
+        QTest::newRow("private") << 0600 << 0600;
+    }
+
+    void aWiderModeIsRestrictedWhenTheFileIsRead()
+    {
+        QFETCH(int, before);
+        QFETCH(int, after);
+        QVERIFY(place(path_, "[General]\na=1\n"));
+        QVERIFY(QFile::link(path_, inHome(u"link"_s)));
+        QVERIFY(setMode(path_, mode_t(before)));
+        QCOMPARE(IniPreferences(inHome(u"link"_s)).integer(u"a"_s), 1);
+        QCOMPARE(modeOf(path_), mode_t(after));
+        QCOMPARE(contents(path_), "[General]\na=1\n"_ba);
+    }
+
+    void aModeThatCannotBeRestrictedIsToldOnce()
+    {
+        if (::geteuid() != 0)
+            QSKIP("only root gives files away");
+        QVERIFY(place(path_, "[General]\na=1\n") && setMode(path_, 0644));
+        QCOMPARE(::chown(QFile::encodeName(home_->path()).constData(), nobody, nobody), 0);
+        QCOMPARE(asOrdinaryUser([&] {
+                     static int warnings = 0;
+                     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &message) {
+                         warnings += message.startsWith(u"Other users can read the settings in "_s) ? 1 : 100;
+                     });
+                     IniPreferences preferences(path_);
+                     EXPECT(warnings == 1);
+                     EXPECT(preferences.integer(u"a"_s) == 1);
+                     EXPECT(modeOf(path_) == 0644);
+                     preferences.setInteger(u"a"_s, 2);
+                     EXPECT(warnings == 1);
+                     EXPECT(contents(path_) == "[General]\na=2\n");
+                     EXPECT(modeOf(path_) == 0600);
+                     return 0;
+                 }),
+                 0);
+    }
+
+    void aWiderModeIsRestrictedWhenTheFileIsWritten()
+    {
+        IniPreferences preferences(path_);
         QVERIFY(place(path_, "[General]\na=1\n"));
         QVERIFY(setMode(path_, 0664));
-        IniPreferences preferences(path_);
         preferences.setInteger(u"b"_s, 2);
         QCOMPARE(modeOf(path_), mode_t(0600));
         QCOMPARE(contents(path_), "[General]\na=1\nb=2\n"_ba);
@@ -459,7 +518,6 @@ private Q_SLOTS:
         reading(before)->setInteger(u"k"_s, 7);
         QCOMPARE(contents(path_), after);
         QCOMPARE(nextStart()->integer(u"k"_s), 7);
-        QVERIFY(!QFile::exists(path_ + u".bak"_s));
     }
 
     void theSameValueIsNotWrittenAgain()
@@ -471,6 +529,108 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(path_));
         preferences.setTexts(u"l"_s, {u"b"_s});
         QVERIFY(QFile::exists(path_));
+    }
+
+    void aFileThatVanishedIsWrittenWithAllSettings_data()
+    {
+        QTest::addColumn<QString>("vanished");
+        QTest::newRow("the file") << u"Kelvo/Kelvo.conf"_s;
+        QTest::newRow("its directory") << u"Kelvo"_s;
+        QTest::newRow("its content") << QString();
+    }
+
+    void aFileThatVanishedIsWrittenWithAllSettings()
+    {
+        QFETCH(QString, vanished);
+        path_ = inHome(u"Kelvo/Kelvo.conf"_s);
+        QVERIFY(QDir(home_->path()).mkdir(u"Kelvo"_s));
+        QVERIFY(place(path_, "[General]\nread=1\nlist=@Invalid()\n%3Dodd=1\n"));
+        IniPreferences preferences(path_);
+        preferences.setText(u"written"_s, u"2, 3"_s);
+        if (vanished.isEmpty())
+            QVERIFY(place(path_, {}));
+        else if (QFileInfo(inHome(vanished)).isDir())
+            QVERIFY(QDir(inHome(vanished)).removeRecursively());
+        else
+            QVERIFY(QFile::remove(path_));
+
+        preferences.setInteger(u"read"_s, 4);
+        QCOMPARE(contents(path_), "[General]\nlist=@Invalid()\nread=4\nwritten=\"2, 3\"\n"_ba);
+        QCOMPARE(modeOf(path_), mode_t(0600));
+    }
+
+    // MARK: two processes
+
+    void twoProcessesKeepEachOthersSettings()
+    {
+        constexpr int changes = 200;
+        const auto writing = [this](const QString &key) {
+            const pid_t child = ::fork();
+            if (child == 0) {
+                IniPreferences preferences(path_);
+                for (int i = 0; i < changes; ++i)
+                    preferences.setInteger(key + QString::number(i), i);
+                ::_exit(0);
+            }
+            return child;
+        };
+        for (const pid_t child : {writing(u"a"_s), writing(u"b"_s)}) {
+            int status = -1;
+            ::waitpid(child, &status, 0);
+            QCOMPARE(status, 0);
+        }
+        const auto next = nextStart();
+        for (int i = 0; i < changes; ++i) {
+            QCOMPARE(next->integer(u"a%1"_s.arg(i)), i);
+            QCOMPARE(next->integer(u"b%1"_s.arg(i)), i);
+        }
+        QCOMPARE(filesInHome(), QStringList{u"Kelvo.conf"_s});
+    }
+
+    void aProcessThatKeepsTheLockIsNotWaitedFor()
+    {
+        IniPreferences preferences(path_);
+        preferences.setInteger(u"a"_s, 1);
+        QVERIFY(place(path_ + u".unfinished"_s, "of the other process"));
+        const int directory = ::open(QFile::encodeName(home_->path()).constData(), O_RDONLY | O_CLOEXEC);
+        QCOMPARE(::flock(directory, LOCK_EX), 0);
+
+        QElapsedTimer timer;
+        timer.start();
+        preferences.setInteger(u"a"_s, 2);
+        QVERIFY(timer.elapsed() < 10'000);
+        QCOMPARE(contents(path_), "[General]\na=1\n"_ba);
+        QCOMPARE(preferences.integer(u"a"_s), 2);
+        QCOMPARE(nextStart()->integer(u"a"_s), 1);
+        QCOMPARE(IniPreferences(path_).integer(u"a"_s), 1);
+        QCOMPARE(contents(path_ + u".unfinished"_s), "of the other process"_ba);
+
+        ::close(directory);
+        preferences.setInteger(u"b"_s, 3);
+        QCOMPARE(contents(path_), "[General]\na=2\nb=3\n"_ba);
+        QCOMPARE(filesInHome(), QStringList{u"Kelvo.conf"_s});
+    }
+
+    void aDirectoryWithoutLocksIsWrittenByOneAtATime()
+    {
+        // A directory that cannot be opened stands for one on a file system without locks.
+        QVERIFY(setMode(home_->path(), 0300) && giveAway(home_->path()));
+        QCOMPARE(asOrdinaryUser([&] {
+                     IniPreferences preferences(path_);
+                     preferences.setInteger(u"a"_s, 1);
+                     EXPECT(contents(path_) == "[General]\na=1\n");
+                     EXPECT(place(path_ + u".unfinished"_s, "of the other process"));
+                     preferences.setInteger(u"b"_s, 2);
+                     EXPECT(contents(path_) == "[General]\na=1\n");
+                     EXPECT(contents(path_ + u".unfinished"_s) == "of the other process");
+                     EXPECT(IniPreferences(path_).integer(u"a"_s) == 1);
+                     EXPECT(!QFile::exists(path_ + u".unfinished"_s));
+                     preferences.setInteger(u"c"_s, 3);
+                     EXPECT(contents(path_) == "[General]\na=1\nb=2\nc=3\n");
+                     EXPECT(setMode(home_->path(), 0700));
+                     return 0;
+                 }),
+                 0);
     }
 
     void nothingIsPendingAfterAWrite()
@@ -485,33 +645,44 @@ private Q_SLOTS:
 
     // MARK: damaged files
 
-    void theReadablePartOfADamagedFileIsReadAndTheOriginalIsKept_data()
+    void theReadablePartOfADamagedFileIsReadAndTheRestBecomesAComment_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("an open quote") << "[General]\na=1\nb=\"2\n"_ba;
-        QTest::newRow("a continued line") << "[General]\na=1\nb=2\\\n3\n"_ba;
-        QTest::newRow("binary") << QByteArray("[General]\na=1\n\0\"\1\2=\3\n", 22);
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+        const auto row = [](const char *name, const char *before, const char *after) {
+            QTest::newRow(name) << QByteArray(before) << QByteArray(after);
+        };
+        row("an open quote", "[General]\na=1\nb=\"2\n", "[General]\na=1\nb=\"2\\xa\"\nc=7\n");
+        row("a quote on two lines", "[General]\na=1\nb=\"2\n3\" ; x\n; y\n",
+            "[General]\na=1\nb=\"2\\xa\\x33\"\n; 3\" ; x\n; y\nc=7\n");
+        row("a continued line", "[General]\na=1\nb=2\\\n3\n", "[General]\na=1\nb=23\n3\nc=7\n");
+        row("an open quote elsewhere", "[General]\na=1\n[Other]\nb=\"2\n", "[General]\na=1\nc=7\n[Other]\n; b=\"2\n");
+        row("a backslash alone", "[General]\na=1\n\\\n", "[General]\na=1\n; \\\nc=7\n");
+        row("a quoted section", "[\"General]\n", "[General]\nc=7\n\n; [\"General]\n");
+        row("carriage returns alone", "[General]\ra=1\rx=\"\r", "; [General] a=1 x=\" \na=1\nc=7\nx=\"\\xd\"\n");
     }
 
-    void theReadablePartOfADamagedFileIsReadAndTheOriginalIsKept()
+    void theReadablePartOfADamagedFileIsReadAndTheRestBecomesAComment()
     {
-        QFETCH(QByteArray, bytes);
-        const auto preferences = reading(bytes);
-        QCOMPARE(preferences->integer(u"a"_s), 1);
-        QCOMPARE(contents(path_), bytes);
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        const auto preferences = reading(before);
+        QCOMPARE(contents(path_), before);
 
         preferences->setInteger(u"c"_s, 7);
-        QCOMPARE(contents(path_ + u".bak"_s), bytes);
-        QCOMPARE(modeOf(path_ + u".bak"_s), mode_t(0600));
-        QCOMPARE(nextStart()->integer(u"a"_s), 1);
-        QCOMPARE(nextStart()->integer(u"c"_s), 7);
+        QCOMPARE(contents(path_), after);
+        QCOMPARE(filesInHome(), QStringList{u"Kelvo.conf"_s});
+        const auto next = nextStart();
+        QCOMPARE(next->integer(u"c"_s), 7);
+        QCOMPARE(next->text(u"a"_s), preferences->text(u"a"_s));
+        QCOMPARE(next->text(u"b"_s), preferences->text(u"b"_s));
 
-        // The rewritten file is valid, so the backup is not overwritten.
+        // The file that was written is sound.
         preferences->setInteger(u"c"_s, 8);
-        QCOMPARE(contents(path_ + u".bak"_s), bytes);
+        QCOMPARE(contents(path_), QByteArray(after).replace("c=7", "c=8"));
     }
 
-    void aFileOfRandomBytesIsBackedUpToo()
+    void randomBytesBecomeComments()
     {
         QByteArray garbage(5000, '\0');
         QRandomGenerator random(1);
@@ -519,18 +690,11 @@ private Q_SLOTS:
             byte = char(random.bounded(256));
         const auto preferences = reading(garbage);
         preferences->setInteger(u"c"_s, 7);
-        QCOMPARE(contents(path_ + u".bak"_s), garbage);
         QCOMPARE(nextStart()->integer(u"c"_s), 7);
-    }
-
-    void aDamagedFileThatCannotBeBackedUpIsNotOverwritten()
-    {
-        const QByteArray bytes = "[General]\na=1\nb=\"2\n";
-        QVERIFY(QDir(home_->path()).mkpath(u"Kelvo.conf.bak/full"_s));
-        const auto preferences = reading(bytes);
-        preferences->setInteger(u"a"_s, 2);
-        QCOMPARE(contents(path_), bytes);
-        QCOMPARE(preferences->integer(u"a"_s), 2);
+        const QByteArrayList after = contents(path_).split('\n');
+        for (const QByteArray &line : garbage.replace('\r', ' ').split('\n'))
+            QVERIFY(after.contains(line) || after.contains("; " + line) || after.contains(line.trimmed()));
+        QCOMPARE(filesInHome(), QStringList{u"Kelvo.conf"_s});
     }
 
     // MARK: files that cannot be written

@@ -155,6 +155,7 @@ private Q_SLOTS:
     void setPrimaryRemovesEveryDuplicate();
     void setPrimaryOfThePrimaryChangesNothing();
     void launchAtLoginMirrorsTheSystem();
+    void launchAtLoginFollowsTheSystem();
     void launchAtLoginRegistersAndUnregisters();
     void aRefusedRegistrationIsReverted();
     void aRefusedRemovalIsReverted();
@@ -536,6 +537,22 @@ void SettingsStoreTest::launchAtLoginMirrorsTheSystem()
     fixture.loginItem.enabled = false;
     QCOMPARE(fixture.load()->launchAtLogin(), false);
     QCOMPARE(fixture.loginItem.registrations + fixture.loginItem.removals, 0);
+}
+
+void SettingsStoreTest::launchAtLoginFollowsTheSystem()
+{
+    Fixture fixture;
+    const auto store = fixture.load();
+    QSignalSpy changes(store.get(), &SettingsStore::launchAtLoginChanged);
+    for (const bool enabled : {true, false}) {
+        fixture.loginItem.enabled = enabled;
+        Q_EMIT fixture.loginItem.changed();
+        QCOMPARE(store->launchAtLogin(), enabled);
+    }
+    QCOMPARE(changes.size(), 2);
+    // The system already knows.
+    QCOMPARE(fixture.loginItem.registrations, 0);
+    QCOMPARE(fixture.loginItem.removals, 0);
 }
 
 void SettingsStoreTest::launchAtLoginRegistersAndUnregisters()

@@ -1,11 +1,14 @@
 #include "sources/DocumentDecoder.h"
 
+#include <QDeadlineTimer>
+#include <QDir>
 #include <QSemaphore>
 #include <QTest>
 #include <QThread>
 
 using namespace kelvo;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -100,6 +103,47 @@ private Q_SLOTS:
         }
         QCoreApplication::processEvents();
         QVERIFY(!handedOver);
+    }
+
+    void documentsThatWaitAreDroppedWithTheDecoder()
+    {
+        auto decoder = std::make_unique<DocumentDecoder>();
+        QSemaphore begun;
+        bool wasSecondDecoded = false;
+        auto token = std::make_shared<int>();
+        // The first document is decoded until the second one is dropped.
+        decoder->run(large, [&, second = std::weak_ptr(token)](QByteArrayView) {
+            begun.release();
+            const QDeadlineTimer limit(5s);
+            while (!second.expired() && !limit.hasExpired()) {
+                QThread::yieldCurrentThread();
+            }
+            return std::optional(fine);
+        });
+        decoder->run(large, [&wasSecondDecoded, token = std::move(token)](QByteArrayView) {
+            wasSecondDecoded = true;
+            return std::optional(fine);
+        });
+        begun.acquire();
+        decoder.reset();
+        QVERIFY(!wasSecondDecoded);
+    }
+
+    void theThreadEndsAfterTheLastDocument()
+    {
+        QDir threads(u"/proc/self/task"_s);
+        if (!threads.exists()) {
+            QSKIP("This system does not list a process's threads.");
+        }
+        const auto count = [&threads] {
+            threads.refresh();
+            return threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+        };
+        const auto before = count();
+        DocumentDecoder decoder;
+        const auto reading = decoder.run(large, [](QByteArrayView) { return std::optional(fine); });
+        QTRY_VERIFY(reading.isFinished());
+        QTRY_VERIFY(count() <= before);
     }
 };
 

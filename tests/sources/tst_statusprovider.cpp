@@ -345,8 +345,9 @@ void StatusProviderTest::anOfflineNetworkReadsUnreachable()
 void StatusProviderTest::anInvalidOriginGivesNoRequest_data()
 {
     QTest::addColumn<QString>("base");
-    for (const auto &base : {u""_s, u"status.claude.com"_s, u"https://"_s, u"https://status claude.com"_s,
-                             u"http://[::1"_s, u"https://status.claude.com:port"_s, u"file://"_s}) {
+    for (const auto &base :
+         {u""_s, u"status.claude.com"_s, u"https://"_s, u"https://status claude.com"_s, u"http://[::1"_s,
+          u"https://status.claude.com:port"_s, u"https://status.claude.com/a b"_s, u"file://"_s}) {
         QTest::newRow(qPrintable(u'"' + base + u'"')) << base;
     }
 }

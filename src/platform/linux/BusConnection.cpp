@@ -91,19 +91,20 @@ std::shared_ptr<BusConnection> BusConnection::system()
     return shared(bus, systemBusAddress());
 }
 
-void BusConnection::subscribe(const QString &sender, const QString &path, const QString &interface,
-                              const QString &member, QObject *receiver, const char *slot)
+void BusConnection::subscribe(const QString &path, const QString &interface, const QString &member, QObject *receiver,
+                              const char *slot, const QString &firstArgument)
 {
+    const auto arguments = firstArgument.isEmpty() ? QStringList() : QStringList(firstArgument);
     // On a live connection, false means that the signature of the slot does not match. Qt does not report this.
-    if (!connection_.connect(sender, path, interface, member, receiver, slot) && connection_.isConnected()) {
+    if (!connection_.connect({}, path, interface, member, arguments, {}, receiver, slot) && connection_.isConnected()) {
         qCWarning(logBus) << "cannot listen to" << interface << member;
     }
 }
 
-void BusConnection::unsubscribe(const QString &sender, const QString &path, const QString &interface,
-                                const QString &member, QObject *receiver, const char *slot)
+void BusConnection::unsubscribe(const QString &path, const QString &interface, const QString &member, QObject *receiver,
+                                const char *slot)
 {
-    connection_.disconnect(sender, path, interface, member, receiver, slot);
+    connection_.disconnect({}, path, interface, member, receiver, slot);
 }
 
 void BusConnection::call(const QDBusMessage &message, QObject *context,
@@ -138,7 +139,7 @@ bool BusConnection::open()
         return false;
     }
     isConnected_ = true;
-    subscribe({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, this,
+    subscribe(u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, this,
               SLOT(onDisconnected()));
     return true;
 }

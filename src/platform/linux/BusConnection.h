@@ -33,12 +33,14 @@ public:
     /// The current connection. It is a different one after each `connected`.
     const QDBusConnection &connection() const { return connection_; }
 
-    /// Calls `slot` of `receiver` for each matching signal of the peer with the unique name `sender`. `slot` is a
-    /// string made by SLOT(). A well-known name would work too, but Qt would block until the bus has resolved it.
-    void subscribe(const QString &sender, const QString &path, const QString &interface, const QString &member,
-                   QObject *receiver, const char *slot);
-    void unsubscribe(const QString &sender, const QString &path, const QString &interface, const QString &member,
-                     QObject *receiver, const char *slot);
+    /// Calls `slot` of `receiver` for each matching signal, whoever sends it. If `firstArgument` is not empty, the signal's
+    /// first argument must be this text. `slot` is a string made by SLOT(); if it takes a QDBusMessage, it can check the
+    /// sender. (For a sender that Qt is told, it blocks until the bus has answered who that is. If the connection is lost
+    /// meanwhile, it aborts the process: seen with Qt 6.4.)
+    void subscribe(const QString &path, const QString &interface, const QString &member, QObject *receiver,
+                   const char *slot, const QString &firstArgument = {});
+    void unsubscribe(const QString &path, const QString &interface, const QString &member, QObject *receiver,
+                     const char *slot);
 
     /// The time that D-Bus gives a peer to answer when the caller sets no limit.
     static constexpr std::chrono::milliseconds defaultTimeout{-1};

@@ -1,8 +1,8 @@
 #include "platform/linux/BusNameOwner.h"
 
 #include <QDBusPendingCall>
-
-#include <utility>
+#include <QMetaMethod>
+#include <QVarLengthArray>
 
 using namespace Qt::StringLiterals;
 
@@ -10,10 +10,34 @@ namespace kelvo {
 
 namespace {
 
+const auto busName = u"org.freedesktop.DBus"_s;
+const auto busPath = u"/org/freedesktop/DBus"_s;
+
 QDBusMessage busCall(const QString &method)
 {
-    return QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
-                                          u"org.freedesktop.DBus"_s, method);
+    return QDBusMessage::createMethodCall(busName, busPath, busName, method);
+}
+
+/// Calls the slot with the arguments of the signal, or with the signal itself. Does nothing if the arguments have other
+/// types.
+void deliver(const QDBusMessage &signal, QObject *receiver, const char *slot)
+{
+    const auto method = receiver->metaObject()->method(
+        receiver->metaObject()->indexOfMethod(QMetaObject::normalizedSignature(slot + 1)));
+    auto message = signal;
+    auto arguments = signal.arguments();
+    QVarLengthArray<void *, 4> parameters{nullptr};
+    for (int i = 0; i < method.parameterCount(); ++i) {
+        const auto type = method.parameterMetaType(i);
+        if (type == QMetaType::fromType<QDBusMessage>()) {
+            parameters.append(&message);
+        } else if (i < arguments.size() && arguments.at(i).metaType() == type) {
+            parameters.append(arguments[i].data());
+        } else {
+            return;
+        }
+    }
+    QMetaObject::metacall(receiver, QMetaObject::InvokeMetaMethod, method.methodIndex(), parameters.data());
 }
 
 } // namespace
@@ -32,7 +56,7 @@ BusNameOwner::BusNameOwner(std::shared_ptr<BusConnection> bus, const QString &na
 {
     connect(bus_.get(), &BusConnection::connected, this, &BusNameOwner::follow);
     connect(bus_.get(), &BusConnection::disconnected, this, [this] {
-        watcher_.reset();
+        question_.reset();
         set({});
     });
     if (bus_->isConnected()) {
@@ -42,13 +66,13 @@ BusNameOwner::BusNameOwner(std::shared_ptr<BusConnection> bus, const QString &na
 
 void BusNameOwner::follow()
 {
-    watcher_ = std::make_unique<QDBusServiceWatcher>(name_, bus_->connection(),
-                                                     QDBusServiceWatcher::WatchForOwnerChange);
-    connect(watcher_.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString &, const QString &, const QString &owner) { set(owner); });
-
-    bus_->call(ownerQuestion(name_), watcher_.get(), [this](const QDBusMessage &answer) {
-        // The watcher reports every change since the call was sent, so an owner that it set is newer than this answer.
+    bus_->subscribe(busPath, busName, u"NameOwnerChanged"_s, this, SLOT(onOwnerChanged(QDBusMessage)), name_);
+    for (const auto &signal : std::as_const(signals_)) {
+        subscribe(signal);
+    }
+    question_ = std::make_unique<QObject>();
+    bus_->call(ownerQuestion(name_), question_.get(), [this](const QDBusMessage &answer) {
+        // The bus reports every change since the call was sent, so an owner that it reported is newer than this answer.
         if (answer.type() == QDBusMessage::ReplyMessage && owner_.isEmpty()) {
             set(answer.arguments().value(0).toString());
         }
@@ -64,26 +88,43 @@ void BusNameOwner::listen(const QString &path, const QString &interface, const Q
                           const char *slot)
 {
     signals_.append({path, interface, member, receiver, slot});
-    if (isOwned()) {
-        bus_->subscribe(owner_, path, interface, member, receiver, slot);
+    if (bus_->isConnected()) {
+        subscribe(signals_.constLast());
+    }
+}
+
+void BusNameOwner::subscribe(const Signal &signal)
+{
+    bus_->subscribe(signal.path, signal.interface, signal.member, this, SLOT(onSignal(QDBusMessage)));
+}
+
+void BusNameOwner::onOwnerChanged(const QDBusMessage &signal)
+{
+    const auto arguments = signal.arguments();
+    if (signal.service() == busName && arguments.value(0).toString() == name_) {
+        set(arguments.value(2).toString());
+    }
+}
+
+void BusNameOwner::onSignal(const QDBusMessage &signal)
+{
+    // Any peer can send such a signal.
+    if (!isOwned() || signal.service() != owner_) {
+        return;
+    }
+    for (const auto &each : QList(signals_)) {
+        if (each.member == signal.member() && each.interface == signal.interface() && each.path == signal.path()) {
+            deliver(signal, each.receiver, each.slot);
+        }
     }
 }
 
 void BusNameOwner::set(const QString &owner)
 {
-    if (owner_ == owner) {
-        return;
+    if (owner_ != owner) {
+        owner_ = owner;
+        Q_EMIT changed();
     }
-    const auto before = std::exchange(owner_, owner);
-    for (const auto &[path, interface, member, receiver, slot] : std::as_const(signals_)) {
-        if (!before.isEmpty()) {
-            bus_->unsubscribe(before, path, interface, member, receiver, slot);
-        }
-        if (isOwned()) {
-            bus_->subscribe(owner_, path, interface, member, receiver, slot);
-        }
-    }
-    Q_EMIT changed();
 }
 
 } // namespace kelvo

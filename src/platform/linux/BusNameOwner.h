@@ -2,7 +2,6 @@
 
 #include "platform/linux/BusConnection.h"
 
-#include <QDBusServiceWatcher>
 #include <QList>
 
 #include <memory>
@@ -38,6 +37,10 @@ Q_SIGNALS:
     /// The owner changed or is gone. Never emitted from inside the constructor.
     void changed();
 
+private Q_SLOTS:
+    void onOwnerChanged(const QDBusMessage &signal);
+    void onSignal(const QDBusMessage &signal);
+
 private:
     struct Signal
     {
@@ -49,6 +52,7 @@ private:
     };
 
     void follow();
+    void subscribe(const Signal &signal);
     void set(const QString &owner);
 
     std::shared_ptr<BusConnection> bus_;
@@ -56,7 +60,7 @@ private:
     Start start_;
     QString owner_;
     QList<Signal> signals_;
-    std::unique_ptr<QDBusServiceWatcher> watcher_;
+    std::unique_ptr<QObject> question_;
 };
 
 } // namespace kelvo

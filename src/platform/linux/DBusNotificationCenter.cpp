@@ -58,6 +58,15 @@ QString escaped(QString text)
     return text.replace(u'&', "&amp;"_L1).replace(u'<', "&lt;"_L1).replace(u'>', "&gt;"_L1);
 }
 
+/// Whether the call did not reach the bus, or the bus found no server for it and could not start one. After any other
+/// error, such as that of a server that ends before it answers, a server may have shown the notification.
+bool nobodyReceived(const QDBusMessage &error)
+{
+    return error.errorName() == "org.freedesktop.DBus.Error.Disconnected"_L1
+        || error.errorName() == "org.freedesktop.DBus.Error.ServiceUnknown"_L1
+        || error.errorName().startsWith("org.freedesktop.DBus.Error.Spawn."_L1);
+}
+
 /// The application icon as an "image-data" hint; invalid when no icon is set.
 QVariant iconPicture()
 {
@@ -72,10 +81,12 @@ QVariant iconPicture()
 } // namespace
 
 DBusNotificationCenter::DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus,
-                                               std::chrono::milliseconds timeout)
+                                               std::chrono::milliseconds timeout, std::chrono::milliseconds patience)
     : bus_(std::move(sessionBus))
     , server_(bus_, serverName)
     , timeout_(timeout)
+    , patience_(patience)
+    , hasBus_(bus_->isConnected())
 {
     const auto listen = [this](const QString &signal, const char *slot) {
         server_.listen(serverPath, serverName, signal, this, slot);
@@ -84,12 +95,13 @@ DBusNotificationCenter::DBusNotificationCenter(std::shared_ptr<BusConnection> se
     listen(u"ActionInvoked"_s, SLOT(onActionInvoked(uint, QString)));
     listen(u"NotificationClosed"_s, SLOT(onNotificationClosed(uint, uint)));
     connect(&server_, &BusNameOwner::changed, this, &DBusNotificationCenter::onServerChanged);
-    connect(bus_.get(), &BusConnection::disconnected, this, &DBusNotificationCenter::onDisconnected);
+    connect(bus_.get(), &BusConnection::connected, this, &DBusNotificationCenter::onConnected);
+    connect(bus_.get(), &BusConnection::disconnected, &server_, [this] { question_.reset(); });
 }
 
 bool DBusNotificationCenter::canServeThisProcess() const
 {
-    return bus_->isConnected();
+    return hasBus_;
 }
 
 QFuture<AuthorizationStatus> DBusNotificationCenter::authorizationStatus()
@@ -132,23 +144,23 @@ QFuture<void> DBusNotificationCenter::requestAuthorization()
 
 void DBusNotificationCenter::add(const LocalNotification &notification)
 {
-    if (!bus_->isConnected()) {
-        return;
-    }
+    const Pending pending{notification, QDeadlineTimer(patience_)};
     if (capabilities_) {
-        post(notification);
+        post(pending);
         return;
     }
-    waiting_.append(notification);
-    if (!question_) {
+    waiting_.append(pending);
+    if (bus_->isConnected() && !question_) {
         askCapabilities();
     }
 }
 
-void DBusNotificationCenter::onDisconnected()
+void DBusNotificationCenter::onConnected()
 {
-    question_.reset();
-    waiting_.clear();
+    hasBus_ = true;
+    if (!waiting_.isEmpty() && !question_) {
+        askCapabilities();
+    }
 }
 
 void DBusNotificationCenter::onServerChanged()
@@ -169,15 +181,18 @@ void DBusNotificationCenter::askCapabilities()
             capabilities_ = answer.arguments().value(0).toStringList();
         }
         // If the server answered with an error or not in time, the notifications are posted as plain text.
-        for (const auto &notification : std::exchange(waiting_, {})) {
-            post(notification);
+        for (const auto &pending : std::exchange(waiting_, {})) {
+            if (!pending.until.hasExpired()) {
+                post(pending);
+            }
         }
     };
     bus_->call(serverCall(u"GetCapabilities"_s), question_.get(), answered, timeout_);
 }
 
-void DBusNotificationCenter::post(const LocalNotification &notification)
+void DBusNotificationCenter::post(const Pending &pending)
 {
+    const auto &notification = pending.notification;
     const bool readsMarkup = capabilities_ && capabilities_->contains("body-markup"_L1);
     // Some servers without this capability show a dialog for a notification with actions.
     const bool hasActions = capabilities_ && capabilities_->contains("actions"_L1);
@@ -195,9 +210,11 @@ void DBusNotificationCenter::post(const LocalNotification &notification)
     call << u"Kelvo"_s << 0U << (isInstalled ? applicationId : QString()) << notification.title
          << (readsMarkup ? escaped(notification.body) : notification.body)
          << (hasActions ? QStringList{defaultAction, u"Open Kelvo"_s} : QStringList()) << hints << -1;
-    bus_->call(call, this, [this](const QDBusMessage &answer) {
+    bus_->call(call, this, [this, pending](const QDBusMessage &answer) {
         if (answer.type() == QDBusMessage::ReplyMessage) {
             shown_.insert(answer.arguments().value(0).toUInt());
+        } else if (nobodyReceived(answer)) {
+            waiting_.append(pending);
         }
     });
 }

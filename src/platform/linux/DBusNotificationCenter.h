@@ -3,6 +3,7 @@
 #include "platform/NotificationCenter.h"
 #include "platform/linux/BusNameOwner.h"
 
+#include <QDeadlineTimer>
 #include <QList>
 #include <QSet>
 #include <QStringList>
@@ -22,8 +23,13 @@ public:
     /// How long notifications wait for the capabilities of a server. After that they are posted as plain text.
     static constexpr std::chrono::milliseconds answerTimeout{2000};
 
+    /// How long a notification that no server could take is kept for one that starts, such as one that restarts with its
+    /// bus.
+    static constexpr std::chrono::milliseconds serverPatience{60'000};
+
     explicit DBusNotificationCenter(std::shared_ptr<BusConnection> sessionBus,
-                                    std::chrono::milliseconds timeout = DBusNotificationCenter::answerTimeout);
+                                    std::chrono::milliseconds timeout = DBusNotificationCenter::answerTimeout,
+                                    std::chrono::milliseconds patience = DBusNotificationCenter::serverPatience);
 
     bool canServeThisProcess() const override;
     /// Desktops have no permission to ask for: the status is `authorized` when a notification server runs or can be
@@ -38,17 +44,25 @@ private Q_SLOTS:
     void onNotificationClosed(uint id, uint reason);
 
 private:
+    struct Pending
+    {
+        LocalNotification notification;
+        QDeadlineTimer until;
+    };
+
     void onServerChanged();
-    void onDisconnected();
+    void onConnected();
     void askCapabilities();
-    void post(const LocalNotification &notification);
+    void post(const Pending &pending);
 
     std::shared_ptr<BusConnection> bus_;
     BusNameOwner server_;
     std::chrono::milliseconds timeout_;
+    std::chrono::milliseconds patience_;
+    bool hasBus_; ///< the session has a bus, or had one that may come back
     std::optional<QStringList> capabilities_;
     std::unique_ptr<QObject> question_;
-    QList<LocalNotification> waiting_;
+    QList<Pending> waiting_;
     QSet<uint> shown_; ///< the notifications that the server has not closed yet
 };
 

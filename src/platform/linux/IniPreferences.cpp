@@ -3,41 +3,106 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLoggingCategory>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <thread>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
+using namespace std::chrono_literals;
+
 // QSettings reads the file but does not write it. Its writer truncates the file when the disk is full (seen with
-// Qt 6.4), waits for a lock that a killed process left behind, and removes comments.
+// Qt 6.4), waits for a lock that a killed process left behind, and removes comments. QSaveFile leaves a file with a random
+// name behind when the process is killed.
 
 namespace kelvo {
 
 namespace {
 
-/// While this object lives, new files and directories are accessible to the user only.
-class PrivateFiles
+Q_LOGGING_CATEGORY(logSettings, "kelvo.settings")
+
+constexpr mode_t otherUsers = S_IRWXG | S_IRWXO;
+
+/// How long a write waits for another process that writes.
+constexpr auto lockPatience = 1000ms;
+constexpr auto lockInterval = 10ms;
+
+/// Keeps other processes of the program from writing the file while this object lives. The lock is one of the kernel on
+/// the directory of the file: it ends with its process and leaves no file behind.
+class WriteLock
 {
 public:
-    PrivateFiles() = default;
-    PrivateFiles(const PrivateFiles &) = delete;
-    PrivateFiles &operator=(const PrivateFiles &) = delete;
-    ~PrivateFiles() { ::umask(before_); }
+    explicit WriteLock(const QString &file)
+        : directory_(
+              ::open(QFile::encodeName(QFileInfo(file).absolutePath()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        for (auto waited = 0ms; waited <= lockPatience; waited += lockInterval) {
+            isHeld_ = ::flock(directory_, LOCK_EX | LOCK_NB) == 0;
+            isBusy_ = !isHeld_ && errno == EWOULDBLOCK;
+            if (!isBusy_)
+                return;
+            std::this_thread::sleep_for(lockInterval);
+        }
+    }
+    WriteLock(const WriteLock &) = delete;
+    WriteLock &operator=(const WriteLock &) = delete;
+    ~WriteLock() { ::close(directory_); }
+
+    /// False when another process holds the lock, and on file systems without locks on directories.
+    bool isHeld() const { return isHeld_; }
+    /// Whether another process holds the lock.
+    bool isBusy() const { return isBusy_; }
+    /// Makes sure that files that were renamed in the directory are on disk.
+    void sync() const { ::fsync(directory_); }
 
 private:
-    mode_t before_ = ::umask(S_IRWXG | S_IRWXO);
+    int directory_;
+    bool isHeld_ = false;
+    bool isBusy_ = false;
 };
 
-/// Reads the file. Returns an empty array when it does not exist, and nullopt when it cannot be read or is not a
-/// regular file.
+/// While this object lives, new directories are accessible to the user only.
+class PrivateDirectories
+{
+public:
+    PrivateDirectories() = default;
+    PrivateDirectories(const PrivateDirectories &) = delete;
+    PrivateDirectories &operator=(const PrivateDirectories &) = delete;
+    ~PrivateDirectories() { ::umask(before_); }
+
+private:
+    mode_t before_ = ::umask(otherUsers);
+};
+
+/// Returns the file that the path leads to through symbolic links. It need not exist.
+QString followed(QString path)
+{
+    constexpr int maximumLinks = 40;
+    for (int i = 0; i < maximumLinks && QFileInfo(path).isSymLink(); ++i)
+        path = QFileInfo(path).symLinkTarget();
+    return path;
+}
+
+bool isOpenToOthers(const QString &path)
+{
+    struct stat info = {};
+    return ::stat(QFile::encodeName(path).constData(), &info) == 0 && (info.st_mode & otherUsers) != 0;
+}
+
+/// Reads the file, and takes it from other users if it was made by hand. Returns an empty array when it does not exist, and
+/// nullopt when it cannot be read or is not a regular file.
 std::optional<QByteArray> read(const QString &path)
 {
     struct stat info = {};
@@ -46,32 +111,55 @@ std::optional<QByteArray> read(const QString &path)
     QFile file(path);
     if (!S_ISREG(info.st_mode) || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
+    if ((info.st_mode & otherUsers) != 0)
+        ::fchmod(file.handle(), info.st_mode & S_IRWXU);
     QByteArray bytes = file.readAll();
     return file.error() == QFileDevice::NoError ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
-/// Replaces the content of the file atomically. Returns false, and leaves the file as it was, on failure.
-bool replace(const QString &path, const QByteArray &bytes)
+QString unfinished(const QString &file)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    // QSaveFile copies the mode of the file that it replaces. Restrict it before any content is written.
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    // commit() alone does not notice when the last buffer does not fit on the disk (seen with Qt 6.4).
-    if (file.write(bytes) != bytes.size() || !file.flush() || ::fsync(file.handle()) != 0)
-        return false;
-    return file.commit();
+    return file + u".unfinished"_s;
 }
 
-/// Whether no setting extends over more than one line: no line ends within quotes or with a backslash.
-bool haveSoundEnds(const QByteArrayList &lines)
+/// Removes what a process that was killed while it wrote the file has left.
+void removeUnfinished(const QString &file)
 {
-    static const QRegularExpression sound(uR"re(^(?:[^;"\\]++|\\.|"(?:[^"\\]++|\\.)*+")*+(?:;.*)?$)re"_s,
-                                          QRegularExpression::DotMatchesEverythingOption);
-    return std::all_of(lines.begin(), lines.end(), [](const QByteArray &line) {
-        return sound.match(QString::fromLatin1(line).trimmed()).hasMatch();
-    });
+    if (!QFile::exists(unfinished(file)))
+        return;
+    if (const WriteLock lock(file); !lock.isBusy())
+        QFile::remove(unfinished(file));
+}
+
+/// Replaces the content of the file atomically. Returns false, and leaves the file as it was, on failure.
+bool replace(const QString &file, const QByteArray &bytes, const WriteLock &lock)
+{
+    QFile next(unfinished(file));
+    // Without a lock it may be one that another process is writing.
+    if (lock.isHeld())
+        next.remove();
+    if (!next.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered,
+                   QFileDevice::ReadOwner | QFileDevice::WriteOwner))
+        return false;
+    const bool isWritten = next.write(bytes) == bytes.size() && ::fsync(next.handle()) == 0;
+    next.close();
+    if (!isWritten
+        || ::rename(QFile::encodeName(next.fileName()).constData(), QFile::encodeName(file).constData()) != 0) {
+        next.remove();
+        return false;
+    }
+    lock.sync();
+    return true;
+}
+
+/// Whether no setting begins or ends within the line: it does not end within quotes or with a backslash, and QSettings
+/// does not see two lines in it.
+bool isSound(const QByteArray &line)
+{
+    static const QRegularExpression sound(
+        uR"re(^(?:[^;"\\\r]++|\\[^\r]|"(?:[^"\\\r]++|\\[^\r])*+")*+(?:;[^\r]*)?$)re"_s,
+        QRegularExpression::DotMatchesEverythingOption);
+    return sound.match(QString::fromLatin1(line).trimmed()).hasMatch();
 }
 
 bool isHexDigit(QChar character)
@@ -161,9 +249,11 @@ QString defaultPath()
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/Kelvo/Kelvo.conf"_s;
 }
 
-bool isOfOurs(const QVariant &value)
+bool isOfOurs(const QString &key, const QVariant &value)
 {
-    return !value.isValid() || value.typeId() == QMetaType::QString || value.typeId() == QMetaType::QStringList;
+    static const QRegularExpression plain(uR"(\A\w+\z)"_s);
+    return plain.match(key).hasMatch()
+        && (!value.isValid() || value.typeId() == QMetaType::QString || value.typeId() == QMetaType::QStringList);
 }
 
 } // namespace
@@ -176,13 +266,16 @@ IniPreferences::IniPreferences()
 IniPreferences::IniPreferences(const QString &path)
     : path_(path)
 {
+    removeUnfinished(followed(path));
     // Read the file only if it is a regular one: QSettings would block on a pipe or a device.
     if (!read(path))
         return;
+    if (isOpenToOthers(path))
+        qCWarning(logSettings).noquote() << "Other users can read the settings in" << path;
     const QSettings file(path, QSettings::IniFormat);
     const QStringList keys = file.childKeys();
     for (const QString &key : keys) {
-        if (const QVariant value = file.value(key); isOfOurs(value))
+        if (const QVariant value = file.value(key); isOfOurs(key, value))
             values_.insert(key, value);
     }
 }
@@ -255,25 +348,26 @@ void IniPreferences::store(const QString &key, const QVariant &value)
 
 bool IniPreferences::save() const
 {
-    const PrivateFiles scope;
+    const PrivateDirectories scope;
     QDir().mkpath(QFileInfo(path_).absolutePath());
-
-    const std::optional<QByteArray> before = read(path_);
-    if (!before)
+    const QString file = followed(path_);
+    const WriteLock lock(file);
+    const std::optional<QByteArray> before = read(file);
+    if (lock.isBusy() || !before)
         return false;
 
     QByteArrayList lines = linesOf(*before);
-    QStringList keys(unsaved_.begin(), unsaved_.end());
-    if (!haveSoundEnds(lines)) {
-        if (!replace(path_ + u".bak"_s, *before))
-            return false;
-        lines.clear();
-        keys = values_.keys();
-    }
+    // A file that has vanished or is damaged gets all settings.
+    const bool isSoundFile = !lines.isEmpty() && std::all_of(lines.begin(), lines.end(), isSound);
+    QStringList keys = isSoundFile ? unsaved_.values() : values_.keys();
     keys.sort();
     for (const QString &key : keys)
         put(lines, key.toUtf8(), settingLine(key, values_.value(key)));
-    return replace(path_, lines.join('\n') + '\n');
+    for (QByteArray &line : lines) {
+        if (!isSound(line))
+            line = "; " + line.replace('\r', ' ');
+    }
+    return replace(file, lines.join('\n') + '\n', lock);
 }
 
 } // namespace kelvo

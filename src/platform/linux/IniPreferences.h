@@ -12,8 +12,14 @@ namespace kelvo {
 ///
 /// Values are stored as text: true, false, a decimal number, a text, or texts separated by commas. Reads allow for
 /// edits by hand: `text` joins an unquoted list with commas again; `texts` returns a single text as a list of one and an
-/// empty text as an empty list. A write replaces the line of its key and keeps all other lines. A file in which a
-/// setting runs over several lines (an unclosed quote) is copied to "<file>.bak" and written anew.
+/// empty text as an empty list. A write replaces the line of its key and keeps all other lines, so a file that was edited
+/// meanwhile, or that another process writes too, loses nothing; the last write of a key counts. If the file has vanished,
+/// all settings are written. If settings run over several lines (an unclosed quote), all settings are written too, and
+/// what cannot be read becomes a comment.
+///
+/// A file that other users can read is taken from them when it is read. Where that is not possible, the program says so
+/// once and goes on. The new content is prepared in "<file>.unfinished"; what a killed process left there is removed at
+/// the next start.
 class IniPreferences : public Preferences
 {
 public:

@@ -61,7 +61,7 @@ bool PortalLoginItem::request(bool autostart)
     const auto token = u"kelvo_"_s + QUuid::createUuid().toString(QUuid::Id128);
     request_ = requestPath(bus_->connection().baseService(), token);
     // Listen before the call, because the answer may come at once. Nobody else can guess the path.
-    bus_->subscribe({}, request_, requestInterface, responseSignal, this, SLOT(onResponse(uint, QVariantMap)));
+    bus_->subscribe(request_, requestInterface, responseSignal, this, SLOT(onResponse(uint, QVariantMap)));
 
     auto call = QDBusMessage::createMethodCall(portalName, portalPath, u"org.freedesktop.portal.Background"_s,
                                                u"RequestBackground"_s);
@@ -96,7 +96,7 @@ void PortalLoginItem::end()
     if (request_.isEmpty()) {
         return;
     }
-    bus_->unsubscribe({}, request_, requestInterface, responseSignal, this, SLOT(onResponse(uint, QVariantMap)));
+    bus_->unsubscribe(request_, requestInterface, responseSignal, this, SLOT(onResponse(uint, QVariantMap)));
     request_.clear();
     Q_EMIT changed();
 }

@@ -1,6 +1,7 @@
 #include "platform/ProcessMemory.h"
 
 #include <malloc/malloc.h>
+#include <sys/resource.h>
 
 namespace kelvo {
 
@@ -11,6 +12,16 @@ void keepProcessMemorySmall() { }
 void returnUnusedMemory(std::span<const std::string_view>)
 {
     malloc_zone_pressure_relief(nullptr, 0);
+}
+
+// The reports of the system's own crash reporter contain no heap.
+void keepProcessMemoryPrivate()
+{
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_CORE, &limit) == 0) {
+        limit.rlim_cur = 0;
+        ::setrlimit(RLIMIT_CORE, &limit);
+    }
 }
 
 } // namespace kelvo
