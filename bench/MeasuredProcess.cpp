@@ -81,8 +81,13 @@ long long wakeupsOf(qint64 processId)
 {
     return sumOverThreads(processId, [](const QString &task) {
         const auto status = contentOf(task + "/status"_L1);
-        return numberAfter(status, "voluntary_ctxt_switches:") + numberAfter(status, "nonvoluntary_ctxt_switches:");
+        return numberAfter(status, "voluntary_ctxt_switches:");
     });
+}
+
+int threadsOf(qint64 processId)
+{
+    return static_cast<int>(sumOverThreads(processId, [](const QString &) { return 1LL; }));
 }
 
 int descriptorsOf(qint64 processId)

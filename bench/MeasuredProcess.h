@@ -21,8 +21,10 @@ struct Memory
 Memory memoryOf(qint64 processId);
 /// The time that all threads of the process have spent on a processor so far.
 std::chrono::nanoseconds cpuTimeOf(qint64 processId);
-/// The number of context switches of all threads of the process so far. A process that never wakes up adds none.
+/// How often the threads of the process have woken up so far: each time, a thread then waits again, which is a voluntary
+/// context switch.
 long long wakeupsOf(qint64 processId);
+int threadsOf(qint64 processId);
 int descriptorsOf(qint64 processId);
 int threadsOf(qint64 processId);
 

@@ -1,5 +1,6 @@
 #include "Table.h"
 
+#include <QFile>
 #include <QRegularExpression>
 #include <QTextStream>
 
@@ -14,7 +15,19 @@ constexpr int numberWidth = 12;
 
 QString number(double value, const QString &unit)
 {
-    return u"%1 %2"_s.arg(value, 0, 'f', value < 10 ? 2 : 1).arg(unit);
+    return u"%1 %2"_s.arg(value, 0, 'f', value < 10 ? 2 : 1).arg(unit).trimmed();
+}
+
+/// The cells of a figure: what, Kelvo, bare, ratio, bare program, target. Cells without a content are empty.
+QStringList cells(const Figure &figure)
+{
+    const bool compared = !figure.bareProgram.isEmpty();
+    return {figure.what,
+            number(figure.kelvo, figure.unit),
+            compared ? number(figure.bare, figure.unit) : QString(),
+            compared && figure.bare > 0 ? u"%1 x"_s.arg(figure.kelvo / figure.bare, 0, 'f', 2) : QString(),
+            figure.bareProgram,
+            figure.target};
 }
 
 } // namespace
@@ -29,11 +42,31 @@ void printTable(const QList<Figure> &figures)
     };
     line(u"What"_s, u"Kelvo"_s, u"bare"_s, u"ratio"_s, u"target; compared with"_s);
     for (const auto &figure : figures) {
-        const bool compared = !figure.bareProgram.isEmpty();
-        const bool hasRatio = compared && figure.bare > 0;
-        line(figure.what, number(figure.kelvo, figure.unit), compared ? number(figure.bare, figure.unit) : u"-"_s,
-             hasRatio ? u"%1 x"_s.arg(figure.kelvo / figure.bare, 0, 'f', 2) : u"-"_s,
-             QStringList{figure.target, figure.bareProgram}.filter(QRegularExpression(u"."_s)).join("; "_L1));
+        const auto cell = cells(figure);
+        line(cell[0], cell[1], cell[2], cell[3],
+             QStringList{cell[5], cell[4]}.filter(QRegularExpression(u"."_s)).join("; "_L1));
+    }
+}
+
+void writeTable(const QString &document, const QList<Figure> &figures)
+{
+    const auto begin = u"<!-- The table of ./dev bench begins. -->\n"_s;
+    const auto end = u"<!-- The table of ./dev bench ends. -->\n"_s;
+    QFile file(document);
+    auto text = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    file.close();
+    const auto from = text.indexOf(begin) + begin.size();
+    const auto to = text.indexOf(end);
+    if (from < begin.size() || to < from) {
+        qFatal("%s has no place for the table", qPrintable(document));
+    }
+    QString table = u"\n| What | Kelvo | Bare | Ratio | Compared with | Target |\n|---|---|---|---|---|---|\n"_s;
+    for (const auto &figure : figures) {
+        table += "| "_L1 + cells(figure).join(" | "_L1) + " |\n"_L1;
+    }
+    const auto content = text.replace(from, to - from, table + u'\n').toUtf8();
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
+        qFatal("Cannot write %s", qPrintable(document));
     }
 }
 

@@ -3,8 +3,6 @@
 #include <QList>
 #include <QString>
 
-#include <optional>
-
 namespace kelvo {
 
 /// A measurement of Kelvo and, if there is one, the same measurement of a bare program.
@@ -20,5 +18,7 @@ struct Figure
 
 /// Prints the figures and their ratios as a table.
 void printTable(const QList<Figure> &figures);
+/// Replaces the table between the two marks of a document, in Markdown. Ends the program when that fails.
+void writeTable(const QString &document, const QList<Figure> &figures);
 
 } // namespace kelvo

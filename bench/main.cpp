@@ -1,5 +1,6 @@
 #include "MeasuredProcess.h"
 #include "ScreenColumn.h"
+#include "StillDesktop.h"
 #include "Table.h"
 #include "TrayWatch.h"
 #include "World.h"
@@ -97,7 +98,7 @@ QList<Figure> measureStart()
     }
     // clang-format off
     return {{u"Start to ring registered (median of 15)"_s, u"ms"_s, median(kelvo), u"bare tray icon"_s, median(bare),
-             u"at most 1.25 x"_s}};
+             u"at most 1.15 x"_s}};
     // clang-format on
 }
 
@@ -224,10 +225,8 @@ QList<Figure> measurePopover()
     Openings bare;
     Memory opened;
     Memory bareOpened;
-    Memory closed;
-    Memory bareClosed;
     double wakeups = 0;
-    constexpr int runs = 5;
+    constexpr int runs = 11;
     for (int run = 0; run < runs; ++run) {
         const auto kelvo = startKelvo(world);
         QProcess program;
@@ -246,8 +245,6 @@ QList<Figure> measurePopover()
             letPass(4s);
             const auto before = wakeupsOf(kelvo->processId());
             letPass(20s);
-            closed = memoryOf(kelvo->processId());
-            bareClosed = memoryOf(program.processId());
             wakeups = static_cast<double>(wakeupsOf(kelvo->processId()) - before);
         }
         program.terminate();
@@ -257,15 +254,68 @@ QList<Figure> measurePopover()
     // clang-format off
     return {
         {u"Click to first popover frame, cold"_s, u"ms"_s, median(own.cold), with, median(bare.cold),
-         u"at most 40 ms"_s},
+         u"at most 1.5 x"_s},
         {u"Click to first popover frame, again"_s, u"ms"_s, median(own.again), with, median(bare.again),
-         u"at most 8 ms"_s},
+         u"at most 2 x"_s},
         {u"Resident memory, popover open"_s, u"MB"_s, opened.residentMegabytes, with, bareOpened.residentMegabytes, {}},
-        {u"Resident memory, popover closed again"_s, u"MB"_s, closed.residentMegabytes, with,
-         bareClosed.residentMegabytes, u"at most 50 MB"_s},
-        {u"Private memory, popover closed again"_s, u"MB"_s, closed.privateMegabytes, with,
-         bareClosed.privateMegabytes, {}},
+        {u"Private memory, popover open"_s, u"MB"_s, opened.privateMegabytes, with, bareOpened.privateMegabytes, {}},
         {u"Wakeups in 20 s after the popover closed"_s, {}, wakeups, {}, 0, u"none"_s},
+    };
+    // clang-format on
+}
+
+/// The wakeups per second of a popover that is open while nothing changes.
+double wakeupsOfOpenPopover()
+{
+    World world;
+    const auto kelvo = startKelvo(world);
+    letPass(2s);
+    clickedKelvo(*kelvo).open();
+    letPass(4s);
+    constexpr auto time = 20s;
+    const auto before = wakeupsOf(kelvo->processId());
+    letPass(time);
+    return static_cast<double>(wakeupsOf(kelvo->processId()) - before) / time.count();
+}
+
+QList<Figure> measureOpen()
+{
+    const auto moving = wakeupsOfOpenPopover();
+    const StillDesktop still;
+    return {{u"Wakeups a second, popover open"_s, {}, moving, {}, 0, u"at most 60"_s},
+            {u"  the same with reduced motion"_s, {}, wakeupsOfOpenPopover(), {}, 0, u"at most 2"_s}};
+}
+
+/// What remains after the popover was used. The program unloads its views when no one was open for ten minutes.
+QList<Figure> measureUsed()
+{
+    World world;
+    const auto kelvo = startKelvo(world);
+    QProcess program;
+    program.start(QStringLiteral(BARE_POPOVER), QStringList());
+    letPass(2s);
+    Openings().add(clickedBare(program));
+    Openings().add(clickedKelvo(*kelvo));
+    letPass(1min);
+    const auto closed = memoryOf(kelvo->processId());
+    const auto threads = threadsOf(kelvo->processId());
+    letPass(9min + 5s);
+    const auto unloaded = memoryOf(kelvo->processId());
+    const auto bare = memoryOf(program.processId());
+    program.terminate();
+    program.waitForFinished();
+    const auto with = u"bare Quick window"_s;
+    // clang-format off
+    return {
+        {u"Threads a minute after the popover closed"_s, {}, static_cast<double>(threads), {}, 0, u"at most 8"_s},
+        {u"Resident memory, a minute after it closed"_s, u"MB"_s, closed.residentMegabytes, with,
+         bare.residentMegabytes, {}},
+        {u"Private memory, a minute after it closed"_s, u"MB"_s, closed.privateMegabytes, with,
+         bare.privateMegabytes, {}},
+        {u"Resident memory, ten minutes after it closed"_s, u"MB"_s, unloaded.residentMegabytes, with,
+         bare.residentMegabytes, u"at most 1.2 x"_s},
+        {u"Private memory, ten minutes after it closed"_s, u"MB"_s, unloaded.privateMegabytes, with,
+         bare.privateMegabytes, u"at most 2 x"_s},
     };
     // clang-format on
 }
@@ -382,10 +432,14 @@ int main(int argc, char *argv[])
         {u"start"_s, measureStart},
         {u"rest"_s, measureRest},
         {u"popover"_s, measurePopover},
+        {u"open"_s, measureOpen},
+        {u"used"_s, measureUsed},
         {u"rounds"_s, measureRounds},
         {u"alert"_s, measureAlert},
         {u"openings"_s, [&] { return measureOpenings(parser.value(growthOpenings).toInt()); }},
     };
+    const QCommandLineOption write(u"write"_s, u"Also write the table into this document."_s, u"document"_s);
+    parser.addOption(write);
     QStringList names;
     for (const auto &measurement : measurements) {
         names.append(measurement.name);
@@ -402,5 +456,8 @@ int main(int argc, char *argv[])
         }
     }
     printTable(figures);
+    if (parser.isSet(write)) {
+        writeTable(parser.value(write), figures);
+    }
     return 0;
 }

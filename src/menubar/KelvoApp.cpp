@@ -3,6 +3,7 @@
 #include "menubar/MenuBarIcon.h"
 
 #include <QCoreApplication>
+#include <QFontDatabase>
 
 namespace kelvo {
 
@@ -44,7 +45,12 @@ KelvoApp::KelvoApp(StatusStore &store, SettingsStore &settings, NotifierStore &n
     }
 }
 
-KelvoApp::~KelvoApp() = default;
+KelvoApp::~KelvoApp()
+{
+    if (fonts_) {
+        fonts_->wait();
+    }
+}
 
 void KelvoApp::showFirstRing(StatusItem &statusItem, const Appearance &appearance)
 {
@@ -55,9 +61,20 @@ void KelvoApp::showFirstRing(StatusItem &statusItem, const Appearance &appearanc
 Views *KelvoApp::views()
 {
     if (!views_) {
+        readFonts();
         views_ = makeViews_(store_, settings_, notifier_, platform_);
     }
     return views_.get();
+}
+
+/// Makes Qt read the list of the installed fonts, in a thread of its own. The first text needs it, and reading it takes
+/// about as long as loading the views.
+void KelvoApp::readFonts()
+{
+    if (!fonts_) {
+        fonts_.reset(QThread::create([] { QFontDatabase::families(); }));
+        fonts_->start();
+    }
 }
 
 void KelvoApp::togglePopover(std::optional<QPoint> point)

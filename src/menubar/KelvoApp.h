@@ -7,6 +7,7 @@
 
 #include <QMenu>
 #include <QObject>
+#include <QThread>
 
 #include <memory>
 #include <optional>
@@ -37,6 +38,7 @@ public:
 private:
     /// The views, made at the first call. Null when they cannot be made; the ring, its menu and the monitor still work.
     Views *views();
+    void readFonts();
     void togglePopover(std::optional<QPoint> point);
     void makeMenu();
     void updateStatusItem();
@@ -58,6 +60,7 @@ private:
     Appearance &appearance_;
     StatusItem &statusItem_;
     ViewsFactory makeViews_;
+    std::unique_ptr<QThread> fonts_;
     std::unique_ptr<Views> views_;
     QMenu menu_;
     std::optional<Shown> shown_;

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Kelvo
 
 /// The background of a row of a card: the line below the previous row, a tint while the pointer is over the row, and the
@@ -8,11 +7,10 @@ import Kelvo
 Item {
     id: ground
 
-    /// The row, if it is a button; otherwise the row sets the properties below.
-    property T.AbstractButton button: null
-    property bool down: button?.down ?? false
-    property bool hovered: button?.hovered ?? false
-    property bool focused: button?.visualFocus ?? false
+    property bool down: false
+    property bool hovered: false
+    /// Whether the row has the keyboard focus.
+    property bool focused: false
     property bool hasRule: (parent?.y ?? 0) > 0
 
     CardRowRule {

@@ -2,8 +2,11 @@
 
 #include "style/Tokens.h"
 
+#include <QFile>
 #include <QQmlComponent>
 #include <QQuickView>
+
+#include <algorithm>
 
 // The generated registration of the QML module. Referring to it here makes the linker include its object file, whose
 // static initialiser registers the module.
@@ -58,12 +61,17 @@ QQmlEngine &ViewEngine::get()
 
 bool ViewEngine::findsModules()
 {
-    QQmlComponent component(&get());
-    component.setData("import QtQuick\nimport QtQuick.Templates\nItem {}", {});
-    if (component.isError()) {
-        warn(component);
+    const auto folders = get().importPathList();
+    for (const auto module : {"QtQml"_L1, "QtQml/WorkerScript"_L1, "QtQuick"_L1, "QtQuick/Templates"_L1}) {
+        const bool isInstalled = std::any_of(folders.begin(), folders.end(), [module](const QString &folder) {
+            return QFile::exists(folder + u'/' + module + "/qmldir"_L1);
+        });
+        if (!isInstalled) {
+            qWarning("The windows cannot be opened: the QML module %s is not installed", module.latin1());
+            return false;
+        }
     }
-    return !component.isError();
+    return true;
 }
 
 bool ViewEngine::load(QQuickView &window, const QUrl &source, const QVariantMap &properties)

@@ -12,7 +12,7 @@ class QQuickView;
 
 namespace kelvo {
 
-/// The QML engine that all views share. It is created when the first view is needed.
+/// The QML engine that all views share. It is created when a view needs it.
 class ViewEngine
 {
 public:
@@ -23,6 +23,8 @@ public:
     ViewEngine &operator=(const ViewEngine &) = delete;
 
     QQmlEngine &get();
+    /// Destroys the engine. Call this only when nothing that it has made exists any more.
+    void unload() { engine_.reset(); }
     /// Whether the QML modules that the views import are installed. Prints a warning when one is missing.
     bool findsModules();
     /// Loads a view into the window, with these values of its root item's properties. If it has an error, or a module that

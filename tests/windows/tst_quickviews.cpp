@@ -1,10 +1,14 @@
-#include "support/ViewScene.h"
+#include "support/FakeAppearance.h"
+#include "support/Stores.h"
 
 #include "platform/Platform.h"
 #include "windows/QuickViews.h"
 #include "windows/settings/SettingsState.h"
 
 #include <QGuiApplication>
+#include <QPointer>
+#include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickView>
 #include <QRegularExpression>
 #include <QTest>
@@ -16,23 +20,53 @@ namespace kelvo {
 
 namespace {
 
-struct Program
+/// The views of a program that is at rest: no monitor is running.
+struct Desktop
 {
-    Program()
+    Desktop()
     {
-        auto fakeAppearance = std::make_unique<FakeAppearance>();
-        fakeAppearance->still = true;
-        platform.appearance = std::move(fakeAppearance);
-        auto manualClock = std::make_unique<ManualClock>();
-        clock = manualClock.get();
-        platform.clock = std::move(manualClock);
+        auto manual = std::make_unique<ManualClock>();
+        clock = manual.get();
+        platform.clock = std::move(manual);
+        auto appearance = std::make_unique<FakeAppearance>();
+        appearance->still = true;
+        platform.appearance = std::move(appearance);
+        views = std::make_unique<QuickViews>(stores.store, stores.settings, stores.notifier, platform);
     }
 
-    std::unique_ptr<Views> make() { return QuickViews::make(stores.store, stores.settings, stores.notifier, platform); }
+    /// The window with this title; null if it is not loaded.
+    static QQuickView *loaded(const QString &title)
+    {
+        for (auto *window : QGuiApplication::allWindows()) {
+            if (window->title() == title) {
+                return qobject_cast<QQuickView *>(window);
+            }
+        }
+        return nullptr;
+    }
+    static QQuickView *popover() { return loaded(u"Kelvo"_s); }
+    static QQuickView *settings() { return loaded(u"Kelvo Settings"_s); }
 
-    Stores stores{{ServiceID::claude}};
+    void open()
+    {
+        views->openPopover({QRect(300, 2, 24, 24), {}});
+        settle();
+    }
+    void close()
+    {
+        popover()->close();
+        settle();
+    }
+    void pass(std::chrono::milliseconds time)
+    {
+        clock->advance(time);
+        settle();
+    }
+
+    Stores stores{{ServiceID::claude, ServiceID::chatgpt}};
     Platform platform;
-    ManualClock *clock = nullptr;
+    ManualClock *clock;
+    std::unique_ptr<QuickViews> views;
 };
 
 const auto settingsTitle = u"Kelvo Settings"_s;
@@ -63,53 +97,48 @@ private Q_SLOTS:
 
     void theSettingsOpenAndComeForward()
     {
-        Program program;
-        const auto views = program.make();
-        QVERIFY(views);
-        views->openSettings();
+        Desktop desktop;
+        desktop.views->openSettings();
         auto *window = open(settingsTitle);
         QVERIFY(window);
         QVERIFY(!open(onboardingTitle));
         QVERIFY(QTest::qWaitForWindowActive(window));
         window->showMinimized();
-        program.clock->advance(50ms);
+        desktop.clock->advance(50ms);
         QVERIFY(!window->windowStates().testFlag(Qt::WindowMinimized));
     }
 
     void theOnboardingOpensAndComesForward()
     {
-        Program program;
-        const auto views = program.make();
-        views->openOnboarding();
+        Desktop desktop;
+        desktop.views->openOnboarding();
         auto *window = open(onboardingTitle);
         QVERIFY(window);
         QVERIFY(!open(settingsTitle));
         window->showMinimized();
-        program.clock->advance(50ms);
+        desktop.clock->advance(50ms);
         QVERIFY(!window->windowStates().testFlag(Qt::WindowMinimized));
     }
 
     void theSettingsShowTheOnboardingAgain()
     {
-        Program program;
-        const auto views = program.make();
-        views->openSettings();
+        Desktop desktop;
+        desktop.views->openSettings();
         open(settingsTitle)->findChild<SettingsState *>()->showOnboarding();
         QVERIFY(open(onboardingTitle));
     }
 
     void theKeyOfTheSettingsOpensThemFromEveryWindow()
     {
-        Program program;
-        const auto views = program.make();
-        views->openOnboarding();
+        Desktop desktop;
+        desktop.views->openOnboarding();
         QVERIFY(QTest::qWaitForWindowActive(open(onboardingTitle)));
         QTest::keyClick(open(onboardingTitle), Qt::Key_Comma, Qt::ControlModifier);
         QVERIFY(open(settingsTitle));
         QTest::keyClick(open(settingsTitle), Qt::Key_W, Qt::ControlModifier);
         QVERIFY(!open(settingsTitle));
 
-        views->openPopover({});
+        desktop.views->openPopover({});
         QVERIFY(QTest::qWaitForWindowActive(open({})));
         QTest::keyClick(open({}), Qt::Key_Comma, Qt::ControlModifier);
         QVERIFY(open(settingsTitle));
@@ -117,14 +146,86 @@ private Q_SLOTS:
 
     void aClickOnTheRingTogglesThePopover()
     {
-        Program program;
-        const auto views = program.make();
-        views->togglePopover({});
+        Desktop desktop;
+        desktop.views->togglePopover({});
         QVERIFY(QTest::qWaitForWindowActive(open({})));
-        views->togglePopover({});
+        desktop.views->togglePopover({});
         QVERIFY(!open({}));
-        views->openPopover({});
+        desktop.views->openPopover({});
         QVERIFY(open({}));
+    }
+
+    void whatIsNotUsedForTenMinutesIsUnloaded()
+    {
+        Desktop desktop;
+        desktop.open();
+        const QPointer<QQmlEngine> engine = desktop.popover()->engine();
+        desktop.close();
+        desktop.pass(10min - 1ms);
+        QVERIFY(desktop.popover());
+        QVERIFY(engine);
+        desktop.pass(1ms);
+        QVERIFY(!desktop.popover());
+        QVERIFY(!engine);
+        QCOMPARE(desktop.clock->pendingCount(), 0U);
+    }
+
+    void whatWasUnloadedOpensAgain()
+    {
+        Desktop desktop;
+        desktop.open();
+        desktop.close();
+        desktop.pass(10min);
+        desktop.open();
+        QVERIFY(desktop.popover()->isVisible());
+        QCOMPARE(desktop.popover()->rootObject()->findChild<QObject *>(u"heroName"_s)->property("text").toString(),
+                 u"Claude"_s);
+        desktop.close();
+        desktop.pass(10min);
+        QVERIFY(!desktop.popover());
+    }
+
+    void anOpeningStartsTheTenMinutesAnew()
+    {
+        Desktop desktop;
+        desktop.open();
+        desktop.close();
+        desktop.pass(9min);
+        desktop.open();
+        desktop.close();
+        desktop.pass(9min);
+        QVERIFY(desktop.popover());
+        desktop.pass(1min);
+        QVERIFY(!desktop.popover());
+    }
+
+    void nothingIsUnloadedWhileAViewIsOpen()
+    {
+        Desktop desktop;
+        desktop.open();
+        desktop.close();
+        desktop.views->openSettings();
+        const QPointer<QQmlEngine> engine = desktop.settings()->engine();
+        desktop.pass(30min);
+        QVERIFY(desktop.settings()->isVisible());
+        QVERIFY(engine);
+        desktop.settings()->close();
+        desktop.pass(10min - 1ms);
+        QVERIFY(engine);
+        desktop.pass(1ms);
+        QVERIFY(!engine);
+        QVERIFY(!desktop.popover());
+    }
+
+    void thePopoverStaysWhileItIsOpen()
+    {
+        Desktop desktop;
+        desktop.open();
+        desktop.close();
+        desktop.pass(5min);
+        desktop.open();
+        desktop.pass(30min);
+        QVERIFY(desktop.popover()->isVisible());
     }
 };
 

@@ -42,7 +42,7 @@ Item {
             text: footer.popover.armedChannelLabel
             wrapMode: Text.NoWrap
         }
-        PlainButton {
+        PopoverButton {
             id: settings
 
             anchors.right: parent.right

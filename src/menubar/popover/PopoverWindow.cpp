@@ -4,14 +4,17 @@
 #include "platform/Compositing.h"
 #include "platform/LayerShell.h"
 #include "platform/NativeWindow.h"
+#include "style/Tokens.h"
 #include "style/WholeFrame.h"
 #include "style/WindowKey.h"
 
 #include <QCoreApplication>
 #include <QCursor>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QQmlComponent>
 #include <QQuickItem>
 #include <QScreen>
 
@@ -52,6 +55,16 @@ Qt::WindowFlags flagsOf(PopoverKind kind)
     case PopoverKind::ordinary: return Qt::Window | Qt::WindowTitleHint | Qt::WindowCloseButtonHint;
     }
     Q_UNREACHABLE();
+}
+
+/// Loads the fonts of the popover.
+void loadFonts()
+{
+    const Tokens tokens;
+    for (const auto &font : {tokens.heroTitle(), tokens.statusLabel(), tokens.bodyText(), tokens.checkedTime(),
+                             tokens.trackedSectionCaps(), tokens.rowStrong()}) {
+        [[maybe_unused]] const auto height = QFontMetricsF(font).height();
+    }
 }
 
 QScreen *screenOf(const QRect &anchor)
@@ -112,6 +125,15 @@ void PopoverWindow::close()
     }
     view_->hide();
     state_.close();
+    Q_EMIT closed();
+}
+
+void PopoverWindow::unload()
+{
+    if (!isOpen()) {
+        frame_ = nullptr;
+        view_.reset();
+    }
 }
 
 bool PopoverWindow::eventFilter(QObject *watched, QEvent *event)
@@ -155,20 +177,23 @@ bool PopoverWindow::handleKey(const QKeyEvent &event)
 
 bool PopoverWindow::load()
 {
+    const QUrl source(u"qrc:/qt/qml/Kelvo/menubar/popover/PopoverFrame.qml"_s);
+    // Qt loads the types in a thread of its own, and this thread loads the fonts meanwhile.
+    const QQmlComponent types(&engine_.get(), source, QQmlComponent::Asynchronous);
+    loadFonts();
+
     view_ = std::make_unique<QQuickView>(&engine_.get(), nullptr);
     kind_ = WindowSystem::popoverKind();
     view_->setFlags(flagsOf(kind_));
     view_->setTitle(u"Kelvo"_s);
     view_->setColor(Qt::transparent);
     view_->setResizeMode(QQuickView::SizeViewToRootObject);
-    if (!engine_.load(*view_, QUrl(u"qrc:/qt/qml/Kelvo/menubar/popover/PopoverFrame.qml"_s),
-                      {{u"popover"_s, QVariant::fromValue(&state_)}})) {
+    if (!engine_.load(*view_, source, {{u"popover"_s, QVariant::fromValue(&state_)}})) {
         return false;
     }
     view_->installEventFilter(this);
     new WholeFrame(*view_);
 
-    frame_ = qobject_cast<PopoverFrameItem *>(view_->rootObject());
     connect(frame_, &QQuickItem::heightChanged, this, &PopoverWindow::fit);
     connect(frame_->card(), &QQuickItem::widthChanged, this, &PopoverWindow::place);
     connect(frame_->card(), &QQuickItem::heightChanged, this, &PopoverWindow::place);

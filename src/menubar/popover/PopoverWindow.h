@@ -18,7 +18,7 @@ class QKeyEvent;
 
 namespace kelvo {
 
-/// The window of the popover. Its views are loaded when it first opens and are kept afterwards.
+/// The window of the popover. Its views are loaded when it first opens and are kept until they are unloaded.
 class PopoverWindow : public QObject
 {
     Q_OBJECT
@@ -36,13 +36,16 @@ public:
     /// Opens the popover at the same place. If it is open without the focus, opens it again.
     void open(const RingPlace &ring = {});
     void close();
+    /// Destroys the window and its views, if it is closed. The next opening loads them again.
+    void unload();
 
-    /// The window; null before the first opening.
+    /// The window; null while it is not loaded.
     QQuickView *view() const { return view_.get(); }
     /// The rectangle of the popover, without its shadow, in the window.
     QRect card() const;
 
 Q_SIGNALS:
+    void closed();
     /// The user asked for the settings.
     void settingsRequested();
 

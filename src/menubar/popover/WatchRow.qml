@@ -2,7 +2,7 @@ import QtQuick
 import Kelvo
 
 /// A row with a watched service and its dot. It extends its content by `reach` on each side, for the hover highlight.
-PlainButton {
+PopoverButton {
     id: row
 
     required property string name
@@ -23,39 +23,6 @@ PlainButton {
     text: name
     topPadding: reach
 
-    // The content is a separate type, because Qt cannot defer the creation of a component with ids.
-    component Content: Item {
-        id: content
-
-        required property string name
-        required property color dotColor
-
-        implicitHeight: nameText.implicitHeight
-
-        Label {
-            id: nameText
-
-            anchors.left: parent.left
-            anchors.right: dot.left
-            anchors.rightMargin: 8
-            color: Tokens.watchName
-            font: Tokens.rowStrong
-            objectName: "name"
-            text: content.name
-            wrapMode: Text.Wrap
-        }
-        StatusDot {
-            id: dot
-
-            anchors.right: parent.right
-            color: content.dotColor
-            height: 7
-            objectName: "dot"
-            width: 7
-            y: (nameText.height - height) / 2
-        }
-    }
-
     background: RoundedRectangle {
         color: row.down ? Tokens.highlightPressed : row.hovered || row.visualFocus ? Tokens.highlight : "transparent"
         objectName: "highlight"
@@ -71,9 +38,31 @@ PlainButton {
             visible: row.visualFocus
         }
     }
-    contentItem: Content {
-        dotColor: colors.dot
-        name: row.name
+    contentItem: Item {
+        implicitHeight: nameText.implicitHeight
+
+        Label {
+            id: nameText
+
+            anchors.left: parent.left
+            anchors.right: dot.left
+            anchors.rightMargin: 8
+            color: Tokens.watchName
+            font: Tokens.rowStrong
+            objectName: "name"
+            text: row.name
+            wrapMode: Text.Wrap
+        }
+        StatusDot {
+            id: dot
+
+            anchors.right: parent.right
+            color: colors.dot
+            height: 7
+            objectName: "dot"
+            width: 7
+            y: (nameText.height - height) / 2
+        }
     }
 
     HealthColors {
@@ -88,7 +77,7 @@ PlainButton {
         // qmllint disable unqualified
         sourceComponent: HelpTip {
             objectName: "help"
-            parent: row
+            target: row
             text: "Show " + row.name + " above"
             wanted: row.hovered && !row.down
         }

@@ -8,7 +8,9 @@ ChoiceOption {
     implicitHeight: Math.max(implicitBackgroundHeight, nameText.implicitHeight + 6)
 
     background: CardRow {
-        button: row
+        down: row.down
+        focused: row.visualFocus
+        hovered: row.hovered
         implicitHeight: Tokens.choiceRowHeight
     }
 

@@ -18,7 +18,9 @@ PlainButton {
     text: title
 
     background: CardRow {
-        button: row
+        down: row.down
+        focused: row.visualFocus
+        hovered: row.hovered
         implicitHeight: row.help === "" ? Tokens.rowHeight : helpText.y + helpText.height + 9
     }
 
