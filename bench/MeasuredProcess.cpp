@@ -85,11 +85,6 @@ long long wakeupsOf(qint64 processId)
     });
 }
 
-int threadsOf(qint64 processId)
-{
-    return static_cast<int>(sumOverThreads(processId, [](const QString &) { return 1LL; }));
-}
-
 int descriptorsOf(qint64 processId)
 {
     return static_cast<int>(descriptorFolderOf(processId).count());

@@ -24,7 +24,6 @@ std::chrono::nanoseconds cpuTimeOf(qint64 processId);
 /// How often the threads of the process have woken up so far: each time, a thread then waits again, which is a voluntary
 /// context switch.
 long long wakeupsOf(qint64 processId);
-int threadsOf(qint64 processId);
 int descriptorsOf(qint64 processId);
 int threadsOf(qint64 processId);
 

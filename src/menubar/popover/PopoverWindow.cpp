@@ -191,6 +191,7 @@ bool PopoverWindow::load()
     if (!engine_.load(*view_, source, {{u"popover"_s, QVariant::fromValue(&state_)}})) {
         return false;
     }
+    frame_ = qobject_cast<PopoverFrameItem *>(view_->rootObject());
     view_->installEventFilter(this);
     new WholeFrame(*view_);
 
