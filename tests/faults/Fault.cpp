@@ -492,11 +492,13 @@ std::vector<Fault> makeFaults()
                  return pouring("HTTP/1.1 200 OK\r\nX: ", pieces.at(r.variant));
              },
          .variants = 2,
-         .end = End::idleTimeout},
+         .end = End::idleTimeout,
+         .isLimitedByTimeOnly = true},
         {.name = "sends a reason phrase without end",
          .outcome = broken,
          .answer = [](const Request &) { return pouring("HTTP/1.1 200 ", "x"); },
-         .end = End::idleTimeout},
+         .end = End::idleTimeout,
+         .isLimitedByTimeOnly = true},
 
         // Lengths.
         {.name = "announces too long a body",

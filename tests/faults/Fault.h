@@ -68,6 +68,7 @@ struct Fault
     Certificate certificate = Certificate::good;
     bool refusesConnections = false;
     bool wantsClientCertificate = false;
+    bool isLimitedByTimeOnly = false; ///< the network layer keeps what arrives until the time limit
 };
 
 /// All faults.
