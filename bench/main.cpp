@@ -433,10 +433,10 @@ int main(int argc, char *argv[])
         {u"rest"_s, measureRest},
         {u"popover"_s, measurePopover},
         {u"open"_s, measureOpen},
-        {u"used"_s, measureUsed},
         {u"rounds"_s, measureRounds},
         {u"alert"_s, measureAlert},
         {u"openings"_s, [&] { return measureOpenings(parser.value(growthOpenings).toInt()); }},
+        {u"used"_s, measureUsed},
     };
     const QCommandLineOption write(u"write"_s, u"Also write the table into this document."_s, u"document"_s);
     parser.addOption(write);
