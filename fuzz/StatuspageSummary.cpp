@@ -57,9 +57,9 @@ ServiceHealth healthOf(const StatuspageSummary::Status &status)
 
 void fuzzStatuspageSummary(QByteArrayView document)
 {
-    const auto summary = StatuspageSummary::decode(document);
-    require(StatuspageSummary::decode(document.toByteArray() + " \r\n\t") == summary,
-            "blanks after the document change nothing");
+    const QByteArray bytes = document.toByteArray();
+    const auto summary = StatuspageSummary::decode(bytes);
+    require(StatuspageSummary::decode(bytes + " \r\n\t") == summary, "blanks after the document change nothing");
     if (!summary) {
         return;
     }

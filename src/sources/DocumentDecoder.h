@@ -3,7 +3,6 @@
 #include "model/StatusReading.h"
 
 #include <QByteArray>
-#include <QByteArrayView>
 #include <QFuture>
 #include <QObject>
 #include <QThreadPool>
@@ -22,7 +21,7 @@ public:
     static constexpr qsizetype largeSize = 256 * 1024;
 
     /// Returns nullopt when the document cannot be read. Must be callable on any thread.
-    using Decode = std::function<std::optional<StatusReading>(QByteArrayView document)>;
+    using Decode = std::function<std::optional<StatusReading>(const QByteArray &document)>;
 
     DocumentDecoder();
     /// Waits for the document that is being decoded. Cancels the futures of large documents.

@@ -58,7 +58,7 @@ StatusReading judge(simdjson::dom::object incident)
 
 } // namespace
 
-std::optional<StatusReading> reading(QByteArrayView body, const QString &product)
+std::optional<StatusReading> reading(const QByteArray &body, const QString &product)
 {
     const auto document = JsonDocument::parse(body);
     const auto incidents = document ? arrayOfObjects(document->root()) : std::nullopt;

@@ -2,7 +2,7 @@
 
 #include "model/StatusReading.h"
 
-#include <QByteArrayView>
+#include <QByteArray>
 #include <QString>
 
 #include <optional>
@@ -13,6 +13,6 @@ namespace kelvo::GoogleIncidentFeed {
 /// incident in the feed that names the product and has no "end" decides; without one, the product is operational.
 /// An incident whose product list is missing or malformed is skipped.
 /// Returns nullopt when `body` is not a JSON array of objects.
-std::optional<StatusReading> reading(QByteArrayView body, const QString &product);
+std::optional<StatusReading> reading(const QByteArray &body, const QString &product);
 
 } // namespace kelvo::GoogleIncidentFeed

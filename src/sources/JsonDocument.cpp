@@ -4,9 +4,10 @@
 
 namespace kelvo {
 
-std::optional<JsonDocument> JsonDocument::parse(QByteArrayView bytes)
+std::optional<JsonDocument> JsonDocument::parse(const QByteArray &document)
 {
     static constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
+    QByteArrayView bytes = document;
     if (bytes.startsWith(byteOrderMark)) {
         bytes = bytes.sliced(byteOrderMark.size());
     }
@@ -16,12 +17,15 @@ std::optional<JsonDocument> JsonDocument::parse(QByteArrayView bytes)
     if (bytes.startsWith(byteOrderMark)) {
         return std::nullopt; // newer parsers pass over one themselves, and so over a second one here
     }
-    JsonDocument document;
-    if (document.parser_->parse(bytes.data(), static_cast<size_t>(bytes.size())).get(document.root_)
+    // The parser reads, and ignores, this many bytes beyond the text. Without them, it copies the text.
+    const auto freeSpace = QByteArray(document).data_ptr().freeSpaceAtEnd();
+    const bool hasPadding = freeSpace >= static_cast<qsizetype>(simdjson::SIMDJSON_PADDING);
+    JsonDocument parsed;
+    if (parsed.parser_->parse(bytes.data(), static_cast<size_t>(bytes.size()), !hasPadding).get(parsed.root_)
         != simdjson::SUCCESS) {
         return std::nullopt;
     }
-    return document;
+    return parsed;
 }
 
 std::optional<QString> textAt(simdjson::dom::object object, std::string_view key)

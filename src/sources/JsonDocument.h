@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArrayView>
+#include <QByteArray>
 #include <QString>
 
 #include <simdjson.h>
@@ -15,8 +15,8 @@ class JsonDocument
 {
 public:
     /// Parses one JSON text in UTF-8 (RFC 8259). A leading byte-order mark is skipped. Returns nullopt when the text is
-    /// not well formed.
-    static std::optional<JsonDocument> parse(QByteArrayView bytes);
+    /// not well formed. Does not copy `bytes` when they have a capacity of 64 bytes more than their size.
+    static std::optional<JsonDocument> parse(const QByteArray &bytes);
 
     simdjson::dom::element root() const { return root_; }
 

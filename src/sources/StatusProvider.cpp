@@ -37,7 +37,7 @@ QFuture<StatusReading> StatusProvider::read(const Service &service)
 QFuture<StatusReading> StatusProvider::checkStatuspage(const QString &base, const QStringList &componentNames)
 {
     const QUrl url(base + "/api/v2/summary.json"_L1, QUrl::StrictMode);
-    return readDocument(url, [componentNames](QByteArrayView document) -> std::optional<StatusReading> {
+    return readDocument(url, [componentNames](const QByteArray &document) -> std::optional<StatusReading> {
         const auto summary = StatuspageSummary::decode(document);
         return summary ? std::optional(summary->reading(componentNames)) : std::nullopt;
     });
@@ -46,8 +46,8 @@ QFuture<StatusReading> StatusProvider::checkStatuspage(const QString &base, cons
 QFuture<StatusReading> StatusProvider::checkGoogleDashboard(const QString &product)
 {
     const QUrl url(u"https://www.google.com/appsstatus/dashboard/incidents.json"_s);
-    return readDocument(url,
-                        [product](QByteArrayView document) { return GoogleIncidentFeed::reading(document, product); });
+    return readDocument(
+        url, [product](const QByteArray &document) { return GoogleIncidentFeed::reading(document, product); });
 }
 
 // The HTTP status is ignored: a status page may answer 503 with a valid document, and an error page cannot be decoded.

@@ -169,7 +169,7 @@ StatusReading judgeComponents(const std::vector<Component> &components)
 
 } // namespace
 
-std::optional<StatuspageSummary> StatuspageSummary::decode(QByteArrayView body)
+std::optional<StatuspageSummary> StatuspageSummary::decode(const QByteArray &body)
 {
     const auto document = JsonDocument::parse(body);
     simdjson::dom::object root;

@@ -2,7 +2,7 @@
 
 #include "model/StatusReading.h"
 
-#include <QByteArrayView>
+#include <QByteArray>
 #include <QLocale>
 #include <QStringList>
 
@@ -35,7 +35,7 @@ struct StatuspageSummary
     bool operator==(const StatuspageSummary &) const = default;
 
     /// Returns nullopt when `body` is not JSON, lacks a required key, or has a value of the wrong type in this part.
-    static std::optional<StatuspageSummary> decode(QByteArrayView body);
+    static std::optional<StatuspageSummary> decode(const QByteArray &body);
 
     /// Returns the reading for the service that consists of the components with these names: the worst status among
     /// them, or the indicator of the whole page when the page has none of them. Names are compared ignoring case; if no

@@ -45,7 +45,7 @@ auto withExactMemory(const QByteArray &bytes, Use use)
     const auto size = static_cast<std::size_t>(bytes.size());
     const std::unique_ptr<char[]> memory(new char[size]);
     std::copy_n(bytes.constData(), size, memory.get());
-    return use(QByteArrayView(memory.get(), bytes.size()));
+    return use(QByteArray::fromRawData(memory.get(), bytes.size()));
 }
 
 } // namespace kelvo

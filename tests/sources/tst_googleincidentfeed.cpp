@@ -20,7 +20,7 @@ using Reading = std::optional<StatusReading>;
 
 Reading readingOf(const QByteArray &body, const QString &product = gemini)
 {
-    return withExactMemory(body, [&](QByteArrayView bytes) { return GoogleIncidentFeed::reading(bytes, product); });
+    return withExactMemory(body, [&](const QByteArray &bytes) { return GoogleIncidentFeed::reading(bytes, product); });
 }
 
 Reading readingOf(const QJsonArray &feed)

@@ -25,7 +25,7 @@ bool isAccepted(Verdict verdict)
 
 bool parses(const QByteArray &text)
 {
-    return withExactMemory(text, [](QByteArrayView bytes) { return JsonDocument::parse(bytes).has_value(); });
+    return withExactMemory(text, [](const QByteArray &bytes) { return JsonDocument::parse(bytes).has_value(); });
 }
 
 bool isSummary(const QByteArray &text)
@@ -36,7 +36,7 @@ bool isSummary(const QByteArray &text)
 bool isFeed(const QByteArray &text)
 {
     return withExactMemory(
-        text, [](QByteArrayView bytes) { return GoogleIncidentFeed::reading(bytes, u"Gemini"_s).has_value(); });
+        text, [](const QByteArray &bytes) { return GoogleIncidentFeed::reading(bytes, u"Gemini"_s).has_value(); });
 }
 
 /// A summary with this text after its own members.
@@ -67,6 +67,7 @@ private Q_SLOTS:
     void aStringIsDecoded_data();
     void aStringIsDecoded();
     void theFirstOfTwoEqualKeysCounts();
+    void nothingIsReadBehindTheText();
 };
 
 void JsonDocumentTest::aValueIsAcceptedOrRefused_data()
@@ -497,6 +498,22 @@ void JsonDocumentTest::theFirstOfTwoEqualKeysCounts()
     const auto feed = R"([{"affected_products":[{"title":"a","title":"b"}],"severity":"high","severity":"low"}])";
     QCOMPARE(GoogleIncidentFeed::reading(feed, u"a"_s)->health, ServiceHealth::outage);
     QCOMPARE(GoogleIncidentFeed::reading(feed, u"b"_s)->health, ServiceHealth::operational);
+}
+
+// A text with enough memory behind it is not copied.
+void JsonDocumentTest::nothingIsReadBehindTheText()
+{
+    const auto withMemoryBehind = [](QByteArray text, char behind) {
+        const auto size = text.size();
+        text.append(200, behind);
+        text.truncate(size);
+        return text;
+    };
+    QVERIFY(JsonDocument::parse(withMemoryBehind("[12]"_ba, ']')));
+    QVERIFY(JsonDocument::parse(withMemoryBehind("12"_ba, '3')));
+    QCOMPARE(JsonDocument::parse(withMemoryBehind("12"_ba, '3'))->root().get_int64().value_unsafe(), 12);
+    QVERIFY(!JsonDocument::parse(withMemoryBehind("[12"_ba, ']')));
+    QVERIFY(!JsonDocument::parse(withMemoryBehind("\"12"_ba, '"')));
 }
 
 QTEST_GUILESS_MAIN(JsonDocumentTest)

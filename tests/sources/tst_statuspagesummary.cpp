@@ -641,7 +641,7 @@ void StatuspageSummaryTest::mutatedDocumentsReadAsTheReferenceSays()
     for (int i = 0; i < 20'000; ++i) {
         const QJsonValue damaged = mutator.mutated(QJsonValue(whole[i % 4]));
         const QByteArray body = json(damaged);
-        const auto reading = withExactMemory(body, [&](QByteArrayView bytes) {
+        const auto reading = withExactMemory(body, [&](const QByteArray &bytes) {
             const auto summary = StatuspageSummary::decode(bytes);
             return summary ? std::optional(summary->reading(names, english)) : std::nullopt;
         });
@@ -667,7 +667,7 @@ void StatuspageSummaryTest::mutatedBytesAreNeverMisread()
     int decoded = 0, refused = 0;
     for (int i = 0; i < 30'000; ++i) {
         const QByteArray body = mutator.mutated(whole[i % 3]);
-        const auto reading = withExactMemory(body, [&](QByteArrayView bytes) {
+        const auto reading = withExactMemory(body, [&](const QByteArray &bytes) {
             const auto summary = StatuspageSummary::decode(bytes);
             return summary ? std::optional(summary->reading(names, english)) : std::nullopt;
         });
