@@ -99,9 +99,10 @@ void YearTest::everyAlertIsRightForAYear()
     QVERIFY(tally.settingsChanges > 30 * months_);
     QVERIFY(tally.clockSteps > 2 * months_);
 
-    // Nothing has grown, except for the free blocks.
+    // Nothing has grown, except for the free blocks that the allocator keeps: seen up to 54 KB. One byte that is left by each
+    // check would be more than 400 KB.
     QCOMPARE(year.objectCount(), objectsAtFirst);
-    QVERIFY2(bytes.back() - bytes.front() < 48 * 1024,
+    QVERIFY2(bytes.back() - bytes.front() < 128 * 1024,
              qPrintable(u"%1 bytes more after the last month"_s.arg(bytes.back() - bytes.front())));
 }
 
