@@ -217,7 +217,7 @@ void Oracle::probeAnswers(int check, bool isUsable)
     conclude(check, *asked.doubted, isUsable);
 }
 
-void Oracle::conclude(int check, const StatusReading &reading, bool isConfirmed)
+void Oracle::conclude(int check, StatusReading reading, bool isConfirmed)
 {
     const auto asked = checks_.extract(check).mapped();
     const auto wall = timeline_.wallNow();

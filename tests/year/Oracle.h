@@ -131,7 +131,7 @@ private:
     void restartLoop();
     void beginRound(std::optional<int> loop);
     void endRound(const Round &round);
-    void conclude(int check, const StatusReading &reading, bool isConfirmed);
+    void conclude(int check, StatusReading reading, bool isConfirmed);
     void alert(const QString &title, const QString &body);
     void promote();
     std::optional<ServiceID> shown() const;
