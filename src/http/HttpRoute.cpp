@@ -12,17 +12,7 @@ using namespace Qt::StringLiterals;
 namespace kelvo {
 namespace {
 
-std::atomic_bool proxyScriptMayHaveRun = false;
-
-/// Whether the environment names a proxy for `scheme`. It takes precedence over the settings of the desktop, which may name
-/// a script.
-bool environmentNamesProxy(const QString &scheme)
-{
-    const auto variable = scheme + "_proxy"_L1;
-    const auto lowercase = qEnvironmentVariable(qPrintable(variable));
-    const auto value = lowercase.isEmpty() ? qEnvironmentVariable(qPrintable(variable.toUpper())) : lowercase;
-    return !value.isEmpty() && !value.startsWith("pac+"_L1) && !value.startsWith("wpad:"_L1);
-}
+std::atomic_bool systemWasAsked = false;
 
 /// Whether `host` is this machine, which is never reached through a proxy.
 bool isThisMachine(const QString &host)
@@ -55,9 +45,7 @@ bool resolves(const QString &host)
 
 std::optional<HttpRoute> lookUpSystemRoute(const QUrl &origin)
 {
-    if (!environmentNamesProxy(origin.scheme())) {
-        proxyScriptMayHaveRun = true;
-    }
+    systemWasAsked = true;
     const HttpRoute route = isThisMachine(origin.host())
         ? HttpRoute{QNetworkProxy::NoProxy}
         : QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(origin));
@@ -66,7 +54,7 @@ std::optional<HttpRoute> lookUpSystemRoute(const QUrl &origin)
 
 bool mayHaveRunProxyScript()
 {
-    return proxyScriptMayHaveRun;
+    return systemWasAsked;
 }
 
 } // namespace kelvo
