@@ -5,6 +5,7 @@
 
 #include <map>
 #include <set>
+#include <tuple>
 #include <vector>
 
 namespace kelvo {
@@ -47,7 +48,7 @@ private:
     {
         Instant due;
         unsigned long serial;
-        auto operator<=>(const Key &) const = default;
+        bool operator<(const Key &other) const { return std::tie(due, serial) < std::tie(other.due, other.serial); }
     };
     struct Entry
     {
