@@ -27,7 +27,7 @@ public:
     template<typename List>
     const auto &oneOf(const List &list)
     {
-        return list[static_cast<std::size_t>(below(static_cast<int>(std::size(list))))];
+        return *(std::begin(list) + below(static_cast<int>(std::size(list))));
     }
     template<typename List>
     void shuffle(List &list)
