@@ -1,6 +1,5 @@
 #include "CommandLine.h"
 #include "Program.h"
-#include "http/HttpRoute.h"
 #include "http/RouteFinder.h"
 #include "menubar/ViewsLoader.h"
 #include "platform/ProcessMemory.h"
@@ -73,7 +72,7 @@ int run(int argc, char *argv[])
 int main(int argc, char *argv[])
 {
     const int status = kelvo::run(argc, argv);
-    if (kelvo::RouteFinder::hasLeftThreadsBehind() || kelvo::mayHaveRunProxyScript()) {
+    if (kelvo::RouteFinder::mayHaveLeftThreadsBehind()) {
         std::_Exit(status);
     }
     return status;

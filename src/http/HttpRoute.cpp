@@ -5,14 +5,10 @@
 #include <QNetworkProxyFactory>
 #include <QNetworkProxyQuery>
 
-#include <atomic>
-
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
 namespace {
-
-std::atomic_bool systemWasAsked = false;
 
 /// Whether `host` is this machine, which is never reached through a proxy.
 bool isThisMachine(const QString &host)
@@ -45,16 +41,10 @@ bool resolves(const QString &host)
 
 std::optional<HttpRoute> lookUpSystemRoute(const QUrl &origin)
 {
-    systemWasAsked = true;
     const HttpRoute route = isThisMachine(origin.host())
         ? HttpRoute{QNetworkProxy::NoProxy}
         : QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(origin));
     return resolves(hostToConnectTo(route, origin)) ? std::optional(route) : std::nullopt;
-}
-
-bool mayHaveRunProxyScript()
-{
-    return systemWasAsked;
 }
 
 } // namespace kelvo

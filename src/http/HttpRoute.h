@@ -22,9 +22,4 @@ using RouteLookup = std::function<std::optional<HttpRoute>(const QUrl &origin)>;
 /// minute; the result replaces the cached one.
 std::optional<HttpRoute> lookUpSystemRoute(const QUrl &origin);
 
-/// Whether lookUpSystemRoute() may have run a proxy script (PAC): whether it was called at all, because the system does not
-/// tell where a route comes from. The threads of the script's interpreter go on, and crash when the system's proxy library
-/// unloads it at the end of the process. Such a process must exit with std::_Exit().
-bool mayHaveRunProxyScript();
-
 } // namespace kelvo

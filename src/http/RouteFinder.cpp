@@ -1,13 +1,12 @@
 #include "http/RouteFinder.h"
 
-#include <atomic>
 #include <mutex>
 #include <system_error>
 
 namespace kelvo {
 namespace {
 
-std::atomic_bool threadsAreLeftBehind = false;
+bool hasBegunALookup = false;
 
 template<typename Promises, typename Result>
 void answer(Promises promises, const Result &result)
@@ -51,13 +50,12 @@ RouteFinder::~RouteFinder()
     }
     for (auto &[origin, lookup] : lookups_) {
         lookup.thread.detach();
-        threadsAreLeftBehind = true;
     }
 }
 
-bool RouteFinder::hasLeftThreadsBehind()
+bool RouteFinder::mayHaveLeftThreadsBehind()
 {
-    return threadsAreLeftBehind;
+    return hasBegunALookup;
 }
 
 QFuture<std::optional<HttpRoute>> RouteFinder::find(const QUrl &origin)
@@ -75,6 +73,7 @@ QFuture<std::optional<HttpRoute>> RouteFinder::find(const QUrl &origin)
 
 void RouteFinder::begin(const QUrl &origin, Lookup &lookup)
 {
+    hasBegunALookup = true;
     lookup.asking = std::exchange(lookup.waiting, {});
     try {
         lookup.thread = std::thread(

@@ -29,9 +29,10 @@ public:
     /// nullopt when no thread can be started. Cancelling the future withdraws the request.
     QFuture<std::optional<HttpRoute>> find(const QUrl &origin);
 
-    /// Whether a lookup has ever outlived its finder. Its thread may still run code of system libraries, which must not be
-    /// destroyed meanwhile. Such a process must exit with std::_Exit().
-    static bool hasLeftThreadsBehind();
+    /// Whether there has ever been a lookup. Its thread may outlive the finder, and it may have run a proxy script (PAC),
+    /// whose interpreter has threads that go on and crash when the system's proxy library unloads it at the end of the
+    /// process. The system does not tell where a route comes from. Such a process must exit with std::_Exit().
+    static bool mayHaveLeftThreadsBehind();
 
 private:
     using Question = QPromise<std::optional<HttpRoute>>;
