@@ -1,6 +1,7 @@
 #include "Table.h"
 
-#include <QFile>
+#include "support/ResultTable.h"
+
 #include <QRegularExpression>
 #include <QTextStream>
 
@@ -50,24 +51,11 @@ void printTable(const QList<Figure> &figures)
 
 void writeTable(const QString &document, const QList<Figure> &figures)
 {
-    const auto begin = u"<!-- The table of ./dev bench begins. -->\n"_s;
-    const auto end = u"<!-- The table of ./dev bench ends. -->\n"_s;
-    QFile file(document);
-    auto text = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    file.close();
-    const auto from = text.indexOf(begin) + begin.size();
-    const auto to = text.indexOf(end);
-    if (from < begin.size() || to < from) {
-        qFatal("%s has no place for the table", qPrintable(document));
-    }
     QString table = u"\n| What | Kelvo | Bare | Ratio | Compared with | Target |\n|---|---|---|---|---|---|\n"_s;
     for (const auto &figure : figures) {
         table += "| "_L1 + cells(figure).join(" | "_L1) + " |\n"_L1;
     }
-    const auto content = text.replace(from, to - from, table + u'\n').toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-        qFatal("Cannot write %s", qPrintable(document));
-    }
+    writeResultTable(document, "./dev bench", table.toUtf8() + '\n');
 }
 
 } // namespace kelvo

@@ -4,11 +4,11 @@
 #include "NotificationCounter.h"
 #include "UnreliableVendors.h"
 #include "World.h"
+#include "support/ResultTable.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QTextStream>
 
 using namespace Qt::StringLiterals;
@@ -160,25 +160,6 @@ QByteArray table(const Sample &before, const Sample &after, const Soak &soak)
     return text;
 }
 
-/// Writes the table between the two marks of a document.
-void writeInto(const QString &document, const QByteArray &table)
-{
-    const auto begin = "<!-- The table of ./dev soak begins. -->\n"_ba;
-    const auto end = "<!-- The table of ./dev soak ends. -->\n"_ba;
-    QFile file(document);
-    auto text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    file.close();
-    const auto from = text.indexOf(begin) + begin.size();
-    const auto to = text.indexOf(end);
-    if (from < begin.size() || to < from) {
-        qFatal("%s has no place for the table", qPrintable(document));
-    }
-    text.replace(from, to - from, table);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
-        qFatal("cannot write %s", qPrintable(document));
-    }
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -228,7 +209,7 @@ int main(int argc, char *argv[])
             printGrowth(mappings, mappingsNow, u" kB"_s);
             printGrowth(descriptors, descriptorsNow, {});
             if (parser.isSet(writeOption)) {
-                writeInto(parser.value(writeOption), table(samples.first(), samples.last(), soak));
+                writeResultTable(parser.value(writeOption), "./dev soak", table(samples.first(), samples.last(), soak));
             }
         }
         mappings = mappingsNow;
