@@ -5,6 +5,8 @@
 #include "Screen.h"
 #include "TrayItem.h"
 
+#include "support/FakeLogind.h"
+
 #include <QGuiApplication>
 #include <QProcess>
 #include <QScreen>
@@ -31,6 +33,7 @@ private Q_SLOTS:
     void openingItChecksAtOnce();
     void escapeClosesIt();
     void aClickOnAnotherWindowClosesIt();
+    void aLockedScreenClosesIt();
     void startingTheProgramAgainOpensIt();
     void controlCommaOpensTheSettings();
     void theGearOpensTheSettingsInFrontOfAnotherWindow();
@@ -45,6 +48,8 @@ private:
     qsizetype rounds() const { return internet_->requestsTo(u"status.claude.com"_s).size(); }
     void endInSilence();
 
+    PrivateBus systemBus_;
+    std::unique_ptr<FakeLogind> logind_;
     std::unique_ptr<SimulatedInternet> internet_;
     std::unique_ptr<KelvoProcess> kelvo_;
     std::unique_ptr<Backdrop> backdrop_;
@@ -53,8 +58,11 @@ private:
 
 void PopoverTest::init()
 {
+    systemBus_.start();
+    logind_ = std::make_unique<FakeLogind>(systemBus_);
     internet_ = std::make_unique<SimulatedInternet>();
     kelvo_ = std::make_unique<KelvoProcess>(*internet_);
+    kelvo_->setEnvironment(u"DBUS_SYSTEM_BUS_ADDRESS"_s, systemBus_.address());
     kelvo_->writeSettings("[General]\nhasOnboarded=true\nenabledServices=claude, cursor\n");
     backdrop_ = std::make_unique<Backdrop>();
     backdrop_->open();
@@ -69,6 +77,8 @@ void PopoverTest::cleanup()
 {
     kelvo_.reset();
     backdrop_.reset();
+    logind_.reset();
+    systemBus_.kill();
 }
 
 QRect PopoverTest::card()
@@ -195,6 +205,15 @@ void PopoverTest::aClickOnAnotherWindowClosesIt()
 {
     open();
     Hand::click(backdrop_->geometry().bottomLeft() + QPoint(50, -50));
+    QTRY_VERIFY(!popover());
+    endInSilence();
+}
+
+// Lock screens grab the keyboard, which leaves the focus where it is.
+void PopoverTest::aLockedScreenClosesIt()
+{
+    open();
+    logind_->lock();
     QTRY_VERIFY(!popover());
     endInSilence();
 }

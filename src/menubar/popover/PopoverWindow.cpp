@@ -85,6 +85,8 @@ PopoverWindow::PopoverWindow(StatusStore &store, SettingsStore &settings, ViewEn
         Q_EMIT settingsRequested();
     });
     connect(&presses_, &PressWatch::pressed, this, &PopoverWindow::closeForPress);
+    // A lock screen may take the keyboard without taking the focus, and cover the popover, which would go on to move.
+    connect(&lock_, &LockWatch::locked, this, &PopoverWindow::close);
 }
 
 PopoverWindow::~PopoverWindow() = default;
@@ -120,6 +122,7 @@ void PopoverWindow::close()
     }
     settled_.reset();
     presses_.stop();
+    lock_.stop();
     if (kind_ == PopoverKind::unmanaged) {
         view_->setKeyboardGrabEnabled(false);
     }
@@ -222,6 +225,7 @@ void PopoverWindow::openBeside(const QRect &anchor)
     }
     // The second press of a double click on the ring is not a click elsewhere.
     settled_ = clock_.after(clickTime, [this] { presses_.start(); });
+    lock_.start();
 }
 
 /// Places the popover without its shadow; the shadow uses the remaining space.

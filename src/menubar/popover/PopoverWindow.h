@@ -4,6 +4,7 @@
 #include "menubar/popover/PopoverFrameItem.h"
 #include "menubar/popover/PopoverState.h"
 #include "platform/ContinuousClock.h"
+#include "platform/LockWatch.h"
 #include "platform/PressWatch.h"
 #include "platform/WindowSystem.h"
 #include "style/ViewEngine.h"
@@ -75,6 +76,7 @@ private:
     std::unique_ptr<QQuickView> view_;
     PopoverFrameItem *frame_ = nullptr; ///< the root item of the window
     PressWatch presses_;
+    LockWatch lock_;
     std::unique_ptr<ContinuousClock::Timer> settled_; ///< runs while the click that opened the popover may be doubled
     std::unique_ptr<ContinuousClock::Timer>
         justClosed_; ///< runs while the click that closed the popover may still arrive

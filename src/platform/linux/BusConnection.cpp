@@ -60,6 +60,12 @@ std::shared_ptr<BusConnection> shared(std::weak_ptr<BusConnection> &slot, const 
     return bus;
 }
 
+/// The arguments that a signal must have.
+QStringList matching(const QString &firstArgument)
+{
+    return firstArgument.isEmpty() ? QStringList() : QStringList(firstArgument);
+}
+
 } // namespace
 
 BusConnection::BusConnection(const QString &address, QObject *parent)
@@ -94,17 +100,17 @@ std::shared_ptr<BusConnection> BusConnection::system()
 void BusConnection::subscribe(const QString &path, const QString &interface, const QString &member, QObject *receiver,
                               const char *slot, const QString &firstArgument)
 {
-    const auto arguments = firstArgument.isEmpty() ? QStringList() : QStringList(firstArgument);
     // On a live connection, false means that the signature of the slot does not match. Qt does not report this.
-    if (!connection_.connect({}, path, interface, member, arguments, {}, receiver, slot) && connection_.isConnected()) {
+    if (!connection_.connect({}, path, interface, member, matching(firstArgument), {}, receiver, slot)
+        && connection_.isConnected()) {
         qCWarning(logBus) << "cannot listen to" << interface << member;
     }
 }
 
 void BusConnection::unsubscribe(const QString &path, const QString &interface, const QString &member, QObject *receiver,
-                                const char *slot)
+                                const char *slot, const QString &firstArgument)
 {
-    connection_.disconnect({}, path, interface, member, receiver, slot);
+    connection_.disconnect({}, path, interface, member, matching(firstArgument), {}, receiver, slot);
 }
 
 void BusConnection::call(const QDBusMessage &message, QObject *context,

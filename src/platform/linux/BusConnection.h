@@ -39,8 +39,9 @@ public:
     /// meanwhile, it aborts the process: seen with Qt 6.4.)
     void subscribe(const QString &path, const QString &interface, const QString &member, QObject *receiver,
                    const char *slot, const QString &firstArgument = {});
+    /// Takes the same arguments as `subscribe`.
     void unsubscribe(const QString &path, const QString &interface, const QString &member, QObject *receiver,
-                     const char *slot);
+                     const char *slot, const QString &firstArgument = {});
 
     /// The time that D-Bus gives a peer to answer when the caller sets no limit.
     static constexpr std::chrono::milliseconds defaultTimeout{-1};
