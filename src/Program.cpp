@@ -34,6 +34,11 @@ void prepareProcess()
 {
     // Qt 6.8 warns when there is no session bus.
     QLoggingCategory::setFilterRules(u"qt.qpa.theme.dbus.warning=false"_s);
+    // On X11, Qt draws a change 5 ms after it was made, and a timer wakes the process for it. See
+    // QPlatformWindow::requestUpdate().
+    if (constexpr auto delay = "QT_QPA_UPDATE_IDLE_TIME"; !qEnvironmentVariableIsSet(delay)) {
+        qputenv(delay, "0");
+    }
 }
 
 void prepareApplication(QApplication &application)

@@ -7,7 +7,8 @@ class QApplication;
 
 namespace kelvo {
 
-/// Silences warnings of Qt about what the program can do without. Call it before the QApplication is made.
+/// Silences warnings of Qt about what the program can do without, and lets Qt draw without a delay. Call it before the
+/// QApplication is made and before another thread starts.
 void prepareProcess();
 
 /// Sets the name, version and icon of the application, lets it run without a window, and makes termination signals quit it.

@@ -8,7 +8,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto stepTime = 40ms;
+constexpr auto stepTime = 60ms;
 constexpr double faintest = 0.45;
 
 } // namespace

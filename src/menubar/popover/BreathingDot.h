@@ -9,8 +9,8 @@
 
 namespace kelvo {
 
-/// A dot that slowly dims and brightens while it is on the screen, unless the user asked for reduced motion. It changes 25
-/// times a second, which is enough for so slow a change; an animation of Qt Quick would wake the processor 60 times.
+/// A dot that slowly dims and brightens while it is on the screen, unless the user asked for reduced motion. It changes 17
+/// times a second, which is enough for so slow a change: on X11, threads wake up three times for each frame.
 class BreathingDot : public kelvo::StatusDot
 {
     Q_OBJECT
