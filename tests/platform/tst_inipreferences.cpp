@@ -668,6 +668,7 @@ private Q_SLOTS:
         row("an open quote in a section", "[General]\na=1\n[\"Other]\nb=2\n",
             "[General]\na=1\n; [\"Other]\n; b=2\nc=7\n");
         row("a quoted section", "[\"General]\n", "; [\"General]\nc=7\n");
+        row("two byte order marks", "\xef\xbb\xbf\xef\xbb\xbf[Other]\na=1\n", "; \xef\xbb\xbf[Other]\na=1\nc=7\n");
         row("an escaped key", "[General]\nc=1\n%63=2\na=3\n", "[General]\nc=7\n; %63=2\na=3\n");
         row("carriage returns alone", "[General]\ra=1\rx=\"\r", "; [General] a=1 x=\" \na=1\nc=7\nx=\"\\xd\"\n");
     }

@@ -152,12 +152,12 @@ bool replace(const QString &file, const QByteArray &bytes, const WriteLock &lock
     return true;
 }
 
-/// Whether no setting begins or ends within the line: it does not end within quotes or with a backslash, and QSettings
-/// does not see two lines in it.
+/// Whether no setting begins or ends within the line: it does not end within quotes or with a backslash, QSettings does
+/// not see two lines in it, and it does not begin with a byte order mark, which hides a section.
 bool isSound(const QByteArray &line)
 {
     static const QRegularExpression sound(
-        uR"re(^(?:[^;"\\\r]++|\\[^\r]|"(?:[^"\\\r]++|\\[^\r])*+")*+(?:;[^\r]*)?$)re"_s,
+        uR"re(^(?!\xef\xbb\xbf)(?:[^;"\\\r]++|\\[^\r]|"(?:[^"\\\r]++|\\[^\r])*+")*+(?:;[^\r]*)?$)re"_s,
         QRegularExpression::DotMatchesEverythingOption);
     return sound.match(QString::fromLatin1(line).trimmed()).hasMatch();
 }
