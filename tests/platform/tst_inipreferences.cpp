@@ -658,8 +658,18 @@ private Q_SLOTS:
             "[General]\na=1\nb=\"2\\xa\\x33\"\n; 3\" ; x\n; y\nc=7\n");
         row("a continued line", "[General]\na=1\nb=2\\\n3\n", "[General]\na=1\nb=23\n3\nc=7\n");
         row("an open quote elsewhere", "[General]\na=1\n[Other]\nb=\"2\n", "[General]\na=1\nc=7\n[Other]\n; b=\"2\n");
+        row("a setting behind an open quote", "[General]\na=1\nit \"is\nb=2\n",
+            "[General]\na=1\n; it \"is\n; b=2\nc=7\n");
+        row("settings that another one contains", "[General]\nx=\"\nb=2\n\"\na=1\n",
+            "[General]\nx=\"\\xa\\x62=2\\xa\"\n; b=2\n; \"\na=1\nc=7\n");
+        row("a section behind an open quote", "it \"is\n[Other]\n\"\na=1\n",
+            "; it \"is\na=1\nc=7\n[Other]\n; \"\na=1\n");
         row("a backslash alone", "[General]\na=1\n\\\n", "[General]\na=1\n; \\\nc=7\n");
-        row("a quoted section", "[\"General]\n", "[General]\nc=7\n\n; [\"General]\n");
+        row("an open quote in a section", "[General]\na=1\n[\"Other]\nb=2\n",
+            "[General]\na=1\n; [\"Other]\n; b=2\nc=7\n");
+        row("a quoted section", "[\"General]\n", "; [\"General]\nc=7\n");
+        row("two byte order marks", "\xef\xbb\xbf\xef\xbb\xbf[Other]\na=1\n", "; \xef\xbb\xbf[Other]\na=1\nc=7\n");
+        row("an escaped key", "[General]\nc=1\n%63=2\na=3\n", "[General]\nc=7\n; %63=2\na=3\n");
         row("carriage returns alone", "[General]\ra=1\rx=\"\r", "; [General] a=1 x=\" \na=1\nc=7\nx=\"\\xd\"\n");
     }
 

@@ -152,12 +152,12 @@ bool replace(const QString &file, const QByteArray &bytes, const WriteLock &lock
     return true;
 }
 
-/// Whether no setting begins or ends within the line: it does not end within quotes or with a backslash, and QSettings
-/// does not see two lines in it.
+/// Whether no setting begins or ends within the line: it does not end within quotes or with a backslash, QSettings does
+/// not see two lines in it, and it does not begin with a byte order mark, which hides a section.
 bool isSound(const QByteArray &line)
 {
     static const QRegularExpression sound(
-        uR"re(^(?:[^;"\\\r]++|\\[^\r]|"(?:[^"\\\r]++|\\[^\r])*+")*+(?:;[^\r]*)?$)re"_s,
+        uR"re(^(?!\xef\xbb\xbf)(?:[^;"\\\r]++|\\[^\r]|"(?:[^"\\\r]++|\\[^\r])*+")*+(?:;[^\r]*)?$)re"_s,
         QRegularExpression::DotMatchesEverythingOption);
     return sound.match(QString::fromLatin1(line).trimmed()).hasMatch();
 }
@@ -205,34 +205,71 @@ QByteArray settingLine(const QString &key, const QVariant &value)
     return (key + u'=' + (words.isEmpty() ? u"@Invalid()"_s : words.join(u", "_s))).toUtf8();
 }
 
+/// Returns the indexes of the lines outside of all sections but [General], without empty ones.
+QList<qsizetype> topLevel(const QByteArrayList &lines)
+{
+    QList<qsizetype> indexes;
+    bool isTopLevel = true;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const QByteArray line = lines.at(i).trimmed();
+        if (line.startsWith('[') && isSound(line))
+            isTopLevel = line.mid(1, line.indexOf(']') - 1).trimmed().toLower() == "general";
+        if (isTopLevel && !line.isEmpty())
+            indexes.append(i);
+    }
+    return indexes;
+}
+
+/// Returns the key of a line as it stands there, and an empty array for a section, a comment and a line without a key.
+QByteArray keyOf(const QByteArray &line)
+{
+    const QByteArray trimmed = line.trimmed();
+    const bool isSetting = !trimmed.isEmpty() && !QByteArrayView("[;#").contains(trimmed.front());
+    return isSetting ? trimmed.left(std::max<qsizetype>(trimmed.indexOf('='), 0)).trimmed() : QByteArray();
+}
+
 /// Replaces the line of the key, or adds a line after the last top-level setting.
 void put(QByteArrayList &lines, const QByteArray &key, const QByteArray &setting)
 {
-    bool isTopLevel = true;
+    const QList<qsizetype> candidates = topLevel(lines);
     bool isThere = false;
-    qsizetype end = -1;
-    for (qsizetype i = 0; i < lines.size(); ++i) {
-        const QByteArray line = lines.at(i).trimmed();
-        if (line.startsWith('['))
-            isTopLevel = line.mid(1, line.indexOf(']') - 1).trimmed().toLower() == "general";
-        if (!isTopLevel || line.isEmpty())
-            continue;
-        end = i + 1;
-        if (line.contains('=') && line.left(line.indexOf('=')).trimmed() == key) {
+    for (const qsizetype i : candidates) {
+        if (keyOf(lines.at(i)) == key) {
             lines[i] = setting;
             isThere = true;
         }
     }
     if (isThere)
         return;
-    if (end >= 0) {
-        lines.insert(end, setting);
+    if (!candidates.isEmpty()) {
+        lines.insert(candidates.last() + 1, setting);
         return;
     }
     if (!lines.isEmpty())
         lines.prepend({});
     lines.prepend(setting);
     lines.prepend("[General]"_ba);
+}
+
+/// Whether no setting runs over several lines, and no key is escaped.
+bool areSound(const QByteArrayList &lines)
+{
+    const QList<qsizetype> candidates = topLevel(lines);
+    return std::all_of(lines.begin(), lines.end(), isSound)
+        && std::none_of(candidates.begin(), candidates.end(),
+                        [&](qsizetype i) { return keyOf(lines.at(i)).contains('%'); });
+}
+
+/// Makes comments of lines that are not sound, and of top-level settings with other keys than these.
+void commentOut(QByteArrayList &lines, const QStringList &keys)
+{
+    const QList<qsizetype> candidates = topLevel(lines);
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const bool isTopLevel = std::binary_search(candidates.begin(), candidates.end(), i);
+        const QByteArray key = isTopLevel ? keyOf(lines.at(i)) : QByteArray();
+        if (!isSound(lines.at(i)) || (!key.isEmpty() && !keys.contains(QString::fromUtf8(key))))
+            lines[i] = "; " + lines[i].replace('\r', ' ');
+    }
 }
 
 QByteArrayList linesOf(const QByteArray &bytes)
@@ -359,15 +396,13 @@ bool IniPreferences::save() const
 
     QByteArrayList lines = linesOf(*before);
     // A file that has vanished or is damaged gets all settings.
-    const bool isSoundFile = !lines.isEmpty() && std::all_of(lines.begin(), lines.end(), isSound);
-    QStringList keys = isSoundFile ? unsaved_.values() : values_.keys();
+    const bool isWhole = !lines.isEmpty() && areSound(lines);
+    QStringList keys = isWhole ? unsaved_.values() : values_.keys();
     keys.sort();
-    for (const QString &key : keys)
+    for (const QString &key : std::as_const(keys))
         put(lines, key.toUtf8(), settingLine(key, values_.value(key)));
-    for (QByteArray &line : lines) {
-        if (!isSound(line))
-            line = "; " + line.replace('\r', ' ');
-    }
+    if (!isWhole)
+        commentOut(lines, keys);
     return replace(file, lines.join('\n') + '\n', lock);
 }
 

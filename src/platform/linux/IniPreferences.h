@@ -14,8 +14,8 @@ namespace kelvo {
 /// edits by hand: `text` joins an unquoted list with commas again; `texts` returns a single text as a list of one and an
 /// empty text as an empty list. A write replaces the line of its key and keeps all other lines, so a file that was edited
 /// meanwhile, or that another process writes too, loses nothing; the last write of a key counts. If the file has vanished,
-/// all settings are written. If settings run over several lines (an unclosed quote), all settings are written too, and
-/// what cannot be read becomes a comment.
+/// all settings are written. If settings run over several lines (an unclosed quote) or a key is escaped, all settings are
+/// written too, and what was not read as a setting becomes a comment.
 ///
 /// A file that other users can read is taken from them when it is read. Where that is not possible, the program says so
 /// once and goes on. The new content is prepared in "<file>.unfinished"; what a killed process left there is removed at
