@@ -6,6 +6,7 @@
 #include "http/OneTimeBody.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -132,10 +133,12 @@ void HttpTransfer::send()
         }
     });
     connect(reply_.get(), &QNetworkReply::readyRead, this, &HttpTransfer::readBody);
+    wasSent_ = false;
+    connect(reply_.get(), &QNetworkReply::requestSent, this, [this] { wasSent_ = true; });
     // After a decompression error the reply may never emit finished().
     connect(reply_.get(), &QNetworkReply::errorOccurred, this, [this] {
         if (!answeredStatus(*reply_)) {
-            giveUp();
+            giveUpOrSendAgain();
         }
     });
     // Queued, because a continuation may destroy the session, and that must not happen inside a signal of the reply.
@@ -200,6 +203,19 @@ void HttpTransfer::finish()
         response.body = std::move(kept_);
     }
     settle(std::move(response));
+}
+
+/// When a connection breaks, the network layer also fails the requests that wait for a connection to the same host. Such a
+/// GET gets a second chance.
+void HttpTransfer::giveUpOrSendAgain()
+{
+    const bool hasOnlyWaited = !wasSent_ && reply_->error() == QNetworkReply::RemoteHostClosedError;
+    if (!hasOnlyWaited || post_ || std::exchange(hadSecondChance_, true)) {
+        giveUp();
+        return;
+    }
+    reply_->disconnect(this);
+    QMetaObject::invokeMethod(this, &HttpTransfer::send, Qt::QueuedConnection);
 }
 
 /// Fails the transfer on the next turn of the event loop, outside of the signals of the reply.

@@ -41,6 +41,7 @@ private:
     void follow(int status);
     void readBody();
     void finish();
+    void giveUpOrSendAgain();
     void giveUp();
     void settle(HttpResponse response);
 
@@ -50,6 +51,8 @@ private:
     HttpBody body_;
     HttpLimits limits_;
     int redirects_ = 0;
+    bool wasSent_ = false; ///< whether the network layer has written the request to a connection
+    bool hadSecondChance_ = false;
     std::unique_ptr<QNetworkReply> reply_; ///< declared after the round, so that it is destroyed first
     qint64 bodySize_ = 0;
     QByteArray kept_; ///< the body; if it is not kept, memory to read it into

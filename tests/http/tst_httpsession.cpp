@@ -260,6 +260,9 @@ private Q_SLOTS:
 
     void aBrokenTransferIsAFailure_data();
     void aBrokenTransferIsAFailure();
+    void requestsThatWaitForABrokenConnectionFailAtOnce_data();
+    void requestsThatWaitForABrokenConnectionFailAtOnce();
+    void aBrokenConnectionFailsOnlyItsOwnRequest();
     void aTruncatedCompressedBodyWithAContentLengthIsReturnedTruncated();
     void aRefusedConnectionIsAFailure();
     void anUnknownHostIsAFailure();
@@ -334,6 +337,7 @@ private Q_SLOTS:
     void aCertificateForAnotherHostIsAFailure();
     void aRefusalByTheProxyIsAFailure_data();
     void aRefusalByTheProxyIsAFailure();
+    void aProxyThatClosesInsteadOfAnsweringEndsAtTheIdleTimeout();
 };
 
 void HttpSessionTest::initTestCase()
@@ -616,6 +620,48 @@ void HttpSessionTest::aBrokenTransferIsAFailure()
     const auto discarding = session->getDiscardingBody(page());
     QVERIFY(settles(discarding));
     QCOMPARE(discarding.result().status, isBrokenOnTheWire ? std::nullopt : std::optional(200));
+}
+
+void HttpSessionTest::requestsThatWaitForABrokenConnectionFailAtOnce_data()
+{
+    QTest::addColumn<SimulatedResponse>("response");
+    QTest::addRow("closed at once") << SimulatedResponse::closeAtOnce();
+    QTest::addRow("cut off") << SimulatedResponse::truncated(QByteArray(100'000, ' '));
+}
+
+/// There are more requests than connections to a host. The network layer repeats some of them, and gives up those that wait.
+void HttpSessionTest::requestsThatWaitForABrokenConnectionFailAtOnce()
+{
+    QFETCH(const SimulatedResponse, response);
+    internet_->respond(host, {}, response);
+    const auto session = makeTlsSession();
+    QList<QFuture<HttpResponse>> futures;
+    for (int count = 0; count < 10; ++count) {
+        futures.append(session->get(page()));
+    }
+    for (const auto &future : std::as_const(futures)) {
+        QVERIFY(settles(future));
+        QCOMPARE(future.result().status, std::nullopt);
+    }
+}
+
+/// There are more requests than connections to a host. The network layer gives up those that wait when a connection breaks.
+void HttpSessionTest::aBrokenConnectionFailsOnlyItsOwnRequest()
+{
+    internet_->respondInTurn(
+        host, {}, {SimulatedResponse::truncated(QByteArray(100'000, ' ')), SimulatedResponse::ofStatus(200)});
+    const auto session = makeTlsSession();
+    QList<QFuture<HttpResponse>> futures;
+    for (int count = 0; count < 10; ++count) {
+        futures.append(session->get(page()));
+    }
+    int failed = 0;
+    for (const auto &future : std::as_const(futures)) {
+        QVERIFY(settles(future));
+        failed += future.result().status ? 0 : 1;
+    }
+    QCOMPARE(failed, 1);
+    QCOMPARE(internet_->requests().size(), futures.size());
 }
 
 /// The network layer does not report this failure. The test documents the behaviour for callers that read a body.
@@ -1449,6 +1495,25 @@ void HttpSessionTest::aRefusalByTheProxyIsAFailure()
     const auto session = makeTlsSession();
     QCOMPARE(fetch(*session, page()).status, std::nullopt);
     QCOMPARE(internet_->requests().size(), 0);
+}
+
+/// The network layer does not report this failure: the request waits for a connection that is no longer opened.
+void HttpSessionTest::aProxyThatClosesInsteadOfAnsweringEndsAtTheIdleTimeout()
+{
+    QTcpServer proxy;
+    QVERIFY(proxy.listen(QHostAddress::LocalHost));
+    int connections = 0;
+    connect(&proxy, &QTcpServer::newConnection, &proxy, [&] {
+        ++connections;
+        delete proxy.nextPendingConnection();
+    });
+    Lookups lookups;
+    lookups.routes = {HttpRoute{QNetworkProxy(QNetworkProxy::HttpProxy, u"127.0.0.1"_s, proxy.serverPort())}};
+    HttpLimits limits = roomy;
+    limits.idleTimeout = 300ms;
+    HttpSession session(lookups.network(), limits);
+    QCOMPARE(fetch(session, page()).status, std::nullopt);
+    QVERIFY(connections > 0);
 }
 
 QTEST_GUILESS_MAIN(HttpSessionTest)
