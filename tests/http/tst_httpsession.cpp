@@ -286,6 +286,7 @@ private Q_SLOTS:
     void aCompressionBombFailsAtOnce_data();
     void aCompressionBombFailsAtOnce();
     void aDiscardedBodyIsNotDecompressed();
+    void theNetworkLayerBuffersLittle();
 
     void theUserAgentIsSentAsGiven();
     void anEmptyUserAgentSendsTheDefaultOfTheNetworkLayer();
@@ -307,6 +308,7 @@ private Q_SLOTS:
 
     void aHangingRequestDoesNotDelayOthers();
     void destroyingTheSessionCancelsPendingRequests();
+    void pendingRequestsAreCancelledBeforeTheSessionIsGone();
     void theSessionMayBeDestroyedByAContinuation();
     void aContinuationMayDestroyTheSessionAfterABodyOverTheCap();
     void aContinuationMayDestroyTheSessionAfterAResponse();
@@ -329,6 +331,7 @@ private Q_SLOTS:
     void aHangingLookupEndsAtTheIdleTimeout();
     void hangingLookupsDoNotAccumulate();
     void aWithdrawnRequestForARouteStartsNoLookup();
+    void anAbortedRequestStartsNoLookup();
     void requestsAfterAnAbortLookTheirRouteUpAgain();
     void theSessionMayBeDestroyedDuringALookup();
 
@@ -861,6 +864,25 @@ void HttpSessionTest::aDiscardedBodyIsNotDecompressed()
     QCOMPARE(internet_->requests().constFirst().header("Accept-Encoding"_ba), "gzip, deflate"_ba);
 }
 
+void HttpSessionTest::theNetworkLayerBuffersLittle()
+{
+    internet_->respond(host, "/plain"_ba, SimulatedResponse::stall(QByteArray(1000, ' ')));
+    internet_->respond(host, "/compressed"_ba, SimulatedResponse::stall(QByteArray(1000, ' ')).gzipped());
+    RememberingNetwork::Replies replies;
+    HttpSession session({[&] { return std::make_unique<RememberingNetwork>(*internet_, replies); }}, roomy);
+    session.get(page(u"/compressed"_s));
+    session.get(page(u"/plain"_s));
+    QCOMPARE(replies.size(), 2);
+    // It is not known yet which body is compressed.
+    QCOMPARE(replies.first()->readBufferSize(), 16 * 1024);
+    QCOMPARE(replies.last()->readBufferSize(), 16 * 1024);
+    for (const auto &reply : std::as_const(replies)) {
+        QTRY_VERIFY(reply->hasRawHeader("Content-Type"_ba));
+    }
+    QCOMPARE(replies.first()->readBufferSize(), 16 * 1024);
+    QCOMPARE(replies.last()->readBufferSize(), 64 * 1024);
+}
+
 void HttpSessionTest::theUserAgentIsSentAsGiven()
 {
     QCOMPARE(fetch().status, 200);
@@ -1112,6 +1134,22 @@ void HttpSessionTest::destroyingTheSessionCancelsPendingRequests()
     // The server sees the connections close.
     QTRY_COMPARE(internet_->connectionsOpen(), 0);
     QVERIFY(!continued);
+}
+
+/// A continuation for a cancelled request may still use the session.
+void HttpSessionTest::pendingRequestsAreCancelledBeforeTheSessionIsGone()
+{
+    internet_->respond(host, {}, SimulatedResponse::silence());
+    auto partOfTheSession = std::make_shared<int>();
+    const std::weak_ptr isWhole = partOfTheSession;
+    HttpNetwork network{
+        [this, part = std::move(partOfTheSession)] { return std::make_unique<ReroutedNetwork>(*internet_); }};
+    auto session = std::make_unique<HttpSession>(std::move(network), roomy);
+    std::optional<bool> wasWhole;
+    session->get(page()).then([](const HttpResponse &) {}).onCanceled([&] { wasWhole = !isWhole.expired(); });
+    session.reset();
+    QCOMPARE(wasWhole, true);
+    QVERIFY(isWhole.expired());
 }
 
 void HttpSessionTest::theSessionMayBeDestroyedByAContinuation()
@@ -1416,6 +1454,25 @@ void HttpSessionTest::aWithdrawnRequestForARouteStartsNoLookup()
     lookups.release();
     QVERIFY(settles(first));
     const auto next = finder.find(page());
+    QVERIFY(settles(next));
+    QCOMPARE(lookups.get(&Lookups::asked).size(), 2);
+}
+
+void HttpSessionTest::anAbortedRequestStartsNoLookup()
+{
+    Lookups lookups;
+    lookups.hangs.append(host);
+    lookups.routes = {std::nullopt};
+    HttpSession session(lookups.network(), roomy);
+    session.get(page());
+    QTRY_COMPARE(lookups.get(&Lookups::hanging), 1);
+    session.abortAll();
+    session.get(page()); // would be looked up after the first
+    session.abortAll();
+    QTRY_VERIFY(session.children().isEmpty());
+    lookups.release();
+    QTRY_COMPARE(lookups.get(&Lookups::hanging), 0);
+    const auto next = session.get(page());
     QVERIFY(settles(next));
     QCOMPARE(lookups.get(&Lookups::asked).size(), 2);
 }
