@@ -40,8 +40,9 @@ namespace {
 /// The side of the image in the menu bar, in points.
 constexpr CGFloat imageSide = 18.0;
 
-/// Draws the image with as many pixels as the bar has, in the form for the appearance of the bar.
-NSImage *nativeImage(const StatusItemImage &image)
+/// Draws the image with as many pixels as the bar has, in the form for the appearance of the bar. The bar draws it later and
+/// repeatedly, so the block has a copy: of a reference it would copy only the address.
+NSImage *nativeImage(StatusItemImage image)
 {
     NSImage *native = [NSImage
          imageWithSize:NSMakeSize(imageSide, imageSide)

@@ -50,8 +50,10 @@ void activate(QWindow &window)
         [target makeKeyAndOrderFront:nil];
         return;
     }
-    // The windows have a fixed or a small range of sizes; Qt gives them a full-screen button.
-    target.collectionBehavior &= ~NSWindowCollectionBehaviorFullScreenPrimary;
+    // The windows have a fixed or a small range of sizes. Qt gives them a full-screen button; without this, so does AppKit.
+    constexpr auto fullScreen = NSWindowCollectionBehaviorFullScreenPrimary
+        | NSWindowCollectionBehaviorFullScreenAuxiliary;
+    target.collectionBehavior = (target.collectionBehavior & ~fullScreen) | NSWindowCollectionBehaviorFullScreenNone;
     [NSApp activateIgnoringOtherApps:YES];
     [target makeKeyAndOrderFront:nil];
     [target orderFrontRegardless];
