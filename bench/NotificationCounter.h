@@ -19,6 +19,8 @@ public:
     NotificationCounter();
 
     int alerts() const { return alerts_; }
+    /// The number of services whose last alert reports an outage.
+    int servicesDown() const { return static_cast<int>(isDown_.values().count(true)); }
     /// The alerts that repeat or contradict the one before, as texts for people.
     const QStringList &faults() const { return faults_; }
 

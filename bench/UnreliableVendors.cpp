@@ -81,6 +81,14 @@ void UnreliableVendors::recover()
     internet_.respond(slackHost, {}, SimulatedResponse::html("ok"_ba));
 }
 
+void UnreliableVendors::breakDown()
+{
+    recover();
+    for (const auto &source : sources) {
+        setTrouble(source, true);
+    }
+}
+
 void UnreliableVendors::fallSilent()
 {
     recover();
@@ -88,6 +96,11 @@ void UnreliableVendors::fallSilent()
     for (const auto &source : sources) {
         internet_.respond(source.host, source.path, SimulatedResponse::silence());
     }
+}
+
+int UnreliableVendors::servicesInTrouble()
+{
+    return static_cast<int>(sources.size()); // one service of each
 }
 
 int UnreliableVendors::requestsOfARound() const

@@ -18,11 +18,15 @@ public:
     void change();
     /// Ends all outages and faults.
     void recover();
+    /// Ends all faults, and begins an outage at every vendor.
+    void breakDown();
     /// Makes every vendor accept requests and answer none.
     void fallSilent();
 
     /// The number of status requests that arrive in a round now. Others meet a host that is not there.
     int requestsOfARound() const;
+    /// The number of services that are affected after `breakDown`.
+    static int servicesInTrouble();
     /// Whether some vendor leaves a request without an answer now.
     bool isSomeoneSilent() const { return isSomeoneSilent_; }
 

@@ -1,4 +1,5 @@
-// Runs Kelvo for thousands of rounds with vendors that fail in every way, and measures whether it grows.
+// Runs Kelvo for thousands of rounds with vendors that fail in every way, and checks that it does not grow and that each
+// alert is right.
 
 #include "MeasuredProcess.h"
 #include "NotificationCounter.h"
@@ -32,6 +33,10 @@ QTextStream &out()
     return stream;
 }
 
+/// The anonymous memory that the last sample may have more than the first. Most of the heap is free between two rounds, and
+/// how many of its pages have been used so far depends on the faults.
+constexpr double permittedGrowthMegabytes = 0.5;
+
 /// Kelvo with all services, all alerts and a Slack channel, and its unreliable vendors.
 class Soak
 {
@@ -50,6 +55,8 @@ public:
                              requests_ += 1;
                              posts_ += request.host == "hooks.slack.com"_L1 ? 1 : 0;
                          });
+        waitForQuiet();
+        idleThreads_ = threadsOf(processId());
     }
 
     void runTo(int rounds)
@@ -61,22 +68,19 @@ public:
         }
     }
 
-    /// Lets a round of requests end by their timeouts, lets everything recover, and measures when all connections are
-    /// closed.
+    /// Lets a round of requests end by their timeouts, lets everything fail and recover, and measures when all connections
+    /// are closed.
     Sample sample()
     {
         vendors_.fallSilent();
         startRound();
         waitUntil("the timeouts", [this] { return world_.internet.connectionsOpen() == 0; });
+        vendors_.breakDown();
+        expectServicesDown(vendors_.servicesInTrouble());
         vendors_.recover();
-        for (int time = 0; time < 3; ++time) {
-            round();
-        }
-        // A round of the program's own may begin meanwhile.
-        do {
-            letPass(2s);
-        } while (world_.internet.connectionsOpen() > 0);
-        const auto id = kelvo_->processId();
+        expectServicesDown(0);
+        waitForQuiet();
+        const auto id = processId();
         return {rounds_, memoryOf(id), descriptorsOf(id), threadsOf(id)};
     }
 
@@ -85,21 +89,38 @@ public:
     int posts() const { return posts_; }
     /// The rounds in which some request did not arrive within a second.
     int incompleteRounds() const { return incompleteRounds_; }
-    const NotificationCounter &notifications() const { return notifications_; }
+    /// Those of them that no silent vendor delayed, and that ended by their timeouts.
+    int hangingRounds() const { return hangingRounds_; }
+    int alerts() const { return notifications_.alerts(); }
+    /// The alerts that came twice, out of order or not at all, as texts for people.
+    QStringList wrongAlerts() const { return notifications_.faults() + missingAlerts_; }
 
 private:
     void startRound()
     {
         world_.internet.clearRequests();
         world_.wake();
-        // A request that waits for a connection is lost with the connection, until its timeout.
+        // When a connection breaks, the network layer gives up the requests that wait for a connection to the same host.
         const auto &requests = world_.internet.requests();
         if (!letHappen(1s, [&] { return requests.size() >= vendors_.requestsOfARound(); })) {
             ++incompleteRounds_;
+            hangingRounds_ += vendors_.isSomeoneSilent() || ends() ? 0 : 1;
         }
         if (!kelvo_->isRunning()) {
             qFatal("Kelvo has ended in round %d", rounds_);
         }
+    }
+
+    /// Whether the round ends before its timeouts. Each round has threads of its own.
+    bool ends() const
+    {
+        for (int time = 0; time < 200; ++time) {
+            letPass(50ms);
+            if (threadsOf(processId()) <= idleThreads_) {
+                return true;
+            }
+        }
+        return false;
     }
 
     /// The next round aborts the requests that a silent vendor leaves open.
@@ -113,6 +134,27 @@ private:
         }
     }
 
+    /// Lets Kelvo learn the state of all vendors, and checks what its alerts tell then.
+    void expectServicesDown(int services)
+    {
+        for (int time = 0; time < 20 && notifications_.servicesDown() != services; ++time) {
+            round();
+        }
+        round(); // raises no further alert
+        if (const int told = notifications_.servicesDown(); told != services) {
+            missingAlerts_.append(
+                u"Round %1: %2 services are down, and alerts tell of %3"_s.arg(rounds_).arg(services).arg(told));
+        }
+    }
+
+    /// Waits until all connections are closed. A round of the program's own may begin meanwhile.
+    void waitForQuiet()
+    {
+        do {
+            letPass(2s);
+        } while (world_.internet.connectionsOpen() > 0);
+    }
+
     NotificationCounter notifications_;
     World world_;
     UnreliableVendors vendors_;
@@ -121,6 +163,9 @@ private:
     int requests_ = 0;
     int posts_ = 0;
     int incompleteRounds_ = 0;
+    int hangingRounds_ = 0;
+    int idleThreads_ = 0;
+    QStringList missingAlerts_;
 };
 
 QString megabytes(double value)
@@ -145,19 +190,48 @@ QByteArray table(const Sample &before, const Sample &after, const Soak &soak)
 {
     QByteArray text;
     const auto row = [&text](const QStringList &cells) { text += "| "_ba + cells.join(" | "_L1).toUtf8() + " |\n"_ba; };
-    row({u"What"_s, u"After %L1 rounds"_s.arg(before.rounds), u"After %L1 rounds"_s.arg(after.rounds)});
-    text += "|---|---|---|\n"_ba;
-    row({u"Resident memory"_s, megabytes(before.memory.residentMegabytes), megabytes(after.memory.residentMegabytes)});
-    row({u"Anonymous memory"_s, megabytes(before.memory.anonymousMegabytes),
-         megabytes(after.memory.anonymousMegabytes)});
-    row({u"Descriptors"_s, QString::number(before.descriptors), QString::number(after.descriptors)});
-    row({u"Threads"_s, QString::number(before.threads), QString::number(after.threads)});
-    text += u"\nIn this run Kelvo sent %L1 requests and %L2 alerts, %3 of them twice or out of order.\n"_s
-                .arg(soak.requests())
-                .arg(soak.notifications().alerts())
-                .arg(soak.notifications().faults().size())
-                .toUtf8();
+    row({u"What"_s, u"After %L1 rounds"_s.arg(before.rounds), u"After %L1 rounds"_s.arg(after.rounds), u"Limit"_s});
+    text += "|---|---|---|---|\n"_ba;
+    row({u"Resident memory"_s, megabytes(before.memory.residentMegabytes), megabytes(after.memory.residentMegabytes),
+         u"none"_s});
+    row({u"Anonymous memory"_s, megabytes(before.memory.anonymousMegabytes), megabytes(after.memory.anonymousMegabytes),
+         megabytes(permittedGrowthMegabytes) + " more"_L1});
+    row({u"Descriptors"_s, QString::number(before.descriptors), QString::number(after.descriptors), u"the same"_s});
+    row({u"Threads"_s, QString::number(before.threads), QString::number(after.threads), u"the same"_s});
+    text +=
+        u"\nIn this run Kelvo sent %L1 requests and %L2 alerts, %3 of them twice, out of order or not at all. In %4 "
+        "rounds a request did not arrive within a second; %5 of these rounds ended only by their timeouts.\n"_s
+            .arg(soak.requests())
+            .arg(soak.alerts())
+            .arg(soak.wrongAlerts().size())
+            .arg(soak.incompleteRounds())
+            .arg(soak.hangingRounds())
+            .toUtf8();
     return text;
+}
+
+/// What is not as it must be, as texts for people.
+QStringList failures(const Sample &before, const Sample &after, const Soak &soak)
+{
+    QStringList failures = soak.wrongAlerts();
+    if (soak.posts() != soak.alerts()) {
+        failures.append(u"%1 alerts, but %2 posts"_s.arg(soak.alerts()).arg(soak.posts()));
+    }
+    if (soak.hangingRounds() > 0) {
+        failures.append(u"%1 rounds ended only by their timeouts"_s.arg(soak.hangingRounds()));
+    }
+    const auto growth = after.memory.anonymousMegabytes - before.memory.anonymousMegabytes;
+    if (growth > permittedGrowthMegabytes) {
+        failures.append(u"The anonymous memory grew by %1 MB; permitted are %2 MB"_s.arg(growth, 0, 'f', 2)
+                            .arg(permittedGrowthMegabytes));
+    }
+    if (after.descriptors != before.descriptors) {
+        failures.append(u"Descriptors: first %1, then %2"_s.arg(before.descriptors).arg(after.descriptors));
+    }
+    if (after.threads != before.threads) {
+        failures.append(u"Threads: first %1, then %2"_s.arg(before.threads).arg(after.threads));
+    }
+    return failures;
 }
 
 } // namespace
@@ -166,9 +240,11 @@ int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     QCommandLineParser parser;
-    parser.setApplicationDescription(u"Runs Kelvo for many rounds with vendors that fail in every way, and measures "
-                                     u"whether it grows. It samples at each "
-                                     "tenth of the rounds, and compares the last sample with the first."_s);
+    parser.setApplicationDescription(
+        u"Runs Kelvo for many rounds with vendors that fail in every way. It samples at each tenth of the rounds, and "
+        "compares the last sample with the first. The exit status is 1 if the number of descriptors or threads has "
+        "changed, if the anonymous memory has grown by more than %1 MB, if an alert came twice, out of order or not at "
+        "all, or if a round without a silent vendor ended only by its timeouts."_s.arg(permittedGrowthMegabytes));
     parser.addHelpOption();
     const QCommandLineOption seedOption(u"seed"_s, u"Choose the faults as in an earlier run."_s, u"number"_s);
     const QCommandLineOption writeOption(u"write"_s, u"Write the table into this document."_s, u"document"_s);
@@ -192,16 +268,17 @@ int main(int argc, char *argv[])
         const auto &s = samples.last();
         out() << u"%1 s: %2 rounds, %3 requests, %4 alerts, %5 posts; resident %6 MB, anonymous %7 MB, %8 descriptors, "
                  u"%9 threads, "
-                 "%10 rounds incomplete"_s.arg(elapsed.elapsed() / 1000)
+                 "%10 rounds incomplete, %11 hanging"_s.arg(elapsed.elapsed() / 1000)
                      .arg(s.rounds)
                      .arg(soak.requests())
-                     .arg(soak.notifications().alerts())
+                     .arg(soak.alerts())
                      .arg(soak.posts())
                      .arg(s.memory.residentMegabytes, 0, 'f', 2)
                      .arg(s.memory.anonymousMegabytes, 0, 'f', 2)
                      .arg(s.descriptors)
                      .arg(s.threads)
                      .arg(soak.incompleteRounds())
+                     .arg(soak.hangingRounds())
               << Qt::endl;
         const auto mappingsNow = anonymousMemoryByMapping(soak.processId());
         const auto descriptorsNow = descriptorsByName(soak.processId());
@@ -215,8 +292,10 @@ int main(int argc, char *argv[])
         mappings = mappingsNow;
         descriptors = descriptorsNow;
     }
-    for (const auto &fault : soak.notifications().faults()) {
-        out() << fault << Qt::endl;
+    const auto found = failures(samples.first(), samples.last(), soak);
+    for (const auto &failure : found) {
+        out() << "FAIL: " << failure << Qt::endl;
     }
-    return 0;
+    out() << (found.isEmpty() ? "PASS" : "FAIL") << Qt::endl;
+    return found.isEmpty() ? 0 : 1;
 }
