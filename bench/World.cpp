@@ -31,7 +31,7 @@ void letPass(std::chrono::milliseconds time)
 
 void waitUntil(const char *what, const std::function<bool()> &condition)
 {
-    if (!letHappen(20s, condition)) {
+    if (!letHappen(60s, condition)) {
         qFatal("Waited in vain: %s", what);
     }
 }

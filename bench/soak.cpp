@@ -199,7 +199,7 @@ QByteArray table(const Sample &before, const Sample &after, const Soak &soak)
     row({u"Descriptors"_s, QString::number(before.descriptors), QString::number(after.descriptors), u"the same"_s});
     row({u"Threads"_s, QString::number(before.threads), QString::number(after.threads), u"the same"_s});
     text +=
-        u"\nIn this run Kelvo sent %L1 requests and %L2 alerts, %3 of them twice, out of order or not at all. In %4 "
+        u"\nIn this run Kelvo sent %L1 requests and %L2 alerts, %3 of them twice, out of order or not at all.\nIn %4 "
         "rounds a request did not arrive within a second; %5 of these rounds ended only by their timeouts.\n"_s
             .arg(soak.requests())
             .arg(soak.alerts())
