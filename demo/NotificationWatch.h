@@ -1,22 +1,20 @@
 #pragma once
 
 #include <QObject>
-#include <QProcess>
 #include <QStringList>
 
 namespace kelvo {
 
-/// Observes the notifications that Kelvo sends to the desktop, from outside, by monitoring the session bus.
+/// Observes the notifications that Kelvo sends.
 class NotificationWatch : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit NotificationWatch(QObject *parent = nullptr);
-    ~NotificationWatch() override;
+    using QObject::QObject;
 
-    /// Starts dbus-monitor. Returns false, with the reason in `errorString`, when the bus cannot be monitored.
-    bool start();
+    /// Begins to observe. Returns false, with the reason in `errorString`, when that is not possible.
+    virtual bool start() = 0;
     QString errorString() const { return errorString_; }
 
     /// All notifications so far, each as "title: body".
@@ -26,14 +24,16 @@ Q_SIGNALS:
     /// A notification was seen.
     void notified();
 
-private:
-    void readLines();
-    void readLine(const QString &line);
+protected:
+    void fail(const QString &reason) { errorString_ = reason; }
+    void see(const QString &title, const QString &body)
+    {
+        seen_.append(title + QStringLiteral(": ") + body);
+        Q_EMIT notified();
+    }
 
-    QProcess monitor_;
+private:
     QString errorString_;
-    QStringList texts_; ///< the string arguments of the current call that were read so far
-    bool inCall_ = false;
     QStringList seen_;
 };
 

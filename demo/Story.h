@@ -11,25 +11,27 @@
 #include <QTimer>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace kelvo {
 
 /// Plays an outage in chapters: Claude goes down, its status page reports it operational too early, and then it answers
-/// again. Each chapter changes the simulated internet, waits until the program shows the change, and saves a picture of
+/// again. Each chapter changes the simulated internet, waits until the program shows the change, and may save a picture of
 /// the screen.
 class Story : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Pictures are saved to `pictures`, which must exist.
-    Story(SimulatedInternet &internet, const StatusStore &store, const NotificationWatch &watch, QDir pictures);
+    /// Pictures are saved to `pictures`, if given, which must exist.
+    Story(SimulatedInternet &internet, const StatusStore &store, const NotificationWatch &watch,
+          std::optional<QDir> pictures);
 
     void begin();
 
 Q_SIGNALS:
-    /// The story has ended. `complaint` says what went wrong; it is empty when exactly one alert arrived, the right one.
+    /// The story has ended. `complaint` says what went wrong; it is empty when exactly one alert was sent, the right one.
     void ended(const QString &complaint);
 
 private:
@@ -53,7 +55,7 @@ private:
     SimulatedInternet &internet_;
     const StatusStore &store_;
     const NotificationWatch &watch_;
-    QDir pictures_;
+    std::optional<QDir> pictures_;
     std::vector<Chapter> chapters_;
     size_t chapter_ = 0;
     bool caughtUp_ = false;

@@ -1,18 +1,15 @@
 #include "AcceleratedClock.h"
-#include "NotificationWatch.h"
+#include "DemoDesktop.h"
 #include "Story.h"
 
 #include "Program.h"
 #include "platform/WindowSystem.h"
-#include "platform/linux/IniPreferences.h"
 #include "simulator/ReroutedNetwork.h"
 #include "simulator/SimulatedInternet.h"
 #include "windows/QuickViews.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTextStream>
 
 #include <optional>
@@ -37,8 +34,7 @@ public:
 /// The settings of the demonstration: all eight services, checked every minute, with the onboarding completed.
 std::unique_ptr<Preferences> demoProfile()
 {
-    const auto directory = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    auto profile = std::make_unique<IniPreferences>(directory + "/Kelvo/Demo.conf"_L1);
+    auto profile = DemoDesktop::makePreferences();
     QStringList services;
     for (const auto &service : Service::catalog()) {
         services.append(rawValue(service.id));
@@ -82,23 +78,25 @@ int main(int argc, char *argv[])
     parser.addOption(keep);
     parser.process(application);
 
-    QTextStream out(stdout);
-    NotificationWatch watch;
-    if (!watch.start()) {
-        out << "The demo needs to watch notifications, but " << watch.errorString() << "." << Qt::endl;
-        return EXIT_FAILURE;
-    }
-    QTemporaryDir pictures(QDir::tempPath() + "/kelvo-demo-XXXXXX"_L1);
-    pictures.setAutoRemove(false);
-    out << "Pictures of the desktop go to " << pictures.path() << Qt::endl;
-
     SimulatedInternet internet;
     internet.setEndedIncidents(500);
-    Program program(simulatedBoundaries(internet), &QuickViews::make);
+    auto boundaries = simulatedBoundaries(internet);
 
-    Story story(internet, StatusStore::shared(), watch, QDir(pictures.path()));
+    QTextStream out(stdout);
+    const auto watch = DemoDesktop::makeNotificationWatch(boundaries.platform);
+    if (!watch->start()) {
+        out << "The demo needs to watch notifications, but " << watch->errorString() << "." << Qt::endl;
+        return EXIT_FAILURE;
+    }
+    const auto pictures = DemoDesktop::makePictureFolder();
+    if (pictures) {
+        out << "Pictures of the desktop go to " << pictures->path() << Qt::endl;
+    }
+    Program program(std::move(boundaries), &QuickViews::make);
+
+    Story story(internet, StatusStore::shared(), *watch, pictures);
     QObject::connect(&story, &Story::ended, &application, [&](const QString &complaint) {
-        out << (complaint.isEmpty() ? u"Exactly one alert arrived: \"Claude is back. You can continue working.\""_s
+        out << (complaint.isEmpty() ? u"Exactly one alert was sent: \"Claude is back. You can continue working.\""_s
                                     : complaint)
             << Qt::endl;
         if (!parser.isSet(keep)) {

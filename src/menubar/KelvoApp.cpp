@@ -63,8 +63,24 @@ Views *KelvoApp::views()
     if (!views_) {
         readFonts();
         views_ = makeViews_(store_, settings_, notifier_, platform_);
+        if (views_) {
+            connect(views_.get(), &Views::failed, this, &KelvoApp::reportFailedViews);
+        } else {
+            reportFailedViews();
+        }
     }
     return views_.get();
+}
+
+void KelvoApp::reportFailedViews()
+{
+    auto &center = *platform_.notificationCenter;
+    if (failedViewsAreReported_ || !center.canServeThisProcess()) {
+        return;
+    }
+    failedViewsAreReported_ = true;
+    center.add({u"views"_s, u"Kelvo cannot open its windows"_s,
+                u"Quit Kelvo and start it again. If that does not help, install it again."_s});
 }
 
 /// Makes Qt read the list of the installed fonts, in a thread of its own. The first text needs it, and reading it takes

@@ -38,6 +38,8 @@ public:
 private:
     /// The views, made at the first call. Null when they cannot be made; the ring, its menu and the monitor still work.
     Views *views();
+    /// Notifies the user that views cannot be opened. Does so once, because what helps is to start the program again.
+    void reportFailedViews();
     void readFonts();
     void togglePopover(std::optional<QPoint> point);
     void makeMenu();
@@ -62,6 +64,7 @@ private:
     ViewsFactory makeViews_;
     std::unique_ptr<QThread> fonts_;
     std::unique_ptr<Views> views_;
+    bool failedViewsAreReported_ = false;
     QMenu menu_;
     std::optional<Shown> shown_;
     QString toolTip_;

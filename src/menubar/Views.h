@@ -25,19 +25,20 @@ struct RingPlace
 
 /// The popover, the settings window and the onboarding window. Their implementation needs Qt Quick, which takes more
 /// memory than the rest of the program, so it is in a library that is loaded when the first of them opens.
-class Views
+class Views : public QObject
 {
-public:
-    Views() = default;
-    virtual ~Views() = default;
-    Views(const Views &) = delete;
-    Views &operator=(const Views &) = delete;
+    Q_OBJECT
 
+public:
     /// Opens or closes the popover after a click on the ring.
     virtual void togglePopover(const RingPlace &ring) = 0;
     virtual void openPopover(const RingPlace &ring) = 0;
     virtual void openSettings() = 0;
     virtual void openOnboarding() = 0;
+
+Q_SIGNALS:
+    /// A view could not be loaded, and was not opened.
+    void failed();
 };
 
 /// Makes the views. Returns null on failure. The arguments must outlive the views.

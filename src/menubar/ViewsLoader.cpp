@@ -64,14 +64,6 @@ ViewsPlugin *loadPlugin()
     return plugin;
 }
 
-void reportFailure(NotificationCenter &center)
-{
-    if (center.canServeThisProcess()) {
-        center.add({u"views"_s, u"Kelvo cannot open its windows"_s,
-                    u"Quit Kelvo and start it again. If that does not help, install it again."_s});
-    }
-}
-
 } // namespace
 
 void findViews()
@@ -83,11 +75,7 @@ std::unique_ptr<Views> loadViews(StatusStore &store, SettingsStore &settings, No
                                  Platform &platform)
 {
     auto *plugin = loadPlugin();
-    auto views = plugin ? plugin->make(store, settings, notifier, platform) : nullptr;
-    if (!views) {
-        reportFailure(*platform.notificationCenter);
-    }
-    return views;
+    return plugin ? plugin->make(store, settings, notifier, platform) : nullptr;
 }
 
 } // namespace kelvo

@@ -10,7 +10,7 @@ void findViews();
 
 /// The ViewsFactory of the installed program. Loads the views library at the first call; the library stays loaded. When
 /// the library belongs to another version of the program, it is not loaded. Then, and when the library or a module that it
-/// needs is missing or cannot be loaded, prints a warning, posts a notification and returns null.
+/// needs is missing or cannot be loaded, prints a warning and returns null.
 std::unique_ptr<Views> loadViews(StatusStore &store, SettingsStore &settings, NotifierStore &notifier,
                                  Platform &platform);
 

@@ -26,11 +26,15 @@ QuickViews::QuickViews(StatusStore &store, SettingsStore &settings, NotifierStor
 {
     connect(&popover_, &PopoverWindow::settingsRequested, this, &QuickViews::openSettings);
     connect(&popover_, &PopoverWindow::closed, this, &QuickViews::waitForUnused);
+    connect(&popover_, &PopoverWindow::failed, this, &QuickViews::failed);
     for (SceneWindow *window : std::initializer_list<SceneWindow *>{&settingsWindow_, &onboardingWindow_}) {
         connect(window, &SceneWindow::settingsRequested, this, &QuickViews::openSettings);
         connect(window, &SceneWindow::closed, this, &QuickViews::waitForUnused);
+        connect(window, &SceneWindow::failed, this, &QuickViews::failed);
     }
     connect(&settingsWindow_, &SettingsSceneWindow::onboardingRequested, this, &QuickViews::openOnboarding);
+    // What was loaded for the view is not used.
+    connect(this, &QuickViews::failed, this, &QuickViews::waitForUnused);
 }
 
 QuickViews::~QuickViews() = default;

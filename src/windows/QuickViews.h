@@ -17,7 +17,7 @@ namespace kelvo {
 
 /// The Qt Quick implementation of the views. Each view is loaded when it opens. The popover is kept for the next opening,
 /// until no view has been open for `unusedTime`: then everything is unloaded, and its memory returned to the system.
-class QuickViews : public QObject, public Views
+class QuickViews : public Views
 {
     Q_OBJECT
 

@@ -52,6 +52,7 @@ void SceneWindow::open()
         NativeWindow::bringToThisWorkspace(*view_);
     } else if (!load()) {
         view_.reset();
+        Q_EMIT failed();
         return;
     }
     view_->show();

@@ -22,7 +22,8 @@ public:
     ~SceneWindow() override;
 
     bool isOpen() const { return view_ != nullptr; }
-    /// Opens the window. If it is open, brings it to the front. If its view cannot be loaded, it stays closed.
+    /// Opens the window. If it is open, brings it to the front. If its view cannot be loaded, it stays closed and `failed` is
+    /// emitted.
     void open();
     void close();
 
@@ -32,6 +33,8 @@ public:
 Q_SIGNALS:
     /// The window was closed, by the user, the desktop or the program.
     void closed();
+    /// The view of the window, or a part of it that is loaded later, could not be loaded.
+    void failed();
     /// The user asked for the settings.
     void settingsRequested();
 

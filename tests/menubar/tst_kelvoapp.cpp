@@ -49,6 +49,22 @@ std::unique_ptr<Views> makeNone(StatusStore &, SettingsStore &, NotifierStore &,
     return nullptr;
 }
 
+/// Views of which none can be loaded.
+class FailingViews : public Views
+{
+public:
+    void togglePopover(const RingPlace &) override { Q_EMIT failed(); }
+    void openPopover(const RingPlace &) override { Q_EMIT failed(); }
+    void openSettings() override { Q_EMIT failed(); }
+    void openOnboarding() override { Q_EMIT failed(); }
+};
+
+std::unique_ptr<Views> makeFailing(StatusStore &, SettingsStore &, NotifierStore &, Platform &)
+{
+    ++told.made;
+    return std::make_unique<FailingViews>();
+}
+
 struct Program
 {
     explicit Program(ViewsFactory factory = &makeFake, bool hasOnboarded = true)
@@ -170,13 +186,33 @@ private Q_SLOTS:
         QCOMPARE(quit.size(), 1);
     }
 
-    void aMissingLibraryGivesNoViewsAndIsReported()
+    void aMissingLibraryGivesNoViewsAndIsReportedOnce()
     {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^The windows cannot be opened: .*kelvo-views"_s));
+        const QRegularExpression warning(u"^The windows cannot be opened: .*kelvo-views"_s);
         Program program(&loadViews);
+        for (int i = 0; i < 2; ++i) {
+            QTest::ignoreMessage(QtWarningMsg, warning);
+            program.item->click();
+            QVERIFY(program.item->isShown);
+            QCOMPARE(program.center->titles(), QStringList{u"Kelvo cannot open its windows"_s});
+        }
+    }
+
+    void aViewThatCannotBeLoadedIsReportedOnce()
+    {
+        Program program(&makeFailing);
         program.item->click();
-        QVERIFY(program.item->isShown);
+        program.choose(u"Settings…"_s);
         QCOMPARE(program.center->titles(), QStringList{u"Kelvo cannot open its windows"_s});
+        QCOMPARE(told.made, 1);
+    }
+
+    void aFailureIsNotReportedWithoutANotificationService()
+    {
+        Program program(&makeNone);
+        program.center->serves = false;
+        program.item->click();
+        QCOMPARE(program.center->titles(), QStringList());
     }
 
     void theRingIsDrawnAgainOnlyWhenItChanges()

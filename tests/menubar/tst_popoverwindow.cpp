@@ -82,10 +82,12 @@ void PopoverWindowTest::viewsAreLoadedAtTheFirstOpening()
 void PopoverWindowTest::aViewThatCannotBeLoadedOpensNoPopover()
 {
     Desktop desktop;
-    BrokenView broken(desktop.engine, u"StatusPopover.qml"_s);
+    BrokenView broken(desktop.engine.get(), u"StatusPopover.qml"_s);
+    QSignalSpy failed(&desktop.popover, &PopoverWindow::failed);
     for (int i = 0; i < 2; ++i) {
         QTest::ignoreMessage(QtWarningMsg, BrokenView::warning());
         desktop.popover.toggle(desktop.ring);
+        QCOMPARE(failed.size(), i + 1);
         QVERIFY(!desktop.popover.isOpen());
         QVERIFY(!desktop.stores.store.popoverIsOpen());
     }

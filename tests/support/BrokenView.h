@@ -1,8 +1,8 @@
 #pragma once
 
-#include "style/ViewEngine.h"
-
+#include <QFile>
 #include <QQmlAbstractUrlInterceptor>
+#include <QQmlEngine>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -12,8 +12,8 @@ namespace kelvo {
 class BrokenView : public QQmlAbstractUrlInterceptor
 {
 public:
-    BrokenView(ViewEngine &engine, QString fileName)
-        : engine_(engine.get())
+    BrokenView(QQmlEngine &engine, QString fileName)
+        : engine_(engine)
         , fileName_(std::move(fileName))
     {
         QFile file(path());
@@ -29,7 +29,7 @@ public:
         return type == QmlFile && url.fileName() == fileName_ ? QUrl::fromLocalFile(path()) : url;
     }
 
-    /// What the program prints when it tries to load the view: one line.
+    /// What the program prints when it tries to load the view as a window: one line.
     static QRegularExpression warning()
     {
         return QRegularExpression(

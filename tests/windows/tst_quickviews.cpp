@@ -1,3 +1,4 @@
+#include "support/BrokenView.h"
 #include "support/FakeAppearance.h"
 #include "support/Stores.h"
 
@@ -11,6 +12,7 @@
 #include <QQuickItem>
 #include <QQuickView>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -153,6 +155,29 @@ private Q_SLOTS:
         QVERIFY(!open({}));
         desktop.views->openPopover({});
         QVERIFY(open({}));
+    }
+
+    void aViewThatCannotBeLoadedIsReportedAndUnloaded()
+    {
+        Desktop desktop;
+        desktop.open();
+        desktop.close();
+        const QPointer<QQmlEngine> engine = desktop.popover()->engine();
+        QSignalSpy failed(desktop.views.get(), &Views::failed);
+        auto broken = std::make_optional<BrokenView>(*engine, u"SettingsView.qml"_s);
+        desktop.pass(9min);
+        QTest::ignoreMessage(QtWarningMsg, BrokenView::warning());
+        desktop.views->openSettings();
+        QCOMPARE(failed.size(), 1);
+        QVERIFY(!open(settingsTitle));
+        broken.reset();
+        desktop.pass(9min);
+        QVERIFY(engine);
+        desktop.pass(1min);
+        QVERIFY(!engine);
+        desktop.views->openSettings();
+        QVERIFY(open(settingsTitle));
+        QCOMPARE(failed.size(), 1);
     }
 
     void whatIsNotUsedForTenMinutesIsUnloaded()

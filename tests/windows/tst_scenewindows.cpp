@@ -50,6 +50,7 @@ private Q_SLOTS:
     void theSettingsOpenAsHighAsTheirContentOrTheScreen();
     void theSettingsReadThePermissionAgainWhenTheyGetTheFocus();
     void aViewThatCannotBeLoadedOpensNoWindow();
+    void aSheetThatCannotBeLoadedIsDismissed();
     void theOnboardingWindowHasAFixedSize();
     void openingTwiceKeepsTheWindow();
     void closingDestroysTheScene();
@@ -114,12 +115,31 @@ void SceneWindowsTest::theSettingsReadThePermissionAgainWhenTheyGetTheFocus()
 void SceneWindowsTest::aViewThatCannotBeLoadedOpensNoWindow()
 {
     Desktop desktop;
-    BrokenView broken(desktop.engine, u"OnboardingPage.qml"_s);
+    BrokenView broken(desktop.engine.get(), u"OnboardingPage.qml"_s);
+    QSignalSpy failed(&desktop.onboarding, &SceneWindow::failed);
     QTest::ignoreMessage(QtWarningMsg, BrokenView::warning());
     desktop.onboarding.open();
+    QCOMPARE(failed.size(), 1);
     QVERIFY(!desktop.onboarding.isOpen());
     QVERIFY(!desktop.onboarding.view());
     desktop.settings.open();
+    QVERIFY(desktop.settings.isOpen());
+    settle();
+}
+
+void SceneWindowsTest::aSheetThatCannotBeLoadedIsDismissed()
+{
+    Desktop desktop;
+    BrokenView broken(desktop.engine.get(), u"SheetPopup.qml"_s);
+    desktop.settings.open();
+    auto *state = desktop.settings.view()->findChild<SettingsState *>();
+    QSignalSpy failed(&desktop.settings, &SceneWindow::failed);
+    for (int i = 0; i < 2; ++i) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"module \"Missing.Module\" is not installed$"_s));
+        state->tapChannel(u"slack"_s);
+        QCOMPARE(failed.size(), i + 1);
+        QVERIFY(!state->channelSheet());
+    }
     QVERIFY(desktop.settings.isOpen());
     settle();
 }

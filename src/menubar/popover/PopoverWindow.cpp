@@ -209,6 +209,7 @@ void PopoverWindow::openBeside(const QRect &anchor)
 {
     if (!view_ && !load()) {
         view_.reset();
+        Q_EMIT failed();
         return;
     }
     frame_->setTranslucent(isCompositing() && kind_ != PopoverKind::ordinary);

@@ -47,6 +47,8 @@ public:
 
 Q_SIGNALS:
     void closed();
+    /// The popover could not be loaded, and was not opened.
+    void failed();
     /// The user asked for the settings.
     void settingsRequested();
 

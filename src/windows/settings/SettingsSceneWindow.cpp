@@ -46,6 +46,7 @@ QVariantMap SettingsSceneWindow::makeState(QQuickView &view)
 {
     auto *state = new SettingsState(settings_, notifier_, &view);
     connect(state, &SettingsState::onboardingRequested, this, &SettingsSceneWindow::onboardingRequested);
+    connect(state, &SettingsState::sheetFailed, this, &SceneWindow::failed);
     // The user may come back from the settings of the system.
     connect(&view, &QWindow::activeChanged, state, [&view, state] {
         if (view.isActive()) {

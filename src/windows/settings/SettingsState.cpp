@@ -84,6 +84,12 @@ void SettingsState::tapChannel(const QString &channel)
     Q_UNREACHABLE();
 }
 
+void SettingsState::reportFailedSheet()
+{
+    dismissSheet();
+    Q_EMIT sheetFailed();
+}
+
 void SettingsState::refreshNotifications()
 {
     notifier_.notificationsTurnedOffIn().then(

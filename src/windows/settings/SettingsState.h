@@ -60,6 +60,8 @@ public:
     /// Handles a click on a channel, given by its raw value: arms this computer, or opens the sheet of Slack or Telegram.
     Q_INVOKABLE void tapChannel(const QString &channel);
     Q_INVOKABLE void dismissSheet() { present(nullptr); }
+    /// The view of the channel sheet could not be loaded. Dismisses it.
+    Q_INVOKABLE void reportFailedSheet();
     /// Reads again whether the system hides the notifications. Call this when the user may have changed it.
     void refreshNotifications();
     Q_INVOKABLE void showOnboarding() { Q_EMIT onboardingRequested(); }
@@ -67,6 +69,7 @@ public:
 Q_SIGNALS:
     void changed();
     void channelSheetChanged();
+    void sheetFailed();
     /// The user asked to see the onboarding window again.
     void onboardingRequested();
 

@@ -71,6 +71,12 @@ FocusScope {
     }
     Loader {
         id: sheetPlace
+
+        onStatusChanged: {
+            if (status === Loader.Error) {
+                root.settings.reportFailedSheet();
+            }
+        }
     }
     Connections {
         function onChannelSheetChanged() {

@@ -1,4 +1,4 @@
-#include "NotificationWatch.h"
+#include "linux/BusNotificationWatch.h"
 
 namespace kelvo {
 
@@ -11,40 +11,39 @@ enum NotifyText { appName, appIcon, summary, body, notifyTextCount };
 
 } // namespace
 
-NotificationWatch::NotificationWatch(QObject *parent)
-    : QObject(parent)
+BusNotificationWatch::BusNotificationWatch()
 {
-    connect(&monitor_, &QProcess::readyReadStandardOutput, this, &NotificationWatch::readLines);
+    connect(&monitor_, &QProcess::readyReadStandardOutput, this, &BusNotificationWatch::readLines);
 }
 
-NotificationWatch::~NotificationWatch()
+BusNotificationWatch::~BusNotificationWatch()
 {
     monitor_.disconnect(this);
     monitor_.kill();
     monitor_.waitForFinished();
 }
 
-bool NotificationWatch::start()
+bool BusNotificationWatch::start()
 {
     // dbus-monitor first prints the signals of its own connection. From then on it sees every call.
     monitor_.start(u"dbus-monitor"_s,
                    {u"--session"_s, u"type='method_call',interface='org.freedesktop.Notifications',member='Notify'"_s});
     if (!monitor_.waitForStarted() || !monitor_.waitForReadyRead()) {
-        errorString_ = monitor_.error() == QProcess::FailedToStart ? u"dbus-monitor is not installed"_s
-                                                                   : u"the session bus cannot be watched"_s;
+        fail(monitor_.error() == QProcess::FailedToStart ? u"dbus-monitor is not installed"_s
+                                                         : u"the session bus cannot be watched"_s);
         return false;
     }
     return true;
 }
 
-void NotificationWatch::readLines()
+void BusNotificationWatch::readLines()
 {
     while (monitor_.canReadLine()) {
         readLine(QString::fromUtf8(monitor_.readLine()).trimmed());
     }
 }
 
-void NotificationWatch::readLine(const QString &line)
+void BusNotificationWatch::readLine(const QString &line)
 {
     static const auto textStart = "string \""_L1;
     if (line.startsWith("method call"_L1)) {
@@ -61,8 +60,7 @@ void NotificationWatch::readLine(const QString &line)
     }
     inCall_ = false;
     if (texts_[appName] == "Kelvo"_L1) {
-        seen_.append(texts_[summary] + ": "_L1 + texts_[body]);
-        Q_EMIT notified();
+        see(texts_[summary], texts_[body]);
     }
 }
 
