@@ -108,7 +108,7 @@ void TrayStatusItemTest::startProbe(const QByteArray &commands)
     said_.clear();
     probe_ = std::make_unique<QProcess>();
     probe_->setProcessEnvironment(environment);
-    probe_->start(QStringLiteral(KELVO_TRAY_PROBE), QStringList());
+    probe_->start(QCoreApplication::applicationDirPath() + u"/TrayProbe"_s, QStringList());
     QVERIFY(probe_->waitForStarted());
     tell(commands);
 }

@@ -169,7 +169,7 @@ private Q_SLOTS:
     void eachChannelHasItsStateText_data();
     void eachChannelHasItsStateText();
     void armingAnotherChannelLeavesTheFirstConnected();
-    void intervalsAreStoredInSeconds();
+    void intervalsHaveTheirSecondsAndTitles();
     void channelsHaveTheirRawValuesAndTitles_data();
     void channelsHaveTheirRawValuesAndTitles();
 };
@@ -745,12 +745,14 @@ void SettingsStoreTest::armingAnotherChannelLeavesTheFirstConnected()
     QCOMPARE(store->stateText(RemoteChannel::slack), u"Armed"_s);
 }
 
-void SettingsStoreTest::intervalsAreStoredInSeconds()
+void SettingsStoreTest::intervalsHaveTheirSecondsAndTitles()
 {
     QCOMPARE(rawValue(CheckInterval::oneMinute), 60);
     QCOMPARE(rawValue(CheckInterval::fiveMinutes), 300);
     QCOMPARE(duration(CheckInterval::oneMinute), 60s);
     QCOMPARE(duration(CheckInterval::fiveMinutes), 300s);
+    QCOMPARE(displayTitle(CheckInterval::oneMinute), u"1 minute"_s);
+    QCOMPARE(displayTitle(CheckInterval::fiveMinutes), u"5 minutes"_s);
     QCOMPARE(allCheckIntervals.front(), CheckInterval::oneMinute);
     QCOMPARE(allCheckIntervals.back(), CheckInterval::fiveMinutes);
     for (int raw = -400; raw <= 400; ++raw) {
