@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <limits>
 
@@ -846,13 +847,22 @@ private Q_SLOTS:
         IniPreferences(path_).setText(u"text"_s, QString(length, u'a'));
         int changes = 0;
         for (int round = 0; round < 1000 && changes < 20; ++round) {
+            // The child begins to write at a time that depends on the machine, so it tells.
+            int writing[2];
+            QCOMPARE(::pipe2(writing, O_CLOEXEC), 0);
             const pid_t child = ::fork();
             if (child == 0) {
                 IniPreferences preferences(path_);
+                if (::write(writing[1], "w", 1) != 1)
+                    std::_Exit(1);
                 for (int i = 0;; ++i)
                     preferences.setText(u"text"_s, QString(length, QChar(u'a' + i % 26)));
             }
-            ::usleep(useconds_t(1000 + random.bounded(9000)));
+            char begun = 0;
+            QCOMPARE(::read(writing[0], &begun, 1), 1);
+            ::close(writing[0]);
+            ::close(writing[1]);
+            ::usleep(useconds_t(random.bounded(9000)));
             ::kill(child, SIGKILL);
             ::waitpid(child, nullptr, 0);
 
