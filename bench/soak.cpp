@@ -100,7 +100,7 @@ private:
     {
         world_.internet.clearRequests();
         world_.wake();
-        // When a connection breaks, the network layer gives up the requests that wait for a connection to the same host.
+        // When connections break, the network layer gives up the requests that wait for one. Kelvo sends them again, once.
         const auto &requests = world_.internet.requests();
         if (!letHappen(1s, [&] { return requests.size() >= vendors_.requestsOfARound(); })) {
             ++incompleteRounds_;
