@@ -11,8 +11,7 @@
 
 namespace kelvo {
 
-/// A file with a new name in a temporary folder, removed at the end. The name is new because QSettings remembers what it
-/// read from a file whose size and time are the same.
+/// A file in a temporary folder of its own, removed at the end.
 class ScratchFile
 {
 public:

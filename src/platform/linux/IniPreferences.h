@@ -4,7 +4,6 @@
 
 #include <QHash>
 #include <QSet>
-#include <QVariant>
 
 namespace kelvo {
 
@@ -13,9 +12,8 @@ namespace kelvo {
 /// Values are stored as text: true, false, a decimal number, a text, or texts separated by commas. Reads allow for
 /// edits by hand: `text` joins an unquoted list with commas again; `texts` returns a single text as a list of one and an
 /// empty text as an empty list. A write replaces the line of its key and keeps all other lines, so a file that was edited
-/// meanwhile, or that another process writes too, loses nothing; the last write of a key counts. If the file has vanished,
-/// all settings are written. If settings run over several lines (an unclosed quote) or a key is escaped, all settings are
-/// written too, and what was not read as a setting becomes a comment.
+/// meanwhile, or that another process writes too, loses nothing; the last write of a key counts. If the file has vanished
+/// or lost its content, all settings are written.
 ///
 /// A file that other users can read is taken from them when it is read. Where that is not possible, the program says so
 /// once and goes on. The new content is prepared in "<file>.unfinished"; what a killed process left there is removed at
@@ -38,12 +36,12 @@ public:
     void setTexts(const QString &key, const QStringList &value) override;
 
 private:
-    void store(const QString &key, const QVariant &value);
+    void store(const QString &key, const QStringList &words);
     bool save() const;
 
     QString path_;
-    QHash<QString, QVariant> values_; ///< QString, QStringList, or invalid for an empty list read from the file
-    QSet<QString> unsaved_;           ///< keys that were set but are not on disk yet
+    QHash<QString, QStringList> values_; ///< the words of each setting, none for an empty list
+    QSet<QString> unsaved_;              ///< keys that were set but are not on disk yet
 };
 
 } // namespace kelvo
