@@ -1,4 +1,5 @@
 #include "DesktopWindow.h"
+#include "Hand.h"
 #include "KelvoProcess.h"
 #include "Screen.h"
 #include "Version.h"
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void itsWindowsOpenAfterAnUpgrade_data();
     void itsWindowsOpenAfterAnUpgrade();
     void itGoesOnWithoutWindowsWhenAModuleIsMissing();
+    void itOpensThePopoverWhenAPartOfTheOtherWindowsIsMissing();
     void itDoesNotLoadWindowsOfAnotherVersion();
     void aSignalEndsItAtOnceAndCleanly_data();
     void aSignalEndsItAtOnceAndCleanly();
@@ -41,6 +43,8 @@ private:
     /// Copies the program and its library into a directory, as an installation does. Returns the path of the program.
     static QString install(const QTemporaryDir &directory);
     static QString libraryOf(const QString &program);
+    /// Makes the installed program look for QML modules in this folder only.
+    static void findModulesIn(const QString &folder, const QTemporaryDir &installed);
     void startAndShowRing();
     /// Starts a program whose windows cannot be opened, asks for its popover and returns what it printed.
     QByteArray outputOfFailedOpening(KelvoProcess &kelvo);
@@ -76,6 +80,18 @@ QString ProcessTest::install(const QTemporaryDir &directory)
         }
     }
     return program;
+}
+
+void ProcessTest::findModulesIn(const QString &folder, const QTemporaryDir &installed)
+{
+    QFile paths(installed.filePath(u"bin/qt.conf"_s));
+    const auto qml = folder.toUtf8();
+    if (!paths.open(QIODevice::WriteOnly)
+        || paths.write("[Paths]\nPlugins=" + QLibraryInfo::path(QLibraryInfo::PluginsPath).toUtf8()
+                       + "\nQmlImports=" + qml + "\nQml2Imports=" + qml + '\n')
+            < 0) {
+        qFatal("Cannot write %s", qPrintable(paths.fileName()));
+    }
 }
 
 void ProcessTest::startAndShowRing()
@@ -158,13 +174,51 @@ void ProcessTest::itGoesOnWithoutWindowsWhenAModuleIsMissing()
 {
     const QTemporaryDir installed;
     KelvoProcess kelvo(*internet_, install(installed));
-    QFile paths(installed.filePath(u"bin/qt.conf"_s));
-    QVERIFY(paths.open(QIODevice::WriteOnly));
-    paths.write("[Paths]\nPlugins=" + QLibraryInfo::path(QLibraryInfo::PluginsPath).toUtf8()
-                + "\nQmlImports=/nonexistent\nQml2Imports=/nonexistent\n");
-    paths.close();
+    findModulesIn(u"/nonexistent"_s, installed);
     const auto output = outputOfFailedOpening(kelvo);
     QVERIFY2(output.startsWith("The windows cannot be opened: ") && output.contains("is not installed"), output);
+}
+
+// A damaged installation: the module of the text fields and menus is there, but not its library.
+void ProcessTest::itOpensThePopoverWhenAPartOfTheOtherWindowsIsMissing()
+{
+    const QTemporaryDir installed;
+    const QDir modules(QLibraryInfo::path(QLibraryInfo::QmlImportsPath));
+    const QDir damaged(installed.filePath(u"qml"_s));
+    const auto quick = u"QtQuick/"_s;
+    const auto templates = u"QtQuick/Templates/"_s;
+    QVERIFY(damaged.mkpath(templates));
+    QVERIFY(QFile::link(modules.filePath(u"QtQml"_s), damaged.filePath(u"QtQml"_s)));
+    QVERIFY(QFile::copy(modules.filePath(templates + u"qmldir"_s), damaged.filePath(templates + u"qmldir"_s)));
+    const auto entries = QDir(modules.filePath(quick)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    for (const auto &entry : entries) {
+        QVERIFY(entry == u"Templates"_s
+                || QFile::link(modules.filePath(quick + entry), damaged.filePath(quick + entry)));
+    }
+
+    KelvoProcess kelvo(*internet_, install(installed));
+    findModulesIn(damaged.path(), installed);
+    kelvo.writeSettings("[General]\nhasOnboarded=true\n");
+    kelvo.start();
+    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    KelvoProcess second(*internet_);
+    second.start();
+    QCOMPARE(second.waitForEnd(), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(DesktopWindow::titled(u"Kelvo"_s), 20'000);
+    Hand::press(u"ctrl+comma"_s);
+    QTRY_VERIFY(DesktopWindow::titled(u"xfce4-notifyd"_s));
+    QVERIFY(!DesktopWindow::titled(u"Kelvo Settings"_s));
+
+    QVERIFY(Screen::findRing(RingState::available));
+    if (!DesktopWindow::titled(u"Kelvo"_s)) {
+        KelvoProcess third(*internet_);
+        third.start();
+        QCOMPARE(third.waitForEnd(), 0);
+        QTRY_VERIFY(DesktopWindow::titled(u"Kelvo"_s));
+    }
+    QCOMPARE(kelvo.stop(), 0);
+    const auto output = kelvo.output();
+    QVERIFY2(output.startsWith("The windows cannot be opened: ") && output.count('\n') == 1, output);
 }
 
 void ProcessTest::itDoesNotLoadWindowsOfAnotherVersion()
