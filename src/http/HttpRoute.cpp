@@ -17,7 +17,7 @@ bool isThisMachine(const QString &host)
     return host == "localhost"_L1 || (address.setAddress(host) && address.isLoopback());
 }
 
-/// Returns the host that the network layer connects to: the first proxy in the list that supports the scheme, or the host
+/// Returns the host that the network layer connects to: the first proxy of the system that passes everything on, or the host
 /// of the origin itself.
 QString hostToConnectTo(const HttpRoute &route, const QUrl &origin)
 {
@@ -25,7 +25,7 @@ QString hostToConnectTo(const HttpRoute &route, const QUrl &origin)
         if (proxy.type() == QNetworkProxy::NoProxy) {
             break;
         }
-        if (proxy.isTransparentProxy() || (proxy.isCachingProxy() && origin.scheme() == "http"_L1)) {
+        if (proxy.isTransparentProxy()) {
             return proxy.hostName();
         }
     }

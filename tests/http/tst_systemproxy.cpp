@@ -1,3 +1,4 @@
+#include "http/HttpRoute.h"
 #include "http/HttpSession.h"
 #include "simulator/CertificateAuthority.h"
 #include "simulator/SimulatedInternet.h"
@@ -114,6 +115,43 @@ private Q_SLOTS:
         local.respond(u"127.0.0.1"_s, {}, SimulatedResponse::ofStatus(200));
         QCOMPARE(statusOf(QUrl(u"http://127.0.0.1:%1/"_s.arg(local.port()))), 200);
         QCOMPARE(internet_->connectionsAccepted(), 0);
+    }
+
+    void theHostToConnectToMustResolve_data()
+    {
+        QTest::addColumn<QByteArray>("proxy");
+        QTest::addColumn<QUrl>("origin");
+        QTest::addColumn<bool>("resolves");
+        const QUrl unknown(u"http://page.invalid"_s);
+        const QUrl known(u"http://0.0.0.0"_s);
+        QTest::addRow("an unknown host") << QByteArray() << unknown << false;
+        QTest::addRow("an address") << QByteArray() << known << true;
+        QTest::addRow("this machine") << QByteArray() << QUrl(u"http://localhost"_s) << true;
+        QTest::addRow("an unknown host behind a proxy") << "http://127.0.0.1:1"_ba << unknown << true;
+        QTest::addRow("an unknown host behind a proxy with a name") << "http://localhost:1"_ba << unknown << true;
+        QTest::addRow("an unknown proxy") << "http://proxy.invalid:1"_ba << known << false;
+        QTest::addRow("an unknown SOCKS proxy") << "socks5://proxy.invalid:1"_ba << known << false;
+    }
+    void theHostToConnectToMustResolve()
+    {
+        QFETCH(const QByteArray, proxy);
+        QFETCH(const QUrl, origin);
+        qputenv("http_proxy", proxy);
+        QTEST(lookUpSystemRoute(origin).has_value(), "resolves");
+    }
+
+    void thisMachineHasADirectRoute_data()
+    {
+        QTest::addColumn<QUrl>("origin");
+        for (const auto *origin : {"http://localhost", "http://127.0.0.1:80", "http://127.1.2.3", "http://[::1]"}) {
+            QTest::newRow(origin) << QUrl(QString::fromLatin1(origin));
+        }
+    }
+    void thisMachineHasADirectRoute()
+    {
+        QFETCH(const QUrl, origin);
+        qputenv("http_proxy", "http://proxy.invalid:1");
+        QCOMPARE(lookUpSystemRoute(origin), HttpRoute{QNetworkProxy::NoProxy});
     }
 
     void anUnreachableProxyIsAFailureAndIsNotBypassed()
