@@ -237,11 +237,6 @@ void HttpTransfer::settle(HttpResponse response)
         return;
     }
     isSettled_ = true;
-    if (reply_) {
-        reply_->disconnect(this);
-    }
-    lookupTimeout_.stop();
-    deadline_.stop();
     deleteLater();
 
     // This is the last step and uses only local variables, because a continuation may destroy the session and this object.

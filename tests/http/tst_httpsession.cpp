@@ -263,6 +263,7 @@ private Q_SLOTS:
     void requestsThatWaitForABrokenConnectionFailAtOnce_data();
     void requestsThatWaitForABrokenConnectionFailAtOnce();
     void aBrokenConnectionFailsOnlyItsOwnRequest();
+    void aRequestWaitsForASecondConnectionOnly();
     void aTruncatedCompressedBodyWithAContentLengthIsReturnedTruncated();
     void aRefusedConnectionIsAFailure();
     void anUnknownHostIsAFailure();
@@ -665,6 +666,22 @@ void HttpSessionTest::aBrokenConnectionFailsOnlyItsOwnRequest()
     }
     QCOMPARE(failed, 1);
     QCOMPARE(internet_->requests().size(), futures.size());
+}
+
+/// With every connection broken, some requests wait for a connection twice, and are never sent.
+void HttpSessionTest::aRequestWaitsForASecondConnectionOnly()
+{
+    internet_->respond(host, {}, SimulatedResponse::truncated(QByteArray(100'000, ' ')));
+    const auto session = makeTlsSession();
+    QList<QFuture<HttpResponse>> futures;
+    for (int count = 0; count < 40; ++count) {
+        futures.append(session->get(page()));
+    }
+    for (const auto &future : std::as_const(futures)) {
+        QVERIFY(settles(future));
+        QCOMPARE(future.result().status, std::nullopt);
+    }
+    QVERIFY(internet_->requests().size() < futures.size());
 }
 
 /// The network layer does not report this failure. The test documents the behaviour for callers that read a body.
