@@ -262,6 +262,7 @@ private Q_SLOTS:
     void aBrokenTransferIsAFailure();
     void requestsThatWaitForABrokenConnectionFailAtOnce_data();
     void requestsThatWaitForABrokenConnectionFailAtOnce();
+    void aBrokenConnectionFailsOnlyItsOwnRequest_data();
     void aBrokenConnectionFailsOnlyItsOwnRequest();
     void aRequestWaitsForASecondConnectionOnly();
     void aTruncatedCompressedBodyWithAContentLengthIsReturnedTruncated();
@@ -370,7 +371,7 @@ void HttpSessionTest::everyStatusCodeIsAResponse_data()
     QTest::addColumn<SimulatedResponse>("response");
     QTest::addColumn<int>("status");
 
-    for (const int status : {200, 201, 202, 204, 206, 299, 300, 304, 400, 403, 404, 405, 406, 408,
+    for (const int status : {101, 200, 201, 202, 204, 206, 299, 300, 304, 400, 403, 404, 405, 406, 408,
                              409, 410, 418, 422, 429, 451, 499, 500, 501, 502, 503, 504, 520, 599}) {
         QTest::addRow("%d", status) << SimulatedResponse::ofStatus(status) << status;
     }
@@ -649,15 +650,26 @@ void HttpSessionTest::requestsThatWaitForABrokenConnectionFailAtOnce()
     }
 }
 
+void HttpSessionTest::aBrokenConnectionFailsOnlyItsOwnRequest_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<int>("requestsOfEach");
+    QTest::addRow("of a page") << u"/"_s << 1;
+    QTest::addRow("of the target of a redirect") << u"/old"_s << 2;
+}
+
 /// There are more requests than connections to a host. The network layer gives up those that wait when a connection breaks.
 void HttpSessionTest::aBrokenConnectionFailsOnlyItsOwnRequest()
 {
+    QFETCH(const QString, path);
+    QFETCH(const int, requestsOfEach);
+    internet_->respond(host, "/old"_ba, SimulatedResponse::redirect("/"_ba));
     internet_->respondInTurn(
-        host, {}, {SimulatedResponse::truncated(QByteArray(100'000, ' ')), SimulatedResponse::ofStatus(200)});
+        host, "/"_ba, {SimulatedResponse::truncated(QByteArray(100'000, ' ')), SimulatedResponse::ofStatus(200)});
     const auto session = makeTlsSession();
     QList<QFuture<HttpResponse>> futures;
     for (int count = 0; count < 10; ++count) {
-        futures.append(session->get(page()));
+        futures.append(session->get(page(path)));
     }
     int failed = 0;
     for (const auto &future : std::as_const(futures)) {
@@ -665,7 +677,7 @@ void HttpSessionTest::aBrokenConnectionFailsOnlyItsOwnRequest()
         failed += future.result().status ? 0 : 1;
     }
     QCOMPARE(failed, 1);
-    QCOMPARE(internet_->requests().size(), futures.size());
+    QCOMPARE(internet_->requests().size(), requestsOfEach * futures.size());
 }
 
 /// With every connection broken, some requests wait for a connection twice, and are never sent.
