@@ -14,6 +14,9 @@
 #include <optional>
 
 #ifdef __SANITIZE_ADDRESS__
+#include <chrono>
+#include <thread>
+
 #include <sanitizer/lsan_interface.h>
 #endif
 #ifdef KELVO_COVERAGE
@@ -79,6 +82,8 @@ int run(int argc, char *argv[])
 [[noreturn]] void endAtOnce(int status)
 {
 #ifdef __SANITIZE_ADDRESS__
+    // LeakSanitizer sometimes fails when a thread ends during its check, so the threads that are ending get this time.
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
     __lsan_do_leak_check();
 #endif
 #ifdef KELVO_COVERAGE

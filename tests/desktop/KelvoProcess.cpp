@@ -24,6 +24,8 @@ KelvoProcess::KelvoProcess(SimulatedInternet &internet, const QString &program)
     : ProxiedProcess(internet, program)
 {
     setEnvironment(u"XDG_CONFIG_HOME"_s, configuration_.path());
+    // The program is checked for leaks, the test is not: see CMakeLists.txt.
+    setEnvironment(u"ASAN_OPTIONS"_s, u"detect_leaks=1"_s);
 }
 
 KelvoProcess::~KelvoProcess() = default;

@@ -57,8 +57,9 @@ void SettingsWindowTest::init()
 
 void SettingsWindowTest::cleanup()
 {
-    QCOMPARE(kelvo_->stop(), 0);
+    const int status = kelvo_->stop();
     QCOMPARE(kelvo_->output(), QByteArray());
+    QCOMPARE(status, 0);
     kelvo_.reset();
 }
 
