@@ -98,7 +98,6 @@ HttpTransfer::HttpTransfer(std::shared_ptr<HttpRound> round, const QNetworkReque
 {
     promise_.start();
     for (auto *timer : {&lookupTimeout_, &deadline_}) {
-        timer->setSingleShot(true);
         connect(timer, &QTimer::timeout, this, &HttpTransfer::fail);
     }
     deadline_.start(limits_.totalDeadline);
@@ -162,7 +161,6 @@ void HttpTransfer::follow(int status)
         request_.setHeader(QNetworkRequest::ContentTypeHeader, {});
     }
     request_.setUrl(target);
-    reply_.reset();
     bodySize_ = 0;
     kept_.clear();
     start();

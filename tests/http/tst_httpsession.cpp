@@ -298,6 +298,7 @@ private Q_SLOTS:
     void cookiesAreNeitherKeptNorSent();
     void nothingIsWrittenToDisk();
     void aPostSendsItsJson();
+    void aLongPostIsSentWhole();
     void aPostWithoutJsonHasNoBody();
     void aPostWhoseConnectionBreaksIsNotSentAgain();
     void aPostWhoseResponseIsTruncatedIsNotSentAgain();
@@ -1021,6 +1022,19 @@ void HttpSessionTest::aPostSendsItsJson()
     QCOMPARE(request.path, "/services/T/B/x"_ba);
     QCOMPARE(request.header("Content-Type"_ba), "application/json"_ba);
     QCOMPARE(request.body, R"({"text":"a"})"_ba);
+}
+
+void HttpSessionTest::aLongPostIsSentWhole()
+{
+    QByteArray json = "\""_ba;
+    for (int number = 0; number < 100'000; ++number) {
+        json += QByteArray::number(number);
+    }
+    const auto session = makeSession();
+    const auto future = session->postJson(page(), json + '"');
+    QVERIFY(settles(future));
+    QCOMPARE(future.result().status, 200);
+    QCOMPARE(internet_->requests().constFirst().body, json + '"');
 }
 
 void HttpSessionTest::aPostWithoutJsonHasNoBody()
