@@ -26,6 +26,17 @@ namespace kelvo {
 
 using Host = FakeStatusNotifierWatcher::Host;
 
+namespace {
+
+/// The colour in the middle of the docked window; invalid when there is none.
+QColor centreOf(const FakeXEmbedTray &tray)
+{
+    const auto picture = tray.picture();
+    return picture.isNull() ? QColor() : picture.pixelColor(picture.rect().center());
+}
+
+} // namespace
+
 class TrayStatusItemTest : public QObject
 {
     Q_OBJECT
@@ -49,7 +60,13 @@ private Q_SLOTS:
     void embedsInATrayOfX11ThatStartsLater();
     void paintsItsIconInATrayOfX11_data();
     void paintsItsIconInATrayOfX11();
+    void paintsTheIconThatWasSetWhileTheTrayOfX11WasHidden();
     void reportsClicksInATrayOfX11();
+    void showsItsToolTipInATrayOfX11();
+    void showsNoToolTipToAPointerThatDoesNotRest_data();
+    void showsNoToolTipToAPointerThatDoesNotRest();
+    void hasAPlaceOnlyWhileATrayOfX11HasEmbeddedIt();
+    void returnsToATrayOfX11ThatDestroyedIt();
     void isInTheTrayOfX11ThatReplacesAnother();
     void prefersTheTrayOnTheBusToOneOfX11();
     void isInExactlyOneTray_data();
@@ -62,6 +79,7 @@ private:
     void startProbe(const QByteArray &commands);
     void tell(const QByteArray &commands);
     void click(const QString &method);
+    void movePointer(const QStringList &commands) const;
     QByteArray said();
     QVariant ask(const QString &path, const QString &interface, const QString &method, const QVariantList &arguments);
     QVariant itemProperty(const QString &name);
@@ -125,6 +143,18 @@ void TrayStatusItemTest::click(const QString &method)
                                                u"org.kde.StatusNotifierItem"_s, method);
     call << 10 << 20;
     tray_->connection().send(call);
+}
+
+/// Moves the pointer of the display and presses its buttons with these commands of xdotool.
+void TrayStatusItemTest::movePointer(const QStringList &commands) const
+{
+    QProcess hand;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"DISPLAY"_s, display_->name());
+    hand.setProcessEnvironment(environment);
+    hand.start(u"xdotool"_s, commands);
+    QVERIFY(hand.waitForFinished());
+    QCOMPARE(hand.exitCode(), 0);
 }
 
 /// Returns everything that the probe has printed so far.
@@ -428,35 +458,47 @@ void TrayStatusItemTest::embedsInATrayOfX11ThatStartsLater()
 void TrayStatusItemTest::paintsItsIconInATrayOfX11_data()
 {
     using Visual = FakeXEmbedTray::Visual;
+    QTest::addColumn<int>("depth");
     QTest::addColumn<Visual>("visual");
     QTest::addColumn<QColor>("aroundTheDisc");
-    QTest::newRow("opaque") << Visual::opaque << FakeXEmbedTray::background;
-    QTest::newRow("transparent") << Visual::transparent << QColor(0, 0, 0, 0);
+    QTest::newRow("opaque") << 24 << Visual::opaque << FakeXEmbedTray::background;
+    QTest::newRow("transparent") << 24 << Visual::transparent << QColor(0, 0, 0, 0);
+    QTest::newRow("with few colours") << 16 << Visual::opaque << QColor(0x21, 0x41, 0x63);
+    QTest::newRow("with many colours") << 30 << Visual::opaque << FakeXEmbedTray::background;
 }
 
 void TrayStatusItemTest::paintsItsIconInATrayOfX11()
 {
+    QFETCH(const int, depth);
     QFETCH(const FakeXEmbedTray::Visual, visual);
     QFETCH(const QColor, aroundTheDisc);
+    display_ = std::make_unique<VirtualDisplay>(depth);
     const FakeXEmbedTray tray(display_->name(), visual);
     startProbe("icon red\nshow\n");
-    const auto centre = [&tray] {
-        const auto picture = tray.picture();
-        return picture.isNull() ? QColor() : picture.pixelColor(picture.rect().center());
-    };
-    QTRY_COMPARE(centre(), QColor(Qt::red));
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
     QCOMPARE(tray.picture().pixelColor(0, 0), aroundTheDisc);
     tell("icon blue\n");
-    QTRY_COMPARE(centre(), QColor(Qt::blue));
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::blue));
     QCOMPARE(tray.picture().pixelColor(0, 0), aroundTheDisc);
+}
+
+void TrayStatusItemTest::paintsTheIconThatWasSetWhileTheTrayOfX11WasHidden()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    tray.setVisible(false);
+    tell("icon blue\ngeometry\n");
+    QTRY_COMPARE(said(), QByteArray("shown\nat 30 4 24 24\n"));
+    tray.setVisible(true);
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::blue));
 }
 
 void TrayStatusItemTest::reportsClicksInATrayOfX11()
 {
     const FakeXEmbedTray tray(display_->name());
     startProbe("icon red\nmenu Quit\nshow\n");
-    QTRY_VERIFY(!tray.picture().isNull());
-    QTRY_COMPARE(tray.picture().pixelColor(12, 12), QColor(Qt::red));
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
     constexpr int left = 1;
     constexpr int right = 3;
     tray.click(left);
@@ -464,6 +506,79 @@ void TrayStatusItemTest::reportsClicksInATrayOfX11()
     tray.click(left); // the second click of a double click
     tray.click(right);
     QTRY_COMPARE(said(), QByteArray("shown\nactivated in 30 4 24 24\nmenu opens\n"));
+}
+
+void TrayStatusItemTest::showsItsToolTipInATrayOfX11()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\ntooltip Claude\nshow\n");
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    const QStringList toTheItem{u"mousemove"_s, u"42"_s, u"16"_s};
+    QByteArray expected = "shown\n";
+    movePointer(toTheItem);
+    expected += "tool tip Claude\n";
+    QTRY_COMPARE(said(), expected);
+    movePointer({u"mousemove"_s, u"600"_s, u"400"_s});
+    expected += "tool tip ends\n";
+    QTRY_COMPARE(said(), expected);
+
+    tell("tooltip Cursor\ngeometry\n");
+    expected += "at 30 4 24 24\n";
+    QTRY_COMPARE(said(), expected);
+    movePointer(toTheItem);
+    expected += "tool tip Cursor\n";
+    QTRY_COMPARE(said(), expected);
+    movePointer({u"click"_s, u"1"_s});
+    expected += "activated in 30 4 24 24\ntool tip ends\n";
+    QTRY_COMPARE(said(), expected);
+}
+
+void TrayStatusItemTest::showsNoToolTipToAPointerThatDoesNotRest_data()
+{
+    QTest::addColumn<QStringList>("next");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::newRow("crosses the item") << QStringList{u"mousemove"_s, u"600"_s, u"400"_s} << "shown\nlater\n"_ba;
+    QTest::newRow("clicks") << QStringList{u"click"_s, u"1"_s} << "shown\nactivated in 30 4 24 24\nlater\n"_ba;
+}
+
+void TrayStatusItemTest::showsNoToolTipToAPointerThatDoesNotRest()
+{
+    QFETCH(const QStringList, next);
+    QFETCH(const QByteArray, expected);
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\ntooltip Claude\nshow\n");
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    movePointer(QStringList{u"mousemove"_s, u"42"_s, u"16"_s} + next);
+    tell("later\n");
+    QTRY_VERIFY(said().endsWith("later\n"));
+    QCOMPARE(said(), expected);
+}
+
+void TrayStatusItemTest::hasAPlaceOnlyWhileATrayOfX11HasEmbeddedIt()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\nshow\ngeometry\n");
+    // The tray does not embed the item yet, because no event loop runs here.
+    while (said().count('\n') < 2) {
+        QVERIFY(probe_->waitForReadyRead());
+    }
+    QByteArray expected = "shown\nat 0 0 0 0\n";
+    QCOMPARE(said(), expected);
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    tell("geometry\n");
+    expected += "at 30 4 24 24\n";
+    QTRY_COMPARE(said(), expected);
+}
+
+void TrayStatusItemTest::returnsToATrayOfX11ThatDestroyedIt()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(tray.dockedCount(), 1);
+    tray.destroyItem();
+    QTRY_COMPARE(tray.dockedCount(), 0);
+    tray.announce();
+    QTRY_COMPARE(tray.dockedCount(), 1);
 }
 
 void TrayStatusItemTest::isInTheTrayOfX11ThatReplacesAnother()
