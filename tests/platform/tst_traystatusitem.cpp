@@ -8,7 +8,9 @@
 
 #include <QColor>
 #include <QDBusArgument>
+#include <QDBusError>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
@@ -19,6 +21,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QVariantMap>
+
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -51,7 +55,11 @@ private Q_SLOTS:
     void appearsAgainAfterARestartOfTheBus();
     void reportsAClick();
     void reportsAChosenMenuEntry();
+    void reportsTheChosenMenuEntriesOfAGroup();
+    void answersATrayThatIsAboutToShowTheMenu();
+    void tellsSinglePropertiesOfMenuEntries();
     void separatorsAndDisabledEntriesAreMarked();
+    void tellsChangesOfItsMenuOnly();
     void theItemDescribesItselfAndTellsEachChange();
     void showsWhatWasSetBeforeItWasShown();
     void showsWhatWasSetAfterItWasShown();
@@ -72,6 +80,8 @@ private Q_SLOTS:
     void isInExactlyOneTray_data();
     void isInExactlyOneTray();
     void theMiddleButtonAndADoubleClickAreOneClick();
+    void theWheelHasNoFunction();
+    void keepsTheTokenOfTheTrayForTheNextWindow();
     void dropsTheSecondClickOfADoubleClick();
     void opensTheMenuForATrayThatCannot();
 
@@ -81,7 +91,11 @@ private:
     void click(const QString &method);
     void movePointer(const QStringList &commands) const;
     QByteArray said();
+    QDBusMessage call(const QString &path, const QString &interface, const QString &method,
+                      const QVariantList &arguments);
     QVariant ask(const QString &path, const QString &interface, const QString &method, const QVariantList &arguments);
+    QDBusMessage callItem(const QString &method, const QVariantList &arguments);
+    QDBusMessage callMenu(const QString &method, const QVariantList &arguments);
     QVariant itemProperty(const QString &name);
     QString toolTip();
     QString menuPath();
@@ -163,15 +177,35 @@ QByteArray TrayStatusItemTest::said()
     return said_ += probe_->readAllStandardOutput();
 }
 
-/// Returns the last value of the answer; invalid when the item answers with an error.
-QVariant TrayStatusItemTest::ask(const QString &path, const QString &interface, const QString &method,
-                                 const QVariantList &arguments)
+/// Returns the answer of the item, or an error.
+QDBusMessage TrayStatusItemTest::call(const QString &path, const QString &interface, const QString &method,
+                                      const QVariantList &arguments)
 {
     auto question = QDBusMessage::createMethodCall(tray_->items().last(), path, interface, method);
     question.setArguments(arguments);
     const auto answer = tray_->connection().asyncCall(question);
-    const bool answered = QTest::qWaitFor([&] { return answer.isFinished(); }) && !answer.isError();
-    return answered ? answer.reply().arguments().value(answer.reply().arguments().size() - 1) : QVariant();
+    return QTest::qWaitFor([&] { return answer.isFinished(); })
+        ? answer.reply()
+        : QDBusMessage::createError(QDBusError::NoReply, u"no answer"_s);
+}
+
+/// Returns the last value of the answer; invalid when the item answers with an error.
+QVariant TrayStatusItemTest::ask(const QString &path, const QString &interface, const QString &method,
+                                 const QVariantList &arguments)
+{
+    const auto answer = call(path, interface, method, arguments);
+    return answer.type() == QDBusMessage::ReplyMessage ? answer.arguments().value(answer.arguments().size() - 1)
+                                                       : QVariant();
+}
+
+QDBusMessage TrayStatusItemTest::callItem(const QString &method, const QVariantList &arguments)
+{
+    return call(u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s, method, arguments);
+}
+
+QDBusMessage TrayStatusItemTest::callMenu(const QString &method, const QVariantList &arguments)
+{
+    return call(menuPath(), u"com.canonical.dbusmenu"_s, method, arguments);
 }
 
 QVariant TrayStatusItemTest::itemProperty(const QString &name)
@@ -340,6 +374,54 @@ void TrayStatusItemTest::reportsAChosenMenuEntry()
     QTRY_COMPARE(said(), QByteArray("shown\nchosen Quit\n"));
 }
 
+void TrayStatusItemTest::reportsTheChosenMenuEntriesOfAGroup()
+{
+    qDBusRegisterMetaType<MenuEvent>();
+    qDBusRegisterMetaType<QList<MenuEvent>>();
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nmenu Settings\nmenu Quit\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    const auto event = [](int entry, const QString &kind) { return MenuEvent{entry, kind, QDBusVariant(0), 0}; };
+    constexpr int least = std::numeric_limits<int>::min();
+    const QList<MenuEvent> events{event(0, u"opened"_s),  event(2, u"hovered"_s), event(3, u"clicked"_s),
+                                  event(1, u"clicked"_s), event(-1, u"closed"_s), event(least, u"clicked"_s),
+                                  event(2, u"clicked"_s)};
+    const auto answer = callMenu(u"EventGroup"_s, {QVariant::fromValue(events)});
+    QCOMPARE(answer.signature(), u"ai"_s);
+    QCOMPARE(qdbus_cast<QList<int>>(answer.arguments().value(0)), (QList<int>{3, -1, least}));
+    QTRY_COMPARE(said(), QByteArray("shown\nchosen Settings\nchosen Quit\n"));
+}
+
+void TrayStatusItemTest::answersATrayThatIsAboutToShowTheMenu()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nmenu Settings\nmenu Quit\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QCOMPARE(callMenu(u"AboutToShow"_s, {0}).arguments(), QVariantList{false});
+
+    const auto answer = callMenu(u"AboutToShowGroup"_s, {QVariant::fromValue(QList<int>{0, 1, 3})});
+    QCOMPARE(answer.signature(), u"aiai"_s);
+    QCOMPARE(qdbus_cast<QList<int>>(answer.arguments().value(0)), QList<int>());
+    QCOMPARE(qdbus_cast<QList<int>>(answer.arguments().value(1)), QList<int>{3});
+}
+
+void TrayStatusItemTest::tellsSinglePropertiesOfMenuEntries()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nmenu Settings\nmenu Quit\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    const auto property = [this](int entry, const QString &name) {
+        return callMenu(u"GetProperty"_s, {entry, name}).arguments().value(0).value<QDBusVariant>().variant();
+    };
+    QCOMPARE(property(2, u"label"_s), QVariant(u"Quit"_s));
+    QCOMPARE(property(2, u"enabled"_s), QVariant(true));
+    QCOMPARE(property(2, u"unheard-of"_s), QVariant(QString()));
+    QCOMPARE(property(3, u"label"_s), QVariant(QString()));
+}
+
 void TrayStatusItemTest::separatorsAndDisabledEntriesAreMarked()
 {
     QMenu menu;
@@ -373,6 +455,21 @@ void TrayStatusItemTest::separatorsAndDisabledEntriesAreMarked()
     QCOMPARE(updates.size(), 2);
     QVERIFY(onBus.GetLayout(0, 0, {}, layout) > revision);
     QVERIFY(layout.children.isEmpty());
+}
+
+void TrayStatusItemTest::tellsChangesOfItsMenuOnly()
+{
+    QMenu former;
+    QMenu menu;
+    StatusNotifierMenu onBus;
+    const QSignalSpy updates(&onBus, &StatusNotifierMenu::LayoutUpdated);
+    onBus.setMenu(&former);
+    onBus.setMenu(&menu);
+    QCOMPARE(updates.size(), 2);
+    former.addAction(u"Settings"_s);
+    QCOMPARE(updates.size(), 2);
+    menu.addAction(u"Quit"_s);
+    QCOMPARE(updates.size(), 3);
 }
 
 void TrayStatusItemTest::theItemDescribesItselfAndTellsEachChange()
@@ -672,6 +769,28 @@ void TrayStatusItemTest::theMiddleButtonAndADoubleClickAreOneClick()
     QTRY_COMPARE(said(), QByteArray("shown\nactivated 10 20\n"));
     QTest::qWait(0);
     QCOMPARE(said(), QByteArray("shown\nactivated 10 20\n"));
+}
+
+void TrayStatusItemTest::theWheelHasNoFunction()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nmenu Quit\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QCOMPARE(callItem(u"Scroll"_s, {120, u"vertical"_s}).type(), QDBusMessage::ReplyMessage);
+    tell("geometry\n"); // answered after the effect of the wheel
+    QTRY_COMPARE(said(), QByteArray("shown\nat 0 0 0 0\n"));
+}
+
+void TrayStatusItemTest::keepsTheTokenOfTheTrayForTheNextWindow()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QCOMPARE(callItem(u"ProvideXdgActivationToken"_s, {u"panel-7"_s}).type(), QDBusMessage::ReplyMessage);
+    tell("token\n");
+    QTRY_COMPARE(said(), QByteArray("shown\ntoken panel-7\n"));
 }
 
 void TrayStatusItemTest::dropsTheSecondClickOfADoubleClick()
