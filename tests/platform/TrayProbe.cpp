@@ -1,16 +1,24 @@
 // A program with only a tray item. It is a process of its own, because the test gives it other displays and buses.
 //
-// Each line on standard input is a command of the test: "icon <colour>", "tooltip <text>", "menu <entry>", "show".
-// "show" prints "shown"; each click of the item prints "activated" and the point, or "activated in" and the rectangle of the
-// item; "menu opens" is printed when the program opens the menu itself; each chosen menu entry prints "chosen <entry>".
+// Each line on standard input is a command of the test: "icon <colour>", "tooltip <text>", "menu <entry>", "show",
+// "geometry", "token", "later". "show" prints "shown"; "geometry" prints "at" and the rectangle of the item; "token" prints
+// "token" and the activation token, and forgets it; "later" prints "later" after the delay of tool tips. Each click of the
+// item prints "activated" and the point, or "activated in" and the rectangle of the item; "menu opens" is printed when the
+// program opens the menu itself; each chosen menu entry prints "chosen <entry>"; "tool tip <text>" and "tool tip ends" are
+// printed when the program shows and hides a tool tip itself.
 
+#include "platform/linux/ActivationToken.h"
 #include "platform/linux/TrayStatusItem.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QIconEngine>
+#include <QLabel>
 #include <QMenu>
 #include <QPainter>
 #include <QSocketNotifier>
+#include <QStyle>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -53,6 +61,29 @@ void say(const char *line)
     std::fflush(stdout);
 }
 
+QString text(const QRect &rect)
+{
+    return u"%1 %2 %3 %4"_s.arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height());
+}
+
+/// Tells when the application shows and hides a tool tip.
+class ToolTipReporter : public QObject
+{
+public:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const auto *label = qobject_cast<QLabel *>(watched);
+        if (label && label->windowType() == Qt::ToolTip) {
+            if (event->type() == QEvent::Show) {
+                say(qPrintable("tool tip "_L1 + label->text()));
+            } else if (event->type() == QEvent::Hide) {
+                say("tool tip ends");
+            }
+        }
+        return false;
+    }
+};
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -62,13 +93,12 @@ int main(int argc, char **argv)
     QMenu menu;
     kelvo::TrayStatusItem item(kelvo::BusConnection::session(), std::chrono::milliseconds(200));
     QObject::connect(&item, &kelvo::StatusItem::activated, [&item](std::optional<QPoint> point) {
-        const auto place = item.geometry();
-        say(qPrintable(
-            point
-                ? u"activated %1 %2"_s.arg(point->x()).arg(point->y())
-                : u"activated in %1 %2 %3 %4"_s.arg(place.x()).arg(place.y()).arg(place.width()).arg(place.height())));
+        say(qPrintable(point ? u"activated %1 %2"_s.arg(point->x()).arg(point->y())
+                             : "activated in "_L1 + text(item.geometry())));
     });
     QObject::connect(&menu, &QMenu::aboutToShow, [] { say("menu opens"); });
+    ToolTipReporter toolTips;
+    application.installEventFilter(&toolTips);
 
     const auto obey = [&](const QString &line) {
         const auto command = line.section(u' ', 0, 0);
@@ -84,6 +114,14 @@ int main(int argc, char **argv)
         } else if (command == "show"_L1) {
             item.show();
             say("shown");
+        } else if (command == "geometry"_L1) {
+            say(qPrintable("at "_L1 + text(item.geometry())));
+        } else if (command == "token"_L1) {
+            say("token " + kelvo::ActivationToken::take());
+        } else if (command == "later"_L1) {
+            // Timers are up to five percent late.
+            const int delay = QApplication::style()->styleHint(QStyle::SH_ToolTip_WakeUpDelay);
+            QTimer::singleShot(delay * 11 / 10, Qt::PreciseTimer, [] { say("later"); });
         }
     };
     QByteArray received;

@@ -2,6 +2,10 @@
 #include "platform/linux/BusNameOwner.h"
 #include "support/PrivateBus.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
@@ -9,6 +13,23 @@
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
+
+namespace {
+
+/// The number of files and directories that this process watches.
+int watches()
+{
+    int count = 0;
+    for (const auto &entry : QDir(u"/proc/self/fdinfo"_s).entryInfoList(QDir::Files)) {
+        QFile file(entry.filePath());
+        if (file.open(QIODevice::ReadOnly)) {
+            count += static_cast<int>(file.readAll().count("inotify wd:"));
+        }
+    }
+    return count;
+}
+
+} // namespace
 
 /// Records what its slots are called with.
 class Listener : public QObject
@@ -21,6 +42,7 @@ public:
 public Q_SLOTS:
     void onNumber(int number) { heard.append(number); }
     void onNothing() { heard.append(u"nothing"_s); }
+    void onObject(QObject *) { }
     void onMessage(const QDBusMessage &signal) { heard.append(signal.member()); }
 };
 
@@ -33,6 +55,9 @@ private Q_SLOTS:
     void connectsToABusThatStartsLater();
     void connectsAgainAfterTheBusRestarts();
     void doesNothingWithoutAnAddress();
+    void watchesNoDirectoryForAnAddressWithoutAFile();
+    void findsTheSessionBusInTheRuntimeDirectory();
+    void reportsASlotThatCannotReceiveTheSignal();
     void followsTheOwnerOfAName();
     void followsTheOwnerOfANameAcrossARestartOfTheBus();
     void survivesABusThatDiesWhenANameAppears();
@@ -83,6 +108,54 @@ void BusConnectionTest::doesNothingWithoutAnAddress()
 {
     const BusConnection bus({});
     QVERIFY(!bus.isConnected());
+}
+
+void BusConnectionTest::watchesNoDirectoryForAnAddressWithoutAFile()
+{
+    const auto before = watches();
+    const BusConnection bus(u"unix:abstract=kelvo-no-bus"_s);
+    QVERIFY(!bus.isConnected());
+    QCOMPARE(watches(), before);
+
+    const PrivateBus absent;
+    const BusConnection waiting(absent.address());
+    QCOMPARE(watches(), before + 1);
+}
+
+void BusConnectionTest::findsTheSessionBusInTheRuntimeDirectory()
+{
+    PrivateBus daemon;
+    daemon.start();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "");
+    qunsetenv("XDG_RUNTIME_DIR");
+    QVERIFY(!BusConnection::session()->isConnected());
+    qputenv("XDG_RUNTIME_DIR", QFileInfo(daemon.address().section(u'=', 1)).path().toUtf8());
+    QVERIFY(BusConnection::session()->isConnected());
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    QVERIFY(BusConnection::session()->isConnected());
+
+    const PrivateBus absent;
+    qputenv("DBUS_SESSION_BUS_ADDRESS", absent.address().toUtf8());
+    QVERIFY(!BusConnection::session()->isConnected());
+}
+
+void BusConnectionTest::reportsASlotThatCannotReceiveTheSignal()
+{
+    PrivateBus daemon;
+    daemon.start();
+    BusConnection bus(daemon.address());
+    Listener listener;
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    const auto subscribe = [&](const char *slot) {
+        bus.subscribe(u"/org/example"_s, u"org.example"_s, u"Number"_s, &listener, slot);
+    };
+    subscribe(SLOT(onNumber(int)));
+    QTest::ignoreMessage(QtWarningMsg, "cannot listen to \"org.example\" \"Number\"");
+    subscribe(SLOT(onObject(QObject *)));
+
+    daemon.kill();
+    QTRY_VERIFY(!bus.isConnected());
+    subscribe(SLOT(onNumber(int)));
 }
 
 void BusConnectionTest::followsTheOwnerOfAName()

@@ -24,6 +24,8 @@ private Q_SLOTS:
     void init();
     void isCompleteAndPrintsNothingWithoutABus();
     void usesOneConnectionToEachBus();
+    void knowsTheDesktopWithoutItsName_data();
+    void knowsTheDesktopWithoutItsName();
     void asksNothingOfAnXServerThatIsNotThere();
 
 private:
@@ -68,6 +70,36 @@ void LinuxPlatformTest::usesOneConnectionToEachBus()
         const auto names = observer.interface()->registeredServiceNames().value();
         QCOMPARE(names.filter(QRegularExpression(u"^:"_s)).size(), 2); // the observer and the program
     }
+}
+
+void LinuxPlatformTest::knowsTheDesktopWithoutItsName_data()
+{
+    QTest::addColumn<QByteArray>("variable");
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<bool>("isDark");
+    QTest::newRow("none") << QByteArray() << QByteArray() << false;
+    QTest::newRow("sway") << "SWAYSOCK"_ba << QByteArray() << true;
+    QTest::newRow("Hyprland") << "HYPRLAND_INSTANCE_SIGNATURE"_ba << QByteArray() << true;
+    QTest::newRow("any name counts") << "SWAYSOCK"_ba << "X-Any"_ba << false;
+    QTest::newRow("the first known name counts") << QByteArray() << "ubuntu:GNOME"_ba << true;
+}
+
+// Qt's palette is light here, so the panel is dark only if the desktop is known for it.
+void LinuxPlatformTest::knowsTheDesktopWithoutItsName()
+{
+    QFETCH(const QByteArray, variable);
+    QFETCH(const QByteArray, name);
+    QFETCH(const bool, isDark);
+    const PrivateBus absent;
+    qputenv("DBUS_SESSION_BUS_ADDRESS", absent.address().toUtf8());
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", absent.address().toUtf8());
+    qunsetenv("SWAYSOCK");
+    qunsetenv("HYPRLAND_INSTANCE_SIGNATURE");
+    if (!variable.isEmpty()) {
+        qputenv(variable, "/run/user/1000/compositor");
+    }
+    qputenv("XDG_CURRENT_DESKTOP", name);
+    QCOMPARE(makePlatform().appearance->panelIsDark(), isDark);
 }
 
 void LinuxPlatformTest::asksNothingOfAnXServerThatIsNotThere()

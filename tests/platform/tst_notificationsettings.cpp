@@ -1,4 +1,5 @@
 #include "platform/linux/NotificationSettings.h"
+#include "support/NoDescriptors.h"
 
 #include <QDir>
 #include <QFile>
@@ -24,6 +25,7 @@ private Q_SLOTS:
     void itCanBeDestroyedWhileItReads();
     void plasmaHidesThePopupsOfThisProgram_data();
     void plasmaHidesThePopupsOfThisProgram();
+    void aFileOfPlasmaThatCannotBeReadIsNotKnown();
     void otherDesktopsAreNotKnown();
 
 private:
@@ -162,6 +164,13 @@ void NotificationSettingsTest::plasmaHidesThePopupsOfThisProgram()
         }
     }
     QCOMPARE(turnedOffIn({u"KDE"_s}), hidden ? u"System Settings › Notifications"_s : QString());
+}
+
+void NotificationSettingsTest::aFileOfPlasmaThatCannotBeReadIsNotKnown()
+{
+    write(u"config/plasmanotifyrc"_s, "[Applications][app.kelvo.Kelvo]\nShowPopups=false\n");
+    const NoDescriptors none;
+    QCOMPARE(NotificationSettings({u"KDE"_s}).turnedOffIn().result(), QString());
 }
 
 void NotificationSettingsTest::otherDesktopsAreNotKnown()

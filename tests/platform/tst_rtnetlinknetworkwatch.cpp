@@ -1,9 +1,11 @@
 #include "platform/linux/RtnetlinkNetworkWatch.h"
+#include "support/NoDescriptors.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QNetworkInterface>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -11,6 +13,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <memory>
 #include <string>
 
 #include <sched.h>
@@ -78,6 +81,8 @@ private Q_SLOTS:
     void aNameServerThatIsKnownLaterIsReported();
     void nameServersWithoutANetworkAreNotReported();
     void leavesNoDescriptorBehind();
+    void aWatchWithoutASocketReportsNothing();
+    void aNetworkThatCouldNotBeReadIsReportedLater();
 
 private:
     /// Runs `ip` with these arguments and processes the pending events.
@@ -270,6 +275,39 @@ void RtnetlinkNetworkWatchTest::leavesNoDescriptorBehind()
         QCOMPARE(openDescriptors(), before + 2);
     }
     QCOMPARE(openDescriptors(), before);
+}
+
+void RtnetlinkNetworkWatchTest::aWatchWithoutASocketReportsNothing()
+{
+    QTest::failOnWarning(QRegularExpression(u"QSocketNotifier"_s));
+    const auto before = openDescriptors();
+    {
+        auto none = std::make_unique<NoDescriptors>();
+        RtnetlinkNetworkWatch watch;
+        none.reset();
+        QCOMPARE(openDescriptors(), before);
+        const QSignalSpy changed(&watch, &NetworkWatch::changed);
+        QVERIFY(bringUp());
+        QCOMPARE(changed.count(), 0);
+    }
+    QCOMPARE(openDescriptors(), before);
+}
+
+void RtnetlinkNetworkWatchTest::aNetworkThatCouldNotBeReadIsReportedLater()
+{
+    QVERIFY(ip(u"address add 192.0.2.2/24 dev lan0"_s) && ip(u"link set lan0 up"_s));
+    QTRY_VERIFY(runs(u"lan0"_s));
+    RtnetlinkNetworkWatch watch;
+    const QSignalSpy changed(&watch, &NetworkWatch::changed);
+    // Events are not processed while the process waits for the command.
+    QCOMPARE(QProcess::execute(u"ip"_s, {u"route"_s, u"add"_s, u"default"_s, u"via"_s, u"192.0.2.1"_s}), 0);
+    {
+        const NoDescriptors none;
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(changed.count(), 0);
+    QVERIFY(ip(u"address add 192.0.2.3/24 dev lan0"_s));
+    QTRY_COMPARE(changed.count(), 1);
 }
 
 } // namespace kelvo

@@ -8,7 +8,9 @@
 
 #include <QColor>
 #include <QDBusArgument>
+#include <QDBusError>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
@@ -20,11 +22,24 @@
 #include <QTest>
 #include <QVariantMap>
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
 
 using Host = FakeStatusNotifierWatcher::Host;
+
+namespace {
+
+/// The colour in the middle of the docked window; invalid when there is none.
+QColor centreOf(const FakeXEmbedTray &tray)
+{
+    const auto picture = tray.picture();
+    return picture.isNull() ? QColor() : picture.pixelColor(picture.rect().center());
+}
+
+} // namespace
 
 class TrayStatusItemTest : public QObject
 {
@@ -40,7 +55,11 @@ private Q_SLOTS:
     void appearsAgainAfterARestartOfTheBus();
     void reportsAClick();
     void reportsAChosenMenuEntry();
+    void reportsTheChosenMenuEntriesOfAGroup();
+    void answersATrayThatIsAboutToShowTheMenu();
+    void tellsSinglePropertiesOfMenuEntries();
     void separatorsAndDisabledEntriesAreMarked();
+    void tellsChangesOfItsMenuOnly();
     void theItemDescribesItselfAndTellsEachChange();
     void showsWhatWasSetBeforeItWasShown();
     void showsWhatWasSetAfterItWasShown();
@@ -49,12 +68,20 @@ private Q_SLOTS:
     void embedsInATrayOfX11ThatStartsLater();
     void paintsItsIconInATrayOfX11_data();
     void paintsItsIconInATrayOfX11();
+    void paintsTheIconThatWasSetWhileTheTrayOfX11WasHidden();
     void reportsClicksInATrayOfX11();
+    void showsItsToolTipInATrayOfX11();
+    void showsNoToolTipToAPointerThatDoesNotRest_data();
+    void showsNoToolTipToAPointerThatDoesNotRest();
+    void hasAPlaceOnlyWhileATrayOfX11HasEmbeddedIt();
+    void returnsToATrayOfX11ThatDestroyedIt();
     void isInTheTrayOfX11ThatReplacesAnother();
     void prefersTheTrayOnTheBusToOneOfX11();
     void isInExactlyOneTray_data();
     void isInExactlyOneTray();
     void theMiddleButtonAndADoubleClickAreOneClick();
+    void theWheelHasNoFunction();
+    void keepsTheTokenOfTheTrayForTheNextWindow();
     void dropsTheSecondClickOfADoubleClick();
     void opensTheMenuForATrayThatCannot();
 
@@ -62,8 +89,13 @@ private:
     void startProbe(const QByteArray &commands);
     void tell(const QByteArray &commands);
     void click(const QString &method);
+    void movePointer(const QStringList &commands) const;
     QByteArray said();
+    QDBusMessage call(const QString &path, const QString &interface, const QString &method,
+                      const QVariantList &arguments);
     QVariant ask(const QString &path, const QString &interface, const QString &method, const QVariantList &arguments);
+    QDBusMessage callItem(const QString &method, const QVariantList &arguments);
+    QDBusMessage callMenu(const QString &method, const QVariantList &arguments);
     QVariant itemProperty(const QString &name);
     QString toolTip();
     QString menuPath();
@@ -127,21 +159,53 @@ void TrayStatusItemTest::click(const QString &method)
     tray_->connection().send(call);
 }
 
+/// Moves the pointer of the display and presses its buttons with these commands of xdotool.
+void TrayStatusItemTest::movePointer(const QStringList &commands) const
+{
+    QProcess hand;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"DISPLAY"_s, display_->name());
+    hand.setProcessEnvironment(environment);
+    hand.start(u"xdotool"_s, commands);
+    QVERIFY(hand.waitForFinished());
+    QCOMPARE(hand.exitCode(), 0);
+}
+
 /// Returns everything that the probe has printed so far.
 QByteArray TrayStatusItemTest::said()
 {
     return said_ += probe_->readAllStandardOutput();
 }
 
-/// Returns the last value of the answer; invalid when the item answers with an error.
-QVariant TrayStatusItemTest::ask(const QString &path, const QString &interface, const QString &method,
-                                 const QVariantList &arguments)
+/// Returns the answer of the item, or an error.
+QDBusMessage TrayStatusItemTest::call(const QString &path, const QString &interface, const QString &method,
+                                      const QVariantList &arguments)
 {
     auto question = QDBusMessage::createMethodCall(tray_->items().last(), path, interface, method);
     question.setArguments(arguments);
     const auto answer = tray_->connection().asyncCall(question);
-    const bool answered = QTest::qWaitFor([&] { return answer.isFinished(); }) && !answer.isError();
-    return answered ? answer.reply().arguments().value(answer.reply().arguments().size() - 1) : QVariant();
+    return QTest::qWaitFor([&] { return answer.isFinished(); })
+        ? answer.reply()
+        : QDBusMessage::createError(QDBusError::NoReply, u"no answer"_s);
+}
+
+/// Returns the last value of the answer; invalid when the item answers with an error.
+QVariant TrayStatusItemTest::ask(const QString &path, const QString &interface, const QString &method,
+                                 const QVariantList &arguments)
+{
+    const auto answer = call(path, interface, method, arguments);
+    return answer.type() == QDBusMessage::ReplyMessage ? answer.arguments().value(answer.arguments().size() - 1)
+                                                       : QVariant();
+}
+
+QDBusMessage TrayStatusItemTest::callItem(const QString &method, const QVariantList &arguments)
+{
+    return call(u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s, method, arguments);
+}
+
+QDBusMessage TrayStatusItemTest::callMenu(const QString &method, const QVariantList &arguments)
+{
+    return call(menuPath(), u"com.canonical.dbusmenu"_s, method, arguments);
 }
 
 QVariant TrayStatusItemTest::itemProperty(const QString &name)
@@ -310,6 +374,54 @@ void TrayStatusItemTest::reportsAChosenMenuEntry()
     QTRY_COMPARE(said(), QByteArray("shown\nchosen Quit\n"));
 }
 
+void TrayStatusItemTest::reportsTheChosenMenuEntriesOfAGroup()
+{
+    qDBusRegisterMetaType<MenuEvent>();
+    qDBusRegisterMetaType<QList<MenuEvent>>();
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nmenu Settings\nmenu Quit\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    const auto event = [](int entry, const QString &kind) { return MenuEvent{entry, kind, QDBusVariant(0), 0}; };
+    constexpr int least = std::numeric_limits<int>::min();
+    const QList<MenuEvent> events{event(0, u"opened"_s),  event(2, u"hovered"_s), event(3, u"clicked"_s),
+                                  event(1, u"clicked"_s), event(-1, u"closed"_s), event(least, u"clicked"_s),
+                                  event(2, u"clicked"_s)};
+    const auto answer = callMenu(u"EventGroup"_s, {QVariant::fromValue(events)});
+    QCOMPARE(answer.signature(), u"ai"_s);
+    QCOMPARE(qdbus_cast<QList<int>>(answer.arguments().value(0)), (QList<int>{3, -1, least}));
+    QTRY_COMPARE(said(), QByteArray("shown\nchosen Settings\nchosen Quit\n"));
+}
+
+void TrayStatusItemTest::answersATrayThatIsAboutToShowTheMenu()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nmenu Settings\nmenu Quit\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QCOMPARE(callMenu(u"AboutToShow"_s, {0}).arguments(), QVariantList{false});
+
+    const auto answer = callMenu(u"AboutToShowGroup"_s, {QVariant::fromValue(QList<int>{0, 1, 3})});
+    QCOMPARE(answer.signature(), u"aiai"_s);
+    QCOMPARE(qdbus_cast<QList<int>>(answer.arguments().value(0)), QList<int>());
+    QCOMPARE(qdbus_cast<QList<int>>(answer.arguments().value(1)), QList<int>{3});
+}
+
+void TrayStatusItemTest::tellsSinglePropertiesOfMenuEntries()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nmenu Settings\nmenu Quit\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    const auto property = [this](int entry, const QString &name) {
+        return callMenu(u"GetProperty"_s, {entry, name}).arguments().value(0).value<QDBusVariant>().variant();
+    };
+    QCOMPARE(property(2, u"label"_s), QVariant(u"Quit"_s));
+    QCOMPARE(property(2, u"enabled"_s), QVariant(true));
+    QCOMPARE(property(2, u"unheard-of"_s), QVariant(QString()));
+    QCOMPARE(property(3, u"label"_s), QVariant(QString()));
+}
+
 void TrayStatusItemTest::separatorsAndDisabledEntriesAreMarked()
 {
     QMenu menu;
@@ -343,6 +455,21 @@ void TrayStatusItemTest::separatorsAndDisabledEntriesAreMarked()
     QCOMPARE(updates.size(), 2);
     QVERIFY(onBus.GetLayout(0, 0, {}, layout) > revision);
     QVERIFY(layout.children.isEmpty());
+}
+
+void TrayStatusItemTest::tellsChangesOfItsMenuOnly()
+{
+    QMenu former;
+    QMenu menu;
+    StatusNotifierMenu onBus;
+    const QSignalSpy updates(&onBus, &StatusNotifierMenu::LayoutUpdated);
+    onBus.setMenu(&former);
+    onBus.setMenu(&menu);
+    QCOMPARE(updates.size(), 2);
+    former.addAction(u"Settings"_s);
+    QCOMPARE(updates.size(), 2);
+    menu.addAction(u"Quit"_s);
+    QCOMPARE(updates.size(), 3);
 }
 
 void TrayStatusItemTest::theItemDescribesItselfAndTellsEachChange()
@@ -428,42 +555,129 @@ void TrayStatusItemTest::embedsInATrayOfX11ThatStartsLater()
 void TrayStatusItemTest::paintsItsIconInATrayOfX11_data()
 {
     using Visual = FakeXEmbedTray::Visual;
+    QTest::addColumn<int>("depth");
     QTest::addColumn<Visual>("visual");
     QTest::addColumn<QColor>("aroundTheDisc");
-    QTest::newRow("opaque") << Visual::opaque << FakeXEmbedTray::background;
-    QTest::newRow("transparent") << Visual::transparent << QColor(0, 0, 0, 0);
+    QTest::newRow("opaque") << 24 << Visual::opaque << FakeXEmbedTray::background;
+    QTest::newRow("transparent") << 24 << Visual::transparent << QColor(0, 0, 0, 0);
+    QTest::newRow("with few colours") << 16 << Visual::opaque << QColor(0x21, 0x41, 0x63);
+    QTest::newRow("with many colours") << 30 << Visual::opaque << FakeXEmbedTray::background;
 }
 
 void TrayStatusItemTest::paintsItsIconInATrayOfX11()
 {
+    QFETCH(const int, depth);
     QFETCH(const FakeXEmbedTray::Visual, visual);
     QFETCH(const QColor, aroundTheDisc);
+    display_ = std::make_unique<VirtualDisplay>(depth);
     const FakeXEmbedTray tray(display_->name(), visual);
     startProbe("icon red\nshow\n");
-    const auto centre = [&tray] {
-        const auto picture = tray.picture();
-        return picture.isNull() ? QColor() : picture.pixelColor(picture.rect().center());
-    };
-    QTRY_COMPARE(centre(), QColor(Qt::red));
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
     QCOMPARE(tray.picture().pixelColor(0, 0), aroundTheDisc);
     tell("icon blue\n");
-    QTRY_COMPARE(centre(), QColor(Qt::blue));
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::blue));
     QCOMPARE(tray.picture().pixelColor(0, 0), aroundTheDisc);
+}
+
+void TrayStatusItemTest::paintsTheIconThatWasSetWhileTheTrayOfX11WasHidden()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    tray.setVisible(false);
+    tell("icon blue\ngeometry\n");
+    QTRY_COMPARE(said(), QByteArray("shown\nat 30 4 24 24\n"));
+    tray.setVisible(true);
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::blue));
 }
 
 void TrayStatusItemTest::reportsClicksInATrayOfX11()
 {
     const FakeXEmbedTray tray(display_->name());
     startProbe("icon red\nmenu Quit\nshow\n");
-    QTRY_VERIFY(!tray.picture().isNull());
-    QTRY_COMPARE(tray.picture().pixelColor(12, 12), QColor(Qt::red));
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
     constexpr int left = 1;
     constexpr int right = 3;
     tray.click(left);
     QTRY_COMPARE(said(), QByteArray("shown\nactivated in 30 4 24 24\n"));
+    tell("token\n"); // with the time of the click, for the window that it opens
+    QTRY_COMPARE(said(), QByteArray("shown\nactivated in 30 4 24 24\ntoken TrayProbe_TIME0\n"));
     tray.click(left); // the second click of a double click
     tray.click(right);
-    QTRY_COMPARE(said(), QByteArray("shown\nactivated in 30 4 24 24\nmenu opens\n"));
+    QTRY_COMPARE(said(), QByteArray("shown\nactivated in 30 4 24 24\ntoken TrayProbe_TIME0\nmenu opens\n"));
+}
+
+void TrayStatusItemTest::showsItsToolTipInATrayOfX11()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\ntooltip Claude\nshow\n");
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    const QStringList toTheItem{u"mousemove"_s, u"42"_s, u"16"_s};
+    QByteArray expected = "shown\n";
+    movePointer(toTheItem);
+    expected += "tool tip Claude\n";
+    QTRY_COMPARE(said(), expected);
+    movePointer({u"mousemove"_s, u"600"_s, u"400"_s});
+    expected += "tool tip ends\n";
+    QTRY_COMPARE(said(), expected);
+
+    tell("tooltip Cursor\ngeometry\n");
+    expected += "at 30 4 24 24\n";
+    QTRY_COMPARE(said(), expected);
+    movePointer(toTheItem);
+    expected += "tool tip Cursor\n";
+    QTRY_COMPARE(said(), expected);
+    movePointer({u"click"_s, u"1"_s});
+    expected += "activated in 30 4 24 24\ntool tip ends\n";
+    QTRY_COMPARE(said(), expected);
+}
+
+void TrayStatusItemTest::showsNoToolTipToAPointerThatDoesNotRest_data()
+{
+    QTest::addColumn<QStringList>("next");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::newRow("crosses the item") << QStringList{u"mousemove"_s, u"600"_s, u"400"_s} << "shown\nlater\n"_ba;
+    QTest::newRow("clicks") << QStringList{u"click"_s, u"1"_s} << "shown\nactivated in 30 4 24 24\nlater\n"_ba;
+}
+
+void TrayStatusItemTest::showsNoToolTipToAPointerThatDoesNotRest()
+{
+    QFETCH(const QStringList, next);
+    QFETCH(const QByteArray, expected);
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\ntooltip Claude\nshow\n");
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    movePointer(QStringList{u"mousemove"_s, u"42"_s, u"16"_s} + next);
+    tell("later\n");
+    QTRY_VERIFY(said().endsWith("later\n"));
+    QCOMPARE(said(), expected);
+}
+
+void TrayStatusItemTest::hasAPlaceOnlyWhileATrayOfX11HasEmbeddedIt()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\nshow\ngeometry\n");
+    // The tray does not embed the item yet, because no event loop runs here.
+    while (said().count('\n') < 2) {
+        QVERIFY(probe_->waitForReadyRead());
+    }
+    QByteArray expected = "shown\nat 0 0 0 0\n";
+    QCOMPARE(said(), expected);
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    tell("geometry\n");
+    expected += "at 30 4 24 24\n";
+    QTRY_COMPARE(said(), expected);
+}
+
+void TrayStatusItemTest::returnsToATrayOfX11ThatDestroyedIt()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(tray.dockedCount(), 1);
+    tray.destroyItem();
+    QTRY_COMPARE(tray.dockedCount(), 0);
+    tray.announce();
+    QTRY_COMPARE(tray.dockedCount(), 1);
 }
 
 void TrayStatusItemTest::isInTheTrayOfX11ThatReplacesAnother()
@@ -557,6 +771,28 @@ void TrayStatusItemTest::theMiddleButtonAndADoubleClickAreOneClick()
     QTRY_COMPARE(said(), QByteArray("shown\nactivated 10 20\n"));
     QTest::qWait(0);
     QCOMPARE(said(), QByteArray("shown\nactivated 10 20\n"));
+}
+
+void TrayStatusItemTest::theWheelHasNoFunction()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nmenu Quit\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QCOMPARE(callItem(u"Scroll"_s, {120, u"vertical"_s}).type(), QDBusMessage::ReplyMessage);
+    tell("geometry\n"); // answered after the effect of the wheel
+    QTRY_COMPARE(said(), QByteArray("shown\nat 0 0 0 0\n"));
+}
+
+void TrayStatusItemTest::keepsTheTokenOfTheTrayForTheNextWindow()
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QCOMPARE(callItem(u"ProvideXdgActivationToken"_s, {u"panel-7"_s}).type(), QDBusMessage::ReplyMessage);
+    tell("token\n");
+    QTRY_COMPARE(said(), QByteArray("shown\ntoken panel-7\n"));
 }
 
 void TrayStatusItemTest::dropsTheSecondClickOfADoubleClick()

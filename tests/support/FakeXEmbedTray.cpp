@@ -27,6 +27,27 @@ xcb_visualid_t transparentVisual(const xcb_screen_t *screen)
     qFatal("the display has no transparent windows");
 }
 
+QImage::Format formatOf(std::uint8_t depth)
+{
+    switch (depth) {
+    case 16: return QImage::Format_RGB16;
+    case 24: return QImage::Format_RGB32;
+    case 30: return QImage::Format_RGB30;
+    case 32: return QImage::Format_ARGB32_Premultiplied;
+    default: qFatal("the display has windows of an unusual depth");
+    }
+}
+
+/// The value of a pixel with this colour.
+std::uint32_t pixelValue(const QColor &color, std::uint8_t depth)
+{
+    QImage image(1, 1, formatOf(depth));
+    image.fill(color);
+    std::uint32_t value = 0;
+    std::memcpy(&value, image.constBits(), static_cast<std::size_t>(image.depth()) / 8);
+    return value;
+}
+
 } // namespace
 
 FakeXEmbedTray::FakeXEmbedTray(const QString &display, Visual visual)
@@ -36,8 +57,9 @@ FakeXEmbedTray::FakeXEmbedTray(const QString &display, Visual visual)
         qFatal("cannot connect to the display");
     }
     const auto *screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+    root_ = screen->root;
     window_ = xcb_generate_id(connection_);
-    const std::uint32_t pixel = background.rgb() & 0xffffff;
+    const std::uint32_t pixel = pixelValue(background, screen->root_depth);
     xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, screen->root, 0, 0, 200, 32, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_BACK_PIXEL, &pixel);
     xcb_map_window(connection_, window_);
@@ -46,10 +68,8 @@ FakeXEmbedTray::FakeXEmbedTray(const QString &display, Visual visual)
         xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom("_NET_SYSTEM_TRAY_VISUAL"),
                             XCB_ATOM_VISUALID, 32, 1, &id);
     }
-    const auto selection = atom("_NET_SYSTEM_TRAY_S0");
-    xcb_set_selection_owner(connection_, window_, selection, XCB_CURRENT_TIME);
-    announce(screen->root, selection, window_);
-    xcb_flush(connection_);
+    xcb_set_selection_owner(connection_, window_, atom("_NET_SYSTEM_TRAY_S0"), XCB_CURRENT_TIME);
+    announce();
 
     readable_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_), QSocketNotifier::Read);
     connect(readable_.get(), &QSocketNotifier::activated, this, &FakeXEmbedTray::readEvents);
@@ -68,16 +88,17 @@ std::uint32_t FakeXEmbedTray::atom(const char *name) const
     return reply->atom;
 }
 
-void FakeXEmbedTray::announce(std::uint32_t root, std::uint32_t selection, std::uint32_t window) const
+void FakeXEmbedTray::announce() const
 {
     xcb_client_message_event_t event{};
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 32;
-    event.window = root;
+    event.window = root_;
     event.type = atom("MANAGER");
-    event.data.data32[1] = selection;
-    event.data.data32[2] = window;
-    xcb_send_event(connection_, 0, root, XCB_EVENT_MASK_STRUCTURE_NOTIFY, reinterpret_cast<const char *>(&event));
+    event.data.data32[1] = atom("_NET_SYSTEM_TRAY_S0");
+    event.data.data32[2] = window_;
+    xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_STRUCTURE_NOTIFY, reinterpret_cast<const char *>(&event));
+    xcb_flush(connection_);
 }
 
 void FakeXEmbedTray::dock(std::uint32_t window)
@@ -110,8 +131,8 @@ QImage FakeXEmbedTray::picture() const
     if (!reply) {
         return {};
     }
-    const auto format = reply->depth == 32 ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
-    return QImage(xcb_get_image_data(reply.get()), place.width(), place.height(), format).copy();
+    const QImage image(xcb_get_image_data(reply.get()), place.width(), place.height(), formatOf(reply->depth));
+    return image.copy().convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
 void FakeXEmbedTray::click(int button) const
@@ -123,6 +144,20 @@ void FakeXEmbedTray::click(int button) const
     event.same_screen = 1;
     xcb_send_event(connection_, 0, event.event, XCB_EVENT_MASK_BUTTON_PRESS, reinterpret_cast<const char *>(&event));
     xcb_flush(connection_);
+}
+
+void FakeXEmbedTray::destroyItem() const
+{
+    xcb_destroy_window(connection_, *docked_.begin());
+    xcb_flush(connection_);
+}
+
+void FakeXEmbedTray::setVisible(bool visible) const
+{
+    const auto request = visible ? xcb_map_window_checked(connection_, window_)
+                                 : xcb_unmap_window_checked(connection_, window_);
+    // Returns when the server has done it.
+    const std::unique_ptr<xcb_generic_error_t, Free> error(xcb_request_check(connection_, request));
 }
 
 void FakeXEmbedTray::readEvents()

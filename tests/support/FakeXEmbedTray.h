@@ -35,14 +35,20 @@ public:
     QImage picture() const;
     /// Presses a button of the mouse in the docked window: 1 to 3.
     void click(int button) const;
+    /// Destroys the docked window.
+    void destroyItem() const;
+    /// Shows or hides the tray, with the docked window.
+    void setVisible(bool visible) const;
+    /// Tells all programs that there is a tray, as at its start.
+    void announce() const;
 
 private:
     std::uint32_t atom(const char *name) const;
-    void announce(std::uint32_t root, std::uint32_t selection, std::uint32_t window) const;
     void dock(std::uint32_t window);
     void readEvents();
 
     xcb_connection_t *connection_;
+    std::uint32_t root_;
     std::uint32_t window_;
     std::unique_ptr<QSocketNotifier> readable_;
     QSet<std::uint32_t> docked_;

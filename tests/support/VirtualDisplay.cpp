@@ -8,13 +8,14 @@ using namespace Qt::StringLiterals;
 
 namespace kelvo {
 
-VirtualDisplay::VirtualDisplay()
+VirtualDisplay::VirtualDisplay(int depth)
 {
     // It does not outlive a test that is killed.
     server_.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     server_.setStandardErrorFile(QProcess::nullDevice());
-    server_.start(u"Xvfb"_s,
-                  {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1280x800x24"_s, u"-nolisten"_s, u"tcp"_s});
+    server_.start(
+        u"Xvfb"_s,
+        {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1280x800x%1"_s.arg(depth), u"-nolisten"_s, u"tcp"_s});
     if (!server_.waitForReadyRead(20000)) {
         qFatal("Xvfb does not start: %s", qPrintable(server_.errorString()));
     }

@@ -9,7 +9,8 @@ namespace kelvo {
 class VirtualDisplay
 {
 public:
-    VirtualDisplay();
+    /// `depth` is the number of bits per pixel.
+    explicit VirtualDisplay(int depth = 24);
     ~VirtualDisplay();
 
     /// The name of the display, as in the environment variable DISPLAY.

@@ -126,9 +126,6 @@ void BusConnection::call(const QDBusMessage &message, QObject *context,
 
 void BusConnection::onDisconnected()
 {
-    if (!isConnected_) {
-        return;
-    }
     close();
     Q_EMIT disconnected();
     attempts_ = 0;

@@ -130,10 +130,7 @@ bool forEachMessage(std::span<const std::byte> bytes, Handle handle)
 std::vector<DefaultRoute> defaultRoutes()
 {
     std::vector<DefaultRoute> routes;
-    const int descriptor = openSocket(0);
-    if (descriptor < 0) {
-        return routes;
-    }
+    const int descriptor = openSocket(0); // without one, nothing is sent below
     struct
     {
         nlmsghdr header;

@@ -103,7 +103,7 @@ QList<MenuEntry> StatusNotifierMenu::GetGroupProperties(const QList<int> &ids, c
 {
     QList<MenuEntry> entries;
     for (const int id : ids) {
-        if (id == 0 || action(id)) {
+        if (isKnown(id)) {
             entries.append({id, properties(id, propertyNames)});
         }
     }
@@ -129,7 +129,7 @@ QList<int> StatusNotifierMenu::EventGroup(const QList<MenuEvent> &events)
 {
     QList<int> unknown;
     for (const auto &event : events) {
-        if (event.id != 0 && !action(event.id)) {
+        if (!isKnown(event.id)) {
             unknown.append(event.id);
         }
         Event(event.id, event.kind, event.data, event.timestamp);
@@ -142,9 +142,10 @@ bool StatusNotifierMenu::AboutToShow(int)
     return false; // the layout has not changed
 }
 
-QList<int> StatusNotifierMenu::AboutToShowGroup(const QList<int> &, QList<int> &idErrors)
+QList<int> StatusNotifierMenu::AboutToShowGroup(const QList<int> &ids, QList<int> &idErrors)
 {
-    idErrors.clear();
+    idErrors = ids;
+    idErrors.removeIf([this](int id) { return isKnown(id); });
     return {};
 }
 
@@ -162,7 +163,13 @@ bool StatusNotifierMenu::eventFilter(QObject *watched, QEvent *event)
 /// Returns null when there is no entry with this id.
 QAction *StatusNotifierMenu::action(int id) const
 {
-    return menu_ ? menu_->actions().value(id - 1) : nullptr;
+    return menu_ ? menu_->actions().value(qsizetype{id} - 1) : nullptr;
+}
+
+/// Whether the id is that of an entry or of the menu itself.
+bool StatusNotifierMenu::isKnown(int id) const
+{
+    return id == 0 || action(id);
 }
 
 /// Returns the properties with these names, or all when `names` is empty. Properties with their default are omitted.

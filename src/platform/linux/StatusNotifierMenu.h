@@ -80,6 +80,7 @@ Q_SIGNALS:
 private:
     bool eventFilter(QObject *watched, QEvent *event) override;
     QAction *action(int id) const;
+    bool isKnown(int id) const;
     QVariantMap properties(int id, const QStringList &names) const;
 
     QPointer<QMenu> menu_;
