@@ -149,8 +149,7 @@ void ButtonItem::itemChange(ItemChange change, const ItemChangeData &value)
 {
     QQuickItem::itemChange(change, value);
     if ((change == ItemEnabledHasChanged || change == ItemVisibleHasChanged) && !value.boolValue) {
-        setHovered(false);
-        setDown(false);
+        setHovered(false); // the mouse is ungrabbed, but no hover event arrives
     }
 }
 
@@ -169,7 +168,6 @@ void ButtonItem::layOutParts()
     if (!isComponentComplete()) {
         return;
     }
-    isLayingOut_ = true;
     if (background_) {
         background_->setSize(size());
     }
@@ -178,16 +176,12 @@ void ButtonItem::layOutParts()
         content_->setSize({std::max(0.0, width() - leftPadding_ - rightPadding_),
                            std::max(0.0, height() - topPadding_ - bottomPadding_)});
     }
-    isLayingOut_ = false;
 }
 
 /// Reads the implicit sizes of the parts and tells of changes. They are read here only: a text may change its implicit size
 /// when it is read, which must not happen while the size of the button is computed from it.
 void ButtonItem::tellImplicitSizes()
 {
-    if (isLayingOut_) {
-        return;
-    }
     const auto width = [](const QQuickItem *part) { return part ? part->implicitWidth() : 0.0; };
     const auto height = [](const QQuickItem *part) { return part ? part->implicitHeight() : 0.0; };
     const auto before = std::exchange(known_,

@@ -99,7 +99,6 @@ private:
     qreal topPadding_ = 0;
     qreal bottomPadding_ = 0;
     std::array<qreal, 4> known_{}; ///< the implicit sizes of the background and of the content
-    bool isLayingOut_ = false;
     bool hovered_ = false;
     bool down_ = false;
     Qt::FocusReason focusReason_ = Qt::OtherFocusReason;

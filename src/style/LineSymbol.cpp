@@ -90,18 +90,10 @@ QPainterPath outline(LineSymbol::Shape shape)
 
 } // namespace
 
-void LineSymbol::setShape(Shape shape)
+LineSymbol::LineSymbol(QQuickItem *parent)
+    : PaintedSymbol(parent)
 {
-    shape_ = shape;
-    Q_EMIT lookChanged();
-    update();
-}
-
-void LineSymbol::setLineWidth(qreal width)
-{
-    lineWidth_ = width;
-    Q_EMIT lookChanged();
-    update();
+    connect(this, &LineSymbol::lookChanged, this, &QQuickItem::update);
 }
 
 // A single path, so that a translucent colour is not drawn twice where lines meet.

@@ -9,21 +9,15 @@ class LineSymbol : public kelvo::PaintedSymbol
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(Shape shape READ shape WRITE setShape NOTIFY lookChanged FINAL)
+    Q_PROPERTY(Shape shape MEMBER shape_ NOTIFY lookChanged FINAL)
     /// In points; it does not scale with the symbol.
-    Q_PROPERTY(qreal lineWidth READ lineWidth WRITE setLineWidth NOTIFY lookChanged FINAL)
+    Q_PROPERTY(qreal lineWidth MEMBER lineWidth_ NOTIFY lookChanged FINAL)
 
 public:
     enum Shape { Bell, Check, CheckInCircle, Grip, Info };
     Q_ENUM(Shape)
 
-    using PaintedSymbol::PaintedSymbol;
-
-    Shape shape() const { return shape_; }
-    qreal lineWidth() const { return lineWidth_; }
-    void setShape(Shape shape);
-    void setLineWidth(qreal width);
-
+    explicit LineSymbol(QQuickItem *parent = nullptr);
     void paint(QPainter *painter) override;
 
 Q_SIGNALS:

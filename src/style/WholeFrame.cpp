@@ -96,11 +96,7 @@ WholeFrame::WholeFrame(QQuickWindow &window)
 
 QSGNode *WholeFrame::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
 {
-    if (!node) {
-        node_ = new Node(this);
-        return node_;
-    }
-    return node;
+    return node ? node : (node_ = new Node(this));
 }
 
 } // namespace kelvo

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLibraryInfo>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -27,9 +28,11 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void aSecondStartHandsOverAndExits();
+    void aSecondStartReportsAFirstOneThatHangs();
     void itsWindowsOpenAfterAnUpgrade_data();
     void itsWindowsOpenAfterAnUpgrade();
     void itGoesOnWithoutWindowsWhenAModuleIsMissing();
+    void itGoesOnWithoutWindowsWhenALibraryIsMissing();
     void itOpensThePopoverWhenAPartOfTheOtherWindowsIsMissing();
     void itDoesNotLoadWindowsOfAnotherVersion();
     void aSignalEndsItAtOnceAndCleanly_data();
@@ -112,6 +115,19 @@ void ProcessTest::aSecondStartHandsOverAndExits()
     QCOMPARE(kelvo_->output(), QByteArray());
 }
 
+void ProcessTest::aSecondStartReportsAFirstOneThatHangs()
+{
+    startAndShowRing();
+    const auto first = static_cast<pid_t>(kelvo_->processId());
+    QCOMPARE(::kill(first, SIGSTOP), 0);
+    const auto goOn = qScopeGuard([first] { ::kill(first, SIGCONT); });
+    KelvoProcess second(*internet_);
+    second.start();
+    QCOMPARE(second.waitForEnd(), 1);
+    QCOMPARE(second.output(), "Kelvo is already running but does not answer.\n"_ba);
+    QVERIFY(kelvo_->isRunning());
+}
+
 void ProcessTest::itsWindowsOpenAfterAnUpgrade_data()
 {
     QTest::addColumn<bool>("isReplaced");
@@ -177,6 +193,26 @@ void ProcessTest::itGoesOnWithoutWindowsWhenAModuleIsMissing()
     findModulesIn(u"/nonexistent"_s, installed);
     const auto output = outputOfFailedOpening(kelvo);
     QVERIFY2(output.startsWith("The windows cannot be opened: ") && output.contains("is not installed"), output);
+}
+
+// A library that the views need is missing.
+void ProcessTest::itGoesOnWithoutWindowsWhenALibraryIsMissing()
+{
+    const QTemporaryDir installed;
+    const auto program = install(installed);
+    QFile library(libraryOf(program));
+    QVERIFY(library.open(QIODevice::ReadWrite));
+    auto content = library.readAll();
+    QVERIFY(content.contains("libQt6Quick.so.6"));
+    content.replace("libQt6Quick.so.6", "libMissing_.so.6");
+    QVERIFY(library.seek(0) && library.write(content) == content.size());
+    library.close();
+
+    KelvoProcess kelvo(*internet_, program);
+    const auto output = outputOfFailedOpening(kelvo);
+    QVERIFY2(output.startsWith("The windows cannot be opened: ") && output.contains("libMissing_.so.6")
+                 && output.count('\n') == 1,
+             output);
 }
 
 // A damaged installation: the module of the text fields and menus is there, but not its library.

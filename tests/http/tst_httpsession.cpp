@@ -17,6 +17,10 @@
 #include <condition_variable>
 #include <mutex>
 
+#ifdef __GLIBC__
+#include <pthread.h>
+#endif
+
 using namespace kelvo;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -152,6 +156,46 @@ private:
     Replies &replies_;
 };
 
+/// A reply that is given up before its request is sent, as when the connection breaks that the request waits for.
+class GivenUpReply : public StubbornReply
+{
+public:
+    explicit GivenUpReply(QObject *parent)
+        : StubbornReply({}, parent)
+    {
+        QMetaObject::invokeMethod(this, [this] { end(); }, Qt::QueuedConnection);
+    }
+
+private:
+    void end()
+    {
+        setError(RemoteHostClosedError, {});
+        Q_EMIT errorOccurred(RemoteHostClosedError);
+    }
+};
+
+class GivingUpNetwork : public StubbornNetwork
+{
+public:
+    using Replies = RememberingNetwork::Replies;
+
+    explicit GivingUpNetwork(Replies &replies)
+        : replies_(replies)
+    {
+    }
+
+protected:
+    QNetworkReply *createRequest(Operation, const QNetworkRequest &, QIODevice *) override
+    {
+        auto *reply = new GivenUpReply(this);
+        replies_.append(reply);
+        return reply;
+    }
+
+private:
+    Replies &replies_;
+};
+
 /// Replaces the route lookup of the system.
 struct Lookups
 {
@@ -195,6 +239,39 @@ struct Lookups
     int hanging = 0;
     bool wasOffThread = true;
 };
+
+#ifdef __GLIBC__
+/// Lets the system refuse every new thread: its stack does not fit into the memory of a process.
+class StacksLargerThanMemory
+{
+public:
+    StacksLargerThanMemory()
+    {
+        pthread_attr_t attributes{};
+        ::pthread_getattr_default_np(&attributes);
+        ::pthread_attr_getstacksize(&attributes, &usualSize_);
+        ::pthread_attr_destroy(&attributes);
+        setSize(std::size_t{1} << 47);
+    }
+    ~StacksLargerThanMemory() { setSize(usualSize_); }
+    StacksLargerThanMemory(const StacksLargerThanMemory &) = delete;
+    StacksLargerThanMemory &operator=(const StacksLargerThanMemory &) = delete;
+
+private:
+    static void setSize(std::size_t size)
+    {
+        pthread_attr_t attributes{};
+        ::pthread_attr_init(&attributes);
+        ::pthread_attr_setstacksize(&attributes, size);
+        if (::pthread_setattr_default_np(&attributes) != 0) {
+            qFatal("Cannot set the size of stacks");
+        }
+        ::pthread_attr_destroy(&attributes);
+    }
+
+    std::size_t usualSize_ = 0;
+};
+#endif
 
 } // namespace
 
@@ -323,13 +400,17 @@ private Q_SLOTS:
     void http2IsNotOffered();
     void abortedRequestsFailAtOnce();
     void requestsAfterAnAbortUseNewConnections();
+    void aRequestThatWasGivenUpIsSentOnceMore();
+    void anAbortedRequestIsNotSentAgain();
     void aContinuationMayDestroyTheSessionWhileItAborts();
 
     void theRouteIsLookedUpForTheOriginOnlyAndOnAnotherThread();
     void anOriginHasNoDefaultPort();
     void aRoundLooksUpARouteOnce();
+    void aRedirectToTheSameOriginUsesTheKnownRoute();
     void aRequestUsesTheRouteThatWasFound();
     void aRequestWithoutARouteIsNotSent();
+    void aLookupThatCannotBeginIsAFailure();
     void theRouteToARedirectTargetIsLookedUpToo();
     void aHangingLookupEndsAtTheIdleTimeout();
     void hangingLookupsDoNotAccumulate();
@@ -1367,6 +1448,29 @@ void HttpSessionTest::requestsAfterAnAbortUseNewConnections()
     QTRY_COMPARE(internet_->connectionsOpen(), 0);
 }
 
+void HttpSessionTest::aRequestThatWasGivenUpIsSentOnceMore()
+{
+    GivingUpNetwork::Replies replies;
+    HttpSession session({[&] { return std::make_unique<GivingUpNetwork>(replies); }}, roomy, userAgent);
+    QCOMPARE(fetch(session, page()).status, std::nullopt);
+    QCOMPARE(replies.size(), 2);
+}
+
+void HttpSessionTest::anAbortedRequestIsNotSentAgain()
+{
+    GivingUpNetwork::Replies replies;
+    HttpSession session({[&] { return std::make_unique<GivingUpNetwork>(replies); }}, roomy, userAgent);
+    const auto response = session.get(page());
+    QCOMPARE(replies.size(), 1);
+    // The reply is given up, and the session aborts before the request is sent again.
+    QCoreApplication::sendPostedEvents(replies.constFirst());
+    session.abortAll();
+    QVERIFY(response.isFinished());
+    QCOMPARE(response.result().status, std::nullopt);
+    QCoreApplication::processEvents();
+    QCOMPARE(replies.size(), 1);
+}
+
 void HttpSessionTest::aContinuationMayDestroyTheSessionWhileItAborts()
 {
     internet_->respond(host, {}, SimulatedResponse::silence());
@@ -1419,6 +1523,17 @@ void HttpSessionTest::aRoundLooksUpARouteOnce()
     QCOMPARE(lookups.asked.size(), 2);
 }
 
+void HttpSessionTest::aRedirectToTheSameOriginUsesTheKnownRoute()
+{
+    internet_->respond(u"127.0.0.1"_s, "/old"_ba, SimulatedResponse::redirect("/new"_ba));
+    internet_->respond(u"127.0.0.1"_s, "/new"_ba, SimulatedResponse::ofStatus(200));
+    Lookups lookups;
+    HttpSession session(lookups.network(), roomy);
+    QCOMPARE(fetch(session, QUrl(u"http://127.0.0.1:%1/old"_s.arg(internet_->port()))).status, 200);
+    QCOMPARE(internet_->requests().size(), 2);
+    QCOMPARE(lookups.asked.size(), 1);
+}
+
 void HttpSessionTest::aRequestUsesTheRouteThatWasFound()
 {
     Lookups lookups;
@@ -1438,6 +1553,31 @@ void HttpSessionTest::aRequestWithoutARouteIsNotSent()
     HttpSession session(lookups.network(), roomy);
     QCOMPARE(fetch(session, QUrl(u"http://127.0.0.1:%1/"_s.arg(internet_->port()))).status, std::nullopt);
     QCOMPARE(internet_->connectionsAccepted(), 0);
+}
+
+/// A lookup cannot begin when the system refuses a thread.
+void HttpSessionTest::aLookupThatCannotBeginIsAFailure()
+{
+#ifdef __GLIBC__
+    internet_->respond(u"127.0.0.1"_s, {}, SimulatedResponse::ofStatus(200));
+    const QUrl url(u"http://127.0.0.1:%1/"_s.arg(internet_->port()));
+    Lookups lookups;
+    HttpSession session(lookups.network(), roomy);
+    {
+        const StacksLargerThanMemory noThreads;
+        const QList round{session.get(url), session.get(url)};
+        for (const auto &response : round) {
+            QVERIFY(settles(response));
+            QCOMPARE(response.result().status, std::nullopt);
+        }
+    }
+    QCOMPARE(lookups.asked.size(), 0);
+    QCOMPARE(internet_->connectionsAccepted(), 0);
+    QCoreApplication::processEvents(); // a new round begins
+    QCOMPARE(fetch(session, url).status, 200);
+#else
+    QSKIP("Only glibc can be told the size of the stacks of new threads");
+#endif
 }
 
 void HttpSessionTest::theRouteToARedirectTargetIsLookedUpToo()

@@ -3,6 +3,7 @@
 #include "menubar/popover/PopoverState.h"
 
 #include <QAbstractItemModelTester>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void showsTheHeroAndTheRowsOfTheOthers();
     void peekingMovesARowToTheTopUntilThePopoverCloses();
     void anUnknownServiceIsNotPeekedAt();
+    void theRowsHaveNoDataForAnInvalidIndex();
     void aTickChangesNoRow();
     void aChangedStatusChangesOnlyItsRow();
     void aNewOrderMovesRowsInsteadOfResettingThem();
@@ -149,6 +151,16 @@ void PopoverStateTest::anUnknownServiceIsNotPeekedAt()
     state.open();
     state.peek(u"nothing"_s);
     QCOMPARE(stores.store.peekedID(), std::optional<ServiceID>());
+}
+
+void PopoverStateTest::theRowsHaveNoDataForAnInvalidIndex()
+{
+    Stores stores(three);
+    PopoverState state(stores.store, stores.settings);
+    state.open();
+    QVERIFY(state.rows()->data(state.rows()->index(0), WatchListModel::nameRole).isValid());
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Index .* is not valid"_s));
+    QVERIFY(!state.rows()->data({}, WatchListModel::nameRole).isValid());
 }
 
 void PopoverStateTest::aTickChangesNoRow()

@@ -9,6 +9,7 @@
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -58,7 +59,10 @@ private Q_SLOTS:
     void opensBesideTheRingInsideTheScreen();
     void opensInsideTheScreenWhenThePlaceOfTheRingIsUnknown();
     void staysInsideTheScreenWhenItGrows();
+    void openingAnOpenPopoverKeepsIt();
     void escapeCloses();
+    void controlWCloses();
+    void controlQQuits();
     void losingTheFocusCloses();
     void theClickThatTookTheFocusDoesNotReopen();
     void aLaterClickReopens();
@@ -145,6 +149,21 @@ void PopoverWindowTest::staysInsideTheScreenWhenItGrows()
     QVERIFY(available.contains(desktop.card()));
 }
 
+void PopoverWindowTest::openingAnOpenPopoverKeepsIt()
+{
+    Desktop desktop;
+    const QSignalSpy closed(&desktop.popover, &PopoverWindow::closed);
+    desktop.popover.open(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowActive(desktop.popover.view()));
+    desktop.popover.open(desktop.ring);
+    QVERIFY(desktop.popover.isOpen());
+    QCOMPARE(closed.count(), 0);
+    // Behind another window it appears in front again.
+    const Elsewhere elsewhere;
+    desktop.popover.open(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowActive(desktop.popover.view()));
+}
+
 void PopoverWindowTest::escapeCloses()
 {
     Desktop desktop;
@@ -153,6 +172,28 @@ void PopoverWindowTest::escapeCloses()
     QTest::keyClick(desktop.popover.view(), Qt::Key_Escape);
     QVERIFY(!desktop.popover.isOpen());
     QVERIFY(!desktop.popover.view()->isVisible());
+}
+
+void PopoverWindowTest::controlWCloses()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowActive(desktop.popover.view()));
+    QTest::keyClick(desktop.popover.view(), Qt::Key_W, Qt::ControlModifier);
+    QVERIFY(!desktop.popover.isOpen());
+}
+
+void PopoverWindowTest::controlQQuits()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowActive(desktop.popover.view()));
+    QTimer::singleShot(0, &desktop.popover,
+                       [&] { QTest::keyClick(desktop.popover.view(), Qt::Key_Q, Qt::ControlModifier); });
+    QTimer giveUp;
+    giveUp.callOnTimeout([] { QCoreApplication::exit(1); });
+    giveUp.start(5s);
+    QCOMPARE(QCoreApplication::exec(), 0);
 }
 
 void PopoverWindowTest::losingTheFocusCloses()

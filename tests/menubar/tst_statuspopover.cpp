@@ -1,6 +1,7 @@
 #include "support/Looks.h"
 #include "support/ViewScene.h"
 
+#include "menubar/popover/HeroItem.h"
 #include "menubar/popover/PopoverState.h"
 
 #include <QAbstractAnimation>
@@ -110,6 +111,10 @@ private Q_SLOTS:
     void aMissingHeroIsShownInTheColoursOfUnknown();
     void aLongBodyLineWrapsWithItsLineSpacing();
     void heroIsOneElementForAScreenReader();
+    void aScreenReaderFindsTheHeroAtItsPlaceOnTheScreen();
+    void aScreenReaderCannotChangeTheHero();
+    void theHeroIsInvisibleForAScreenReaderWhileItIsNotShown();
+    void aHeroWithoutAccessibleAncestorsIsAChildOfItsWindow();
     void aScreenReaderSeesTheStatusAndTheActionOfARow();
     void aRowThatWasNeverCheckedReadsNotCheckedYet();
     void openingAndReopeningReadTheHero();
@@ -378,6 +383,65 @@ void StatusPopoverTest::heroIsOneElementForAScreenReader()
     QVERIFY(hero);
     QCOMPARE(hero->text(QAccessible::Name), u"Claude, Operational, checked 0 seconds ago"_s);
     QCOMPARE(hero->childCount(), 0);
+}
+
+void StatusPopoverTest::aScreenReaderFindsTheHeroAtItsPlaceOnTheScreen()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    scene.view.setPosition(70, 50);
+    auto *hero = accessible(scene.item(u"hero"_s));
+    QCOMPARE(hero->window(), &scene.view);
+    QCOMPARE(hero->rect(), scene.frame(u"hero"_s).toAlignedRect().translated(70, 50));
+    auto *window = QAccessible::queryAccessibleInterface(&scene.view);
+    const auto middle = hero->rect().center();
+    QCOMPARE(window->childAt(middle.x(), middle.y()), hero);
+    QCOMPARE(hero->parent(), accessible(scene.root()));
+    QCOMPARE(hero->indexOfChild(hero->parent()), -1);
+    QVERIFY(!hero->child(0));
+}
+
+void StatusPopoverTest::aScreenReaderCannotChangeTheHero()
+{
+    Scene scene;
+    scene.stores.round();
+    scene.open();
+    auto *hero = accessible(scene.item(u"hero"_s));
+    QVERIFY(hero->state().readOnly);
+    hero->setText(QAccessible::Name, u"Something else"_s);
+    QCOMPARE(hero->text(QAccessible::Name), u"Claude, Operational, checked 0 seconds ago"_s);
+    QCOMPARE(scene.text(u"heroName"_s), u"Claude"_s);
+}
+
+void StatusPopoverTest::theHeroIsInvisibleForAScreenReaderWhileItIsNotShown()
+{
+    Scene scene;
+    scene.open();
+    auto *hero = accessible(scene.item(u"hero"_s));
+    QVERIFY(!hero->state().invisible);
+    scene.item(u"hero"_s)->setVisible(false);
+    QVERIFY(hero->state().invisible);
+    scene.item(u"hero"_s)->setVisible(true);
+    QVERIFY(!hero->state().invisible);
+    scene.view.hide();
+    QVERIFY(hero->state().invisible);
+}
+
+void StatusPopoverTest::aHeroWithoutAccessibleAncestorsIsAChildOfItsWindow()
+{
+    QQuickWindow window;
+    HeroItem item(window.contentItem());
+    item.setSize({120, 40});
+    window.show();
+    auto *hero = accessible(&item);
+    QCOMPARE(hero->parent(), QAccessible::queryAccessibleInterface(&window));
+
+    item.setParentItem(nullptr);
+    QVERIFY(!hero->parent());
+    QVERIFY(!hero->window());
+    QVERIFY(hero->state().invisible);
+    QCOMPARE(hero->rect(), QRect(0, 0, 120, 40));
 }
 
 void StatusPopoverTest::aScreenReaderSeesTheStatusAndTheActionOfARow()

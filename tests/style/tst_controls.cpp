@@ -7,6 +7,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
@@ -36,6 +38,21 @@ public:
     }
 };
 
+/// A button that fills the left half of its window.
+const QByteArray leftHalf = "ButtonItem { width: 150; height: 100; hoverEnabled: true }";
+constexpr QPoint onTheButton{75, 50};
+constexpr QPoint besideTheButton{225, 50};
+
+bool isDown(const Stage &stage)
+{
+    return stage.control()->property("down").toBool();
+}
+
+bool isHovered(const Stage &stage)
+{
+    return stage.control()->property("hovered").toBool();
+}
+
 double pixelSize(QQuickItem *text)
 {
     return text->property("font").value<QFont>().pointSizeF() * QGuiApplication::primaryScreen()->logicalDotsPerInchY()
@@ -60,6 +77,14 @@ private Q_SLOTS:
     void aScreenReaderSeesAButton();
     void aDisabledButtonDoesNothing_data();
     void aDisabledButtonDoesNothing();
+    void releasingTheMouseOutsideOfAButtonDoesNotClickIt();
+    void aButtonIsDownAgainWhenTheMouseReturnsToIt();
+    void aButtonWithoutHoverIsNotHoveredWhenTheMouseReturnsToIt();
+    void aButtonIsNeitherDownNorHoveredWhenItCannotBeClicked_data();
+    void aButtonIsNeitherDownNorHoveredWhenItCannotBeClicked();
+    void aButtonTellsTheImplicitSizesOfItsParts();
+    void aPartThatIsSetAgainChangesNothing();
+    void aButtonGrowsWithAContentThatWraps();
 };
 
 void ControlsTest::filledButtonWithoutAWidthHas16PointsBesideItsTitle()
@@ -174,6 +199,120 @@ void ControlsTest::aDisabledButtonDoesNothing()
     QTest::mouseClick(&stage.view, Qt::LeftButton, {}, {5, 5});
     QTest::keyClick(&stage.view, Qt::Key_Return);
     QCOMPARE(clicked.count(), 1);
+}
+
+void ControlsTest::releasingTheMouseOutsideOfAButtonDoesNotClickIt()
+{
+    Stage stage(leftHalf);
+    const QSignalSpy clicked(stage.control(), SIGNAL(clicked()));
+    QTest::mouseMove(&stage.view, onTheButton);
+    QTest::mousePress(&stage.view, Qt::LeftButton, {}, onTheButton);
+    QVERIFY(isDown(stage));
+    QVERIFY(isHovered(stage));
+    QTest::mouseMove(&stage.view, besideTheButton);
+    QVERIFY(!isDown(stage));
+    QVERIFY(!isHovered(stage));
+    QTest::mouseRelease(&stage.view, Qt::LeftButton, {}, besideTheButton);
+    QCOMPARE(clicked.count(), 0);
+}
+
+void ControlsTest::aButtonIsDownAgainWhenTheMouseReturnsToIt()
+{
+    Stage stage(leftHalf);
+    const QSignalSpy clicked(stage.control(), SIGNAL(clicked()));
+    QTest::mousePress(&stage.view, Qt::LeftButton, {}, onTheButton);
+    QTest::mouseMove(&stage.view, besideTheButton);
+    QTest::mouseMove(&stage.view, onTheButton);
+    QVERIFY(isDown(stage));
+    QVERIFY(isHovered(stage));
+    QTest::mouseRelease(&stage.view, Qt::LeftButton, {}, onTheButton);
+    QVERIFY(!isDown(stage));
+    QCOMPARE(clicked.count(), 1);
+}
+
+void ControlsTest::aButtonWithoutHoverIsNotHoveredWhenTheMouseReturnsToIt()
+{
+    Stage stage("ButtonItem { width: 150; height: 100; hoverEnabled: false }");
+    QTest::mousePress(&stage.view, Qt::LeftButton, {}, onTheButton);
+    QTest::mouseMove(&stage.view, besideTheButton);
+    QTest::mouseMove(&stage.view, onTheButton);
+    QVERIFY(isDown(stage));
+    QVERIFY(!isHovered(stage));
+    QTest::mouseRelease(&stage.view, Qt::LeftButton, {}, onTheButton);
+}
+
+void ControlsTest::aButtonIsNeitherDownNorHoveredWhenItCannotBeClicked_data()
+{
+    QTest::addColumn<QByteArray>("property");
+    QTest::newRow("disabled") << QByteArray("enabled");
+    QTest::newRow("hidden") << QByteArray("visible");
+}
+
+void ControlsTest::aButtonIsNeitherDownNorHoveredWhenItCannotBeClicked()
+{
+    QFETCH(const QByteArray, property);
+    Stage stage(leftHalf);
+    const QSignalSpy clicked(stage.control(), SIGNAL(clicked()));
+    QTest::mouseMove(&stage.view, onTheButton);
+    QTest::mousePress(&stage.view, Qt::LeftButton, {}, onTheButton);
+    stage.control()->setProperty(property, false);
+    QVERIFY(!isDown(stage));
+    QVERIFY(!isHovered(stage));
+    stage.control()->setProperty(property, true);
+    QTest::mouseRelease(&stage.view, Qt::LeftButton, {}, onTheButton);
+    QCOMPARE(clicked.count(), 0);
+}
+
+void ControlsTest::aButtonTellsTheImplicitSizesOfItsParts()
+{
+    const Stage stage("ButtonItem {"
+                      "    background: Item { implicitWidth: 30; implicitHeight: 20 }"
+                      "    contentItem: Item { implicitWidth: 40; implicitHeight: 10 } }");
+    auto *button = stage.control();
+    QCOMPARE(button->property("implicitBackgroundWidth").toReal(), 30.0);
+    QCOMPARE(button->property("implicitBackgroundHeight").toReal(), 20.0);
+    QCOMPARE(button->property("implicitContentWidth").toReal(), 40.0);
+    QCOMPARE(button->property("implicitContentHeight").toReal(), 10.0);
+
+    const QSignalSpy widths(button, SIGNAL(implicitWidthsChanged()));
+    const QSignalSpy heights(button, SIGNAL(implicitHeightsChanged()));
+    stage.content()->setImplicitWidth(50);
+    QCOMPARE(button->property("implicitContentWidth").toReal(), 50.0);
+    QCOMPARE(widths.count(), 1);
+    QCOMPARE(heights.count(), 0);
+    stage.content()->setImplicitHeight(15);
+    QCOMPARE(button->property("implicitContentHeight").toReal(), 15.0);
+    QCOMPARE(widths.count(), 1);
+    QCOMPARE(heights.count(), 1);
+}
+
+void ControlsTest::aPartThatIsSetAgainChangesNothing()
+{
+    const Stage stage("ButtonItem { background: Item {} contentItem: Item {} }");
+    for (const auto &[property, signal] : {std::pair("background", SIGNAL(backgroundChanged())),
+                                           std::pair("contentItem", SIGNAL(contentItemChanged()))}) {
+        const QSignalSpy changed(stage.control(), signal);
+        const auto part = stage.control()->property(property);
+        QVERIFY(part.value<QQuickItem *>());
+        stage.control()->setProperty(property, part);
+        QCOMPARE(changed.count(), 0);
+        stage.control()->setProperty(property, QVariant::fromValue<QQuickItem *>(nullptr));
+        QCOMPARE(changed.count(), 1);
+    }
+}
+
+void ControlsTest::aButtonGrowsWithAContentThatWraps()
+{
+    const Stage stage("PopoverButton {"
+                      "    width: 290; topPadding: 3; bottomPadding: 4; text: 'A name of some words';"
+                      "    contentItem: Label { text: 'A name of some words'; wrapMode: Text.Wrap } }");
+    const auto oneLine = stage.content()->implicitHeight();
+    QCOMPARE(stage.control()->height(), oneLine + 7);
+    stage.control()->setWidth(60);
+    QVERIFY(stage.content()->property("lineCount").toInt() > 1);
+    QVERIFY(stage.content()->implicitHeight() > oneLine);
+    QCOMPARE(stage.control()->height(), stage.content()->implicitHeight() + 7);
+    QCOMPARE(stage.content()->height(), stage.content()->implicitHeight());
 }
 
 } // namespace kelvo

@@ -2,6 +2,7 @@
 #include "support/ViewScene.h"
 
 #include "menubar/popover/PopoverWindow.h"
+#include "style/WholeFrame.h"
 #include "windows/onboarding/OnboardingSceneWindow.h"
 #include "windows/settings/SettingsSceneWindow.h"
 
@@ -10,6 +11,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineF>
+#include <QPixmap>
+#include <QQuickRenderControl>
+#include <QQuickRenderTarget>
 #include <QScreen>
 #include <QTemporaryFile>
 #include <QTest>
@@ -159,6 +163,7 @@ private Q_SLOTS:
     void dotsAreSymmetric();
     void theOnboardingHasNoGaps_data() { scales(); }
     void theOnboardingHasNoGaps();
+    void aFrameThatIsNotAnImageIsPaintedToo();
 
 private:
     static void scales()
@@ -298,6 +303,28 @@ void FractionalScalesTest::dotsAreSymmetric()
             QVERIFY(qAbs(at - dot.pixelColor(x, dot.height() - 1 - y).lightness()) <= tolerance);
         }
     }
+}
+
+/// The frame cannot be read back then, and its gaps stay.
+void FractionalScalesTest::aFrameThatIsNotAnImageIsPaintedToo()
+{
+    const FakeAppearance appearance;
+    ViewEngine(appearance).get(); // chooses the software renderer
+    QPixmap frame(51, 51);
+    frame.fill(Qt::black);
+    auto target = QQuickRenderTarget::fromPaintDevice(&frame);
+    target.setDevicePixelRatio(1.25);
+    QQuickRenderControl control;
+    QQuickWindow window(&control);
+    window.resize(40, 40);
+    window.setColor(Qt::white);
+    window.setRenderTarget(target);
+    new WholeFrame(window);
+    control.polishItems();
+    control.sync();
+    control.render();
+    QCOMPARE(window.effectiveDevicePixelRatio(), 1.25);
+    QCOMPARE(frame.toImage().pixelColor(25, 25), QColor(Qt::white));
 }
 
 } // namespace kelvo

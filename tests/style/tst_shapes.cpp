@@ -41,6 +41,9 @@ private Q_SLOTS:
     void theDotPulsatesWhileItIsVisible();
     void theDotDoesNotPulsateWithReducedMotion();
     void aDotThatAppearsAgainStartsAtFullOpacity();
+    void aHiddenDotDoesNotPulsate();
+    void aShapeWithoutRoomDrawsNothing_data();
+    void aShapeWithoutRoomDrawsNothing();
 };
 
 void ShapesTest::aDotIsRound()
@@ -144,6 +147,41 @@ void ShapesTest::aDotThatAppearsAgainStartsAtFullOpacity()
     stage.view.hide();
     QVERIFY(!stage.shape()->property("isBreathing").toBool());
     QCOMPARE(stage.shape()->opacity(), 1.0);
+}
+
+void ShapesTest::aHiddenDotDoesNotPulsate()
+{
+    Stage stage("BreathingDot { color: 'red' }");
+    stage.show();
+    QVERIFY(stage.shape()->property("isBreathing").toBool());
+    stage.shape()->setVisible(false);
+    QVERIFY(!stage.shape()->property("isBreathing").toBool());
+    stage.shape()->setVisible(true);
+    QVERIFY(stage.shape()->property("isBreathing").toBool());
+}
+
+void ShapesTest::aShapeWithoutRoomDrawsNothing_data()
+{
+    QTest::addColumn<QByteArray>("shape");
+    QTest::newRow("an empty rectangle") << QByteArray(
+        "RoundedRectangle { x: 20.3; y: 20.3; width: 20; color: 'black'; border.color: 'black'; border.width: 1 }");
+    QTest::newRow("a shadow without a blur")
+        << QByteArray("WindowShadow { x: 20; y: 20; width: 20; height: 20; color: 'black' }");
+    QTest::newRow("a shadow that is narrower than its corners")
+        << QByteArray("WindowShadow { x: 20; width: 20; height: 60; blur: 5; color: 'black' }");
+    QTest::newRow("a shadow that is lower than its corners")
+        << QByteArray("WindowShadow { y: 20; width: 60; height: 20; blur: 5; color: 'black' }");
+}
+
+void ShapesTest::aShapeWithoutRoomDrawsNothing()
+{
+    QFETCH(const QByteArray, shape);
+    Stage stage(shape);
+    stage.show();
+    auto empty = stage.view.grabWindow();
+    const auto drawn = empty;
+    empty.fill(Qt::white);
+    QCOMPARE(drawn, empty);
 }
 
 } // namespace kelvo

@@ -56,6 +56,7 @@ private Q_SLOTS:
     void closingDestroysTheScene();
     void closingWithAnOpenSheetDestroysTheScene();
     void theDesktopCanCloseTheWindow();
+    void aClosedWindowIsNotClosedAgain();
     void controlWCloses();
     void controlQQuits();
     void theBackgroundFollowsTheAppearance();
@@ -206,6 +207,18 @@ void SceneWindowsTest::theDesktopCanCloseTheWindow()
     QVERIFY(!desktop.onboarding.isOpen());
     QCOMPARE(closed.count(), 1);
     settle();
+}
+
+void SceneWindowsTest::aClosedWindowIsNotClosedAgain()
+{
+    Desktop desktop;
+    const QSignalSpy closed(&desktop.settings, &SceneWindow::closed);
+    desktop.settings.close();
+    QCOMPARE(closed.count(), 0);
+    desktop.settings.open();
+    desktop.settings.close();
+    desktop.settings.close();
+    QCOMPARE(closed.count(), 1);
 }
 
 void SceneWindowsTest::controlWCloses()

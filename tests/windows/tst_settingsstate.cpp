@@ -2,6 +2,7 @@
 
 #include "windows/settings/SettingsState.h"
 
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -57,6 +58,7 @@ private Q_SLOTS:
     void tappingSlackOrTelegramOpensItsSheetAndArmsNothing();
     void tappingEmailOrWhatsAppDoesNothing();
     void channelsShowTheirStates();
+    void theListsHaveNoDataForAnInvalidIndexOrAnUnknownRole();
     void aRefusedLoginItemIsReverted();
     void theIntervalIsWrittenOnlyWhenChosen();
     void theIntervalsHaveTitles();
@@ -216,6 +218,19 @@ void SettingsStateTest::channelsShowTheirStates()
     world.settings.setArmedChannel(RemoteChannel::telegram);
     QCOMPARE(states().mid(1, 2), (QStringList{u"Connected"_s, u"Armed"_s}));
     QCOMPARE(changes.count(), 4);
+}
+
+void SettingsStateTest::theListsHaveNoDataForAnInvalidIndexOrAnUnknownRole()
+{
+    World world;
+    const QList<QAbstractItemModel *> lists{world.state.services(), world.state.channels()};
+    for (const auto *list : lists) {
+        const auto role = list->roleNames().keys().constFirst();
+        QVERIFY(list->data(list->index(0, 0), role).isValid());
+        QVERIFY(!list->data(list->index(0, 0), Qt::DecorationRole).isValid());
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^Index .* is not valid"_s));
+        QVERIFY(!list->data({}, role).isValid());
+    }
 }
 
 void SettingsStateTest::aRefusedLoginItemIsReverted()

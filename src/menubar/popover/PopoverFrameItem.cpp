@@ -20,13 +20,4 @@ void PopoverFrameItem::setRoom(const QMargins &room)
     Q_EMIT roomChanged();
 }
 
-void PopoverFrameItem::setCard(QQuickItem *card)
-{
-    if (card == card_) {
-        return;
-    }
-    card_ = card;
-    Q_EMIT cardChanged();
-}
-
 } // namespace kelvo

@@ -23,7 +23,7 @@ class PopoverFrameItem : public QQuickItem
     Q_PROPERTY(int roomRight READ roomRight NOTIFY roomChanged FINAL)
     /// The popover itself, which the frame contains. An item rather than its rectangle: the window changes the room when
     /// the popover grows, and the popover's place in the frame depends on the room.
-    Q_PROPERTY(QQuickItem *card READ card WRITE setCard NOTIFY cardChanged FINAL)
+    Q_PROPERTY(QQuickItem *card MEMBER card_ NOTIFY cardChanged FINAL)
 
 public:
     using QQuickItem::QQuickItem;
@@ -38,7 +38,6 @@ public:
     void setTranslucent(bool translucent);
     /// The room is unlimited until this is called.
     void setRoom(const QMargins &room);
-    void setCard(QQuickItem *card);
 
 Q_SIGNALS:
     void translucentChanged();

@@ -16,18 +16,10 @@ void drawPill(QPainter &painter, const QRectF &rectangle)
 
 } // namespace
 
-void PillShape::setLineColor(const QColor &color)
+PillShape::PillShape(QQuickItem *parent)
+    : PaintedSymbol(parent)
 {
-    lineColor_ = color;
-    Q_EMIT lineChanged();
-    update();
-}
-
-void PillShape::setLineWidth(qreal width)
-{
-    lineWidth_ = width;
-    Q_EMIT lineChanged();
-    update();
+    connect(this, &PillShape::lineChanged, this, &QQuickItem::update);
 }
 
 void PillShape::paint(QPainter *painter)

@@ -9,18 +9,13 @@ class PillShape : public kelvo::PaintedSymbol
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QColor lineColor READ lineColor WRITE setLineColor NOTIFY lineChanged FINAL)
+    Q_PROPERTY(QColor lineColor MEMBER lineColor_ NOTIFY lineChanged FINAL)
     /// In points; without a line if it is 0.
-    Q_PROPERTY(qreal lineWidth READ lineWidth WRITE setLineWidth NOTIFY lineChanged FINAL)
+    Q_PROPERTY(qreal lineWidth MEMBER lineWidth_ NOTIFY lineChanged FINAL)
 
 public:
-    using PaintedSymbol::PaintedSymbol;
+    explicit PillShape(QQuickItem *parent = nullptr);
     void paint(QPainter *painter) override;
-
-    QColor lineColor() const { return lineColor_; }
-    qreal lineWidth() const { return lineWidth_; }
-    void setLineColor(const QColor &color);
-    void setLineWidth(qreal width);
 
 Q_SIGNALS:
     void lineChanged();
