@@ -807,6 +807,21 @@ private Q_SLOTS:
         QCOMPARE(contents(inHome(u"Kelvo"_s)), "in the way"_ba);
     }
 
+    void aDirectoryInPlaceOfTheUnfinishedFileKeepsValuesInMemory()
+    {
+        const QByteArray bytes = "[General]\na=1\n";
+        QVERIFY(place(path_, bytes));
+        QVERIFY(QDir().mkdir(path_ + u".unfinished"_s));
+        IniPreferences preferences(path_);
+        preferences.setInteger(u"a"_s, 2);
+        QCOMPARE(preferences.integer(u"a"_s), 2);
+        QCOMPARE(contents(path_), bytes);
+
+        QVERIFY(QDir().rmdir(path_ + u".unfinished"_s));
+        preferences.setInteger(u"b"_s, 3);
+        QCOMPARE(contents(path_), "[General]\na=2\nb=3\n"_ba);
+    }
+
     void aReadOnlyDirectoryKeepsValuesInMemoryUntilItCanBeWritten()
     {
         const QByteArray bytes = "[General]\na=1\n";

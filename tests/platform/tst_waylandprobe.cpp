@@ -41,6 +41,8 @@ void WaylandProbeTest::knowsTheScreensAndTheLayerShell_data()
     QTest::newRow("a fine screen after a usual one") << Screens{{.scale = 1}, {.scale = 2}} << true << true;
     QTest::newRow("the first version with scales") << Screens{{.scale = 2, .version = 2}} << false << true;
     QTest::newRow("the version without scales") << Screens{{.scale = 2, .version = 1}} << true << false;
+    QTest::newRow("the version without scales and another")
+        << Screens{{.scale = 2, .version = 1}, {.scale = 2}} << true << true;
 }
 
 void WaylandProbeTest::knowsTheScreensAndTheLayerShell()
