@@ -16,8 +16,7 @@ DocumentDecoder::DocumentDecoder()
 
 DocumentDecoder::~DocumentDecoder()
 {
-    pool_.clear();
-    pool_.waitForDone();
+    pool_.clear(); // its destructor waits
 }
 
 QFuture<std::optional<StatusReading>> DocumentDecoder::run(const QByteArray &document, Decode decode)

@@ -11,6 +11,9 @@
 #include <algorithm>
 #include <memory>
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 namespace kelvo {
 
 /// Changes documents at random, but in the same way in every run.
@@ -38,14 +41,24 @@ private:
     QStringList texts_;
 };
 
-/// Calls `use` with a copy of the bytes that ends where its memory ends, so that AddressSanitizer detects a read beyond.
+/// Calls `use` with a copy of the bytes that ends at a page that cannot be read, so that a read beyond ends the test, also
+/// one in a library that is not instrumented.
 template<typename Use>
 auto withExactMemory(const QByteArray &bytes, Use use)
 {
+    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     const auto size = static_cast<std::size_t>(bytes.size());
-    const std::unique_ptr<char[]> memory(new char[size]);
-    std::copy_n(bytes.constData(), size, memory.get());
-    return use(QByteArray::fromRawData(memory.get(), bytes.size()));
+    const auto room = (size + page - 1) / page * page;
+    const auto release = [&](char *memory) { ::munmap(memory, room + page); };
+    const std::unique_ptr<char, decltype(release)> memory(
+        static_cast<char *>(::mmap(nullptr, room + page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)),
+        release);
+    if (memory.get() == MAP_FAILED || ::mprotect(memory.get() + room, page, PROT_NONE) != 0) {
+        qFatal("No memory");
+    }
+    char *text = memory.get() + (room - size);
+    std::copy_n(bytes.constData(), size, text);
+    return use(QByteArray::fromRawData(text, bytes.size()));
 }
 
 } // namespace kelvo
