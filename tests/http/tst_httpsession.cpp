@@ -499,16 +499,17 @@ void HttpSessionTest::aProvisionalResponseIsNeverTheAnswer_data()
     }
 }
 
-/// The network layer takes the provisional response for the answer. What the server meant is unknown then.
+/// Qt 6.4 takes the provisional response for the answer, so what the server meant is unknown. Qt 6.8 waits for the answer.
 void HttpSessionTest::aProvisionalResponseIsNeverTheAnswer()
 {
     QFETCH(const int, provisional);
     internet_->respond(host, {}, SimulatedResponse::json("{}"_ba, 503).afterProvisional(provisional));
-    QCOMPARE(fetch().status, std::nullopt);
+    const auto status = fetch().status;
+    QVERIFY2(!status || status == 503, qPrintable(QString::number(*status)));
     const auto session = makeSession();
     for (const auto &future : {session->getDiscardingBody(page()), session->postJson(page(), "{}"_ba)}) {
         QVERIFY(settles(future));
-        QCOMPARE(future.result().status, std::nullopt);
+        QCOMPARE(future.result().status, status);
     }
 }
 

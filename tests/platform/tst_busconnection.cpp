@@ -145,7 +145,7 @@ void BusConnectionTest::reportsASlotThatCannotReceiveTheSignal()
     daemon.start();
     BusConnection bus(daemon.address());
     Listener listener;
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    QTest::failOnWarning(QRegularExpression(u"cannot listen"_s)); // newer versions of Qt add a warning of their own
     const auto subscribe = [&](const char *slot) {
         bus.subscribe(u"/org/example"_s, u"org.example"_s, u"Number"_s, &listener, slot);
     };
