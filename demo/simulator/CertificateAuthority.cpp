@@ -1,5 +1,6 @@
 #include "simulator/CertificateAuthority.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QProcess>
 
@@ -24,6 +25,16 @@ QByteArray configurationFor(const QStringList &hosts)
            "prompt = no\n"
            "[name]\n"
            "commonName = Kelvo simulated internet\n"
+           "[ca]\n"
+           "default_ca = past\n"
+           "[past]\n"
+           "database = issued.txt\n"
+           "default_md = sha256\n"
+           "new_certs_dir = .\n"
+           "policy = anyone\n"
+           "rand_serial = yes\n"
+           "[anyone]\n"
+           "commonName = supplied\n"
            "[authority]\n"
            "basicConstraints = critical, CA:TRUE\n"
            "keyUsage = critical, keyCertSign, cRLSign\n"
@@ -102,9 +113,27 @@ bool CertificateAuthority::issue(const QString &name, const QStringList &hosts, 
     return configure(hosts)
         && openssl(QStringList{u"req"_s, u"-new"_s} + newKey
                    + QStringList{u"-keyout"_s, name + u".key"_s, u"-out"_s, name + u".csr"_s})
-        && openssl({u"x509"_s, u"-req"_s, u"-days"_s, QString::number(days), u"-in"_s, name + u".csr"_s, u"-CA"_s,
+        && (days < 0 ? signForThePast(name, days) : sign(name, days));
+}
+
+bool CertificateAuthority::sign(const QString &name, int days) const
+{
+    return openssl({u"x509"_s, u"-req"_s, u"-days"_s, QString::number(days), u"-in"_s, name + u".csr"_s, u"-CA"_s,
                     u"authority.pem"_s, u"-CAkey"_s, u"authority.key"_s, u"-CAcreateserial"_s, u"-extfile"_s,
                     u"openssl.cnf"_s, u"-extensions"_s, u"host"_s, u"-out"_s, name + u".pem"_s});
+}
+
+/// The command x509 of newer versions of OpenSSL makes no certificate that has expired.
+bool CertificateAuthority::signForThePast(const QString &name, int days) const
+{
+    const auto end = QDateTime::currentDateTimeUtc().addDays(days);
+    const auto written = [](const QDateTime &time) { return time.toString(u"yyyyMMddHHmmss'Z'"_s); };
+    QFile issued(directory_.filePath(u"issued.txt"_s));
+    return issued.open(QIODevice::WriteOnly)
+        && openssl({u"ca"_s, u"-batch"_s, u"-notext"_s, u"-config"_s, u"openssl.cnf"_s, u"-cert"_s, u"authority.pem"_s,
+                    u"-keyfile"_s, u"authority.key"_s, u"-extensions"_s, u"host"_s, u"-startdate"_s,
+                    written(end.addDays(-1)), u"-enddate"_s, written(end), u"-in"_s, name + u".csr"_s, u"-out"_s,
+                    name + u".pem"_s});
 }
 
 bool CertificateAuthority::selfSign(const QString &name, const QString &subject, const QString &extensions) const
