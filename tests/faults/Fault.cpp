@@ -5,7 +5,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLibraryInfo>
 #include <QStringEncoder>
+#include <QVersionNumber>
 
 namespace kelvo {
 
@@ -26,6 +28,9 @@ constexpr Outcome broken{Reading::none, Reading::none, Use::no, Delivery::failed
 constexpr Outcome unreadable{Reading::none, Reading::none, Use::yes, Delivery::delivered};
 /// The same with a status from 300 to 499.
 constexpr Outcome refused{Reading::none, Reading::none, Use::yes, Delivery::failed};
+
+/// Qt 6.4 takes a provisional response other than 100 for the answer. Qt 6.8 waits for the answer behind it.
+const bool waitsForTheAnswer = QLibraryInfo::version() >= QVersionNumber(6, 8);
 
 // ---- Answers ----
 
@@ -334,9 +339,8 @@ std::vector<Fault> makeFaults()
              [](const Request &r) {
                  return Answer{head("100 Continue", {}).repeated(5) + goodAnswer(r.document).bytes};
              }},
-        // The network layer takes these for the answer.
         {.name = "sends 102 or 103 first",
-         .outcome = broken,
+         .outcome = waitsForTheAnswer ? harmless : broken,
          .answer =
              [](const Request &r) {
                  const QList<QByteArray> statuses{"102 Processing", "103 Early Hints"};
@@ -354,7 +358,8 @@ std::vector<Fault> makeFaults()
          .end = End::idleTimeout},
         {.name = "sends 103 without end",
          .outcome = broken,
-         .answer = [](const Request &) { return pouring({}, head("103 Early Hints", {})); }},
+         .answer = [](const Request &) { return pouring({}, head("103 Early Hints", {})); },
+         .end = waitsForTheAnswer ? End::idleTimeout : End::itself},
         {.name = "switches protocols",
          .outcome = refused,
          .answer =
