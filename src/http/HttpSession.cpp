@@ -91,7 +91,7 @@ QNetworkRequest HttpSession::request(const QUrl &url) const
     // Over HTTP/2 the network layer neither races IPv6 against IPv4 nor repeats a GET on a closing connection.
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-    // Without cookies that are kept, none is sent.
+    // No cookie is sent, because none is kept.
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     if (!userAgent_.isEmpty()) {
         request.setRawHeader("User-Agent"_ba, userAgent_);

@@ -16,7 +16,7 @@ DocumentDecoder::DocumentDecoder()
 
 DocumentDecoder::~DocumentDecoder()
 {
-    pool_.clear(); // its destructor waits
+    pool_.clear(); // the destructor of the pool waits for the document that is being decoded
 }
 
 QFuture<std::optional<StatusReading>> DocumentDecoder::run(const QByteArray &document, Decode decode)

@@ -96,7 +96,11 @@ WholeFrame::WholeFrame(QQuickWindow &window)
 
 QSGNode *WholeFrame::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
 {
-    return node ? node : (node_ = new Node(this));
+    if (!node) {
+        node_ = new Node(this);
+        return node_;
+    }
+    return node;
 }
 
 } // namespace kelvo

@@ -126,6 +126,9 @@ void BusConnection::call(const QDBusMessage &message, QObject *context,
 
 void BusConnection::onDisconnected()
 {
+    if (!isConnected_) {
+        return;
+    }
     close();
     Q_EMIT disconnected();
     attempts_ = 0;

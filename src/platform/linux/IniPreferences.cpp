@@ -22,8 +22,9 @@ using namespace Qt::StringLiterals;
 
 using namespace std::chrono_literals;
 
-// QSettings does not write the file: it truncates it when the disk is full (seen with Qt 6.4), and waits for a lock that a
-// killed process left behind. QSaveFile leaves a file with a random name behind when the process is killed.
+// The file is written with neither QSettings nor QSaveFile. QSettings truncates it when the disk is full (seen with Qt 6.4),
+// and waits for a lock that a killed process left behind. QSaveFile leaves a file with a random name behind when the process
+// is killed.
 
 namespace kelvo {
 

@@ -8,8 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
-// QSettings is not used. A value that says "@Variant(…)" makes it allocate any amount of memory, an unclosed quote makes it
-// read the following lines as one value, and its writer removes comments.
+// QSettings does not read the text: a value "@Variant(…)" makes it allocate any amount of memory, and an unclosed quote makes
+// it take the following lines for a part of the value. Nor does it change the text: it removes comments.
 
 namespace kelvo {
 

@@ -130,7 +130,10 @@ bool forEachMessage(std::span<const std::byte> bytes, Handle handle)
 std::vector<DefaultRoute> defaultRoutes()
 {
     std::vector<DefaultRoute> routes;
-    const int descriptor = openSocket(0); // without one, nothing is sent below
+    const int descriptor = openSocket(0);
+    if (descriptor < 0) {
+        return routes;
+    }
     struct
     {
         nlmsghdr header;
