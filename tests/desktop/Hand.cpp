@@ -43,8 +43,13 @@ void click(const QPoint &point)
     if (!doubleClickPossible.hasExpired()) {
         QTest::qWait(static_cast<int>(doubleClickPossible.remainingTime()));
     }
-    doubleClickPossible.setRemainingTime(doubleClickTime);
     run(move(point) + QStringList{u"click"_s, u"1"_s});
+    doubleClickPossible.setRemainingTime(doubleClickTime);
+}
+
+void waitOutDoubleClick()
+{
+    QTest::qWait(static_cast<int>(doubleClickTime.count()));
 }
 
 void drag(const QPoint &from, const QPoint &to)

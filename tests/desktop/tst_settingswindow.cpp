@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QFile>
 #include <QSettings>
-#include <QStyleHints>
 #include <QTest>
 
 #include <filesystem>
@@ -81,8 +80,7 @@ void SettingsWindowTest::closePopover()
 {
     Hand::press(u"Escape"_s);
     QTRY_VERIFY(!DesktopWindow::titled(u"Kelvo"_s));
-    // The next click on the ring is not the second one of a double click.
-    QTest::qWait(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    Hand::waitOutDoubleClick();
 }
 
 void SettingsWindowTest::aServiceDraggedToTheTopIsShownFirst()
