@@ -30,6 +30,28 @@ KelvoProcess::KelvoProcess(SimulatedInternet &internet, const QString &program)
 
 KelvoProcess::~KelvoProcess() = default;
 
+void KelvoProcess::startAgain()
+{
+    SimulatedInternet internet;
+    KelvoProcess another(internet);
+    another.start();
+    QCOMPARE(another.waitForEnd(), 0);
+    another.endInSilence();
+    QCOMPARE(internet.requests().size(), 0);
+}
+
+void KelvoProcess::endInSilence()
+{
+    const int status = stop();
+    const auto said = output();
+    if (!said.isEmpty()) {
+        // The messages of QCOMPARE are cut; the report of a leak is long.
+        qWarning().noquote() << said;
+    }
+    QCOMPARE(said, QByteArray());
+    QCOMPARE(status, 0);
+}
+
 void KelvoProcess::writeSettings(const QByteArray &content)
 {
     QDir().mkpath(configuration_.filePath(u"Kelvo"_s));

@@ -19,6 +19,12 @@ public:
     /// The path of the program that was built.
     static QString program();
 
+    /// Starts the program once more while it runs, and verifies that this start ends well, in silence and without requests.
+    static void startAgain();
+
+    /// Ends the program if it is still running, and verifies that it ends well and has printed nothing.
+    void endInSilence();
+
     /// Writes the settings file. It takes effect at the next start.
     void writeSettings(const QByteArray &content);
     QString settingsFile() const;
