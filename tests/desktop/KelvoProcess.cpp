@@ -26,6 +26,7 @@ KelvoProcess::KelvoProcess(SimulatedInternet &internet, const QString &program)
     setEnvironment(u"XDG_CONFIG_HOME"_s, configuration_.path());
     // The program is checked for leaks, the test is not: see CMakeLists.txt.
     setEnvironment(u"ASAN_OPTIONS"_s, u"detect_leaks=1"_s);
+    setEnvironment(u"LSAN_OPTIONS"_s, u"print_suppressions=0:suppressions="_s + QStringLiteral(KELVO_LEAKS_OF_QT));
 }
 
 KelvoProcess::~KelvoProcess() = default;
