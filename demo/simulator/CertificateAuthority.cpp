@@ -26,13 +26,13 @@ QByteArray configurationFor(const QStringList &hosts)
            "[name]\n"
            "commonName = Kelvo simulated internet\n"
            "[ca]\n"
-           "default_ca = past\n"
-           "[past]\n"
+           "default_ca = signing\n"
+           "[signing]\n"
            "database = issued.txt\n"
            "default_md = sha256\n"
            "new_certs_dir = .\n"
            "policy = anyone\n"
-           "rand_serial = yes\n"
+           "serial = serial.txt\n"
            "[anyone]\n"
            "commonName = supplied\n"
            "[authority]\n"
@@ -113,27 +113,23 @@ bool CertificateAuthority::issue(const QString &name, const QStringList &hosts, 
     return configure(hosts)
         && openssl(QStringList{u"req"_s, u"-new"_s} + newKey
                    + QStringList{u"-keyout"_s, name + u".key"_s, u"-out"_s, name + u".csr"_s})
-        && (days < 0 ? signForThePast(name, days) : sign(name, days));
+        && sign(name, days);
 }
 
+/// Uses `openssl ca`, because `openssl x509` makes no certificate that has expired (seen with OpenSSL 3.5).
 bool CertificateAuthority::sign(const QString &name, int days) const
 {
-    return openssl({u"x509"_s, u"-req"_s, u"-days"_s, QString::number(days), u"-in"_s, name + u".csr"_s, u"-CA"_s,
-                    u"authority.pem"_s, u"-CAkey"_s, u"authority.key"_s, u"-CAcreateserial"_s, u"-extfile"_s,
-                    u"openssl.cnf"_s, u"-extensions"_s, u"host"_s, u"-out"_s, name + u".pem"_s});
-}
-
-/// The command x509 of newer versions of OpenSSL makes no certificate that has expired.
-bool CertificateAuthority::signForThePast(const QString &name, int days) const
-{
-    const auto end = QDateTime::currentDateTimeUtc().addDays(days);
+    const auto now = QDateTime::currentDateTimeUtc();
+    const auto end = now.addDays(days);
+    const auto start = std::min(now, end).addDays(-1);
     const auto written = [](const QDateTime &time) { return time.toString(u"yyyyMMddHHmmss'Z'"_s); };
     QFile issued(directory_.filePath(u"issued.txt"_s));
     return issued.open(QIODevice::WriteOnly)
-        && openssl({u"ca"_s, u"-batch"_s, u"-notext"_s, u"-config"_s, u"openssl.cnf"_s, u"-cert"_s, u"authority.pem"_s,
-                    u"-keyfile"_s, u"authority.key"_s, u"-extensions"_s, u"host"_s, u"-startdate"_s,
-                    written(end.addDays(-1)), u"-enddate"_s, written(end), u"-in"_s, name + u".csr"_s, u"-out"_s,
-                    name + u".pem"_s});
+        && openssl({u"ca"_s,          u"-batch"_s,         u"-notext"_s,     u"-config"_s,
+                    u"openssl.cnf"_s, u"-create_serial"_s, u"-cert"_s,       u"authority.pem"_s,
+                    u"-keyfile"_s,    u"authority.key"_s,  u"-extensions"_s, u"host"_s,
+                    u"-startdate"_s,  written(start),      u"-enddate"_s,    written(end),
+                    u"-in"_s,         name + u".csr"_s,    u"-out"_s,        name + u".pem"_s});
 }
 
 bool CertificateAuthority::selfSign(const QString &name, const QString &subject, const QString &extensions) const

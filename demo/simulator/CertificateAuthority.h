@@ -48,7 +48,6 @@ private:
     bool configure(const QStringList &hosts) const;
     bool issue(const QString &name, const QStringList &hosts, int days) const;
     bool sign(const QString &name, int days) const;
-    bool signForThePast(const QString &name, int days) const;
     bool selfSign(const QString &name, const QString &subject, const QString &extensions) const;
     TlsIdentity identity(const QString &name) const;
     bool openssl(const QStringList &arguments) const;
