@@ -140,13 +140,14 @@ bool BusConnection::open()
     static int serial = 0;
     const auto name = u"kelvo-bus-%1"_s.arg(++serial);
     connection_ = QDBusConnection::connectToBus(address_, name);
+    // First, so that a bus that dies meanwhile is noticed by the signal or by the question.
+    subscribe(u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, this,
+              SLOT(onDisconnected()));
     if (!connection_.isConnected()) {
         close();
         return false;
     }
     isConnected_ = true;
-    subscribe(u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, this,
-              SLOT(onDisconnected()));
     return true;
 }
 
