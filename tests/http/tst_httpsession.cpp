@@ -299,6 +299,22 @@ private:
         const auto future = session.get(url);
         return settles(future) ? future.result() : HttpResponse{.status = -1, .body = "never settled"_ba};
     }
+    /// Sends this many requests at once. Returns how many had no answer, or -1 when one never settled.
+    int failuresOf(int count, HttpSession &session, const QUrl &url)
+    {
+        QList<QFuture<HttpResponse>> futures;
+        for (int request = 0; request < count; ++request) {
+            futures.append(session.get(url));
+        }
+        int failures = 0;
+        for (const auto &future : std::as_const(futures)) {
+            if (!settles(future)) {
+                return -1;
+            }
+            failures += future.result().status ? 0 : 1;
+        }
+        return failures;
+    }
     HttpResponse fetch(const QUrl &url = page(), HttpLimits limits = roomy)
     {
         const auto session = makeSession(limits);
@@ -723,14 +739,7 @@ void HttpSessionTest::requestsThatWaitForABrokenConnectionFailAtOnce()
     QFETCH(const SimulatedResponse, response);
     internet_->respond(host, {}, response);
     const auto session = makeTlsSession();
-    QList<QFuture<HttpResponse>> futures;
-    for (int count = 0; count < 10; ++count) {
-        futures.append(session->get(page()));
-    }
-    for (const auto &future : std::as_const(futures)) {
-        QVERIFY(settles(future));
-        QCOMPARE(future.result().status, std::nullopt);
-    }
+    QCOMPARE(failuresOf(10, *session, page()), 10);
 }
 
 void HttpSessionTest::aBrokenConnectionFailsOnlyItsOwnRequest_data()
@@ -750,17 +759,9 @@ void HttpSessionTest::aBrokenConnectionFailsOnlyItsOwnRequest()
     internet_->respondInTurn(
         host, "/"_ba, {SimulatedResponse::truncated(QByteArray(100'000, ' ')), SimulatedResponse::ofStatus(200)});
     const auto session = makeTlsSession();
-    QList<QFuture<HttpResponse>> futures;
-    for (int count = 0; count < 10; ++count) {
-        futures.append(session->get(page(path)));
-    }
-    int failed = 0;
-    for (const auto &future : std::as_const(futures)) {
-        QVERIFY(settles(future));
-        failed += future.result().status ? 0 : 1;
-    }
-    QCOMPARE(failed, 1);
-    QCOMPARE(internet_->requests().size(), requestsOfEach * futures.size());
+    constexpr int count = 10;
+    QCOMPARE(failuresOf(count, *session, page(path)), 1);
+    QCOMPARE(internet_->requests().size(), requestsOfEach * count);
 }
 
 /// With every connection broken, some requests wait for a connection twice, and are never sent.
@@ -768,15 +769,9 @@ void HttpSessionTest::aRequestWaitsForASecondConnectionOnly()
 {
     internet_->respond(host, {}, SimulatedResponse::truncated(QByteArray(100'000, ' ')));
     const auto session = makeTlsSession();
-    QList<QFuture<HttpResponse>> futures;
-    for (int count = 0; count < 40; ++count) {
-        futures.append(session->get(page()));
-    }
-    for (const auto &future : std::as_const(futures)) {
-        QVERIFY(settles(future));
-        QCOMPARE(future.result().status, std::nullopt);
-    }
-    QVERIFY(internet_->requests().size() < futures.size());
+    constexpr int count = 40;
+    QCOMPARE(failuresOf(count, *session, page()), count);
+    QVERIFY(internet_->requests().size() < count);
 }
 
 /// The network layer does not report this failure. The test documents the behaviour for callers that read a body.

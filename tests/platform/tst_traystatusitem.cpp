@@ -87,6 +87,7 @@ private Q_SLOTS:
 
 private:
     void startProbe(const QByteArray &commands);
+    void startInATrayOnTheBus(const QByteArray &commands);
     void tell(const QByteArray &commands);
     void click(const QString &method);
     void movePointer(const QStringList &commands) const;
@@ -143,6 +144,15 @@ void TrayStatusItemTest::startProbe(const QByteArray &commands)
     probe_->start(QCoreApplication::applicationDirPath() + u"/TrayProbe"_s, QStringList());
     QVERIFY(probe_->waitForStarted());
     tell(commands);
+}
+
+/// Starts the bus, a tray on it and the probe, and waits until the tray has its item.
+void TrayStatusItemTest::startInATrayOnTheBus(const QByteArray &commands)
+{
+    daemon_->start();
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    startProbe(commands);
+    QTRY_COMPARE(tray_->items().size(), 1);
 }
 
 void TrayStatusItemTest::tell(const QByteArray &commands)
@@ -268,10 +278,7 @@ QStringList TrayStatusItemTest::menuEntries()
 
 void TrayStatusItemTest::appearsInATrayOnTheBus()
 {
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\nshow\n");
     QTRY_COMPARE(itemProperty(u"Status"_s), QVariant(u"Active"_s));
 
     const auto pixmaps = itemProperty(u"IconPixmap"_s).value<QDBusArgument>();
@@ -320,10 +327,7 @@ void TrayStatusItemTest::waitsForATrayWithAHost()
 
 void TrayStatusItemTest::appearsAgainAfterARestartOfTheTray()
 {
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\nshow\n");
     for (int round = 0; round < 2; ++round) {
         tray_.reset();
         tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
@@ -333,10 +337,7 @@ void TrayStatusItemTest::appearsAgainAfterARestartOfTheTray()
 
 void TrayStatusItemTest::appearsAgainAfterARestartOfTheBus()
 {
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\ntooltip Claude\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\ntooltip Claude\nshow\n");
     daemon_->kill();
     tray_.reset();
     daemon_->start();
@@ -348,10 +349,7 @@ void TrayStatusItemTest::appearsAgainAfterARestartOfTheBus()
 
 void TrayStatusItemTest::reportsAClick()
 {
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\nmenu Quit\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\nmenu Quit\nshow\n");
     QTRY_COMPARE(said(), QByteArray("shown\n"));
     click(u"Activate"_s);
     QTRY_COMPARE(said(), QByteArray("shown\nactivated 10 20\n"));
@@ -359,10 +357,7 @@ void TrayStatusItemTest::reportsAClick()
 
 void TrayStatusItemTest::reportsAChosenMenuEntry()
 {
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\nmenu Settings\nmenu Quit\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\nmenu Settings\nmenu Quit\nshow\n");
     QTRY_COMPARE(said(), QByteArray("shown\n"));
     const auto event = [&](int entry, const QString &kind) {
         ask(menuPath(), u"com.canonical.dbusmenu"_s, u"Event"_s,
@@ -378,10 +373,7 @@ void TrayStatusItemTest::reportsTheChosenMenuEntriesOfAGroup()
 {
     qDBusRegisterMetaType<MenuEvent>();
     qDBusRegisterMetaType<QList<MenuEvent>>();
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\nmenu Settings\nmenu Quit\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\nmenu Settings\nmenu Quit\nshow\n");
     const auto event = [](int entry, const QString &kind) { return MenuEvent{entry, kind, QDBusVariant(0), 0}; };
     constexpr int least = std::numeric_limits<int>::min();
     const QList<MenuEvent> events{event(0, u"opened"_s),  event(2, u"hovered"_s), event(3, u"clicked"_s),
@@ -395,10 +387,7 @@ void TrayStatusItemTest::reportsTheChosenMenuEntriesOfAGroup()
 
 void TrayStatusItemTest::answersATrayThatIsAboutToShowTheMenu()
 {
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\nmenu Settings\nmenu Quit\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\nmenu Settings\nmenu Quit\nshow\n");
     QCOMPARE(callMenu(u"AboutToShow"_s, {0}).arguments(), QVariantList{false});
 
     const auto answer = callMenu(u"AboutToShowGroup"_s, {QVariant::fromValue(QList<int>{0, 1, 3})});
@@ -409,10 +398,7 @@ void TrayStatusItemTest::answersATrayThatIsAboutToShowTheMenu()
 
 void TrayStatusItemTest::tellsSinglePropertiesOfMenuEntries()
 {
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\nmenu Settings\nmenu Quit\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\nmenu Settings\nmenu Quit\nshow\n");
     const auto property = [this](int entry, const QString &name) {
         return callMenu(u"GetProperty"_s, {entry, name}).arguments().value(0).value<QDBusVariant>().variant();
     };
@@ -519,10 +505,7 @@ void TrayStatusItemTest::showsWhatWasSetBeforeItWasShown()
 
 void TrayStatusItemTest::showsWhatWasSetAfterItWasShown()
 {
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\nshow\n");
     tell("tooltip Cursor\nmenu Settings\n");
     QTRY_COMPARE(toolTip(), u"Cursor"_s);
     QTRY_COMPARE(menuEntries(), QStringList{u"Settings"_s});
@@ -760,10 +743,7 @@ void TrayStatusItemTest::isInExactlyOneTray()
 
 void TrayStatusItemTest::theMiddleButtonAndADoubleClickAreOneClick()
 {
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\nshow\n");
     QTRY_COMPARE(said(), QByteArray("shown\n"));
     click(u"SecondaryActivate"_s);
     click(u"Activate"_s);
@@ -775,10 +755,7 @@ void TrayStatusItemTest::theMiddleButtonAndADoubleClickAreOneClick()
 
 void TrayStatusItemTest::theWheelHasNoFunction()
 {
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\nmenu Quit\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\nmenu Quit\nshow\n");
     QCOMPARE(callItem(u"Scroll"_s, {120, u"vertical"_s}).type(), QDBusMessage::ReplyMessage);
     tell("geometry\n"); // answered after the effect of the wheel
     QTRY_COMPARE(said(), QByteArray("shown\nat 0 0 0 0\n"));
@@ -786,10 +763,7 @@ void TrayStatusItemTest::theWheelHasNoFunction()
 
 void TrayStatusItemTest::keepsTheTokenOfTheTrayForTheNextWindow()
 {
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\nshow\n");
     QCOMPARE(callItem(u"ProvideXdgActivationToken"_s, {u"panel-7"_s}).type(), QDBusMessage::ReplyMessage);
     tell("token\n");
     QTRY_COMPARE(said(), QByteArray("shown\ntoken panel-7\n"));
@@ -808,10 +782,7 @@ void TrayStatusItemTest::dropsTheSecondClickOfADoubleClick()
 
 void TrayStatusItemTest::opensTheMenuForATrayThatCannot()
 {
-    daemon_->start();
-    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
-    startProbe("icon red\nmenu Quit\nshow\n");
-    QTRY_COMPARE(tray_->items().size(), 1);
+    startInATrayOnTheBus("icon red\nmenu Quit\nshow\n");
     QTRY_COMPARE(said(), QByteArray("shown\n"));
     click(u"ContextMenu"_s);
     QTRY_COMPARE(said(), QByteArray("shown\nmenu opens\n"));
