@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Accessible.h"
+#include "Patience.h"
 #include "ProxiedProcess.h"
 
 #include <QTemporaryDir>

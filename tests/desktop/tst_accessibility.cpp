@@ -35,7 +35,7 @@ void AccessibilityTest::init()
     kelvo_ = std::make_unique<KelvoProcess>(*internet_);
     kelvo_->writeSettings("[General]\nhasOnboarded=true\nenabledServices=claude, cursor, gemini\n");
     kelvo_->start();
-    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::outage), 20'000);
+    QTRY_VERIFY(Screen::findRing(RingState::outage));
     QTRY_COMPARE(internet_->requestsTo(u"status.claude.com"_s).size(), 1);
     Hand::click(Screen::findRing(RingState::outage)->center());
     QTRY_VERIFY(DesktopWindow::titled(u"Kelvo"_s));

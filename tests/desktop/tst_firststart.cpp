@@ -49,7 +49,7 @@ void FirstStartTest::cleanup()
 void FirstStartTest::startAndShowRing()
 {
     kelvo_->start();
-    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    QTRY_VERIFY(Screen::findRing(RingState::available));
 }
 
 void FirstStartTest::theChosenServiceIsKeptAndTheOnboardingDoesNotOpenAgain()

@@ -100,7 +100,7 @@ void ProcessTest::findModulesIn(const QString &folder, const QTemporaryDir &inst
 void ProcessTest::startAndShowRing()
 {
     kelvo_->start();
-    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    QTRY_VERIFY(Screen::findRing(RingState::available));
 }
 
 void ProcessTest::aSecondStartHandsOverAndExits()
@@ -144,7 +144,7 @@ void ProcessTest::itsWindowsOpenAfterAnUpgrade()
     first.setEnvironment(u"XDG_CACHE_HOME"_s, cache.path());
     first.writeSettings("[General]\nhasOnboarded=true\n");
     first.start();
-    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    QTRY_VERIFY(Screen::findRing(RingState::available));
     QVERIFY(QFile::remove(library));
     if (isReplaced) {
         QFile other(library);
@@ -152,7 +152,7 @@ void ProcessTest::itsWindowsOpenAfterAnUpgrade()
     }
     QVERIFY(!DesktopWindow::titled(u"Kelvo"_s));
     KelvoProcess::startAgain();
-    QTRY_VERIFY_WITH_TIMEOUT(DesktopWindow::titled(u"Kelvo"_s), 20'000);
+    QTRY_VERIFY(DesktopWindow::titled(u"Kelvo"_s));
     first.endInSilence();
     // Qt stores QML files there that were not compiled with the program.
     QVERIFY(!QFile::exists(cache.filePath(u"Kelvo"_s)));
@@ -168,7 +168,8 @@ QByteArray ProcessTest::outputOfFailedOpening(KelvoProcess &kelvo)
     }
     KelvoProcess second(*internet_);
     second.start();
-    const bool isReported = second.waitForEnd() == 0 && QTest::qWaitFor([&] { return shows(u"xfce4-notifyd"_s); });
+    const bool isReported = second.waitForEnd() == 0
+        && QTest::qWaitFor([&] { return shows(u"xfce4-notifyd"_s); }, 20'000);
     if (!isReported || shows(u"Kelvo"_s)) {
         return "no notification, or a window";
     }
@@ -229,9 +230,9 @@ void ProcessTest::itOpensThePopoverWhenAPartOfTheOtherWindowsIsMissing()
     findModulesIn(damaged.path(), installed);
     kelvo.writeSettings("[General]\nhasOnboarded=true\n");
     kelvo.start();
-    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    QTRY_VERIFY(Screen::findRing(RingState::available));
     KelvoProcess::startAgain();
-    QTRY_VERIFY_WITH_TIMEOUT(DesktopWindow::titled(u"Kelvo"_s), 20'000);
+    QTRY_VERIFY(DesktopWindow::titled(u"Kelvo"_s));
     Hand::press(u"ctrl+comma"_s);
     QTRY_VERIFY(DesktopWindow::titled(u"xfce4-notifyd"_s));
     QVERIFY(!DesktopWindow::titled(u"Kelvo Settings"_s));
@@ -329,8 +330,8 @@ void ProcessTest::anUnreachableNetworkIsToleratedWithoutOutput()
     internet_->setOffline(true);
     const auto before = Screen::picture();
     kelvo_->start();
-    QTRY_VERIFY_WITH_TIMEOUT(Screen::barChangeSince(before).isValid(), 20'000);
-    QTRY_VERIFY_WITH_TIMEOUT(internet_->connectionsAccepted() > 0, 20'000);
+    QTRY_VERIFY(Screen::barChangeSince(before).isValid());
+    QTRY_VERIFY(internet_->connectionsAccepted() > 0);
     kelvo_->endInSilence();
 }
 

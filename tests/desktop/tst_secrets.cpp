@@ -164,15 +164,14 @@ void SecretsTest::onlyTheChannelLearnsTheSecret()
     BusRecorder session({u"--session"_s});
     BusRecorder system({u"--address"_s, systemBus_->address()});
     start(channel);
-    QTRY_VERIFY_WITH_TIMEOUT(session.heard().contains("\"Claude is down\""), 20'000);
+    QTRY_VERIFY(session.heard().contains("\"Claude is down\""));
     if (response) {
         QTRY_VERIFY(!internet_->requestsTo(host).isEmpty());
     }
     // A round later, whatever the program does about the failure it has done.
     const auto checks = internet_->requestsTo(u"status.claude.com"_s).size();
-    QTRY_VERIFY_WITH_TIMEOUT((logind_->prepareForSleep(true), logind_->prepareForSleep(false), QTest::qWait(500),
-                              internet_->requestsTo(u"status.claude.com"_s).size() > checks),
-                             20'000);
+    QTRY_VERIFY((logind_->prepareForSleep(true), logind_->prepareForSleep(false), QTest::qWait(500),
+                 internet_->requestsTo(u"status.claude.com"_s).size() > checks));
 
     for (const auto &request : internet_->requests()) {
         QVERIFY2(request.host == host || !contains(wholeText(request), secret), wholeText(request));
@@ -192,7 +191,7 @@ void SecretsTest::aLogWithEveryCategoryDoesNotContainTheSecret()
     internet_->setUnreachable(u"api.telegram.org"_s);
     BusRecorder session({u"--session"_s});
     start("telegram"_ba);
-    QTRY_VERIFY_WITH_TIMEOUT(session.heard().contains("\"Claude is down\""), 20'000);
+    QTRY_VERIFY(session.heard().contains("\"Claude is down\""));
     QCOMPARE(kelvo_->stop(), 0);
     const auto log = kelvo_->output();
     QVERIFY(log.contains("qt."));
@@ -229,7 +228,7 @@ void SecretsTest::aCrashLeavesNoCoreFile()
     if (!startWhereCoresAreLeft(directory)) {
         QSKIP("this system does not leave core files in the directory of the process");
     }
-    QTRY_VERIFY_WITH_TIMEOUT(!internet_->requests().isEmpty(), 20'000);
+    QTRY_VERIFY(!internet_->requests().isEmpty());
     QVERIFY(kelvo_->stop(crash) != 0);
     QCOMPARE(QDir(directory.path()).entryList(QDir::Files), QStringList());
 }
@@ -240,7 +239,7 @@ void SecretsTest::aCoreFileThatIsForcedHasNoMemoryInIt()
     if (!startWhereCoresAreLeft(directory)) {
         QSKIP("this system does not leave core files in the directory of the process");
     }
-    QTRY_VERIFY_WITH_TIMEOUT(!internet_->requests().isEmpty(), 20'000);
+    QTRY_VERIFY(!internet_->requests().isEmpty());
     const rlimit unlimited{RLIM_INFINITY, RLIM_INFINITY};
     if (::prlimit(static_cast<pid_t>(kelvo_->processId()), RLIMIT_CORE, &unlimited, nullptr) != 0) {
         QSKIP("the limit of another process cannot be raised here");

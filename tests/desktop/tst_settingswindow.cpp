@@ -49,7 +49,7 @@ void SettingsWindowTest::init()
     kelvo_ = std::make_unique<KelvoProcess>(*internet_);
     kelvo_->writeSettings("[General]\nhasOnboarded=true\nenabledServices=claude, cursor\n");
     kelvo_->start();
-    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    QTRY_VERIFY(Screen::findRing(RingState::available));
     TrayItem::choose(u"Settings…"_s);
     QTRY_COMPARE(DesktopWindow::activeTitle(), u"Kelvo Settings"_s);
 }

@@ -27,7 +27,7 @@ void WithoutBusTest::theProgramChecksAndPostsToSlackWithoutABus()
     kelvo.setEnvironment(u"DBUS_SYSTEM_BUS_ADDRESS"_s, u"unix:path=/nonexistent/bus"_s);
     kelvo.setEnvironment(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent/bus"_s);
     kelvo.start();
-    QTRY_COMPARE_WITH_TIMEOUT(internet.requestsTo(u"hooks.slack.com"_s).size(), 1, 20'000);
+    QTRY_COMPARE(internet.requestsTo(u"hooks.slack.com"_s).size(), 1);
     QCOMPARE(internet.requestsTo(u"hooks.slack.com"_s).constFirst().body,
              u"{\"text\":\"Claude is down. We’ll notify you when it’s back.\"}"_s.toUtf8());
     QVERIFY(kelvo.isRunning());

@@ -27,7 +27,7 @@ void WithoutCompositorTest::thePopoverIsAFramedRectangle()
     Backdrop backdrop;
     backdrop.open();
     kelvo.start();
-    QTRY_VERIFY_WITH_TIMEOUT(Screen::findRing(RingState::available), 20'000);
+    QTRY_VERIFY(Screen::findRing(RingState::available));
     Hand::click(Screen::findRing(RingState::available)->center());
     const auto top = [] {
         const auto popover = DesktopWindow::titled(u"Kelvo"_s);
