@@ -49,6 +49,10 @@ void KelvoProcess::endInSilence()
         // The messages of QCOMPARE are cut; the report of a leak is long.
         qWarning().noquote() << said;
     }
+    // LeakSanitizer itself crashes in one of some 500 ends on a busy machine. This says nothing about the program.
+    if (said.startsWith("Tracer caught signal") && said.contains("LeakSanitizer has encountered a fatal error")) {
+        return;
+    }
     QCOMPARE(said, QByteArray());
     QCOMPARE(status, 0);
 }
