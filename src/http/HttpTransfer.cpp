@@ -123,6 +123,8 @@ void HttpTransfer::send()
         return;
     }
     lookupTimeout_.stop();
+    bodySize_ = 0; // of a response that was a redirect
+    kept_.clear();
     auto &manager = round_->manager();
     reply_.reset(post_ ? postOnce(manager, request_, *post_) : manager.get(request_));
     reply_->setReadBufferSize(compressedReadAhead);
@@ -161,8 +163,6 @@ void HttpTransfer::follow(int status)
         request_.setHeader(QNetworkRequest::ContentTypeHeader, {});
     }
     request_.setUrl(target);
-    bodySize_ = 0;
-    kept_.clear();
     start();
 }
 
