@@ -374,6 +374,8 @@ private Q_SLOTS:
     void anEndlessBodyEndsAtTheCap_data();
     void anEndlessBodyEndsAtTheCap();
     void aBodyOfExactlyTheCapIsKept();
+    void withoutOtherLimitsABodyHasTheUsualOnes_data();
+    void withoutOtherLimitsABodyHasTheUsualOnes();
     void aByteBeyondTheCapIsAFailure();
     void aSmallBodyMayHaveAnyCompressionRatio();
     void aLargeCompressedBodyIsComplete_data();
@@ -900,6 +902,30 @@ void HttpSessionTest::aBodyOfExactlyTheCapIsKept()
     const QByteArray body(300'000, 'x');
     internet_->respond(host, {}, SimulatedResponse::json(body));
     QCOMPARE(fetch(page(), {.idleTimeout = 20s, .maximumKeptSize = body.size()}).body.size(), body.size());
+}
+
+void HttpSessionTest::withoutOtherLimitsABodyHasTheUsualOnes_data()
+{
+    QTest::addColumn<bool>("discard");
+    QTest::addColumn<qsizetype>("size");
+    QTest::addRow("kept") << false << qsizetype{4} * 1024 * 1024;
+    QTest::addRow("discarded") << true << qsizetype{32} * 1024 * 1024;
+}
+
+void HttpSessionTest::withoutOtherLimitsABodyHasTheUsualOnes()
+{
+    QFETCH(const bool, discard);
+    QFETCH(const qsizetype, size);
+    const HttpLimits limits{.idleTimeout = 20s};
+    QCOMPARE(limits.totalDeadline, 60s);
+    const auto session = makeSession(limits);
+    for (const qsizetype more : {0, 1}) {
+        internet_->respond(host, {}, SimulatedResponse::json(QByteArray(size + more, 'x')));
+        const auto future = discard ? session->getDiscardingBody(page()) : session->get(page());
+        QVERIFY(settles(future));
+        QCOMPARE(future.result().status, more == 0 ? std::optional(200) : std::nullopt);
+        QCOMPARE(future.result().body.size(), more == 0 && !discard ? size : 0);
+    }
 }
 
 void HttpSessionTest::aByteBeyondTheCapIsAFailure()

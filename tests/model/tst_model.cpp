@@ -11,6 +11,16 @@ using namespace std::chrono_literals;
 
 namespace {
 
+enum class Speed { slow, fast };
+
+} // namespace
+
+template<>
+inline constexpr std::array kelvo::rawValueTable<Speed>{RawValue<Speed, int>{Speed::slow, 60},
+                                                        RawValue<Speed, int>{Speed::fast, 30}};
+
+namespace {
+
 /// The expected catalogue, written independently of the program.
 struct Row
 {
@@ -68,6 +78,7 @@ private Q_SLOTS:
     void everyServiceIsFoundByItsRawValue();
     void rawValuesAreComparedExactly_data();
     void rawValuesAreComparedExactly();
+    void numbersAreRawValuesToo();
     void sourcesAreEqualWhenKindAndPayloadAre_data();
     void sourcesAreEqualWhenKindAndPayloadAre();
     void servicesDifferByEveryField_data();
@@ -190,6 +201,15 @@ void ModelTest::rawValuesAreComparedExactly()
 {
     QFETCH(QString, raw);
     QCOMPARE(fromRawValue<ServiceID>(raw), std::nullopt);
+}
+
+void ModelTest::numbersAreRawValuesToo()
+{
+    QCOMPARE(rawValue(Speed::slow), 60);
+    QCOMPARE(rawValue(Speed::fast), 30);
+    QCOMPARE(fromRawValue<Speed>(30), std::optional(Speed::fast));
+    QCOMPARE(fromRawValue<Speed>(0), std::nullopt);
+    QCOMPARE(allCases<Speed>(), (std::array{Speed::slow, Speed::fast}));
 }
 
 void ModelTest::sourcesAreEqualWhenKindAndPayloadAre_data()
