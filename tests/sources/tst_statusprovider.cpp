@@ -131,6 +131,7 @@ private Q_SLOTS:
     void aBrokenProbeIsNotUsable_data();
     void aBrokenProbeIsNotUsable();
     void anOfflineProbeIsNotUsable();
+    void abortedChecksFailAtOnce();
 };
 
 void StatusProviderTest::theLimitsAndTheUserAgentAreSet()
@@ -511,6 +512,25 @@ void StatusProviderTest::anOfflineProbeIsNotUsable()
     for (const auto id : allServiceIDs) {
         QCOMPARE(world.probe(id), false);
     }
+}
+
+void StatusProviderTest::abortedChecksFailAtOnce()
+{
+    World world({.idleTimeout = 60s});
+    world.internet.respond(QUrl(pageBase).host(), summaryPath, SimulatedResponse::silence());
+    world.internet.respond(googleHost, feedPath, SimulatedResponse::silence());
+    world.internet.respond(u"claude.ai"_s, {}, SimulatedResponse::silence());
+    const auto page = world.provider.read(Service::by(ServiceID::claude));
+    const auto feed = world.provider.read(Service::by(ServiceID::gemini));
+    const auto probe = world.provider.probe(Service::by(ServiceID::claude));
+    QTRY_COMPARE(world.internet.requests().size(), 3);
+
+    world.provider.abortAll();
+
+    QVERIFY(settles(page) && settles(feed) && settles(probe));
+    QCOMPARE(page.result(), unreachable);
+    QCOMPARE(feed.result(), unreachable);
+    QVERIFY(!probe.result());
 }
 
 QTEST_GUILESS_MAIN(StatusProviderTest)
