@@ -1,8 +1,13 @@
+#include "DesktopWindow.h"
+#include "Hand.h"
 #include "KelvoProcess.h"
 #include "Screen.h"
 
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTest>
+
+#include <csignal>
 
 namespace kelvo {
 
@@ -19,10 +24,12 @@ private Q_SLOTS:
     void theRingAppearsInARunningPanel();
     void theRingAppearsWhenThePanelStartsLater();
     void theRingAppearsAgainAfterThePanelRestarts();
+    void aClickThatABusyTrayReportsLateDoesNotOpenThePopoverAgain();
     void anInactiveRingIsHollowAndDim();
 
 private:
     void startPanel();
+    void signalTray(int signal) const;
     void stopPanel();
 
     SimulatedInternet internet_;
@@ -73,6 +80,17 @@ void PanelTest::stopPanel()
     panel_.reset();
 }
 
+/// Sends a signal to the plugin with the tray, which is the only child of the panel.
+void PanelTest::signalTray(int signal) const
+{
+    const auto id = panel_->processId();
+    QFile children(u"/proc/%1/task/%1/children"_s.arg(id));
+    QVERIFY(children.open(QIODevice::ReadOnly));
+    const auto tray = children.readAll().trimmed().toInt();
+    QVERIFY(tray > 0);
+    QCOMPARE(::kill(tray, signal), 0);
+}
+
 void PanelTest::theRingAppearsInARunningPanel()
 {
     startPanel();
@@ -99,6 +117,28 @@ void PanelTest::theRingAppearsAgainAfterThePanelRestarts()
     QTRY_VERIFY(!Screen::findRing(RingState::available));
     startPanel();
     QTRY_VERIFY(Screen::findRing(RingState::available));
+}
+
+void PanelTest::aClickThatABusyTrayReportsLateDoesNotOpenThePopoverAgain()
+{
+    startPanel();
+    kelvo_->writeSettings("[General]\nhasOnboarded=true\n");
+    kelvo_->start();
+    QTRY_VERIFY(Screen::findRing(RingState::available));
+    const auto ring = Screen::findRing(RingState::available)->center();
+    const auto isOpen = [] { return DesktopWindow::titled(u"Kelvo"_s).has_value(); };
+    Hand::click(ring);
+    QTRY_VERIFY(isOpen());
+    Hand::waitOutDoubleClick();
+
+    signalTray(SIGSTOP);
+    const auto goOn = qScopeGuard([this] { signalTray(SIGCONT); });
+    Hand::click(ring); // the press closes it
+    QTRY_VERIFY(!isOpen());
+    QTest::qWait(700);
+    signalTray(SIGCONT);
+    QTest::qWait(1500);
+    QVERIFY(!isOpen());
 }
 
 void PanelTest::anInactiveRingIsHollowAndDim()

@@ -274,9 +274,13 @@ void PopoverWindow::giveRoom(const QRect &card, const QRect &available)
 void PopoverWindow::closeForPress()
 {
     const auto pointer = QCursor::pos();
-    if (!view_->geometry().contains(pointer)) {
-        closeForClickElsewhere();
+    if (view_->geometry().contains(pointer)) {
+        return;
     }
+    // Some trays tell only the point that was clicked, which may be anywhere in the ring.
+    constexpr int reach = 16;
+    const bool isAtRing = anchor_.marginsAdded({reach, reach, reach, reach}).contains(pointer);
+    closeForClickElsewhere(isAtRing ? lateClickTime : clickTime);
 }
 
 void PopoverWindow::closeForLostFocus()
@@ -287,10 +291,10 @@ void PopoverWindow::closeForLostFocus()
 }
 
 /// The click may be one on the ring, whose tray tells the program about it later.
-void PopoverWindow::closeForClickElsewhere()
+void PopoverWindow::closeForClickElsewhere(std::chrono::milliseconds maximumDelay)
 {
     close();
-    justClosed_ = clock_.after(clickTime, [this] { justClosed_.reset(); });
+    justClosed_ = clock_.after(maximumDelay, [this] { justClosed_.reset(); });
 }
 
 QMargins PopoverWindow::shadow() const

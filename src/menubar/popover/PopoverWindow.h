@@ -55,6 +55,8 @@ Q_SIGNALS:
 private:
     /// The maximum time between the loss of focus and the click on the ring that caused it.
     static constexpr std::chrono::milliseconds clickTime{400};
+    /// The same for a press that was seen at the ring. A busy tray reports the click long after it.
+    static constexpr std::chrono::milliseconds lateClickTime{2000};
 
     bool eventFilter(QObject *watched, QEvent *event) override;
     bool handleKey(const QKeyEvent &event);
@@ -68,7 +70,7 @@ private:
     void giveRoom(const QRect &card, const QRect &available);
     void closeForPress();
     void closeForLostFocus();
-    void closeForClickElsewhere();
+    void closeForClickElsewhere(std::chrono::milliseconds maximumDelay = clickTime);
 
     PopoverState state_;
     ViewEngine &engine_;
