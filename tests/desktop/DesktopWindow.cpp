@@ -3,6 +3,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStringList>
+#include <QThread>
 
 namespace kelvo {
 
@@ -18,9 +19,7 @@ QString outputOf(const QString &program, const QStringList &arguments)
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
-} // namespace
-
-std::optional<DesktopWindow> DesktopWindow::titled(const QString &title)
+std::optional<DesktopWindow> find(const QString &title)
 {
     const auto pattern = u'^' + QRegularExpression::escape(title) + u'$';
     const auto id =
@@ -39,6 +38,19 @@ std::optional<DesktopWindow> DesktopWindow::titled(const QString &title)
     return DesktopWindow{id,
                          QRect(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt(),
                                match.captured(4).toInt())};
+}
+
+} // namespace
+
+std::optional<DesktopWindow> DesktopWindow::titled(const QString &title)
+{
+    const auto found = find(title);
+    if (found) {
+        return found;
+    }
+    // A search misses a new window that the window manager is just putting into its frame.
+    QThread::msleep(100);
+    return find(title);
 }
 
 QString DesktopWindow::activeTitle()
