@@ -347,6 +347,10 @@ void DesktopAppearanceTest::followsTheThemeOfPlasma()
     QTRY_VERIFY(appearance->panelIsDark());
     write(u"config/kdedefaults/plasmarc"_s, "[Theme]\nname=day\n");
     QTRY_VERIFY(!appearance->panelIsDark());
+    // A choice that is final goes before the user's own.
+    write(u"config/plasmarc"_s, "[Theme]\nname=day\n");
+    write(u"config/kdedefaults/plasmarc"_s, "[Theme]\nname[$i]=night\n");
+    QTRY_VERIFY(appearance->panelIsDark());
     qunsetenv("XDG_CONFIG_HOME");
     qunsetenv("XDG_DATA_HOME");
 }

@@ -150,6 +150,15 @@ void NotificationSettingsTest::plasmaHidesThePopupsOfThisProgram_data()
         << QByteArray() << true;
     QTest::newRow("off for all accounts") << QByteArray() << off << true;
     QTest::newRow("on for this account only") << on << off << false;
+    QTest::newRow("written twice") << on + off << QByteArray() << true;
+    QTest::newRow("off for this account, on finally")
+        << off << "[Applications][app.kelvo.Kelvo]\nShowPopups[$i]=true\n"_ba << false;
+    QTest::newRow("on for this account, off in a final group")
+        << on << "[Applications][app.kelvo.Kelvo][$i]\nShowPopups=false\n"_ba << true;
+    QTest::newRow("on for this account, off in a final file") << on << "[$i]\n"_ba + off << true;
+    QTest::newRow("on for this account, another group final")
+        << on << "[DoNotDisturb][$i]\nWhenScreensMirrored=false\n"_ba + off << false;
+    QTest::newRow("off for this account, its key final there") << off.chopped(7) + "[$i]=false\n" << on << true;
 }
 
 void NotificationSettingsTest::plasmaHidesThePopupsOfThisProgram()

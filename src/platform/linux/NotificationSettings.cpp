@@ -1,14 +1,13 @@
 #include "platform/linux/NotificationSettings.h"
 
 #include "ReadyFuture.h"
+#include "platform/linux/KdeConfiguration.h"
 
-#include <QFile>
 #include <QProcess>
 #include <QPromise>
 #include <QStandardPaths>
 
 #include <memory>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -51,35 +50,10 @@ QFuture<bool> isOff(const GnomeSwitch &setting, QObject *parent)
     return promise->future();
 }
 
-/// Reads an entry of a file of KDE's configuration. QSettings does not tell nested groups apart.
-std::optional<QByteArray> kdeEntry(const QString &path, const QByteArray &group, const QByteArray &key)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
-    bool isInGroup = false;
-    std::optional<QByteArray> value;
-    for (const auto &line : file.readAll().split('\n')) {
-        const auto text = line.trimmed();
-        if (text.startsWith('[')) {
-            isInGroup = text == group;
-        } else if (isInGroup && text.left(text.indexOf('=')).trimmed() == key) {
-            value = text.mid(text.indexOf('=') + 1).trimmed();
-        }
-    }
-    return value;
-}
-
-/// The first file that has the entry counts.
 bool areOffInPlasma()
 {
-    for (const auto &file : QStandardPaths::locateAll(QStandardPaths::GenericConfigLocation, u"plasmanotifyrc"_s)) {
-        if (const auto value = kdeEntry(file, "[Applications][app.kelvo.Kelvo]", "ShowPopups")) {
-            return *value == "false";
-        }
-    }
-    return false;
+    const auto files = QStandardPaths::locateAll(QStandardPaths::GenericConfigLocation, u"plasmanotifyrc"_s);
+    return kdeEntry(files, "[Applications][app.kelvo.Kelvo]", "ShowPopups") == "false";
 }
 
 } // namespace

@@ -1,7 +1,8 @@
 #include "platform/linux/PlasmaTheme.h"
 
+#include "platform/linux/KdeConfiguration.h"
+
 #include <QColor>
-#include <QSettings>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -19,7 +20,7 @@ QColor windowColour(const QString &theme)
         return {};
     }
     const auto components =
-        QSettings(colours, QSettings::IniFormat).value(u"Colors:Window/BackgroundNormal"_s).toStringList();
+        kdeEntry({colours}, "[Colors:Window]", "BackgroundNormal").value_or(QByteArray()).split(',');
     return components.size() < 3 ? QColor()
                                  : QColor(components[0].toInt(), components[1].toInt(), components[2].toInt());
 }
@@ -43,13 +44,11 @@ PlasmaTheme::PlasmaTheme()
 
 void PlasmaTheme::read()
 {
-    QString theme;
+    QStringList files;
     for (const auto &file : files_) {
-        theme = QSettings(file->file(), QSettings::IniFormat).value(u"Theme/name"_s).toString();
-        if (!theme.isEmpty()) {
-            break;
-        }
+        files.push_back(file->file());
     }
+    const auto theme = QString::fromUtf8(kdeEntry(files, "[Theme]", "name").value_or(QByteArray()));
     const auto colour = windowColour(theme.isEmpty() ? u"default"_s : theme);
     const auto isDark = colour.isValid() ? std::optional(colour.lightness() < 128) : std::nullopt;
     if (isDark_ != isDark) {
