@@ -49,13 +49,13 @@ void printTable(const QList<Figure> &figures)
     }
 }
 
-void writeTable(const QString &document, const QList<Figure> &figures)
+void writeTable(const QString &document, const QString &measurement, const QList<Figure> &figures)
 {
     QString table = u"\n| What | Kelvo | Bare | Ratio | Compared with | Target |\n|---|---|---|---|---|---|\n"_s;
     for (const auto &figure : figures) {
         table += "| "_L1 + cells(figure).join(" | "_L1) + " |\n"_L1;
     }
-    writeResultTable(document, "./dev bench", table.toUtf8() + '\n');
+    writeResultTable(document, "./dev bench " + measurement.toUtf8(), table.toUtf8() + '\n');
 }
 
 } // namespace kelvo

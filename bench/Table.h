@@ -18,7 +18,7 @@ struct Figure
 
 /// Prints the figures and their ratios as a table.
 void printTable(const QList<Figure> &figures);
-/// Replaces the table between the two marks of a document, in Markdown. Ends the program when that fails.
-void writeTable(const QString &document, const QList<Figure> &figures);
+/// Replaces the table of this measurement in a document, in Markdown. Ends the program when that fails.
+void writeTable(const QString &document, const QString &measurement, const QList<Figure> &figures);
 
 } // namespace kelvo

@@ -19,6 +19,7 @@
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTextStream>
 
 #include <algorithm>
 #include <functional>
@@ -418,8 +419,8 @@ QList<Figure> measureOpenings(int openings)
     const auto title = u"in %1 openings"_s.arg(openings);
     // clang-format off
     return {
-        {u"Growth of private memory "_s + title, u"MB"_s,
-         memoryOf(kelvo->processId()).privateMegabytes - memory.privateMegabytes, {}, 0, u"none"_s},
+        {u"Growth of anonymous memory "_s + title, u"MB"_s,
+         memoryOf(kelvo->processId()).anonymousMegabytes - memory.anonymousMegabytes, {}, 0, u"none"_s},
         {u"Growth of descriptors "_s + title, {},
          static_cast<double>(descriptorsOf(kelvo->processId()) - descriptors), {}, 0, u"none"_s},
     };
@@ -453,7 +454,7 @@ int main(int argc, char *argv[])
         {u"openings"_s, [&] { return measureOpenings(parser.value(growthOpenings).toInt()); }},
         {u"used"_s, measureUsed},
     };
-    const QCommandLineOption write(u"write"_s, u"Also write the table into this document."_s, u"document"_s);
+    const QCommandLineOption write(u"write"_s, u"Also write the tables into this document."_s, u"document"_s);
     parser.addOption(write);
     QStringList names;
     for (const auto &measurement : measurements) {
@@ -464,15 +465,23 @@ int main(int argc, char *argv[])
     parser.process(application);
 
     const auto wanted = parser.positionalArguments().isEmpty() ? names : parser.positionalArguments();
-    QList<Figure> figures;
-    for (const auto &measurement : measurements) {
-        if (wanted.contains(measurement.name)) {
-            figures += measurement.run();
+    for (const auto &name : wanted) {
+        if (!names.contains(name)) {
+            QTextStream(stderr) << u"There is no measurement “%1”; see --help."_s.arg(name) << Qt::endl;
+            return 2;
         }
     }
-    printTable(figures);
-    if (parser.isSet(write)) {
-        writeTable(parser.value(write), figures);
+    QList<Figure> figures;
+    for (const auto &measurement : measurements) {
+        if (!wanted.contains(measurement.name)) {
+            continue;
+        }
+        const auto measured = measurement.run();
+        if (parser.isSet(write)) {
+            writeTable(parser.value(write), measurement.name, measured);
+        }
+        figures += measured;
     }
+    printTable(figures);
     return 0;
 }
