@@ -13,8 +13,8 @@ namespace {
 class Stage : public QmlStage
 {
 public:
-    explicit Stage(const QByteArray &shape, bool reduceMotion = false)
-        : QmlStage(shape, {64, 64}, reduceMotion)
+    explicit Stage(const QByteArray &shape)
+        : QmlStage(shape, {64, 64})
     {
     }
 
@@ -37,11 +37,6 @@ private Q_SLOTS:
     void theRingHasItsGapJustAnticlockwiseOfTwelve();
     void theMarkFillsItsSizeWithTheRingAndHasADot();
     void theMarkIsNotInTheAccessibilityTree();
-    void theGearHasOneColour();
-    void theDotPulsatesWhileItIsVisible();
-    void theDotDoesNotPulsateWithReducedMotion();
-    void aDotThatAppearsAgainStartsAtFullOpacity();
-    void aHiddenDotDoesNotPulsate();
     void aShapeWithoutRoomDrawsNothing_data();
     void aShapeWithoutRoomDrawsNothing();
 };
@@ -96,68 +91,6 @@ void ShapesTest::theMarkIsNotInTheAccessibilityTree()
     Stage stage("KelvoMark { size: 48; coreColor: 'red' }");
     stage.show();
     QCOMPARE(QAccessible::queryAccessibleInterface(&stage.view)->childCount(), 0);
-}
-
-void ShapesTest::theGearHasOneColour()
-{
-    Stage stage("GearSymbol { width: 64; height: 64; color: '#80000000' }");
-    stage.show();
-    const auto picture = stage.view.grabWindow();
-    int darkest = 255;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            darkest = std::min(darkest, picture.pixelColor(x, y).value());
-        }
-    }
-    QVERIFY2(qAbs(darkest - 127) <= 2, qPrintable(QString::number(darkest)));
-}
-
-void ShapesTest::theDotPulsatesWhileItIsVisible()
-{
-    Stage stage("BreathingDot { color: 'red' }");
-    QCOMPARE(stage.shape()->width(), 5.0);
-    QCOMPARE(stage.shape()->height(), 5.0);
-    QCOMPARE(stage.shape()->opacity(), 1.0);
-    stage.show();
-    QTRY_VERIFY(stage.shape()->opacity() < 0.95);
-    QVERIFY(stage.shape()->opacity() >= 0.45);
-}
-
-void ShapesTest::theDotDoesNotPulsateWithReducedMotion()
-{
-    Stage stage("BreathingDot { color: 'red' }", true);
-    stage.show();
-    QVERIFY(!stage.shape()->property("isBreathing").toBool());
-    QCOMPARE(stage.shape()->opacity(), 1.0);
-    stage.appearance.setReduceMotion(false);
-    QVERIFY(stage.shape()->property("isBreathing").toBool());
-    QTRY_VERIFY(stage.shape()->opacity() < 0.95);
-    stage.appearance.setReduceMotion(true);
-    QVERIFY(!stage.shape()->property("isBreathing").toBool());
-    QCOMPARE(stage.shape()->opacity(), 1.0);
-}
-
-void ShapesTest::aDotThatAppearsAgainStartsAtFullOpacity()
-{
-    Stage stage("BreathingDot { color: 'red' }");
-    QVERIFY(!stage.shape()->property("isBreathing").toBool());
-    stage.show();
-    QVERIFY(stage.shape()->property("isBreathing").toBool());
-    QTRY_VERIFY(stage.shape()->opacity() < 0.95);
-    stage.view.hide();
-    QVERIFY(!stage.shape()->property("isBreathing").toBool());
-    QCOMPARE(stage.shape()->opacity(), 1.0);
-}
-
-void ShapesTest::aHiddenDotDoesNotPulsate()
-{
-    Stage stage("BreathingDot { color: 'red' }");
-    stage.show();
-    QVERIFY(stage.shape()->property("isBreathing").toBool());
-    stage.shape()->setVisible(false);
-    QVERIFY(!stage.shape()->property("isBreathing").toBool());
-    stage.shape()->setVisible(true);
-    QVERIFY(stage.shape()->property("isBreathing").toBool());
 }
 
 void ShapesTest::aShapeWithoutRoomDrawsNothing_data()
