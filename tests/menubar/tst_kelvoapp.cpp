@@ -1,5 +1,6 @@
 #include "menubar/KelvoApp.h"
 
+#include "menubar/MenuBarIcon.h"
 #include "menubar/ViewsLoader.h"
 #include "support/FakeAppearance.h"
 #include "support/FakeStatusItem.h"
@@ -32,7 +33,11 @@ public:
         told.calls << u"toggle popover"_s;
         told.ring = ring;
     }
-    void openPopover(const RingPlace &) override { told.calls << u"popover"_s; }
+    void openPopover(const RingPlace &ring) override
+    {
+        told.calls << u"popover"_s;
+        told.ring = ring;
+    }
     void openSettings() override { told.calls << u"settings"_s; }
     void openOnboarding() override { told.calls << u"onboarding"_s; }
 };
@@ -74,7 +79,9 @@ struct Program
         stores.settings.setHasOnboarded(hasOnboarded);
         auto fakeItem = std::make_unique<FakeStatusItem>();
         item = fakeItem.get();
-        platform.appearance = std::make_unique<FakeAppearance>();
+        auto fakeAppearance = std::make_unique<FakeAppearance>();
+        appearance = fakeAppearance.get();
+        platform.appearance = std::move(fakeAppearance);
         platform.statusItem = std::move(fakeItem);
         auto fakeCenter = std::make_unique<FakeNotificationCenter>();
         center = fakeCenter.get();
@@ -96,10 +103,21 @@ struct Program
     ViewsFactory makeViews;
     Stores stores{{ServiceID::claude}};
     Platform platform;
+    FakeAppearance *appearance = nullptr;
     FakeStatusItem *item = nullptr;
     FakeNotificationCenter *center = nullptr;
     std::unique_ptr<KelvoApp> app;
 };
+
+QImage drawn(const QIcon &icon)
+{
+    return icon.pixmap(QSize(32, 32), 1.0).toImage();
+}
+
+QImage ring(RingState state, bool onDarkBar)
+{
+    return drawn(MenuBarIcon::image(state, onDarkBar));
+}
 
 } // namespace
 
@@ -127,15 +145,23 @@ private Q_SLOTS:
     {
         Program program;
         program.item->place = {700, 2, 22, 22};
-        program.item->click();
+        program.item->click(QPoint(711, 13));
         QCOMPARE(told.calls, QStringList{u"toggle popover"_s});
         QCOMPARE(told.ring.rectangle, QRect(700, 2, 22, 22));
+        QCOMPARE(told.ring.clicked, std::optional(QPoint(711, 13)));
     }
 
     void theMenuOpensPopoverAndSettings()
     {
         Program program;
+        program.item->place = {700, 2, 22, 22};
+        QStringList entries;
+        for (const auto *action : program.item->menu->actions()) {
+            entries.append(action->isSeparator() ? u"-"_s : action->text());
+        }
+        QCOMPARE(entries, (QStringList{u"Open Kelvo"_s, u"Settings…"_s, u"-"_s, u"Quit Kelvo"_s}));
         program.choose(u"Open Kelvo"_s);
+        QCOMPARE(told.ring.rectangle, QRect(700, 2, 22, 22));
         program.choose(u"Settings…"_s);
         QCOMPARE(told.calls, (QStringList{u"popover"_s, u"settings"_s}));
     }
@@ -176,6 +202,31 @@ private Q_SLOTS:
         QCOMPARE(program.item->toolTip, u"Claude: Major outage"_s);
     }
 
+    void theToolTipNamesTheServiceAtTheTop()
+    {
+        Program program;
+        program.stores.settings.setEnabledServices({ServiceID::claude, ServiceID::chatgpt});
+        program.stores.round({{ServiceID::chatgpt, ServiceHealth::outage}}, u"Major outage"_s);
+        QCOMPARE(program.item->toolTip, u"ChatGPT: Major outage"_s);
+        program.stores.store.peek(ServiceID::claude);
+        QCOMPARE(program.item->toolTip, u"Claude: Operational"_s);
+        program.stores.settings.setEnabledServices({});
+        program.stores.store.setPopoverIsOpen(false);
+        QCOMPARE(program.item->toolTip, u"No service selected"_s);
+    }
+
+    void theTrayIsToldOfAToolTipOnlyWhenItChanges()
+    {
+        Program program;
+        program.stores.round();
+        const int before = program.item->toolTips;
+        program.stores.round();
+        program.stores.round();
+        QCOMPARE(program.item->toolTips, before);
+        program.stores.round({{ServiceID::claude, ServiceHealth::outage}}, u"Major outage"_s);
+        QCOMPARE(program.item->toolTips, before + 1);
+    }
+
     void theMenuQuitsWithoutViews()
     {
         Program program(&makeNone);
@@ -195,6 +246,8 @@ private Q_SLOTS:
             program.item->click();
             QVERIFY(program.item->isShown);
             QCOMPARE(program.center->titles(), QStringList{u"Kelvo cannot open its windows"_s});
+            QCOMPARE(program.center->notifications.front().body,
+                     u"Quit Kelvo and start it again. If that does not help, install it again."_s);
         }
     }
 
@@ -213,6 +266,37 @@ private Q_SLOTS:
         program.center->serves = false;
         program.item->click();
         QCOMPARE(program.center->titles(), QStringList());
+    }
+
+    void theRingIsHollowUntilTheProgramIsReady()
+    {
+        FakeStatusItem item;
+        FakeAppearance appearance;
+        KelvoApp::showFirstRing(item, appearance);
+        QVERIFY(item.isShown);
+        QCOMPARE(drawn(item.lastIcon), ring(RingState::inactive, false));
+        appearance.dark = true;
+        KelvoApp::showFirstRing(item, appearance);
+        QCOMPARE(drawn(item.lastIcon), ring(RingState::inactive, true));
+    }
+
+    void theRingHasTheColoursForThePanel()
+    {
+        Program program;
+        QCOMPARE(drawn(program.item->lastIcon), ring(RingState::inactive, false));
+        program.stores.round();
+        QCOMPARE(drawn(program.item->lastIcon), ring(RingState::available, false));
+        program.appearance->setDark(true);
+        QCOMPARE(drawn(program.item->lastIcon), ring(RingState::available, true));
+    }
+
+    void theRingFollowsTheSettingsWhileThePopoverIsOpen()
+    {
+        Program program;
+        program.stores.round();
+        program.stores.store.setPopoverIsOpen(true);
+        program.stores.settings.setWatchOnThisMac(false);
+        QCOMPARE(drawn(program.item->lastIcon), ring(RingState::inactive, false));
     }
 
     void theRingIsDrawnAgainOnlyWhenItChanges()

@@ -69,6 +69,9 @@ private Q_SLOTS:
     void requestingTheSettingsCloses();
     void aCloseByTheDesktopCountsAsClosed();
     void aPressOnTheShadowCloses();
+    void aPressOnThePopoverDoesNotCloseIt();
+    void isATranslucentWindowWithoutAFrame();
+    void isNotUnloadedWhileItIsOpen();
     void nothingIsPendingWhileClosed();
     void hasRoundCornersInAShadow_data();
     void hasRoundCornersInAShadow();
@@ -261,6 +264,38 @@ void PopoverWindowTest::aPressOnTheShadowCloses()
     QVERIFY(QTest::qWaitForWindowExposed(desktop.popover.view()));
     QTest::mousePress(desktop.popover.view(), Qt::LeftButton, {}, {5, 5});
     QVERIFY(!desktop.popover.isOpen());
+}
+
+void PopoverWindowTest::aPressOnThePopoverDoesNotCloseIt()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowExposed(desktop.popover.view()));
+    QTest::mousePress(desktop.popover.view(), Qt::LeftButton, {}, desktop.popover.card().topLeft() + QPoint(5, 5));
+    QVERIFY(desktop.popover.isOpen());
+}
+
+void PopoverWindowTest::isATranslucentWindowWithoutAFrame()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    const auto *view = desktop.popover.view();
+    QCOMPARE(view->title(), u"Kelvo"_s);
+    QCOMPARE(view->color(), QColor(Qt::transparent));
+    QCOMPARE(view->flags(), Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint);
+}
+
+void PopoverWindowTest::isNotUnloadedWhileItIsOpen()
+{
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    desktop.popover.unload();
+    QVERIFY(desktop.popover.view()->isVisible());
+    desktop.popover.close();
+    desktop.popover.unload();
+    QVERIFY(!desktop.popover.view());
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(desktop.popover.view()->isVisible());
 }
 
 void PopoverWindowTest::nothingIsPendingWhileClosed()

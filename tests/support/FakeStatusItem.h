@@ -13,7 +13,11 @@ public:
         lastIcon = barIsDark ? image.onDarkBar : image.onLightBar;
         ++icons;
     }
-    void setToolTip(const QString &text) override { toolTip = text; }
+    void setToolTip(const QString &text) override
+    {
+        toolTip = text;
+        ++toolTips;
+    }
     void setMenu(QMenu *value) override { menu = value; }
     QRect geometry() const override { return place; }
     void show() override { isShown = true; }
@@ -23,6 +27,7 @@ public:
     QIcon lastIcon;
     int icons = 0;
     QString toolTip;
+    int toolTips = 0;
     QMenu *menu = nullptr;
     QRect place;
     bool isShown = false;
