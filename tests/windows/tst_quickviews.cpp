@@ -180,6 +180,18 @@ private Q_SLOTS:
         QCOMPARE(failed.size(), 1);
     }
 
+    void aPopoverThatCannotBeLoadedIsReportedToo()
+    {
+        Desktop desktop;
+        desktop.views->openSettings();
+        const BrokenView broken(*desktop.settings()->engine(), u"StatusPopover.qml"_s);
+        const QSignalSpy failed(desktop.views.get(), &Views::failed);
+        QTest::ignoreMessage(QtWarningMsg, BrokenView::warning());
+        desktop.views->openPopover({});
+        QCOMPARE(failed.size(), 1);
+        QVERIFY(!desktop.popover());
+    }
+
     void whatIsNotUsedForTenMinutesIsUnloaded()
     {
         Desktop desktop;

@@ -27,6 +27,14 @@ struct Desktop
     OnboardingSceneWindow onboarding{stores.settings, stores.notifier, engine, appearance};
 };
 
+/// A control that records the keys that it receives.
+struct KeyRecorder : QQuickItem
+{
+    void keyPressEvent(QKeyEvent *event) override { keys.append(event->key()); }
+
+    QList<int> keys;
+};
+
 /// Clicks the visible item with this name.
 void click(QQuickView *view, const QString &name)
 {
@@ -52,6 +60,8 @@ private Q_SLOTS:
     void aViewThatCannotBeLoadedOpensNoWindow();
     void aSheetThatCannotBeLoadedIsDismissed();
     void theOnboardingWindowHasAFixedSize();
+    void aWindowHasNoButtonToMaximizeIt();
+    void theViewFillsItsWindow();
     void openingTwiceKeepsTheWindow();
     void closingDestroysTheScene();
     void closingWithAnOpenSheetDestroysTheScene();
@@ -59,6 +69,8 @@ private Q_SLOTS:
     void aClosedWindowIsNotClosedAgain();
     void controlWCloses();
     void controlQQuits();
+    void theKeysOfTheWindowDoNotReachItsControls_data();
+    void theKeysOfTheWindowDoNotReachItsControls();
     void theBackgroundFollowsTheAppearance();
     void theWindowReportsShowOnboardingAgain();
     void doneClosesTheOnboardingWindow();
@@ -73,6 +85,7 @@ void SceneWindowsTest::theSettingsOpenAsHighAsTheirContentOrTheScreen()
     Desktop desktop;
     desktop.settings.open();
     auto *view = desktop.settings.view();
+    const auto sizeBeforeTheFirstFrame = view->size();
     QVERIFY(QTest::qWaitForWindowActive(view));
     const int content = qCeil(view->rootObject()->implicitHeight());
     const int room = QGuiApplication::primaryScreen()->availableGeometry().height() - 40;
@@ -80,9 +93,7 @@ void SceneWindowsTest::theSettingsOpenAsHighAsTheirContentOrTheScreen()
     QCOMPARE(view->size(), QSize(400, std::min(content, room)));
     QCOMPARE(view->minimumSize(), QSize(400, std::min(560, room)));
     QCOMPARE(view->maximumSize(), QSize(400, content));
-    QVERIFY(view->flags().testFlag(Qt::WindowCloseButtonHint));
-    QVERIFY(!view->flags().testFlag(Qt::FramelessWindowHint));
-    // The size from before the first frame does not change afterwards.
+    QCOMPARE(sizeBeforeTheFirstFrame, view->size());
     settle();
     QCOMPARE(qCeil(view->rootObject()->implicitHeight()), content);
 }
@@ -156,6 +167,28 @@ void SceneWindowsTest::theOnboardingWindowHasAFixedSize()
     QCOMPARE(view->maximumSize(), QSize(400, 300));
 }
 
+void SceneWindowsTest::aWindowHasNoButtonToMaximizeIt()
+{
+    Desktop desktop;
+    for (SceneWindow *window : std::initializer_list<SceneWindow *>{&desktop.settings, &desktop.onboarding}) {
+        window->open();
+        QCOMPARE(window->view()->flags(),
+                 Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint
+                     | Qt::WindowMinimizeButtonHint);
+    }
+}
+
+void SceneWindowsTest::theViewFillsItsWindow()
+{
+    Desktop desktop;
+    desktop.settings.open();
+    auto *view = desktop.settings.view();
+    for (const int height : {600, 570}) {
+        view->resize(view->width(), height);
+        QTRY_COMPARE(view->rootObject()->size(), QSizeF(400, height));
+    }
+}
+
 void SceneWindowsTest::openingTwiceKeepsTheWindow()
 {
     Desktop desktop;
@@ -176,6 +209,7 @@ void SceneWindowsTest::closingDestroysTheScene()
     QVERIFY(state);
     desktop.settings.close();
     QVERIFY(!desktop.settings.isOpen());
+    QVERIFY(!view->isVisible());
     QCOMPARE(closed.count(), 1);
     settle();
     QVERIFY(!view);
@@ -241,6 +275,30 @@ void SceneWindowsTest::controlQQuits()
     giveUp.callOnTimeout([] { QCoreApplication::exit(1); });
     giveUp.start(std::chrono::seconds(5));
     QCOMPARE(QCoreApplication::exec(), 0);
+}
+
+void SceneWindowsTest::theKeysOfTheWindowDoNotReachItsControls_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<bool>("reachesThem");
+    QTest::newRow("close") << Qt::Key_W << false;
+    QTest::newRow("settings") << Qt::Key_Comma << false;
+    QTest::newRow("another one") << Qt::Key_C << true;
+}
+
+void SceneWindowsTest::theKeysOfTheWindowDoNotReachItsControls()
+{
+    QFETCH(const Qt::Key, key);
+    QFETCH(const bool, reachesThem);
+    Desktop desktop;
+    desktop.settings.open();
+    auto *view = desktop.settings.view();
+    QVERIFY(QTest::qWaitForWindowActive(view));
+    KeyRecorder control;
+    control.setParentItem(view->rootObject());
+    control.forceActiveFocus();
+    QTest::keyClick(view, key, Qt::ControlModifier);
+    QCOMPARE(control.keys.contains(key), reachesThem);
 }
 
 void SceneWindowsTest::theBackgroundFollowsTheAppearance()

@@ -2,6 +2,7 @@
 
 #include "windows/settings/SettingsState.h"
 
+#include <QAbstractItemModelTester>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
@@ -35,6 +36,8 @@ struct World : Stores
     }
 
     SettingsState state{settings, notifier};
+    QAbstractItemModelTester services{state.services(), QAbstractItemModelTester::FailureReportingMode::QtTest};
+    QAbstractItemModelTester channels{state.channels(), QAbstractItemModelTester::FailureReportingMode::QtTest};
 };
 
 } // namespace
@@ -58,7 +61,11 @@ private Q_SLOTS:
     void tappingSlackOrTelegramOpensItsSheetAndArmsNothing();
     void tappingEmailOrWhatsAppDoesNothing();
     void channelsShowTheirStates();
+    void everyChannelIsShownAgainWhenItsStateMayHaveChanged();
+    void theNoteOnHiddenNotificationsBelongsToThisMac();
+    void theNoteFollowsThePermission();
     void theListsHaveNoDataForAnInvalidIndexOrAnUnknownRole();
+    void noRowHasRowsBelowIt();
     void aRefusedLoginItemIsReverted();
     void theIntervalIsWrittenOnlyWhenChosen();
     void theIntervalsHaveTitles();
@@ -100,6 +107,8 @@ void SettingsStateTest::movingPutsAServiceAtThePosition_data()
                           << Order{chatgpt, cursor, claude, gemini, copilot, anthropicAPI, openaiAPI, claudeCode};
     QTest::newRow("to the end") << claude << 7
                                 << Order{chatgpt, cursor, gemini, copilot, anthropicAPI, openaiAPI, claudeCode, claude};
+    QTest::newRow("before the start is first")
+        << gemini << -1 << Order{gemini, claude, chatgpt, cursor, copilot, anthropicAPI, openaiAPI, claudeCode};
     QTest::newRow("beyond the end is last")
         << claude << 12 << Order{chatgpt, cursor, gemini, copilot, anthropicAPI, openaiAPI, claudeCode, claude};
 }
@@ -218,6 +227,67 @@ void SettingsStateTest::channelsShowTheirStates()
     world.settings.setArmedChannel(RemoteChannel::telegram);
     QCOMPARE(states().mid(1, 2), (QStringList{u"Connected"_s, u"Armed"_s}));
     QCOMPARE(changes.count(), 4);
+}
+
+void SettingsStateTest::everyChannelIsShownAgainWhenItsStateMayHaveChanged()
+{
+    World world;
+    auto *channels = world.state.channels();
+    const QSignalSpy changes(channels, &QAbstractItemModel::dataChanged);
+    world.settings.setArmedChannel(RemoteChannel::slack);
+    QCOMPARE(changes.count(), 1);
+    QCOMPARE(changes.at(0).at(0).toModelIndex(), channels->index(0));
+    QCOMPARE(changes.at(0).at(1).toModelIndex(), channels->index(4));
+    QCOMPARE(changes.at(0).at(2).value<QList<int>>(),
+             (QList<int>{ChannelListModel::stateRole, ChannelListModel::isArmedRole}));
+}
+
+void SettingsStateTest::theNoteOnHiddenNotificationsBelongsToThisMac()
+{
+    World world;
+    auto *channels = world.state.channels();
+    const auto help = [channels](int row) {
+        return channels->data(channels->index(row), ChannelListModel::helpRole).toString();
+    };
+    const QSignalSpy changes(channels, &QAbstractItemModel::dataChanged);
+    channels->setNotificationsTurnedOffIn(u"Settings › Notifications › Kelvo"_s);
+    QCOMPARE(help(0), u"Notifications are off. Allow them in Settings\u00a0› Notifications\u00a0› Kelvo."_s);
+    for (int row = 1; row < 5; ++row) {
+        QCOMPARE(help(row), QString());
+    }
+    QCOMPARE(changes.count(), 1);
+    QCOMPARE(changes.at(0).at(0).toModelIndex(), channels->index(0));
+    QVERIFY(changes.at(0).at(1).toModelIndex().isValid());
+    QCOMPARE(changes.at(0).at(2).value<QList<int>>(), QList<int>{ChannelListModel::helpRole});
+
+    channels->setNotificationsTurnedOffIn(u"Settings › Notifications › Kelvo"_s);
+    QCOMPARE(changes.count(), 1);
+    channels->setNotificationsTurnedOffIn({});
+    QCOMPARE(help(0), QString());
+    QCOMPARE(changes.count(), 2);
+}
+
+void SettingsStateTest::theNoteFollowsThePermission()
+{
+    World world;
+    const auto help = [&world] {
+        auto *channels = world.state.channels();
+        return channels->data(channels->index(0), ChannelListModel::helpRole).toString();
+    };
+    settle();
+    QCOMPARE(help(), QString());
+    world.center.turnedOff = u"Settings"_s;
+    world.center.status = AuthorizationStatus::denied;
+    world.notifier.requestAuthorization();
+    settle();
+    QCOMPARE(help(), u"Notifications are off. Allow them in Settings."_s);
+}
+
+void SettingsStateTest::noRowHasRowsBelowIt()
+{
+    World world;
+    QCOMPARE(world.state.services()->rowCount(world.state.services()->index(0)), 0);
+    QCOMPARE(world.state.channels()->rowCount(world.state.channels()->index(0)), 0);
 }
 
 void SettingsStateTest::theListsHaveNoDataForAnInvalidIndexOrAnUnknownRole()
