@@ -239,7 +239,7 @@ private Q_SLOTS:
 
     void aMissingLibraryGivesNoViewsAndIsReportedOnce()
     {
-        const QRegularExpression warning(u"^The windows cannot be opened: .*kelvo-views"_s);
+        const auto *warning = "The windows cannot be opened: the library kelvo-views is missing or damaged";
         Program program(&loadViews);
         for (int i = 0; i < 2; ++i) {
             QTest::ignoreMessage(QtWarningMsg, warning);

@@ -3,11 +3,12 @@
 
 #include "menubar/popover/PopoverWindow.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QQuickItem>
 #include <QRegularExpression>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QTemporaryFile>
 #include <QTest>
 #include <QTimer>
 
@@ -63,6 +64,8 @@ private Q_SLOTS:
     void escapeCloses();
     void controlWCloses();
     void controlQQuits();
+    void controlCommaRequestsTheSettings();
+    void opensAtThePointOfTheClickOnItsScreen();
     void losingTheFocusCloses();
     void theClickThatTookTheFocusDoesNotReopen();
     void aLaterClickReopens();
@@ -197,6 +200,32 @@ void PopoverWindowTest::controlQQuits()
     giveUp.callOnTimeout([] { QCoreApplication::exit(1); });
     giveUp.start(5s);
     QCOMPARE(QCoreApplication::exec(), 0);
+}
+
+void PopoverWindowTest::controlCommaRequestsTheSettings()
+{
+    Desktop desktop;
+    const QSignalSpy requested(&desktop.popover, &PopoverWindow::settingsRequested);
+    desktop.popover.toggle(desktop.ring);
+    QVERIFY(QTest::qWaitForWindowActive(desktop.popover.view()));
+    QTest::keyClick(desktop.popover.view(), Qt::Key_Comma, Qt::ControlModifier);
+    QVERIFY(!desktop.popover.isOpen());
+    QCOMPARE(requested.count(), 1);
+}
+
+void PopoverWindowTest::opensAtThePointOfTheClickOnItsScreen()
+{
+    Desktop desktop;
+    const auto second = QGuiApplication::screens().at(1)->geometry();
+    QVERIFY(second.left() > 0);
+    const auto clicked = second.topLeft() + QPoint(300, 2);
+    desktop.popover.toggle({{}, clicked});
+    QCOMPARE(desktop.card().top(), clicked.y() + 1 + 6);
+    QVERIFY(qAbs(desktop.card().center().x() - clicked.x()) <= 1);
+    // The shadow is drawn on the left as far as on the right.
+    const auto card = desktop.popover.card();
+    QCOMPARE(card.left(), desktop.popover.view()->width() - card.right() - 1);
+    QVERIFY(second.contains(desktop.popover.view()->geometry()));
 }
 
 void PopoverWindowTest::losingTheFocusCloses()
@@ -334,5 +363,20 @@ void PopoverWindowTest::hasRoundCornersInAShadow()
 
 } // namespace kelvo
 
-QTEST_MAIN(kelvo::PopoverWindowTest)
+int main(int argc, char *argv[])
+{
+    QTemporaryFile screens;
+    if (!screens.open()
+        || screens.write(R"({"screens": [{"name": "first", "width": 800, "height": 800},
+                                         {"name": "second", "x": 800, "width": 800, "height": 800}]})")
+            <= 0
+        || !screens.flush()) {
+        return EXIT_FAILURE;
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screens.fileName().toLocal8Bit());
+    QApplication application(argc, argv);
+    kelvo::PopoverWindowTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_popoverwindow.moc"

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void findsByTitle();
     void theOnboardingWindowIsNeverTakenForTheSettings();
     void panelsAndFramelessWindowsAreNotTheSettings();
+    void aDialogCountsAsTheSettings();
     void bringsAMinimizedWindowBack();
     void searchesAreIndependent();
     void destroyingTheOpenerEndsItsSearches();
@@ -151,6 +152,18 @@ void WindowOpenerTest::panelsAndFramelessWindowsAreNotTheSettings()
     world.opener.bringSettingsForward();
     world.clock.advance(1000ms);
     QCOMPARE(world.clock.firedCount(), std::size_t(20));
+}
+
+void WindowOpenerTest::aDialogCountsAsTheSettings()
+{
+    World world;
+    TestWindow settings(u"Kelvo Settings"_s, Qt::Dialog);
+    settings.show();
+    world.elsewhere.requestActivate();
+    QTRY_VERIFY(world.elsewhere.isInFront());
+    world.opener.bringSettingsForward();
+    world.clock.advance(50ms);
+    QTRY_VERIFY(settings.isInFront());
 }
 
 void WindowOpenerTest::bringsAMinimizedWindowBack()
