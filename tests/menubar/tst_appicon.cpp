@@ -20,7 +20,7 @@ private Q_SLOTS:
 void AppIconTest::matchesTheGoldenPictures_data()
 {
     QTest::addColumn<int>("side");
-    for (const int side : {16, 32, 64, 128}) {
+    for (const int side : {16, 32, 64, 128, 512}) {
         QTest::addRow("%d", side) << side;
     }
 }

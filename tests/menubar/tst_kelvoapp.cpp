@@ -290,11 +290,13 @@ private Q_SLOTS:
         QCOMPARE(drawn(program.item->lastIcon), ring(RingState::available, true));
     }
 
-    void theRingFollowsTheSettingsWhileThePopoverIsOpen()
+    void theRingChangesWhileThePopoverIsOpen()
     {
         Program program;
         program.stores.round();
         program.stores.store.setPopoverIsOpen(true);
+        program.stores.round({{ServiceID::claude, ServiceHealth::outage}});
+        QCOMPARE(drawn(program.item->lastIcon), ring(RingState::outage, false));
         program.stores.settings.setWatchOnThisMac(false);
         QCOMPARE(drawn(program.item->lastIcon), ring(RingState::inactive, false));
     }
