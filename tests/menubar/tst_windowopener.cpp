@@ -55,6 +55,7 @@ private Q_SLOTS:
     void aDialogCountsAsTheSettings();
     void bringsAMinimizedWindowBack();
     void searchesAreIndependent();
+    void aSearchThatHasEndedIsForgotten();
     void destroyingTheOpenerEndsItsSearches();
 };
 
@@ -192,6 +193,18 @@ void WindowOpenerTest::searchesAreIndependent()
     QTRY_VERIFY(settings.isInFront());
     world.clock.advance(50ms);
     QTRY_VERIFY(onboarding.isInFront());
+}
+
+void WindowOpenerTest::aSearchThatHasEndedIsForgotten()
+{
+    World world;
+    for (const bool isFound : {true, false}) {
+        const auto owned = std::make_shared<bool>(isFound);
+        world.opener.bringForward([owned](const QWindow &) { return *owned; });
+        QVERIFY(owned.use_count() > 1);
+        world.clock.advance(1000ms);
+        QCOMPARE(owned.use_count(), 1);
+    }
 }
 
 void WindowOpenerTest::destroyingTheOpenerEndsItsSearches()

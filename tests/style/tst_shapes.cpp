@@ -1,3 +1,4 @@
+#include "support/Golden.h"
 #include "support/QmlStage.h"
 
 #include <QAccessible>
@@ -37,6 +38,11 @@ private Q_SLOTS:
     void theRingHasItsGapJustAnticlockwiseOfTwelve();
     void theMarkFillsItsSizeWithTheRingAndHasADot();
     void theMarkIsNotInTheAccessibilityTree();
+    void aRingFollowsItsProperties();
+    void aShadowFollowsItsProperties();
+    void aShadowIsDrawnAroundCornersThatHardlyFit();
+    void aThinBorderIsOnePixelWide();
+    void theSymbolsMatchTheGoldenPicture();
     void aShapeWithoutRoomDrawsNothing_data();
     void aShapeWithoutRoomDrawsNothing();
 };
@@ -91,6 +97,65 @@ void ShapesTest::theMarkIsNotInTheAccessibilityTree()
     Stage stage("KelvoMark { size: 48; coreColor: 'red' }");
     stage.show();
     QCOMPARE(QAccessible::queryAccessibleInterface(&stage.view)->childCount(), 0);
+}
+
+void ShapesTest::aRingFollowsItsProperties()
+{
+    Stage stage("GappedRing { width: 64; height: 64; inset: 4; lineWidth: 4; color: 'black' }");
+    stage.show();
+    const auto atThree = [&stage](int fromEdge) { return stage.view.grabWindow().pixelColor(63 - fromEdge, 32); };
+    QCOMPARE(atThree(4), QColor(Qt::black));
+    QCOMPARE(atThree(10), QColor(Qt::white));
+    stage.shape()->setProperty("inset", 10);
+    QCOMPARE(atThree(4), QColor(Qt::white));
+    QCOMPARE(atThree(10), QColor(Qt::black));
+    stage.shape()->setProperty("lineWidth", 16);
+    QCOMPARE(atThree(4), QColor(Qt::black));
+    stage.shape()->setProperty("color", QColor(Qt::red));
+    QCOMPARE(atThree(4), QColor(Qt::red));
+}
+
+void ShapesTest::aShadowFollowsItsProperties()
+{
+    Stage stage("WindowShadow { width: 64; height: 64; blur: 5; color: 'black' }");
+    stage.show();
+    const auto at = [&stage](int x, int y) { return stage.view.grabWindow().pixelColor(x, y); };
+    QVERIFY(at(32, 32).lightness() < 16);
+    const auto nearEdge = at(8, 32).lightness();
+    stage.shape()->setProperty("blur", 10);
+    QVERIFY(at(8, 32).lightness() > nearEdge);
+    stage.shape()->setProperty("color", QColor(Qt::red));
+    QVERIFY(at(32, 32).red() > 240 && at(32, 32).green() < 16);
+}
+
+void ShapesTest::aShadowIsDrawnAroundCornersThatHardlyFit()
+{
+    Stage stage("WindowShadow { x: 20; y: 20; width: 21; height: 21; blur: 5; color: 'black' }");
+    stage.show();
+    QVERIFY(stage.view.grabWindow().pixelColor(30, 30).lightness() < 32);
+}
+
+void ShapesTest::aThinBorderIsOnePixelWide()
+{
+    Stage stage("RoundedRectangle { x: 20; y: 20; width: 20; height: 20; border.color: 'black'; border.width: 0.3 }");
+    stage.show();
+    const auto picture = stage.view.grabWindow();
+    QCOMPARE(picture.pixelColor(20, 30), QColor(Qt::black));
+    QCOMPARE(picture.pixelColor(21, 30), QColor(Qt::white));
+    QCOMPARE(picture.pixelColor(39, 30), QColor(Qt::black));
+}
+
+void ShapesTest::theSymbolsMatchTheGoldenPicture()
+{
+    QmlStage stage("Row { Repeater { model: [LineSymbol.Bell, LineSymbol.Check, LineSymbol.CheckInCircle,"
+                   "                         LineSymbol.Grip, LineSymbol.Info]\n"
+                   "    LineSymbol { required property int modelData; shape: modelData; lineWidth: 8; color: 'black'\n"
+                   "                 width: 192; height: 192 } } }",
+                   {960, 192});
+    stage.view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&stage.view));
+    const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
+    QCOMPARE(golden.difference(stage.view.grabWindow(), u"symbols"_s), QString());
 }
 
 void ShapesTest::aShapeWithoutRoomDrawsNothing_data()

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void trackingIsRoomAfterEachLetterInPoints_data();
     void trackingIsRoomAfterEachLetterInPoints();
     void motionsDecelerate();
+    void aBreathBeginsAndEndsSlowly();
     void reduceMotionFollowsTheAppearance();
 };
 
@@ -285,6 +286,13 @@ void TokensTest::motionsDecelerate()
     }
     QCOMPARE(tokens.popoverRise().curve.toCubicSpline(), curve);
     QCOMPARE(tokens.statusSwap().curve.toCubicSpline(), curve);
+}
+
+void TokensTest::aBreathBeginsAndEndsSlowly()
+{
+    const Tokens tokens(nullptr);
+    QCOMPARE(tokens.breath().duration, 1700);
+    QCOMPARE(tokens.breath().curve.toCubicSpline(), (QList<QPointF>{{0.42, 0.0}, {0.58, 1.0}, {1.0, 1.0}}));
 }
 
 void TokensTest::reduceMotionFollowsTheAppearance()
