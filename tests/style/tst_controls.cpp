@@ -84,6 +84,8 @@ private Q_SLOTS:
     void aButtonIsNeitherDownNorHoveredWhenItCannotBeClicked();
     void aButtonTellsTheImplicitSizesOfItsParts();
     void aPartThatIsSetAgainChangesNothing();
+    void aPartThatIsSetLaterIsLaidOut();
+    void aClickEndsTheVisibleFocus();
     void aButtonGrowsWithAContentThatWraps();
 };
 
@@ -298,6 +300,46 @@ void ControlsTest::aPartThatIsSetAgainChangesNothing()
         QCOMPARE(changed.count(), 0);
         stage.control()->setProperty(property, QVariant::fromValue<QQuickItem *>(nullptr));
         QCOMPARE(changed.count(), 1);
+    }
+}
+
+void ControlsTest::aPartThatIsSetLaterIsLaidOut()
+{
+    const Stage stage("ButtonItem { width: 60; height: 30; leftPadding: 3; rightPadding: 4; topPadding: 5;"
+                      "             bottomPadding: 6 }");
+    QQuickItem background;
+    QQuickItem content;
+    stage.control()->setProperty("background", QVariant::fromValue(&background));
+    stage.control()->setProperty("contentItem", QVariant::fromValue(&content));
+    QCOMPARE(background.size(), QSizeF(60, 30));
+    QVERIFY(background.z() < content.z());
+    QCOMPARE(content.position(), QPointF(3, 5));
+    QCOMPARE(content.size(), QSizeF(53, 19));
+    stage.control()->setSize({5, 8});
+    QCOMPARE(background.size(), QSizeF(5, 8));
+    QCOMPARE(content.size(), QSizeF(0, 0));
+}
+
+void ControlsTest::aClickEndsTheVisibleFocus()
+{
+    Stage stage(leftHalf);
+    const auto hasVisualFocus = [&stage] { return stage.control()->property("visualFocus").toBool(); };
+    QTest::keyClick(&stage.view, Qt::Key_Tab);
+    QVERIFY(hasVisualFocus());
+    const QSignalSpy changed(stage.control(), SIGNAL(visualFocusChanged()));
+    QTest::mouseClick(&stage.view, Qt::LeftButton, {}, onTheButton);
+    QVERIFY(stage.control()->hasActiveFocus());
+    QVERIFY(!hasVisualFocus());
+    QCOMPARE(changed.count(), 1);
+    for (const auto reason : {Qt::TabFocusReason, Qt::BacktabFocusReason, Qt::ShortcutFocusReason}) {
+        stage.control()->setFocus(false);
+        stage.control()->setFocus(true, reason);
+        QVERIFY(hasVisualFocus());
+    }
+    for (const auto reason : {Qt::MouseFocusReason, Qt::OtherFocusReason}) {
+        stage.control()->setFocus(false);
+        stage.control()->setFocus(true, reason);
+        QVERIFY(!hasVisualFocus());
     }
 }
 
