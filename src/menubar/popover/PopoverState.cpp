@@ -11,7 +11,7 @@ PopoverState::PopoverState(StatusStore &store, SettingsStore &settings)
     , settings_(settings)
 {
     connect(&store, &StatusStore::statusesChanged, this, &PopoverState::refresh);
-    connect(&store, &StatusStore::heroIDChanged, this, &PopoverState::refresh);
+    // Nothing else changes the hero while the popover is open.
     connect(&store, &StatusStore::peekedIDChanged, this, &PopoverState::refresh);
     connect(&store, &StatusStore::nowChanged, this, &PopoverState::refresh);
     connect(&settings, &SettingsStore::objectDidChange, this, &PopoverState::refresh);
