@@ -86,6 +86,7 @@ void SceneWindowsTest::theSettingsOpenAsHighAsTheirContentOrTheScreen()
     desktop.settings.open();
     auto *view = desktop.settings.view();
     const auto sizeBeforeTheFirstFrame = view->size();
+    const auto maximumBeforeTheFirstFrame = view->maximumSize();
     QVERIFY(QTest::qWaitForWindowActive(view));
     const int content = qCeil(view->rootObject()->implicitHeight());
     const int room = QGuiApplication::primaryScreen()->availableGeometry().height() - 40;
@@ -94,6 +95,7 @@ void SceneWindowsTest::theSettingsOpenAsHighAsTheirContentOrTheScreen()
     QCOMPARE(view->minimumSize(), QSize(400, std::min(560, room)));
     QCOMPARE(view->maximumSize(), QSize(400, content));
     QCOMPARE(sizeBeforeTheFirstFrame, view->size());
+    QCOMPARE(maximumBeforeTheFirstFrame, view->maximumSize());
     settle();
     QCOMPARE(qCeil(view->rootObject()->implicitHeight()), content);
 }
