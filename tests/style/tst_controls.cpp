@@ -1,3 +1,4 @@
+#include "style/ButtonItem.h"
 #include "support/QmlStage.h"
 
 #include <QAccessible>
@@ -79,6 +80,7 @@ private Q_SLOTS:
     void aDisabledButtonDoesNothing();
     void releasingTheMouseOutsideOfAButtonDoesNotClickIt();
     void aButtonIsDownAgainWhenTheMouseReturnsToIt();
+    void aButtonIsUpAgainWhenItIsClicked();
     void aButtonWithoutHoverIsNotHoveredWhenTheMouseReturnsToIt();
     void aButtonIsNeitherDownNorHoveredWhenItCannotBeClicked_data();
     void aButtonIsNeitherDownNorHoveredWhenItCannotBeClicked();
@@ -230,6 +232,16 @@ void ControlsTest::aButtonIsDownAgainWhenTheMouseReturnsToIt()
     QTest::mouseRelease(&stage.view, Qt::LeftButton, {}, onTheButton);
     QVERIFY(!isDown(stage));
     QCOMPARE(clicked.count(), 1);
+}
+
+void ControlsTest::aButtonIsUpAgainWhenItIsClicked()
+{
+    Stage stage(leftHalf);
+    QList<bool> down;
+    connect(qobject_cast<ButtonItem *>(stage.control()), &ButtonItem::clicked, this,
+            [&] { down.append(isDown(stage)); });
+    QTest::mouseClick(&stage.view, Qt::LeftButton, {}, onTheButton);
+    QCOMPARE(down, QList<bool>{false});
 }
 
 void ControlsTest::aButtonWithoutHoverIsNotHoveredWhenTheMouseReturnsToIt()
