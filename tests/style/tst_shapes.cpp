@@ -2,6 +2,7 @@
 #include "support/QmlStage.h"
 
 #include <QAccessible>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -106,7 +107,9 @@ void ShapesTest::aRingFollowsItsProperties()
     const auto atThree = [&stage](int fromEdge) { return stage.view.grabWindow().pixelColor(63 - fromEdge, 32); };
     QCOMPARE(atThree(4), QColor(Qt::black));
     QCOMPARE(atThree(10), QColor(Qt::white));
+    const QSignalSpy insets(stage.shape(), SIGNAL(insetChanged()));
     stage.shape()->setProperty("inset", 10);
+    QCOMPARE(insets.count(), 1);
     QCOMPARE(atThree(4), QColor(Qt::white));
     QCOMPARE(atThree(10), QColor(Qt::black));
     stage.shape()->setProperty("lineWidth", 16);
