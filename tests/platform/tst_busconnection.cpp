@@ -7,8 +7,19 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
+
+#include <chrono>
+#include <cstring>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -29,6 +40,58 @@ int watches()
     return count;
 }
 
+/// A server that closes each connection at once, like a bus that cannot serve yet.
+class BusyServer
+{
+public:
+    using Instant = std::chrono::steady_clock::time_point;
+
+    explicit BusyServer(const QByteArray &path)
+        : socket_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::strncpy(address.sun_path, path.constData(), sizeof address.sun_path - 1);
+        if (::bind(socket_, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0
+            || ::listen(socket_, 8) != 0) {
+            qFatal("cannot listen at %s", path.constData());
+        }
+        thread_ = std::thread([this] { serve(); });
+    }
+    ~BusyServer()
+    {
+        ::shutdown(socket_, SHUT_RDWR); // ends the wait of the thread
+        thread_.join();
+        ::close(socket_);
+    }
+    BusyServer(const BusyServer &) = delete;
+    BusyServer &operator=(const BusyServer &) = delete;
+
+    /// When somebody connected.
+    std::vector<Instant> connections() const
+    {
+        const std::lock_guard lock(mutex_);
+        return connections_;
+    }
+
+private:
+    void serve()
+    {
+        for (int client = 0; (client = ::accept(socket_, nullptr, nullptr)) >= 0;) {
+            {
+                const std::lock_guard lock(mutex_);
+                connections_.push_back(std::chrono::steady_clock::now());
+            }
+            ::close(client);
+        }
+    }
+
+    int socket_;
+    mutable std::mutex mutex_;
+    std::vector<Instant> connections_;
+    std::thread thread_;
+};
+
 } // namespace
 
 /// Records what its slots are called with.
@@ -41,6 +104,7 @@ public:
 
 public Q_SLOTS:
     void onNumber(int number) { heard.append(number); }
+    void onText(const QString &text) { heard.append(text); }
     void onNothing() { heard.append(u"nothing"_s); }
     void onObject(QObject *) { }
     void onMessage(const QDBusMessage &signal) { heard.append(signal.member()); }
@@ -54,10 +118,12 @@ private Q_SLOTS:
     void connectsAtOnceToARunningBus();
     void connectsToABusThatStartsLater();
     void connectsAgainAfterTheBusRestarts();
+    void triesABusyServerAgainAfterGrowingWaits();
     void doesNothingWithoutAnAddress();
     void watchesNoDirectoryForAnAddressWithoutAFile();
     void findsTheSessionBusInTheRuntimeDirectory();
     void reportsASlotThatCannotReceiveTheSignal();
+    void hearsOnlySignalsWithTheFirstArgument();
     void followsTheOwnerOfAName();
     void followsTheOwnerOfANameAcrossARestartOfTheBus();
     void survivesABusThatDiesWhenANameAppears();
@@ -102,6 +168,20 @@ void BusConnectionTest::connectsAgainAfterTheBusRestarts()
         QTRY_COMPARE(connected.count(), round);
         QVERIFY(bus.isConnected());
     }
+}
+
+void BusConnectionTest::triesABusyServerAgainAfterGrowingWaits()
+{
+    using namespace std::chrono_literals;
+    const QTemporaryDir directory;
+    const auto path = directory.filePath(u"bus"_s);
+    const BusyServer server(QFile::encodeName(path));
+    const BusConnection bus("unix:path="_L1 + path);
+    QTRY_VERIFY(server.connections().size() >= 4);
+    QVERIFY(!bus.isConnected());
+    const auto connections = server.connections();
+    // 200 and 400 ms. A timer may be early by five percent, and late by any time.
+    QVERIFY(connections[3] - connections[1] > 500ms);
 }
 
 void BusConnectionTest::doesNothingWithoutAnAddress()
@@ -156,6 +236,29 @@ void BusConnectionTest::reportsASlotThatCannotReceiveTheSignal()
     daemon.kill();
     QTRY_VERIFY(!bus.isConnected());
     subscribe(SLOT(onNumber(int)));
+}
+
+void BusConnectionTest::hearsOnlySignalsWithTheFirstArgument()
+{
+    PrivateBus daemon;
+    daemon.start();
+    BusConnection bus(daemon.address());
+    const auto path = u"/org/example"_s;
+    const auto interface = u"org.example"_s;
+    Listener listener;
+    bus.subscribe(path, interface, u"Text"_s, &listener, SLOT(onText(QString)), u"mine"_s);
+    // The answer of the bus means that it knows the subscription.
+    bus.connection().call(
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s, u"GetId"_s));
+    const auto other = daemon.connect();
+    for (const auto &text : {u"another"_s, u"mine"_s}) {
+        auto signal = QDBusMessage::createSignal(path, interface, u"Text"_s);
+        signal << text;
+        other.send(signal);
+    }
+    QTRY_VERIFY(!listener.heard.isEmpty());
+    QCOMPARE(listener.heard, QVariantList{u"mine"_s});
+    QDBusConnection::disconnectFromBus(other.name());
 }
 
 void BusConnectionTest::followsTheOwnerOfAName()
