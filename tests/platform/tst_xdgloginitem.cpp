@@ -7,6 +7,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
+
+#include <sys/resource.h>
+
 using namespace Qt::StringLiterals;
 
 namespace kelvo {
@@ -361,6 +365,23 @@ private Q_SLOTS:
         QVERIFY(!there.registerItem());
         QVERIFY(!there.isEnabled());
         QVERIFY(there.unregisterItem());
+    }
+
+    void aFullDiskKeepsTheOldFile()
+    {
+        const QByteArray old = "[Desktop Entry]\nType=Application\nExec=/old/kelvo\n";
+        QVERIFY(place(userFile_, old));
+        struct ::rlimit before = {};
+        ::getrlimit(RLIMIT_FSIZE, &before);
+        ::signal(SIGXFSZ, SIG_IGN);
+        const struct ::rlimit small = {.rlim_cur = 64, .rlim_max = before.rlim_max};
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
+        const bool isRegistered = item().registerItem();
+        ::setrlimit(RLIMIT_FSIZE, &before);
+        ::signal(SIGXFSZ, SIG_DFL);
+        QVERIFY(!isRegistered);
+        QCOMPARE(contents(userFile_), old);
+        QCOMPARE(autostartEntries(), QStringList{u"app.kelvo.Kelvo.desktop"_s});
     }
 
     // MARK: this session
