@@ -453,6 +453,7 @@ private Q_SLOTS:
         QTest::newRow("only others") << 0604 << 0600;
         QTest::newRow("read-only") << 0444 << 0400;
         QTest::newRow("executable") << 0755 << 0700;
+        QTest::newRow("executable only by others") << 0701 << 0700;
         QTest::newRow("private") << 0600 << 0600;
     }
 

@@ -141,7 +141,6 @@ bool replace(const QString &file, const QByteArray &bytes, const WriteLock &lock
                    QFileDevice::ReadOwner | QFileDevice::WriteOwner))
         return false;
     const bool isWritten = next.write(bytes) == bytes.size() && ::fsync(next.handle()) == 0;
-    next.close();
     if (!isWritten
         || ::rename(QFile::encodeName(next.fileName()).constData(), QFile::encodeName(file).constData()) != 0) {
         next.remove();

@@ -181,12 +181,12 @@ bool isLinkLocal(const sockaddr &address)
 /// whose interface has no address cannot be used yet and is left out.
 std::set<std::string> currentWaysOut()
 {
-    std::set<std::string> ways;
     const auto routes = defaultRoutes();
     ifaddrs *first = nullptr;
     if (routes.empty() || ::getifaddrs(&first) != 0) {
-        return ways;
+        return {};
     }
+    std::set<std::string> ways;
     for (const auto *entry = first; entry; entry = entry->ifa_next) {
         if (!entry->ifa_addr || (entry->ifa_flags & IFF_RUNNING) == 0 || isLinkLocal(*entry->ifa_addr)) {
             continue;
