@@ -67,6 +67,8 @@ private Q_SLOTS:
     void knowsTheDefaultPanelsOfTheDesktops_data();
     void knowsTheDefaultPanelsOfTheDesktops();
     void followsTheThemeOfPlasma();
+    void readsTheColourOfTheThemeOfPlasma_data();
+    void readsTheColourOfTheThemeOfPlasma();
     void otherPanelsFollowTheWindows();
     void followsTheDarkModeOfXfcesPanel();
     void aPanelThatIsNeitherDarkNorLightCountsAsLight_data();
@@ -352,6 +354,40 @@ void DesktopAppearanceTest::followsTheThemeOfPlasma()
     write(u"config/kdedefaults/plasmarc"_s, "[Theme]\nname[$i]=night\n");
     QTRY_VERIFY(appearance->panelIsDark());
     qunsetenv("XDG_CONFIG_HOME");
+    qunsetenv("XDG_DATA_HOME");
+}
+
+void DesktopAppearanceTest::readsTheColourOfTheThemeOfPlasma_data()
+{
+    QTest::addColumn<QByteArray>("colour");
+    QTest::addColumn<bool>("windowsAreDark");
+    QTest::addColumn<bool>("panelIsDark");
+    QTest::newRow("red") << "250,10,10"_ba << true << false;
+    QTest::newRow("green") << "10,250,10"_ba << true << false;
+    QTest::newRow("blue") << "10,10,250"_ba << true << false;
+    QTest::newRow("the darkest light one") << "128,128,128"_ba << true << false;
+    QTest::newRow("the lightest dark one") << "127,127,127"_ba << false << true;
+    QTest::newRow("incomplete beside light windows") << "10,10"_ba << false << false;
+    QTest::newRow("incomplete beside dark windows") << "250,250"_ba << true << true;
+}
+
+void DesktopAppearanceTest::readsTheColourOfTheThemeOfPlasma()
+{
+    QFETCH(const QByteArray, colour);
+    QFETCH(const bool, windowsAreDark);
+    QFETCH(const bool, panelIsDark);
+    const QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", QFile::encodeName(home.path()));
+    // Without a choice of the user, it is the theme of this name.
+    QVERIFY(QDir(home.path()).mkpath(u"plasma/desktoptheme/default"_s));
+    QFile colours(home.filePath(u"plasma/desktoptheme/default/colors"_s));
+    QVERIFY(colours.open(QFile::WriteOnly));
+    colours.write("[Colors:Window]\nBackgroundNormal=" + colour + '\n');
+    colours.close();
+    QGuiApplication::setPalette(paletteOf(windowsAreDark ? Qt::black : Qt::white));
+    const auto appearance = this->appearance({u"KDE"_s});
+    QCOMPARE(appearance->isDark(), windowsAreDark);
+    QCOMPARE(appearance->panelIsDark(), panelIsDark);
     qunsetenv("XDG_DATA_HOME");
 }
 
