@@ -445,6 +445,7 @@ void DBusNotificationCenterTest::isAvailableAgainWhenTheBusIsBack()
     center->add(odd);
     QTRY_COMPARE(server->notifications().size(), 1);
     QCOMPARE(server->notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
+    QCOMPARE(server->questions(), 1); // no alert waited for the bus
 }
 
 void DBusNotificationCenterTest::keepsAlertsWhenTheBusIsLost()

@@ -1,6 +1,7 @@
 #include "platform/linux/WaylandProbe.h"
 #include "support/FakeCompositor.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -17,6 +18,7 @@ private Q_SLOTS:
     void knowsTheScreensAndTheLayerShell_data();
     void knowsTheScreensAndTheLayerShell();
     void knowsNothingWithoutACompositor();
+    void leavesTheCompositorAfterTheAnswer();
 
 private:
     QTemporaryDir runtimeDirectory_;
@@ -62,6 +64,17 @@ void WaylandProbeTest::knowsNothingWithoutACompositor()
     const auto probe = WaylandProbe::ask();
     QVERIFY(!probe.hasLayerShell);
     QVERIFY(!probe.isScaled);
+}
+
+void WaylandProbeTest::leavesTheCompositorAfterTheAnswer()
+{
+    const auto openDescriptors = [] {
+        return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System).size();
+    };
+    const FakeCompositor compositor(Screens{{.scale = 2}}, true);
+    const auto before = openDescriptors();
+    QVERIFY(WaylandProbe::ask().isScaled);
+    QTRY_COMPARE(openDescriptors(), before); // those of the probe at once, and that of the compositor a moment later
 }
 
 } // namespace kelvo

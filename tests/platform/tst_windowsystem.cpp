@@ -16,6 +16,11 @@ using namespace Qt::StringLiterals;
 namespace kelvo {
 
 using Screens = std::vector<FakeCompositor::Screen>;
+#ifdef KELVO_LAYER_SHELL
+constexpr auto withTheLayerShell = "wayland";
+#else
+constexpr auto withTheLayerShell = "xcb";
+#endif
 /// The scale of the only screen of a compositor; nullopt when no compositor answers.
 using Scale = std::optional<int>;
 
@@ -50,19 +55,22 @@ void WindowSystemTest::init()
 void WindowSystemTest::choosesForTheWaylandSession_data()
 {
     QTest::addColumn<Scale>("scale");
+    QTest::addColumn<bool>("hasLayerShell");
     QTest::addColumn<QByteArray>("display");
     QTest::addColumn<QByteArray>("desktops");
     QTest::addColumn<QByteArray>("expected");
-    QTest::newRow("GNOME") << Scale(1) << ":0"_ba << "GNOME"_ba << "xcb"_ba;
-    QTest::newRow("GNOME, scaled") << Scale(2) << ":0"_ba << "GNOME"_ba << "wayland"_ba;
-    QTest::newRow("Plasma, scaled") << Scale(2) << ":0"_ba << "X-Any:KDE"_ba << "xcb"_ba;
-    QTest::newRow("without Xwayland") << Scale(1) << ""_ba << "GNOME"_ba << "wayland"_ba;
-    QTest::newRow("no compositor") << Scale() << ":0"_ba << "GNOME"_ba << "xcb"_ba;
+    QTest::newRow("GNOME") << Scale(1) << false << ":0"_ba << "GNOME"_ba << "xcb"_ba;
+    QTest::newRow("GNOME, scaled") << Scale(2) << false << ":0"_ba << "GNOME"_ba << "wayland"_ba;
+    QTest::newRow("Plasma, scaled") << Scale(2) << false << ":0"_ba << "X-Any:KDE"_ba << "xcb"_ba;
+    QTest::newRow("without Xwayland") << Scale(1) << false << ""_ba << "GNOME"_ba << "wayland"_ba;
+    QTest::newRow("the layer shell") << Scale(1) << true << ":0"_ba << "sway"_ba << QByteArray(withTheLayerShell);
+    QTest::newRow("no compositor") << Scale() << false << ":0"_ba << "GNOME"_ba << "xcb"_ba;
 }
 
 void WindowSystemTest::choosesForTheWaylandSession()
 {
     QFETCH(const Scale, scale);
+    QFETCH(const bool, hasLayerShell);
     QFETCH(const QByteArray, display);
     QFETCH(const QByteArray, desktops);
     QFETCH(const QByteArray, expected);
@@ -72,7 +80,7 @@ void WindowSystemTest::choosesForTheWaylandSession()
     }
     std::unique_ptr<FakeCompositor> compositor;
     if (scale) {
-        compositor = std::make_unique<FakeCompositor>(Screens{{.scale = *scale}});
+        compositor = std::make_unique<FakeCompositor>(Screens{{.scale = *scale}}, hasLayerShell);
     } else {
         qputenv("WAYLAND_DISPLAY", "wayland-0");
     }
