@@ -3,6 +3,7 @@
 #include "platform/Compositing.h"
 #include "platform/NativeWindow.h"
 #include "platform/PressWatch.h"
+#include "platform/WindowSystem.h"
 #include "platform/linux/ActivationToken.h"
 #include "platform/linux/Xcb.h"
 #include "support/VirtualDisplay.h"
@@ -84,12 +85,19 @@ private:
         return {type, QByteArray(reinterpret_cast<const char *>(values.data()), sizeof values)};
     }
 
-    void setRootProperty(QByteArrayView name, std::uint32_t value)
+    /// Sets a property of the root window. The format is the number of bits of a value.
+    void setRootProperty(QByteArrayView name, std::uint8_t format, QByteArrayView bytes)
     {
         xcb_change_property(desktop_, XCB_PROP_MODE_REPLACE, Xcb::root(desktop_), Xcb::atom(desktop_, name),
-                            XCB_ATOM_CARDINAL, 32, 1, &value);
+                            XCB_ATOM_CARDINAL, format, static_cast<std::uint32_t>(bytes.size() * 8 / format),
+                            bytes.data());
         const Xcb::Reply<xcb_get_input_focus_reply_t> done(
             xcb_get_input_focus_reply(desktop_, xcb_get_input_focus(desktop_), nullptr));
+    }
+
+    void setRootProperty(QByteArrayView name, std::uint32_t value)
+    {
+        setRootProperty(name, 32, QByteArrayView(reinterpret_cast<const char *>(&value), sizeof value));
     }
 
     static void click(const QString &button)
@@ -173,6 +181,37 @@ private Q_SLOTS:
         QCOMPARE(values(window, "_GTK_FRAME_EXTENTS"), (QList<std::uint32_t>{1, 3, 2, 4}));
         NativeWindow::setDrawnShadow(window, QMargins());
         QVERIFY(values(window, "_GTK_FRAME_EXTENTS").isEmpty());
+    }
+
+    void propertiesOfAnotherFormatAreMissing()
+    {
+        const auto root = Xcb::root(desktop_);
+        QCOMPARE(Xcb::number(desktop_, root, "_KELVO_ABSENT"), std::nullopt);
+        QCOMPARE(Xcb::text(desktop_, root, "_KELVO_ABSENT"), QByteArray());
+        setRootProperty("_KELVO_TEXT", 8, "long enough");
+        QCOMPARE(Xcb::number(desktop_, root, "_KELVO_TEXT"), std::nullopt);
+        QCOMPARE(Xcb::text(desktop_, root, "_KELVO_TEXT"), "long enough"_ba);
+        setRootProperty("_KELVO_NUMBER", 0x12345678);
+        QCOMPARE(Xcb::number(desktop_, root, "_KELVO_NUMBER"), 0x12345678U);
+        QCOMPARE(Xcb::text(desktop_, root, "_KELVO_NUMBER"), QByteArray());
+        setRootProperty("_KELVO_EMPTY", 32, {});
+        QCOMPARE(Xcb::number(desktop_, root, "_KELVO_EMPTY"), std::nullopt);
+    }
+
+    // Such a window manager centres the windows that it manages.
+    void thePopoverBypassesAWindowManagerOfWlroots()
+    {
+        using WindowSystem::PopoverKind;
+        setRootProperty("_NET_SUPPORTING_WM_CHECK", Xcb::root(desktop_));
+        for (const auto &[manager, session, expected] :
+             {std::tuple("wlroots wm"_ba, "wayland-0"_ba, PopoverKind::unmanaged),
+              std::tuple("GNOME Shell"_ba, "wayland-0"_ba, PopoverKind::managed),
+              std::tuple("wlroots wm"_ba, QByteArray(), PopoverKind::managed)}) {
+            setRootProperty("_NET_WM_NAME", 8, manager);
+            qputenv("WAYLAND_DISPLAY", session);
+            QCOMPARE(WindowSystem::popoverKind(), expected);
+        }
+        qunsetenv("WAYLAND_DISPLAY");
     }
 
     void aWindowIsMovedToTheCurrentWorkspace()
