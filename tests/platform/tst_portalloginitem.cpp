@@ -4,8 +4,14 @@
 #include "support/FakeLoginItem.h"
 #include "support/MemoryPreferences.h"
 
+#include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <sched.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +36,7 @@ private Q_SLOTS:
     void theSwitchSpringsBackWhenThePortalKeepsStarting();
     void ignoresAnswersToOtherRequests();
     void isNotNeededOutsideOfASandbox();
+    void isNeededInASandboxOfFlatpak();
 
 private:
     void make(bool wasEnabled = false);
@@ -194,6 +201,29 @@ void PortalLoginItemTest::isNotNeededOutsideOfASandbox()
     qputenv("SNAP", QCoreApplication::applicationDirPath().toUtf8());
     QVERIFY(PortalLoginItem::isNeeded());
     qunsetenv("SNAP");
+}
+
+void PortalLoginItemTest::isNeededInASandboxOfFlatpak()
+{
+    const QTemporaryDir root;
+    QFile marker(root.filePath(u".flatpak-info"_s));
+    QVERIFY(marker.open(QIODevice::WriteOnly));
+    const auto path = QFile::encodeName(root.path());
+    const pid_t child = ::fork();
+    if (child == 0) {
+        constexpr int refused = 2;
+        if ((::geteuid() != 0 && ::unshare(CLONE_NEWUSER) != 0) || ::chroot(path.constData()) != 0) {
+            ::_exit(refused);
+        }
+        ::_exit(PortalLoginItem::isNeeded() ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    QVERIFY(WIFEXITED(status));
+    if (WEXITSTATUS(status) == 2) {
+        QSKIP("the system refuses another root directory");
+    }
+    QCOMPARE(WEXITSTATUS(status), 0);
 }
 
 } // namespace kelvo
