@@ -6,11 +6,15 @@
 #include "support/PrivateBus.h"
 
 #include <QDBusConnectionInterface>
+#include <QDir>
+#include <QFile>
 #include <QMargins>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWindow>
+
+#include <fcntl.h>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +31,7 @@ private Q_SLOTS:
     void knowsTheDesktopWithoutItsName_data();
     void knowsTheDesktopWithoutItsName();
     void asksNothingOfAnXServerThatIsNotThere();
+    void keepsItsLibrariesOpen();
 
 private:
     QTemporaryDir home_;
@@ -115,6 +120,26 @@ void LinuxPlatformTest::asksNothingOfAnXServerThatIsNotThere()
     NativeWindow::setDrawnShadow(window, QMargins());
     NativeWindow::bringToThisWorkspace(window);
     QVERIFY(window.isVisible());
+}
+
+void LinuxPlatformTest::keepsItsLibrariesOpen()
+{
+    const auto path = openLibrary(u"libOfThisTest"_s);
+    QVERIFY(path.startsWith(QCoreApplication::applicationDirPath()));
+    QVERIFY(path.endsWith(u"/libOfThisTest.so"_s));
+
+    QFile library(path);
+    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+    QVERIFY(library.open(QIODevice::WriteOnly));
+    library.write("of the first version");
+    library.close();
+    const auto opened = openLibrary(u"libOfThisTest"_s);
+    QVERIFY(library.remove());
+    QFile kept(opened);
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), "of the first version"_ba);
+    QCOMPARE(::fcntl(opened.section(u'/', -1).toInt(), F_GETFD), FD_CLOEXEC);
+    QDir().rmpath(QFileInfo(path).path());
 }
 
 } // namespace kelvo
