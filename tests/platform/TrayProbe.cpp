@@ -1,11 +1,12 @@
-// A program with only a tray item. It is a process of its own, because the test gives it other displays and buses.
+// A program with only a tray item. It is a process of its own, because the test gives it other displays and buses. Its
+// argument is the time in milliseconds for which it waits for a tray on the bus.
 //
-// Each line on standard input is a command of the test: "icon <colour>", "tooltip <text>", "menu <entry>", "show",
-// "geometry", "token", "later". "show" prints "shown"; "geometry" prints "at" and the rectangle of the item; "token" prints
-// "token" and the activation token, and forgets it; "later" prints "later" after the delay of tool tips. Each click of the
-// item prints "activated" and the point, or "activated in" and the rectangle of the item; "menu opens" is printed when the
-// program opens the menu itself; each chosen menu entry prints "chosen <entry>"; "tool tip <text>" and "tool tip ends" are
-// printed when the program shows and hides a tool tip itself.
+// Each line on standard input is a command of the test: "icon <colour>", "square <colour>", "tooltip <text>",
+// "hide tooltip", "menu <entry>", "show", "geometry", "token", "later". "show" prints "shown"; "geometry" prints "at" and the
+// rectangle of the item; "token" prints "token" and the activation token, and forgets it; "later" prints "later" after the
+// delay of tool tips. Each click of the item prints "activated" and the point, or "activated in" and the rectangle of the
+// item; "menu opens" is printed when the program opens the menu itself; each chosen menu entry prints "chosen <entry>";
+// "tool tip <text>" and "tool tip ends" are printed when the program shows and hides a tool tip itself.
 
 #include "platform/linux/ActivationToken.h"
 #include "platform/linux/TrayStatusItem.h"
@@ -19,6 +20,7 @@
 #include <QSocketNotifier>
 #include <QStyle>
 #include <QTimer>
+#include <QToolTip>
 
 #include <cstdio>
 
@@ -28,18 +30,26 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Paints a disc at any size, like the icon of the application.
-class DiscEngine : public QIconEngine
+enum class Shape { disc, square };
+
+/// Paints a shape at any size, like the icon of the application.
+class ShapeEngine : public QIconEngine
 {
 public:
-    explicit DiscEngine(const QColor &color)
-        : color_(color)
+    ShapeEngine(Shape shape, const QColor &color)
+        : shape_(shape)
+        , color_(color)
     {
     }
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode, QIcon::State) override
     {
+        painter->setPen(Qt::NoPen);
         painter->setBrush(color_);
-        painter->drawEllipse(rect);
+        if (shape_ == Shape::disc) {
+            painter->drawEllipse(rect);
+        } else {
+            painter->drawRect(rect);
+        }
     }
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {
@@ -49,9 +59,10 @@ public:
         paint(&painter, pixmap.rect(), mode, state);
         return pixmap;
     }
-    QIconEngine *clone() const override { return new DiscEngine(color_); }
+    QIconEngine *clone() const override { return new ShapeEngine(shape_, color_); }
 
 private:
+    Shape shape_;
     QColor color_;
 };
 
@@ -91,7 +102,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QMenu menu;
-    kelvo::TrayStatusItem item(kelvo::BusConnection::session(), std::chrono::milliseconds(200));
+    const auto grace = QApplication::arguments().at(1).toInt();
+    kelvo::TrayStatusItem item(kelvo::BusConnection::session(), std::chrono::milliseconds(grace));
     QObject::connect(&item, &kelvo::StatusItem::activated, [&item](std::optional<QPoint> point) {
         say(qPrintable(point ? u"activated %1 %2"_s.arg(point->x()).arg(point->y())
                              : "activated in "_L1 + text(item.geometry())));
@@ -103,9 +115,11 @@ int main(int argc, char **argv)
     const auto obey = [&](const QString &line) {
         const auto command = line.section(u' ', 0, 0);
         const auto argument = line.section(u' ', 1);
-        if (command == "icon"_L1) {
-            const QIcon disc(new DiscEngine(QColor(argument)));
-            item.setImage({disc, disc}, false);
+        if (command == "icon"_L1 || command == "square"_L1) {
+            const QIcon icon(new ShapeEngine(command == "icon"_L1 ? Shape::disc : Shape::square, QColor(argument)));
+            item.setImage({icon, icon}, false);
+        } else if (command == "hide"_L1) {
+            QToolTip::hideText();
         } else if (command == "tooltip"_L1) {
             item.setToolTip(argument);
         } else if (command == "menu"_L1) {

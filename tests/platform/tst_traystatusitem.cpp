@@ -22,9 +22,12 @@
 #include <QTest>
 #include <QVariantMap>
 
+#include <array>
+#include <chrono>
 #include <limits>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace kelvo {
 
@@ -37,6 +40,13 @@ QColor centreOf(const FakeXEmbedTray &tray)
 {
     const auto picture = tray.picture();
     return picture.isNull() ? QColor() : picture.pixelColor(picture.rect().center());
+}
+
+/// The bytes of a property that consists of numbers.
+template<std::size_t size>
+QByteArray bytesOf(const std::array<std::uint32_t, size> &numbers)
+{
+    return {reinterpret_cast<const char *>(numbers.data()), sizeof numbers};
 }
 
 } // namespace
@@ -60,6 +70,7 @@ private Q_SLOTS:
     void tellsSinglePropertiesOfMenuEntries();
     void separatorsAndDisabledEntriesAreMarked();
     void tellsChangesOfItsMenuOnly();
+    void aTrayReadsEveryProperty();
     void theItemDescribesItselfAndTellsEachChange();
     void showsWhatWasSetBeforeItWasShown();
     void showsWhatWasSetAfterItWasShown();
@@ -69,8 +80,13 @@ private Q_SLOTS:
     void paintsItsIconInATrayOfX11_data();
     void paintsItsIconInATrayOfX11();
     void paintsTheIconThatWasSetWhileTheTrayOfX11WasHidden();
+    void introducesItselfToATrayOfX11();
+    void tellsItsPlaceInPoints();
     void reportsClicksInATrayOfX11();
+    void reportsTheMiddleButtonInATrayOfX11();
+    void theWheelHasNoFunctionInATrayOfX11();
     void showsItsToolTipInATrayOfX11();
+    void showsAToolTipOnce();
     void showsNoToolTipToAPointerThatDoesNotRest_data();
     void showsNoToolTipToAPointerThatDoesNotRest();
     void hasAPlaceOnlyWhileATrayOfX11HasEmbeddedIt();
@@ -86,7 +102,7 @@ private Q_SLOTS:
     void opensTheMenuForATrayThatCannot();
 
 private:
-    void startProbe(const QByteArray &commands);
+    void startProbe(const QByteArray &commands, std::chrono::milliseconds grace = 200ms);
     void startInATrayOnTheBus(const QByteArray &commands);
     void tell(const QByteArray &commands);
     void click(const QString &method);
@@ -107,11 +123,13 @@ private:
     std::unique_ptr<FakeStatusNotifierWatcher> tray_;
     std::unique_ptr<QProcess> probe_;
     QByteArray said_;
+    QString scale_; ///< of the screen; empty if it is 1
     QTemporaryDir runtimeDirectory_;
 };
 
 void TrayStatusItemTest::init()
 {
+    scale_.clear();
     display_ = std::make_unique<VirtualDisplay>();
     daemon_ = std::make_unique<PrivateBus>();
 }
@@ -130,18 +148,20 @@ void TrayStatusItemTest::cleanup()
     display_.reset();
 }
 
-void TrayStatusItemTest::startProbe(const QByteArray &commands)
+/// Starts the probe, which waits for a tray on the bus for the time `grace` before it takes one of X11.
+void TrayStatusItemTest::startProbe(const QByteArray &commands, std::chrono::milliseconds grace)
 {
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"DISPLAY"_s, display_->name());
     environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
     environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, daemon_->address());
+    environment.insert(u"QT_SCALE_FACTOR"_s, scale_);
     environment.remove(u"XDG_CURRENT_DESKTOP"_s);
     environment.insert(u"XDG_RUNTIME_DIR"_s, runtimeDirectory_.path());
     said_.clear();
     probe_ = std::make_unique<QProcess>();
     probe_->setProcessEnvironment(environment);
-    probe_->start(QCoreApplication::applicationDirPath() + u"/TrayProbe"_s, QStringList());
+    probe_->start(QCoreApplication::applicationDirPath() + u"/TrayProbe"_s, {QString::number(grace.count())});
     QVERIFY(probe_->waitForStarted());
     tell(commands);
 }
@@ -421,6 +441,7 @@ void TrayStatusItemTest::separatorsAndDisabledEntriesAreMarked()
 
     MenuLayout layout;
     const auto revision = onBus.GetLayout(0, -1, {}, layout);
+    QCOMPARE(updates.last(), (QVariantList{revision, 0}));
     QCOMPARE(layout.properties, (QVariantMap{{u"children-display"_s, u"submenu"_s}}));
     QList<QVariantMap> entries;
     for (const auto &child : layout.children) {
@@ -439,7 +460,9 @@ void TrayStatusItemTest::separatorsAndDisabledEntriesAreMarked()
 
     menu.actions().last()->setEnabled(true);
     QCOMPARE(updates.size(), 2);
-    QVERIFY(onBus.GetLayout(0, 0, {}, layout) > revision);
+    const auto next = onBus.GetLayout(0, 0, {}, layout);
+    QVERIFY(next > revision);
+    QCOMPARE(updates.last(), (QVariantList{next, 0}));
     QVERIFY(layout.children.isEmpty());
 }
 
@@ -456,6 +479,23 @@ void TrayStatusItemTest::tellsChangesOfItsMenuOnly()
     QCOMPARE(updates.size(), 2);
     menu.addAction(u"Quit"_s);
     QCOMPARE(updates.size(), 3);
+}
+
+void TrayStatusItemTest::aTrayReadsEveryProperty()
+{
+    startInATrayOnTheBus("icon red\nmenu Quit\nshow\n");
+    const auto properties = [this](const QString &path, const QString &interface) {
+        return qdbus_cast<QVariantMap>(
+                   ask(path, u"org.freedesktop.DBus.Properties"_s, u"GetAll"_s, {interface}).value<QDBusArgument>())
+            .keys();
+    };
+    QCOMPARE(
+        properties(u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s),
+        (QStringList{u"AttentionIconName"_s, u"AttentionIconPixmap"_s, u"Category"_s, u"IconName"_s, u"IconPixmap"_s,
+                     u"IconThemePath"_s, u"Id"_s, u"ItemIsMenu"_s, u"Menu"_s, u"OverlayIconName"_s,
+                     u"OverlayIconPixmap"_s, u"Status"_s, u"Title"_s, u"ToolTip"_s, u"WindowId"_s}));
+    QCOMPARE(properties(menuPath(), u"com.canonical.dbusmenu"_s),
+             (QStringList{u"IconThemePath"_s, u"Status"_s, u"TextDirection"_s, u"Version"_s}));
 }
 
 void TrayStatusItemTest::theItemDescribesItselfAndTellsEachChange()
@@ -514,7 +554,7 @@ void TrayStatusItemTest::showsWhatWasSetAfterItWasShown()
 void TrayStatusItemTest::embedsWithoutABus()
 {
     const FakeXEmbedTray tray(display_->name());
-    startProbe("icon red\nshow\n");
+    startProbe("icon red\nshow\n", 1h); // at once: without a bus there is no other tray to wait for
     QTRY_COMPARE(tray.dockedCount(), 1);
 }
 
@@ -560,6 +600,16 @@ void TrayStatusItemTest::paintsItsIconInATrayOfX11()
     tell("icon blue\n");
     QTRY_COMPARE(centreOf(tray), QColor(Qt::blue));
     QCOMPARE(tray.picture().pixelColor(0, 0), aroundTheDisc);
+
+    // Nothing of the former icon remains.
+    tell("square red\n");
+    QTRY_COMPARE(tray.picture().pixelColor(0, 0), QColor(Qt::red));
+    tell("icon transparent\n");
+    QTRY_COMPARE(centreOf(tray), aroundTheDisc);
+    const auto picture = tray.picture();
+    for (const QPoint corner : {QPoint(0, 0), QPoint(23, 0), QPoint(0, 23), QPoint(23, 23)}) {
+        QCOMPARE(picture.pixelColor(corner), aroundTheDisc);
+    }
 }
 
 void TrayStatusItemTest::paintsTheIconThatWasSetWhileTheTrayOfX11WasHidden()
@@ -572,6 +622,30 @@ void TrayStatusItemTest::paintsTheIconThatWasSetWhileTheTrayOfX11WasHidden()
     QTRY_COMPARE(said(), QByteArray("shown\nat 30 4 24 24\n"));
     tray.setVisible(true);
     QTRY_COMPARE(centreOf(tray), QColor(Qt::blue));
+}
+
+void TrayStatusItemTest::introducesItselfToATrayOfX11()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(tray.dockedCount(), 1);
+    QCOMPARE(tray.formerSize(), QSize(22, 22));
+    QCOMPARE(tray.property("_XEMBED_INFO"), bytesOf<2>({0, 1})); // the version, and the wish to be visible
+    QCOMPARE(tray.property("WM_NORMAL_HINTS"), bytesOf<18>({16, 0, 0, 0, 0, 22, 22})); // the smallest size
+    QCOMPARE(tray.property("WM_CLASS"), "TrayProbe\0TrayProbe\0"_ba);
+    QCOMPARE(tray.property("WM_NAME"), "TrayProbe"_ba);
+}
+
+void TrayStatusItemTest::tellsItsPlaceInPoints()
+{
+    scale_ = u"2"_s;
+    const FakeXEmbedTray tray(display_->name());
+    tray.moveTo(1000, 100);
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    QCOMPARE(tray.formerSize(), QSize(44, 44));
+    tell("geometry\n");
+    QTRY_COMPARE(said(), QByteArray("shown\nat 515 52 12 12\n"));
 }
 
 void TrayStatusItemTest::reportsClicksInATrayOfX11()
@@ -588,6 +662,29 @@ void TrayStatusItemTest::reportsClicksInATrayOfX11()
     tray.click(left); // the second click of a double click
     tray.click(right);
     QTRY_COMPARE(said(), QByteArray("shown\nactivated in 30 4 24 24\ntoken TrayProbe_TIME0\nmenu opens\n"));
+}
+
+void TrayStatusItemTest::reportsTheMiddleButtonInATrayOfX11()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\nshow\n");
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    constexpr int middle = 2;
+    tray.click(middle);
+    QTRY_COMPARE(said(), QByteArray("shown\nactivated in 30 4 24 24\n"));
+}
+
+void TrayStatusItemTest::theWheelHasNoFunctionInATrayOfX11()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\nmenu Quit\nshow\n");
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    for (const int wheel : {4, 5, 6, 7}) {
+        tray.click(wheel);
+    }
+    constexpr int right = 3;
+    tray.click(right);
+    QTRY_COMPARE(said(), QByteArray("shown\nmenu opens\n"));
 }
 
 void TrayStatusItemTest::showsItsToolTipInATrayOfX11()
@@ -613,6 +710,18 @@ void TrayStatusItemTest::showsItsToolTipInATrayOfX11()
     movePointer({u"click"_s, u"1"_s});
     expected += "activated in 30 4 24 24\ntool tip ends\n";
     QTRY_COMPARE(said(), expected);
+}
+
+void TrayStatusItemTest::showsAToolTipOnce()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\ntooltip Claude\nshow\n");
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    movePointer({u"mousemove"_s, u"42"_s, u"16"_s});
+    QTRY_COMPARE(said(), "shown\ntool tip Claude\n"_ba);
+    tell("hide tooltip\nlater\n"); // as Qt does after some seconds, while the pointer still rests
+    QTRY_VERIFY(said().endsWith("later\n"));
+    QCOMPARE(said(), "shown\ntool tip Claude\ntool tip ends\nlater\n"_ba);
 }
 
 void TrayStatusItemTest::showsNoToolTipToAPointerThatDoesNotRest_data()
@@ -771,7 +880,6 @@ void TrayStatusItemTest::keepsTheTokenOfTheTrayForTheNextWindow()
 
 void TrayStatusItemTest::dropsTheSecondClickOfADoubleClick()
 {
-    using namespace std::chrono_literals;
     ClickFilter clicks(400ms);
     const ClickFilter::Instant start(1h);
     QVERIFY(clicks.accepts(start));

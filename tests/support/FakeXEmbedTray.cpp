@@ -108,6 +108,11 @@ void FakeXEmbedTray::dock(std::uint32_t window)
     // The window may have been destroyed since it asked.
     if (const std::unique_ptr<xcb_generic_error_t, Free> error{xcb_request_check(connection_, listening)}; !error) {
         docked_.insert(window);
+        const std::unique_ptr<xcb_get_geometry_reply_t, Free> geometry(
+            xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
+        if (geometry) {
+            formerSize_ = {geometry->width, geometry->height};
+        }
         // The window outlives a tray that ends.
         xcb_change_save_set(connection_, XCB_SET_MODE_INSERT, window);
         xcb_reparent_window(connection_, window, window_, static_cast<std::int16_t>(place.x()),
@@ -133,6 +138,23 @@ QImage FakeXEmbedTray::picture() const
     }
     const QImage image(xcb_get_image_data(reply.get()), place.width(), place.height(), formatOf(reply->depth));
     return image.copy().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+QByteArray FakeXEmbedTray::property(const char *name) const
+{
+    constexpr std::uint32_t atMost = 64; // in units of four bytes
+    const auto cookie = xcb_get_property(connection_, 0, *docked_.begin(), atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0,
+                                         atMost);
+    const std::unique_ptr<xcb_get_property_reply_t, Free> reply(xcb_get_property_reply(connection_, cookie, nullptr));
+    return {static_cast<const char *>(xcb_get_property_value(reply.get())), xcb_get_property_value_length(reply.get())};
+}
+
+void FakeXEmbedTray::moveTo(int x, int y) const
+{
+    const std::uint32_t point[] = {static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y)};
+    const auto request = xcb_configure_window_checked(connection_, window_, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
+                                                      point);
+    const std::unique_ptr<xcb_generic_error_t, Free> error(xcb_request_check(connection_, request));
 }
 
 void FakeXEmbedTray::click(int button) const
@@ -167,7 +189,7 @@ void FakeXEmbedTray::readEvents()
         switch (event->response_type & 0x7f) {
         case XCB_CLIENT_MESSAGE: {
             const auto *request = reinterpret_cast<const xcb_client_message_event_t *>(event.get());
-            if (request->type == opcode && request->data.data32[1] == requestDock) {
+            if (request->type == opcode && request->window == window_ && request->data.data32[1] == requestDock) {
                 dock(request->data.data32[2]);
             }
             break;

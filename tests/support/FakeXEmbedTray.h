@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QByteArray>
 #include <QColor>
 #include <QImage>
 #include <QObject>
 #include <QRect>
 #include <QSet>
+#include <QSize>
 #include <QSocketNotifier>
 #include <QString>
 
@@ -33,7 +35,13 @@ public:
     qsizetype dockedCount() const { return docked_.size(); }
     /// What the docked window shows; null when there is none.
     QImage picture() const;
-    /// Presses a button of the mouse in the docked window: 1 to 3.
+    /// The value of a property of the docked window as the X server stores it.
+    QByteArray property(const char *name) const;
+    /// The size that the docked window had before the tray changed it.
+    QSize formerSize() const { return formerSize_; }
+    /// Moves the tray on the screen.
+    void moveTo(int x, int y) const;
+    /// Presses a button of the mouse in the docked window: 1 to 3, and 4 to 7 for the wheel.
     void click(int button) const;
     /// Destroys the docked window.
     void destroyItem() const;
@@ -52,6 +60,7 @@ private:
     std::uint32_t window_;
     std::unique_ptr<QSocketNotifier> readable_;
     QSet<std::uint32_t> docked_;
+    QSize formerSize_;
 };
 
 } // namespace kelvo
