@@ -515,6 +515,21 @@ private Q_SLOTS:
         QCOMPARE(modeOf(target), mode_t(0600));
     }
 
+    void asManySymbolicLinksAsTheSystemFollowsAreKept()
+    {
+        const auto link = [this](int number) { return inHome(u"link-%1"_s.arg(number)); };
+        constexpr int most = 40; // see path_resolution(7)
+        QVERIFY(place(path_, "[General]\na=1\n"));
+        QVERIFY(QFile::link(path_, link(1)));
+        for (int i = 2; i <= most; ++i)
+            QVERIFY(QFile::link(link(i - 1), link(i)));
+        IniPreferences preferences(link(most));
+        QCOMPARE(preferences.integer(u"a"_s), 1);
+        preferences.setInteger(u"a"_s, 2);
+        QCOMPARE(contents(path_), "[General]\na=2\n"_ba);
+        QVERIFY(QFileInfo(link(1)).isSymLink());
+    }
+
     void anotherKeyEditedByHandIsKept()
     {
         IniPreferences preferences(path_);

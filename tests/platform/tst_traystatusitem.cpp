@@ -77,6 +77,7 @@ private Q_SLOTS:
     void embedsWithoutABus();
     void embedsInATrayOfX11WithoutOneOnTheBus();
     void embedsInATrayOfX11ThatStartsLater();
+    void waitsForATrayOnTheBusBeforeItEmbeds();
     void paintsItsIconInATrayOfX11_data();
     void paintsItsIconInATrayOfX11();
     void paintsTheIconThatWasSetWhileTheTrayOfX11WasHidden();
@@ -486,16 +487,31 @@ void TrayStatusItemTest::aTrayReadsEveryProperty()
     startInATrayOnTheBus("icon red\nmenu Quit\nshow\n");
     const auto properties = [this](const QString &path, const QString &interface) {
         return qdbus_cast<QVariantMap>(
-                   ask(path, u"org.freedesktop.DBus.Properties"_s, u"GetAll"_s, {interface}).value<QDBusArgument>())
-            .keys();
+            ask(path, u"org.freedesktop.DBus.Properties"_s, u"GetAll"_s, {interface}).value<QDBusArgument>());
     };
-    QCOMPARE(
-        properties(u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s),
-        (QStringList{u"AttentionIconName"_s, u"AttentionIconPixmap"_s, u"Category"_s, u"IconName"_s, u"IconPixmap"_s,
-                     u"IconThemePath"_s, u"Id"_s, u"ItemIsMenu"_s, u"Menu"_s, u"OverlayIconName"_s,
-                     u"OverlayIconPixmap"_s, u"Status"_s, u"Title"_s, u"ToolTip"_s, u"WindowId"_s}));
+    auto ofItem = properties(u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s);
+    QCOMPARE(ofItem.take(u"Menu"_s).value<QDBusObjectPath>().path(), menuPath());
+    for (const auto &[name, signature] :
+         {std::pair(u"IconPixmap"_s, u"a(iiay)"_s), std::pair(u"OverlayIconPixmap"_s, u"a(iiay)"_s),
+          std::pair(u"AttentionIconPixmap"_s, u"a(iiay)"_s), std::pair(u"ToolTip"_s, u"(sa(iiay)ss)"_s)}) {
+        QCOMPARE(ofItem.take(name).value<QDBusArgument>().currentSignature(), signature);
+    }
+    QCOMPARE(ofItem,
+             (QVariantMap{{u"AttentionIconName"_s, QString()},
+                          {u"Category"_s, u"ApplicationStatus"_s},
+                          {u"IconName"_s, QString()},
+                          {u"IconThemePath"_s, QString()},
+                          {u"Id"_s, u"TrayProbe"_s},
+                          {u"ItemIsMenu"_s, false},
+                          {u"OverlayIconName"_s, QString()},
+                          {u"Status"_s, u"Active"_s},
+                          {u"Title"_s, QString()},
+                          {u"WindowId"_s, 0}}));
     QCOMPARE(properties(menuPath(), u"com.canonical.dbusmenu"_s),
-             (QStringList{u"IconThemePath"_s, u"Status"_s, u"TextDirection"_s, u"Version"_s}));
+             (QVariantMap{{u"IconThemePath"_s, QStringList()},
+                          {u"Status"_s, u"normal"_s},
+                          {u"TextDirection"_s, u"ltr"_s},
+                          {u"Version"_s, 3U}}));
 }
 
 void TrayStatusItemTest::theItemDescribesItselfAndTellsEachChange()
@@ -573,6 +589,18 @@ void TrayStatusItemTest::embedsInATrayOfX11ThatStartsLater()
     QTRY_COMPARE(said(), QByteArray("shown\n"));
     const FakeXEmbedTray tray(display_->name());
     QTRY_COMPARE_WITH_TIMEOUT(tray.dockedCount(), 1, 10000);
+}
+
+void TrayStatusItemTest::waitsForATrayOnTheBusBeforeItEmbeds()
+{
+    daemon_->start();
+    const FakeXEmbedTray embedding(display_->name());
+    startProbe("icon red\nshow\nlater\n", 1h);
+    QTRY_COMPARE(said(), QByteArray("shown\nlater\n"));
+    QCOMPARE(embedding.dockedCount(), 0);
+    tray_ = std::make_unique<FakeStatusNotifierWatcher>(*daemon_, Host::registered);
+    QTRY_COMPARE(tray_->items().size(), 1);
+    QCOMPARE(embedding.dockedCount(), 0);
 }
 
 void TrayStatusItemTest::paintsItsIconInATrayOfX11_data()

@@ -247,14 +247,27 @@ private Q_SLOTS:
         QCOMPARE(sent.at(0).content + sent.at(1).content, text);
     }
 
-    void aTokenWithoutATimeHasTheTimeZero()
+    void theTimeOfTheTokenIsThatOfTheRequest_data()
     {
+        QTest::addColumn<QByteArray>("token");
+        QTest::addColumn<uint>("time");
+        QTest::newRow("usual") << "panel-7-host_TIME4711"_ba << 4711U;
+        QTest::newRow("only a time") << "_TIME7"_ba << 7U;
+        QTest::newRow("two times") << "a_TIME1_TIME2"_ba << 2U;
+        QTest::newRow("no time") << "odd"_ba << 0U;
+        QTest::newRow("no number") << "odd_TIMEx"_ba << 0U;
+    }
+
+    void theTimeOfTheTokenIsThatOfTheRequest()
+    {
+        QFETCH(const QByteArray, token);
+        QFETCH(const uint, time);
         QWindow window;
         window.create();
         requests(window);
-        qputenv(ActivationToken::startupIdVariable, "odd");
+        qputenv(ActivationToken::startupIdVariable, token);
         NativeWindow::activate(window);
-        QVERIFY(requests(window).contains(numbers("_NET_ACTIVE_WINDOW", {1, 0})));
+        QVERIFY(requests(window).contains(numbers("_NET_ACTIVE_WINDOW", {1, time})));
         QVERIFY(qEnvironmentVariableIsEmpty(ActivationToken::startupIdVariable));
     }
 
