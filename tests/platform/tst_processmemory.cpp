@@ -33,8 +33,9 @@ std::vector<dl_phdr_info> *listed = nullptr;
 
 } // namespace
 
-// Takes the place of the function of the C library.
-int dl_iterate_phdr(int (*visit)(dl_phdr_info *, std::size_t, void *), void *data)
+// Takes the place of the function of the C library. A sanitizer calls it before it has prepared its own memory.
+__attribute__((no_sanitize("address", "undefined"))) int
+dl_iterate_phdr(int (*visit)(dl_phdr_info *, std::size_t, void *), void *data)
 {
     if (!listed) {
         static const auto real = reinterpret_cast<decltype(&dl_iterate_phdr)>(::dlsym(RTLD_NEXT, "dl_iterate_phdr"));
