@@ -58,6 +58,7 @@ class TrayStatusItemTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
+    void appearsInATrayOnTheBus_data();
     void appearsInATrayOnTheBus();
     void appearsWhenTheTrayStartsLater();
     void waitsForATrayWithAHost();
@@ -92,6 +93,7 @@ private Q_SLOTS:
     void showsNoToolTipToAPointerThatDoesNotRest();
     void hasAPlaceOnlyWhileATrayOfX11HasEmbeddedIt();
     void returnsToATrayOfX11ThatDestroyedIt();
+    void staysInATrayOfX11ThatAnnouncesItselfAgain();
     void isInTheTrayOfX11ThatReplacesAnother();
     void prefersTheTrayOnTheBusToOneOfX11();
     void isInExactlyOneTray_data();
@@ -297,8 +299,17 @@ QStringList TrayStatusItemTest::menuEntries()
     return labels;
 }
 
+void TrayStatusItemTest::appearsInATrayOnTheBus_data()
+{
+    QTest::addColumn<QString>("scale");
+    QTest::newRow("on a usual screen") << QString();
+    QTest::newRow("on a fine screen") << u"2"_s;
+}
+
 void TrayStatusItemTest::appearsInATrayOnTheBus()
 {
+    QFETCH(const QString, scale);
+    scale_ = scale;
     startInATrayOnTheBus("icon red\nshow\n");
     QTRY_COMPARE(itemProperty(u"Status"_s), QVariant(u"Active"_s));
 
@@ -798,6 +809,18 @@ void TrayStatusItemTest::returnsToATrayOfX11ThatDestroyedIt()
     QTRY_COMPARE(tray.dockedCount(), 0);
     tray.announce();
     QTRY_COMPARE(tray.dockedCount(), 1);
+}
+
+void TrayStatusItemTest::staysInATrayOfX11ThatAnnouncesItselfAgain()
+{
+    const FakeXEmbedTray tray(display_->name());
+    startProbe("icon red\nmenu Quit\nshow\n");
+    QTRY_COMPARE(centreOf(tray), QColor(Qt::red));
+    tray.announce();
+    constexpr int right = 3;
+    tray.click(right); // in the same window, after the announcement
+    QTRY_COMPARE(said(), QByteArray("shown\nmenu opens\n"));
+    QCOMPARE(tray.dockedCount(), 1);
 }
 
 void TrayStatusItemTest::isInTheTrayOfX11ThatReplacesAnother()

@@ -130,6 +130,7 @@ private Q_SLOTS:
         lastSystemFile_ = configDirs_.at(2) + name;
         program_ = root_->filePath(u"opt/kelvo"_s);
         QVERIFY(placeProgram(program_));
+        QVERIFY(placeProgram(program_ + u" two"_s));
         QVERIFY(place(program_ + u".txt"_s, "no program"));
     }
 
@@ -158,6 +159,7 @@ private Q_SLOTS:
         row("empty", "", false);
         row("garbage", "\xff\xfe=[\n]]==\n", false);
         row("quoted", "[Desktop Entry]\nType=Application\nExec=\"@\"\n", true);
+        row("an escaped space in quotes", "[Desktop Entry]\nType=Application\nExec=\"@\\stwo\"\n", true);
         row("with arguments", "[Desktop Entry]\nType=Application\nExec=@ -style fusion\n", true);
         row("a program in the path", "[Desktop Entry]\nType=Application\nExec=sh\n", true);
         row("a program not in the path", "[Desktop Entry]\nType=Application\nExec=kelvo-that-is-not-here\n", false);
