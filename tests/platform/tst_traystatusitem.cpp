@@ -64,6 +64,7 @@ private Q_SLOTS:
     void waitsForATrayWithAHost();
     void appearsAgainAfterARestartOfTheTray();
     void appearsAgainAfterARestartOfTheBus();
+    void reportsAClick_data();
     void reportsAClick();
     void reportsAChosenMenuEntry();
     void reportsTheChosenMenuEntriesOfAGroup();
@@ -379,11 +380,19 @@ void TrayStatusItemTest::appearsAgainAfterARestartOfTheBus()
     QCOMPARE(toolTip(), u"Claude"_s);
 }
 
+void TrayStatusItemTest::reportsAClick_data()
+{
+    QTest::addColumn<QString>("method");
+    QTest::newRow("left button") << u"Activate"_s;
+    QTest::newRow("middle button") << u"SecondaryActivate"_s;
+}
+
 void TrayStatusItemTest::reportsAClick()
 {
+    QFETCH(const QString, method);
     startInATrayOnTheBus("icon red\nmenu Quit\nshow\n");
     QTRY_COMPARE(said(), QByteArray("shown\n"));
-    click(u"Activate"_s);
+    click(method);
     QTRY_COMPARE(said(), QByteArray("shown\nactivated 10 20\n"));
 }
 
