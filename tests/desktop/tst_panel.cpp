@@ -147,9 +147,13 @@ void PanelTest::anInactiveRingIsHollowAndDim()
     startPanel();
     const auto before = Screen::picture();
     kelvo_->start();
-    QTRY_VERIFY(Screen::barChangeSince(before).width() > 8);
-    const auto ring = Screen::barChangeSince(before);
-    QVERIFY(std::abs(ring.width() - ring.height()) <= 1);
+    // The first change need not be the whole ring.
+    QRect ring;
+    const auto isRound = [&] {
+        ring = Screen::barChangeSince(before);
+        return ring.width() > 8 && std::abs(ring.width() - ring.height()) <= 1;
+    };
+    QTRY_VERIFY(isRound());
 
     const auto picture = Screen::picture();
     const auto bare = qGray(before.pixel(ring.center()));
