@@ -1,4 +1,5 @@
 #include "platform/linux/IniPreferences.h"
+#include "support/Expect.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -10,7 +11,6 @@
 #include <QTest>
 
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <limits>
@@ -25,15 +25,6 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
-
-// For child processes: prints a condition that does not hold, and exits with a failure.
-#define EXPECT(condition)                                                                                              \
-    do {                                                                                                               \
-        if (!(condition)) {                                                                                            \
-            std::fprintf(stderr, "line %d: not so: %s\n", __LINE__, #condition);                                       \
-            return 1;                                                                                                  \
-        }                                                                                                              \
-    } while (false)
 
 namespace kelvo {
 

@@ -1,4 +1,5 @@
 #include "platform/ProcessMemory.h"
+#include "support/Expect.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -274,15 +275,6 @@ void ProcessMemoryTest::codeThatWasGivenUpRunsAgain()
 }
 
 #if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__)
-
-// For a process of its own: prints a condition that does not hold, and ends with a failure.
-#define EXPECT(condition)                                                                                              \
-    do {                                                                                                               \
-        if (!(condition)) {                                                                                            \
-            std::fprintf(stderr, "line %d: not so: %s\n", __LINE__, #condition);                                       \
-            return 1;                                                                                                  \
-        }                                                                                                              \
-    } while (false)
 
 using Block = std::unique_ptr<void, decltype(&std::free)>;
 
