@@ -156,6 +156,10 @@ void NotificationSettingsTest::plasmaHidesThePopupsOfThisProgram_data()
     QTest::newRow("on for this account, off in a final group")
         << on << "[Applications][app.kelvo.Kelvo][$i]\nShowPopups=false\n"_ba << true;
     QTest::newRow("on for this account, off in a final file") << on << "[$i]\n"_ba + off << true;
+    QTest::newRow("on for this account, off in a file that is final at its end")
+        << on << off + "[Other]\n[$i]\n"_ba << true;
+    QTest::newRow("off for this account, not chosen in a final group")
+        << off << "[Applications][app.kelvo.Kelvo][$i]\n"_ba << false;
     QTest::newRow("on for this account, another group final")
         << on << "[DoNotDisturb][$i]\nWhenScreensMirrored=false\n"_ba + off << false;
     QTest::newRow("off for this account, its key final there") << off.chopped(7) + "[$i]=false\n" << on << true;

@@ -2,16 +2,19 @@
 
 #include <QFile>
 
+#include <utility>
+
 namespace kelvo {
 
 namespace {
 
 constexpr QByteArrayView finalMark("[$i]");
 
+/// What a file says about an entry. It can be final without a value: then it has none.
 struct Entry
 {
-    QByteArray value;
-    bool isFinal;
+    std::optional<QByteArray> value;
+    bool isFinal = false;
 };
 
 /// Removes the mark at the end of a key or a group. Returns whether it was there.
@@ -25,28 +28,27 @@ bool takeFinalMark(QByteArray &name)
 }
 
 // QSettings neither tells nested groups apart nor knows final entries.
-std::optional<Entry> entryIn(const QString &path, const QByteArray &group, const QByteArray &key)
+Entry entryIn(const QString &path, const QByteArray &group, const QByteArray &key)
 {
+    Entry entry;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
+        return entry;
     }
-    bool isFileFinal = false;
-    bool isGroupFinal = false;
     bool isInGroup = false;
-    std::optional<Entry> entry;
     for (const auto &line : file.readAll().split('\n')) {
         auto text = line.trimmed();
         if (text.startsWith('[')) {
-            isGroupFinal = takeFinalMark(text);
-            isFileFinal = isFileFinal || (isGroupFinal && text.isEmpty());
+            const bool isFinal = takeFinalMark(text);
             isInGroup = text == group;
+            entry.isFinal = entry.isFinal || (isFinal && (isInGroup || text.isEmpty()));
             continue;
         }
         auto name = text.left(text.indexOf('=')).trimmed();
-        const bool isKeyFinal = takeFinalMark(name);
+        const bool isFinal = takeFinalMark(name);
         if (isInGroup && name == key) {
-            entry = {text.mid(text.indexOf('=') + 1).trimmed(), isFileFinal || isGroupFinal || isKeyFinal};
+            entry.value = text.mid(text.indexOf('=') + 1).trimmed();
+            entry.isFinal = entry.isFinal || isFinal;
         }
     }
     return entry;
@@ -58,11 +60,12 @@ std::optional<QByteArray> kdeEntry(const QStringList &files, const QByteArray &g
 {
     std::optional<QByteArray> value;
     for (auto file = files.rbegin(); file != files.rend(); ++file) {
-        if (const auto entry = entryIn(*file, group, key)) {
-            value = entry->value;
-            if (entry->isFinal) {
-                break;
-            }
+        auto entry = entryIn(*file, group, key);
+        if (entry.value || entry.isFinal) {
+            value = std::move(entry.value);
+        }
+        if (entry.isFinal) {
+            break;
         }
     }
     return value;

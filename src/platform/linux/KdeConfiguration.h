@@ -11,8 +11,8 @@ namespace kelvo {
 /// key "name" of the group "[Theme]", or one of a nested group, "[Applications][org.example.Program]". nullopt if there is
 /// none.
 ///
-/// The first file that has the entry counts, unless a later one makes it final with "[$i]" behind its key, behind its group,
-/// or alone on a line. (https://develop.kde.org/docs/administration/kiosk/introduction/)
+/// The first file that has the entry counts, unless a later one makes it final, with or without a value, with "[$i]" behind
+/// its key, behind its group, or alone on a line. (https://develop.kde.org/docs/administration/kiosk/introduction/)
 std::optional<QByteArray> kdeEntry(const QStringList &files, const QByteArray &group, const QByteArray &key);
 
 } // namespace kelvo
