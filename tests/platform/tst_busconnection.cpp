@@ -1,6 +1,7 @@
 #include "platform/linux/BusConnection.h"
 #include "platform/linux/BusNameOwner.h"
 #include "support/PrivateBus.h"
+#include "support/ThreadBound.h"
 
 #include <QDir>
 #include <QFile>
@@ -124,6 +125,10 @@ private Q_SLOTS:
     void findsTheSessionBusInTheRuntimeDirectory();
     void reportsASlotThatCannotReceiveTheSignal();
     void hearsOnlySignalsWithTheFirstArgument();
+    void hearsAgainAfterTheBusRestarts();
+    void forgetsAReceiverThatIsDestroyed();
+    void touchesNoReceiverWhenItEnds();
+    void touchesNoReceiverWhenTheBusEnds();
     void followsTheOwnerOfAName();
     void followsTheOwnerOfANameAcrossARestartOfTheBus();
     void survivesABusThatDiesWhenANameAppears();
@@ -259,6 +264,86 @@ void BusConnectionTest::hearsOnlySignalsWithTheFirstArgument()
     QTRY_VERIFY(!listener.heard.isEmpty());
     QCOMPARE(listener.heard, QVariantList{u"mine"_s});
     QDBusConnection::disconnectFromBus(other.name());
+}
+
+void BusConnectionTest::hearsAgainAfterTheBusRestarts()
+{
+    PrivateBus daemon;
+    daemon.start();
+    BusConnection bus(daemon.address());
+    const QSignalSpy connected(&bus, &BusConnection::connected);
+    Listener listener;
+    Listener former;
+    const auto path = u"/org/example"_s;
+    const auto interface = u"org.example"_s;
+    bus.subscribe(path, interface, u"Number"_s, &listener, SLOT(onNumber(int)));
+    bus.subscribe(path, interface, u"Text"_s, &listener, SLOT(onText(QString)), u"mine"_s);
+    bus.subscribe(path, interface, u"Number"_s, &former, SLOT(onNumber(int)));
+    bus.unsubscribe(path, interface, u"Number"_s, &former, SLOT(onNumber(int)));
+
+    daemon.kill();
+    QTRY_VERIFY(!bus.isConnected());
+    daemon.start();
+    QTRY_COMPARE(connected.count(), 1);
+    bus.connection().call(
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s, u"GetId"_s));
+    const auto other = daemon.connect();
+    for (const auto &[member, argument] :
+         {std::pair(u"Text"_s, QVariant(u"another"_s)), {u"Number"_s, 1}, {u"Text"_s, u"mine"_s}}) {
+        auto signal = QDBusMessage::createSignal(path, interface, member);
+        signal << argument;
+        other.send(signal);
+    }
+    QTRY_COMPARE(listener.heard, (QVariantList{1, u"mine"_s}));
+    QCOMPARE(former.heard, QVariantList());
+    QDBusConnection::disconnectFromBus(other.name());
+}
+
+void BusConnectionTest::forgetsAReceiverThatIsDestroyed()
+{
+    QTest::failOnWarning(QRegularExpression(u"cannot listen"_s));
+    PrivateBus daemon;
+    daemon.start();
+    BusConnection bus(daemon.address());
+    const QSignalSpy connected(&bus, &BusConnection::connected);
+    {
+        Listener listener;
+        bus.subscribe(u"/org/example"_s, u"org.example"_s, u"Number"_s, &listener, SLOT(onNumber(int)));
+    }
+    daemon.kill();
+    QTRY_VERIFY(!bus.isConnected());
+    daemon.start();
+    QTRY_COMPARE(connected.count(), 1);
+}
+
+void BusConnectionTest::touchesNoReceiverWhenItEnds()
+{
+    PrivateBus daemon;
+    daemon.start();
+    ThreadBound<Listener> listener;
+    {
+        BusConnection bus(daemon.address());
+        bus.subscribe(u"/org/example"_s, u"org.example"_s, u"Number"_s, &listener, SLOT(onNumber(int)));
+    }
+    // The thread of Qt's connections makes this one after it has closed the other.
+    QDBusConnection::disconnectFromBus(daemon.connect().name());
+    QCOMPARE(listener.touched(), 0);
+}
+
+void BusConnectionTest::touchesNoReceiverWhenTheBusEnds()
+{
+    PrivateBus daemon;
+    daemon.start();
+    ThreadBound<Listener> listener;
+    BusConnection bus(daemon.address());
+    const QSignalSpy connected(&bus, &BusConnection::connected);
+    bus.subscribe(u"/org/example"_s, u"org.example"_s, u"Number"_s, &listener, SLOT(onNumber(int)));
+    daemon.kill();
+    QTRY_VERIFY(!bus.isConnected());
+    daemon.start();
+    QTRY_COMPARE(connected.count(), 1);
+    QDBusConnection::disconnectFromBus(daemon.connect().name());
+    QCOMPARE(listener.touched(), 0);
 }
 
 void BusConnectionTest::followsTheOwnerOfAName()

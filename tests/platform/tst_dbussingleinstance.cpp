@@ -1,5 +1,6 @@
 #include "platform/linux/DBusSingleInstance.h"
 #include "support/PrivateBus.h"
+#include "support/ThreadBound.h"
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>
@@ -58,6 +59,7 @@ private Q_SLOTS:
     void runsWithoutABus();
     void claimsTheNameOnABusThatStartsLater();
     void claimsTheNameAgainOnARestartedBus();
+    void isNotTouchedByALostConnection();
 
 private:
     std::unique_ptr<DBusSingleInstance> instance() const
@@ -235,6 +237,21 @@ void DBusSingleInstanceTest::claimsTheNameAgainOnARestartedBus()
     QTRY_VERIFY(desktop.interface()->isServiceRegistered(u"app.kelvo.Kelvo"_s).value());
     QCOMPARE(startAnother(), int(Outcome::handedOver));
     QCOMPARE(activated.count(), 1);
+}
+
+void DBusSingleInstanceTest::isNotTouchedByALostConnection()
+{
+    daemon_->start();
+    const auto bus = std::make_shared<BusConnection>(daemon_->address());
+    ThreadBound<DBusSingleInstance> instance(bus);
+    QCOMPARE(instance.acquire(), Outcome::acquired);
+    daemon_->kill();
+    QTRY_VERIFY(!bus->isConnected());
+    daemon_->start();
+    QTRY_VERIFY(bus->isConnected());
+    // The thread of Qt's connections makes this one after it has closed the other.
+    QDBusConnection::disconnectFromBus(daemon_->connect().name());
+    QCOMPARE(instance.touched(), 0);
 }
 
 } // namespace kelvo

@@ -60,12 +60,6 @@ std::shared_ptr<BusConnection> shared(std::weak_ptr<BusConnection> &slot, const 
     return bus;
 }
 
-/// The arguments that a signal must have.
-QStringList matching(const QString &firstArgument)
-{
-    return firstArgument.isEmpty() ? QStringList() : QStringList(firstArgument);
-}
-
 } // namespace
 
 BusConnection::BusConnection(const QString &address, QObject *parent)
@@ -77,6 +71,8 @@ BusConnection::BusConnection(const QString &address, QObject *parent)
     retry_.setSingleShot(true);
     connect(&retry_, &QTimer::timeout, this, &BusConnection::seek);
     connect(&directory_, &QFileSystemWatcher::directoryChanged, this, &BusConnection::onDirectoryChanged);
+    subscribe(u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, this,
+              SLOT(onDisconnected()));
     seek();
 }
 
@@ -100,17 +96,30 @@ std::shared_ptr<BusConnection> BusConnection::system()
 void BusConnection::subscribe(const QString &path, const QString &interface, const QString &member, QObject *receiver,
                               const char *slot, const QString &firstArgument)
 {
-    // On a live connection, false means that the signature of the slot does not match. Qt does not report this.
-    if (!connection_.connect({}, path, interface, member, matching(firstArgument), {}, receiver, slot)
-        && connection_.isConnected()) {
-        qCWarning(logBus) << "cannot listen to" << interface << member;
-    }
+    std::erase_if(subscriptions_, [](const Subscription &each) { return each.receiver.isNull(); });
+    connectSlot(subscriptions_.emplace_back(Subscription{path, interface, member, receiver, slot, firstArgument}));
 }
 
 void BusConnection::unsubscribe(const QString &path, const QString &interface, const QString &member, QObject *receiver,
                                 const char *slot, const QString &firstArgument)
 {
-    connection_.disconnect({}, path, interface, member, matching(firstArgument), {}, receiver, slot);
+    const Subscription subscription{path, interface, member, receiver, slot, firstArgument};
+    std::erase(subscriptions_, subscription);
+    disconnectSlot(subscription);
+}
+
+void BusConnection::connectSlot(const Subscription &to)
+{
+    // On a live connection, false means that the signature of the slot does not match. Qt does not report this.
+    if (!connection_.connect({}, to.path, to.interface, to.member, to.arguments(), {}, to.receiver, to.slot)
+        && connection_.isConnected()) {
+        qCWarning(logBus) << "cannot listen to" << to.interface << to.member;
+    }
+}
+
+void BusConnection::disconnectSlot(const Subscription &from)
+{
+    connection_.disconnect({}, from.path, from.interface, from.member, from.arguments(), {}, from.receiver, from.slot);
 }
 
 void BusConnection::call(const QDBusMessage &message, QObject *context,
@@ -129,8 +138,9 @@ void BusConnection::onDisconnected()
     if (!isConnected_) {
         return;
     }
-    close();
+    isConnected_ = false;
     Q_EMIT disconnected();
+    close();
     attempts_ = 0;
     seek();
 }
@@ -140,9 +150,12 @@ bool BusConnection::open()
     static int serial = 0;
     const auto name = u"kelvo-bus-%1"_s.arg(++serial);
     connection_ = QDBusConnection::connectToBus(address_, name);
-    // First, so that a bus that dies meanwhile is noticed by the signal or by the question.
-    subscribe(u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, this,
-              SLOT(onDisconnected()));
+    // Before the question, so that a bus that dies meanwhile is noticed by the signal or by the question.
+    for (const auto &subscription : subscriptions_) {
+        if (subscription.receiver) {
+            connectSlot(subscription);
+        }
+    }
     if (!connection_.isConnected()) {
         close();
         return false;
@@ -154,6 +167,10 @@ bool BusConnection::open()
 void BusConnection::close()
 {
     isConnected_ = false;
+    // Qt closes the connection later, in another thread, and uses the receivers there that it still has.
+    for (const auto &subscription : subscriptions_) {
+        disconnectSlot(subscription);
+    }
     QDBusConnection::disconnectFromBus(connection_.name());
     connection_ = QDBusConnection(QString());
 }

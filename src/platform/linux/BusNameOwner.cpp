@@ -54,6 +54,7 @@ BusNameOwner::BusNameOwner(std::shared_ptr<BusConnection> bus, const QString &na
     , name_(name)
     , start_(start)
 {
+    bus_->subscribe(busPath, busName, u"NameOwnerChanged"_s, this, SLOT(onOwnerChanged(QDBusMessage)), name_);
     connect(bus_.get(), &BusConnection::connected, this, &BusNameOwner::follow);
     connect(bus_.get(), &BusConnection::disconnected, this, [this] {
         question_.reset();
@@ -66,10 +67,6 @@ BusNameOwner::BusNameOwner(std::shared_ptr<BusConnection> bus, const QString &na
 
 void BusNameOwner::follow()
 {
-    bus_->subscribe(busPath, busName, u"NameOwnerChanged"_s, this, SLOT(onOwnerChanged(QDBusMessage)), name_);
-    for (const auto &signal : std::as_const(signals_)) {
-        subscribe(signal);
-    }
     question_ = std::make_unique<QObject>();
     bus_->call(ownerQuestion(name_), question_.get(), [this](const QDBusMessage &answer) {
         // The bus reports every change since the call was sent, so an owner that it reported is newer than this answer.
@@ -88,14 +85,7 @@ void BusNameOwner::listen(const QString &path, const QString &interface, const Q
                           const char *slot)
 {
     signals_.append({path, interface, member, receiver, slot});
-    if (bus_->isConnected()) {
-        subscribe(signals_.constLast());
-    }
-}
-
-void BusNameOwner::subscribe(const Signal &signal)
-{
-    bus_->subscribe(signal.path, signal.interface, signal.member, this, SLOT(onSignal(QDBusMessage)));
+    bus_->subscribe(path, interface, member, this, SLOT(onSignal(QDBusMessage)));
 }
 
 void BusNameOwner::onOwnerChanged(const QDBusMessage &signal)

@@ -52,7 +52,6 @@ private:
     };
 
     void follow();
-    void subscribe(const Signal &signal);
     void set(const QString &owner);
 
     std::shared_ptr<BusConnection> bus_;

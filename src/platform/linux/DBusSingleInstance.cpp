@@ -53,15 +53,12 @@ DBusSingleInstance::DBusSingleInstance(std::shared_ptr<BusConnection> sessionBus
     : bus_(std::move(sessionBus))
     , timeout_(timeout)
 {
+    connect(bus_.get(), &BusConnection::disconnected, this, &DBusSingleInstance::withdraw);
 }
 
 DBusSingleInstance::~DBusSingleInstance()
 {
-    if (bus_->isConnected()) {
-        auto connection = bus_->connection();
-        connection.unregisterService(name);
-        connection.unregisterObject(path);
-    }
+    withdraw();
 }
 
 SingleInstance::Outcome DBusSingleInstance::acquire()
@@ -115,6 +112,15 @@ DBusSingleInstance::Claim DBusSingleInstance::claim()
         return Claim::refused;
     }
     return answer.value() == QDBusConnectionInterface::ServiceRegistered ? Claim::granted : Claim::taken;
+}
+
+void DBusSingleInstance::withdraw()
+{
+    auto connection = bus_->connection();
+    if (bus_->isConnected()) {
+        connection.unregisterService(name);
+    }
+    connection.unregisterObject(path);
 }
 
 bool DBusSingleInstance::handOver() const

@@ -39,6 +39,7 @@ private:
     enum class Claim { granted, taken, refused };
 
     Claim claim();
+    void withdraw();
     bool handOver() const;
     void activate(const QVariantMap &platformData);
 

@@ -26,18 +26,14 @@ public:
         : watch_(watch)
         , bus_(BusConnection::system())
     {
-        connect(bus_.get(), &BusConnection::connected, this, [this] {
-            if (isListening_) {
-                subscribe();
-            }
-        });
     }
 
     void start()
     {
         if (!isListening_) {
             isListening_ = true;
-            subscribe();
+            // Only the login manager knows the path of this process's session, so this hears of all sessions.
+            bus_->subscribe({}, properties, changed, this, SLOT(change(QString, QVariantMap)), session);
         }
     }
 
@@ -56,9 +52,6 @@ private Q_SLOTS:
     }
 
 private:
-    // Only the login manager knows the path of this process's session, so this hears of all sessions.
-    void subscribe() { bus_->subscribe({}, properties, changed, this, SLOT(change(QString, QVariantMap)), session); }
-
     void ask()
     {
         auto get = QDBusMessage::createMethodCall(u"org.freedesktop.login1"_s,
