@@ -119,6 +119,8 @@ BusService::BusService(const PrivateBus &bus, const QString &name, const QString
 
 BusService::~BusService()
 {
+    // Qt closes the connection later, in another thread, and uses the objects there that it still has.
+    connection_.unregisterObject(u"/"_s, QDBusConnection::UnregisterTree);
     QDBusConnection::disconnectFromBus(connection_.name());
 }
 
