@@ -133,12 +133,6 @@ void ButtonItem::focusInEvent(QFocusEvent *event)
     setFocusReason(event->reason());
 }
 
-void ButtonItem::focusOutEvent(QFocusEvent *event)
-{
-    QQuickItem::focusOutEvent(event);
-    setFocusReason(event->reason());
-}
-
 void ButtonItem::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
 {
     QQuickItem::geometryChange(newGeometry, oldGeometry);

@@ -85,6 +85,7 @@ private Q_SLOTS:
     void aButtonIsNeitherDownNorHoveredWhenItCannotBeClicked_data();
     void aButtonIsNeitherDownNorHoveredWhenItCannotBeClicked();
     void aButtonTellsTheImplicitSizesOfItsParts();
+    void aButtonTellsItsPlaceAndSize();
     void aPartThatIsSetAgainChangesNothing();
     void aPartThatIsSetLaterIsLaidOut();
     void aClickEndsTheVisibleFocus();
@@ -300,6 +301,19 @@ void ControlsTest::aButtonTellsTheImplicitSizesOfItsParts()
     QCOMPARE(heights.count(), 1);
 }
 
+void ControlsTest::aButtonTellsItsPlaceAndSize()
+{
+    const Stage stage("ButtonItem { width: 30; height: 20; Item { anchors.fill: parent } }");
+    auto *button = stage.control();
+    const QSignalSpy moved(button, &QQuickItem::xChanged);
+    const QSignalSpy resized(button, &QQuickItem::widthChanged);
+    button->setX(5);
+    button->setWidth(40);
+    QCOMPARE(moved.count(), 1);
+    QCOMPARE(resized.count(), 1);
+    QCOMPARE(button->childItems().constLast()->size(), QSizeF(40, 20));
+}
+
 void ControlsTest::aPartThatIsSetAgainChangesNothing()
 {
     const Stage stage("ButtonItem { background: Item {} contentItem: Item {} }");
@@ -327,6 +341,9 @@ void ControlsTest::aPartThatIsSetLaterIsLaidOut()
     QVERIFY(background.z() < content.z());
     QCOMPARE(content.position(), QPointF(3, 5));
     QCOMPARE(content.size(), QSizeF(53, 19));
+    stage.control()->setProperty("leftPadding", 10);
+    QCOMPARE(content.position(), QPointF(10, 5));
+    QCOMPARE(content.size(), QSizeF(46, 19));
     stage.control()->setSize({5, 8});
     QCOMPARE(background.size(), QSizeF(5, 8));
     QCOMPARE(content.size(), QSizeF(0, 0));

@@ -1,0 +1,125 @@
+#include "FakeDesktop.h"
+
+#include "platform/Compositing.h"
+#include "platform/LayerShell.h"
+#include "platform/NativeWindow.h"
+#include "platform/PressWatch.h"
+
+#include <QCursor>
+#include <QScreen>
+
+namespace kelvo {
+
+namespace {
+
+FakeDesktop *theDesktop = nullptr;
+PressWatch *watching = nullptr;
+
+} // namespace
+
+FakeDesktop::FakeDesktop()
+{
+    theDesktop = this;
+}
+
+FakeDesktop::~FakeDesktop()
+{
+    theDesktop = nullptr;
+}
+
+FakeDesktop &FakeDesktop::current()
+{
+    return *theDesktop;
+}
+
+bool FakeDesktop::press()
+{
+    if (!watching) {
+        return false;
+    }
+    Q_EMIT watching->pressed();
+    return true;
+}
+
+namespace WindowSystem {
+
+PopoverKind popoverKind()
+{
+    return FakeDesktop::current().popoverKind;
+}
+
+std::optional<QPoint> pointer()
+{
+    return std::nullopt;
+}
+
+QRect availableGeometry(const QScreen &screen)
+{
+    return screen.geometry();
+}
+
+QRect geometryWithoutBars(const QScreen &screen)
+{
+    return screen.geometry();
+}
+
+} // namespace WindowSystem
+
+namespace NativeWindow {
+
+void makePopover(QWindow &window)
+{
+    FakeDesktop::current().popover = &window;
+}
+
+void setDrawnShadow(QWindow &, const QMargins &shadow)
+{
+    FakeDesktop::current().shadow = shadow;
+}
+
+void bringToThisWorkspace(QWindow &) { }
+
+void activate(QWindow &window)
+{
+    FakeDesktop::current().activated = &window;
+}
+
+} // namespace NativeWindow
+
+bool isCompositing()
+{
+    return FakeDesktop::current().isCompositing;
+}
+
+void placeInCorner(QWindow &, Qt::Edges corner)
+{
+    FakeDesktop::current().corner = corner;
+}
+
+class PressWatch::Native
+{
+};
+
+PressWatch::PressWatch(QObject *parent)
+    : QObject(parent)
+{
+}
+
+PressWatch::~PressWatch()
+{
+    stop();
+}
+
+void PressWatch::start()
+{
+    watching = this;
+}
+
+void PressWatch::stop()
+{
+    if (watching == this) {
+        watching = nullptr;
+    }
+}
+
+} // namespace kelvo
