@@ -1,9 +1,12 @@
+#include "style/DevicePixels.h"
 #include "support/Golden.h"
 #include "support/QmlStage.h"
 
 #include <QAccessible>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -44,6 +47,9 @@ private Q_SLOTS:
     void aShadowIsDrawnAroundCornersThatHardlyFit();
     void aThinBorderIsOnePixelWide();
     void theSymbolsMatchTheGoldenPicture();
+    void theBellIsSymmetric();
+    void rectanglesCoverWholeDevicePixels_data();
+    void rectanglesCoverWholeDevicePixels();
     void aShapeWithoutRoomDrawsNothing_data();
     void aShapeWithoutRoomDrawsNothing();
 };
@@ -159,6 +165,42 @@ void ShapesTest::theSymbolsMatchTheGoldenPicture()
     QVERIFY(QTest::qWaitForWindowExposed(&stage.view));
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
     QCOMPARE(golden.difference(stage.view.grabWindow(), u"symbols"_s), QString());
+}
+
+void ShapesTest::theBellIsSymmetric()
+{
+    QmlStage stage("LineSymbol { shape: LineSymbol.Bell; lineWidth: 8; color: 'black'; width: 192; height: 192 }",
+                   {192, 192});
+    stage.view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&stage.view));
+    const auto picture = stage.view.grabWindow();
+    QVERIFY(picture.pixelColor(192 / 2, 3 * 192 / 24).value() < 10); // at the top
+    int largest = 0;
+    for (int y = 0; y < 192; ++y) {
+        for (int x = 0; x < 192 / 2; ++x) {
+            largest = std::max(largest,
+                               qAbs(picture.pixelColor(x, y).value() - picture.pixelColor(191 - x, y).value()));
+        }
+    }
+    QVERIFY2(largest < 16, qPrintable(QString::number(largest)));
+}
+
+void ShapesTest::rectanglesCoverWholeDevicePixels_data()
+{
+    QTest::addColumn<QRectF>("rectangle");
+    QTest::addColumn<QRectF>("pixels");
+    QTest::newRow("whole") << QRectF(1, 2, 3, 4) << QRectF(1, 2, 3, 4);
+    QTest::newRow("halves") << QRectF(0.5, -0.5, 10, 10) << QRectF(1, 0, 10, 10);
+    QTest::newRow("both edges") << QRectF(0.4, 0.6, 10.2, 10) << QRectF(0, 1, 11, 10);
+    QTest::newRow("a line is as thick everywhere") << QRectF(0.4, 0.6, 2.2, 4.4) << QRectF(0, 1, 2, 4);
+    QTest::newRow("the thickest line") << QRectF(0.4, 0.4, 4.49, 4.5) << QRectF(0, 0, 4, 5);
+    QTest::newRow("a thin line") << QRectF(0, 0, 0.3, 10) << QRectF(0, 0, 1, 10);
+}
+
+void ShapesTest::rectanglesCoverWholeDevicePixels()
+{
+    QFETCH(const QRectF, rectangle);
+    QTEST(onDevicePixels(rectangle), "pixels");
 }
 
 void ShapesTest::aShapeWithoutRoomDrawsNothing_data()
