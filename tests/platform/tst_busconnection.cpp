@@ -120,6 +120,7 @@ private Q_SLOTS:
     void connectsToABusThatStartsLater();
     void connectsAgainAfterTheBusRestarts();
     void triesABusyServerAgainAfterGrowingWaits();
+    void closesItsConnection();
     void doesNothingWithoutAnAddress();
     void watchesNoDirectoryForAnAddressWithoutAFile();
     void findsTheSessionBusInTheRuntimeDirectory();
@@ -163,6 +164,7 @@ void BusConnectionTest::connectsAgainAfterTheBusRestarts()
     BusConnection bus(daemon.address());
     const QSignalSpy connected(&bus, &BusConnection::connected);
     const QSignalSpy disconnected(&bus, &BusConnection::disconnected);
+    connect(&bus, &BusConnection::disconnected, this, [&bus] { QVERIFY(!bus.isConnected()); });
 
     for (int round = 1; round <= 3; ++round) {
         daemon.kill();
@@ -187,6 +189,29 @@ void BusConnectionTest::triesABusyServerAgainAfterGrowingWaits()
     const auto connections = server.connections();
     // 200 and 400 ms. A timer may be early by five percent, and late by any time.
     QVERIFY(connections[3] - connections[1] > 500ms);
+}
+
+void BusConnectionTest::closesItsConnection()
+{
+    PrivateBus daemon;
+    daemon.start();
+    const auto observer = daemon.connect();
+    const auto names = [&observer] {
+        return observer
+            .call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s,
+                                                 u"ListNames"_s))
+            .arguments()
+            .value(0)
+            .toStringList()
+            .size();
+    };
+    const auto before = names();
+    {
+        const BusConnection bus(daemon.address());
+        QCOMPARE(names(), before + 1);
+    }
+    QTRY_COMPARE(names(), before);
+    QDBusConnection::disconnectFromBus(observer.name());
 }
 
 void BusConnectionTest::doesNothingWithoutAnAddress()

@@ -57,6 +57,7 @@ private Q_SLOTS:
     void offersTheDefaultActionToAServerThatReadsActions();
     void aClickActivatesTheProgramWithItsToken();
     void otherClicksDoNotActivateTheProgram();
+    void aClickOnWhatAFormerServerShowedDoesNothing();
     void aSilentServerIsNotWaitedFor();
     void asksAServerOnceForItsCapabilities();
     void asksTheServerThatReplacesAnother();
@@ -158,7 +159,8 @@ void DBusNotificationCenterTest::namesItsIconWhenTheIconThemeHasIt()
 
 void DBusNotificationCenterTest::sendsItsIconAsImageDataWhenTheIconThemeLacksIt()
 {
-    QGuiApplication::setWindowIcon(QIcon(QPixmap::fromImage(twoColoured())));
+    // Larger than what is sent.
+    QGuiApplication::setWindowIcon(QIcon(QPixmap::fromImage(twoColoured().scaled(128, 128))));
     daemon_->start();
     const FakeNotificationServer server(*daemon_, plain);
     const auto center = this->center();
@@ -273,6 +275,29 @@ void DBusNotificationCenterTest::otherClicksDoNotActivateTheProgram()
     // Signals arrive in the order in which they were sent, so this is the only one that counts.
     QTRY_VERIFY(!tokens.isEmpty());
     QCOMPARE(tokens, QByteArrayList{"third"});
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
+// Each server counts its notifications from the start.
+void DBusNotificationCenterTest::aClickOnWhatAFormerServerShowedDoesNothing()
+{
+    daemon_->start();
+    auto server = std::make_unique<FakeNotificationServer>(*daemon_, clickable);
+    const auto center = this->center();
+    QByteArrayList tokens;
+    connect(center.get(), &NotificationCenter::activated, this,
+            [&tokens] { tokens << qgetenv("XDG_ACTIVATION_TOKEN"); });
+    center->add(claude);
+    QTRY_VERIFY((server->click(1, u"former"_s), tokens.contains("former")));
+
+    server.reset();
+    server = std::make_unique<FakeNotificationServer>(*daemon_, clickable);
+    QTRY_COMPARE(server->questions(), 1);
+    tokens.clear();
+    server->click(1, u"of another program"_s);
+    center->add(claude);
+    QTRY_VERIFY((server->click(1, u"new"_s), !tokens.isEmpty()));
+    QCOMPARE(tokens, QByteArrayList{"new"});
     qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
