@@ -48,6 +48,7 @@ private Q_SLOTS:
     void aThinBorderIsOnePixelWide();
     void theSymbolsMatchTheGoldenPicture();
     void theBellIsSymmetric();
+    void endsOfANarrowRectangleAreHalfCircles();
     void rectanglesCoverWholeDevicePixels_data();
     void rectanglesCoverWholeDevicePixels();
     void aShapeWithoutRoomDrawsNothing_data();
@@ -183,6 +184,21 @@ void ShapesTest::theBellIsSymmetric()
         }
     }
     QVERIFY2(largest < 16, qPrintable(QString::number(largest)));
+}
+
+void ShapesTest::endsOfANarrowRectangleAreHalfCircles()
+{
+    Stage upright("RoundedRectangle { x: 20; y: 20; width: 10; height: 40; radius: 100; color: 'black' }");
+    Stage lying("RoundedRectangle { x: 20; y: 20; width: 40; height: 10; radius: 100; color: 'black' }");
+    upright.show();
+    lying.show();
+    const auto high = upright.view.grabWindow();
+    const auto wide = lying.view.grabWindow();
+    // At this distance from the end, the edge of a circle with the radius 5 is between 1 and 2.
+    QCOMPARE(high.pixelColor(20, 21), QColor(Qt::white));
+    QVERIFY(high.pixelColor(22, 21).value() < 16);
+    QCOMPARE(wide.pixelColor(21, 20), QColor(Qt::white));
+    QVERIFY(wide.pixelColor(21, 22).value() < 16);
 }
 
 void ShapesTest::rectanglesCoverWholeDevicePixels_data()
