@@ -70,9 +70,7 @@ private:
     static void repeat(QPainter &painter, const QImage &image, const QRect &line, const QRect &strip)
     {
         if (!strip.isEmpty()) {
-            auto copy = image.copy(line);
-            copy.setDevicePixelRatio(1);
-            painter.drawImage(strip, copy);
+            painter.drawImage(strip, image.copy(line));
         }
     }
 

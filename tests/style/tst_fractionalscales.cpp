@@ -11,7 +11,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineF>
+#include <QLinearGradient>
+#include <QPainter>
 #include <QPixmap>
+#include <QQuickPaintedItem>
 #include <QQuickRenderControl>
 #include <QQuickRenderTarget>
 #include <QScreen>
@@ -145,6 +148,23 @@ QString unpainted(const QImage &picture, const QRectF &within, double radius = 0
                             .arg(picture.height());
 }
 
+/// A translucent picture whose pixels all differ.
+class Gradients : public QQuickPaintedItem
+{
+public:
+    void paint(QPainter *painter) override
+    {
+        QLinearGradient across(0, 0, width(), 0);
+        across.setColorAt(0, QColor(0, 0, 0, 100));
+        across.setColorAt(1, QColor(255, 0, 0, 100));
+        painter->fillRect(boundingRect(), across);
+        QLinearGradient down(0, 0, 0, height());
+        down.setColorAt(0, QColor(0, 0, 0, 100));
+        down.setColorAt(1, QColor(0, 255, 0, 100));
+        painter->fillRect(boundingRect(), down);
+    }
+};
+
 } // namespace
 
 /// The windows at scales at which a point is not a whole number of device pixels.
@@ -163,6 +183,8 @@ private Q_SLOTS:
     void dotsAreSymmetric();
     void theOnboardingHasNoGaps_data() { scales(); }
     void theOnboardingHasNoGaps();
+    void theEdgesContinueWhatIsBesideThem_data();
+    void theEdgesContinueWhatIsBesideThem();
     void aFrameThatIsNotAnImageIsPaintedToo();
 
 private:
@@ -301,6 +323,51 @@ void FractionalScalesTest::dotsAreSymmetric()
             const auto at = dot.pixelColor(x, y).lightness();
             QVERIFY(qAbs(at - dot.pixelColor(dot.width() - 1 - x, y).lightness()) <= tolerance);
             QVERIFY(qAbs(at - dot.pixelColor(x, dot.height() - 1 - y).lightness()) <= tolerance);
+        }
+    }
+}
+
+void FractionalScalesTest::theEdgesContinueWhatIsBesideThem_data()
+{
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<int>("pixels");
+    // What the scene graph does not paint is one line, or two.
+    QTest::newRow("125 %") << 1.25 << 51;
+    QTest::newRow("250 %") << 2.5 << 102;
+}
+
+void FractionalScalesTest::theEdgesContinueWhatIsBesideThem()
+{
+    QFETCH(const double, scale);
+    QFETCH(const int, pixels);
+    const FakeAppearance appearance;
+    ViewEngine(appearance).get(); // chooses the software renderer
+    QImage frame(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    frame.fill(Qt::magenta);
+    frame.setDevicePixelRatio(scale);
+    auto target = QQuickRenderTarget::fromPaintDevice(&frame);
+    target.setDevicePixelRatio(scale);
+    QQuickRenderControl control;
+    QQuickWindow window(&control);
+    window.resize(40, 40);
+    window.setColor(Qt::transparent);
+    window.setRenderTarget(target);
+    Gradients gradients;
+    gradients.setParentItem(window.contentItem());
+    gradients.setSize({40, 40});
+    new WholeFrame(window);
+    control.polishItems();
+    control.sync();
+    control.render();
+
+    const int painted = static_cast<int>(40 * scale);
+    QVERIFY(frame.pixel(painted - 1, 5) != frame.pixel(painted - 2, 5));
+    QVERIFY(frame.pixel(5, painted - 1) != frame.pixel(5, painted - 2));
+    for (int along = 0; along < pixels; ++along) {
+        const int beside = std::min(along, painted - 1);
+        for (int beyond = painted; beyond < pixels; ++beyond) {
+            QCOMPARE(frame.pixel(beyond, along), frame.pixel(painted - 1, beside));
+            QCOMPARE(frame.pixel(along, beyond), frame.pixel(beside, painted - 1));
         }
     }
 }
