@@ -70,6 +70,7 @@ private Q_SLOTS:
     void reportsTheChosenMenuEntriesOfAGroup();
     void answersATrayThatIsAboutToShowTheMenu();
     void tellsSinglePropertiesOfMenuEntries();
+    void tellsPropertiesOfSeveralMenuEntries();
     void separatorsAndDisabledEntriesAreMarked();
     void tellsChangesOfItsMenuOnly();
     void aTrayReadsEveryProperty();
@@ -447,6 +448,20 @@ void TrayStatusItemTest::tellsSinglePropertiesOfMenuEntries()
     QCOMPARE(property(2, u"enabled"_s), QVariant(true));
     QCOMPARE(property(2, u"unheard-of"_s), QVariant(QString()));
     QCOMPARE(property(3, u"label"_s), QVariant(QString()));
+}
+
+void TrayStatusItemTest::tellsPropertiesOfSeveralMenuEntries()
+{
+    startInATrayOnTheBus("icon red\nmenu Settings\nmenu Quit\nshow\n");
+    const auto answer = callMenu(u"GetGroupProperties"_s,
+                                 {QVariant::fromValue(QList<int>{1, 2}), QStringList{u"label"_s}});
+    QCOMPARE(answer.signature(), u"a(ia{sv})"_s);
+    const auto entries = qdbus_cast<QList<MenuEntry>>(answer.arguments().value(0));
+    QCOMPARE(entries.size(), 2);
+    QCOMPARE(entries[0].id, 1);
+    QCOMPARE(entries[0].properties, (QVariantMap{{u"label"_s, u"Settings"_s}}));
+    QCOMPARE(entries[1].id, 2);
+    QCOMPARE(entries[1].properties, (QVariantMap{{u"label"_s, u"Quit"_s}}));
 }
 
 void TrayStatusItemTest::separatorsAndDisabledEntriesAreMarked()
