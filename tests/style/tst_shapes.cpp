@@ -45,6 +45,8 @@ private Q_SLOTS:
     void aRingFollowsItsProperties();
     void aShadowFollowsItsProperties();
     void aShadowIsDrawnAroundCornersThatHardlyFit();
+    void aShadowIsSymmetric();
+    void aShadowCanBeThin();
     void aThinBorderIsOnePixelWide();
     void theSymbolsMatchTheGoldenPicture();
     void theBellIsSymmetric();
@@ -143,6 +145,23 @@ void ShapesTest::aShadowIsDrawnAroundCornersThatHardlyFit()
     Stage stage("WindowShadow { x: 20; y: 20; width: 21; height: 21; blur: 5; color: 'black' }");
     stage.show();
     QVERIFY(stage.view.grabWindow().pixelColor(30, 30).lightness() < 32);
+}
+
+void ShapesTest::aShadowIsSymmetric()
+{
+    Stage stage("WindowShadow { width: 64; height: 64; blur: 5; color: 'black' }");
+    stage.show();
+    const auto picture = stage.view.grabWindow();
+    QVERIFY(picture.pixelColor(32, 32).lightness() - picture.pixelColor(32, 2).lightness() < -200);
+    QCOMPARE(picture.mirrored(true, false), picture);
+    QCOMPARE(picture.mirrored(false, true), picture);
+}
+
+void ShapesTest::aShadowCanBeThin()
+{
+    Stage stage("WindowShadow { x: 20; y: 20; width: 20; height: 20; blur: 1; color: 'black' }");
+    stage.show();
+    QVERIFY(stage.view.grabWindow().pixelColor(30, 30).lightness() < 16);
 }
 
 void ShapesTest::aThinBorderIsOnePixelWide()
