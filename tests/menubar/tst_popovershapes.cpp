@@ -91,6 +91,7 @@ void PopoverShapesTest::theDotFadesToLessThanHalfAndBack()
     });
     QTRY_VERIFY(dot->opacity() < 0.5);
     QTRY_VERIFY(dot->opacity() > 0.95);
+    QTRY_VERIFY(dot->opacity() < 0.95);
     QVERIFY2(least > 0.449, qPrintable(QString::number(least)));
     // Each step is a frame, so there are only as many as it takes.
     QVERIFY2(steps * 50 < time.elapsed(), qPrintable(QString::number(steps)));
