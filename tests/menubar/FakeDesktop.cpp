@@ -2,6 +2,7 @@
 
 #include "platform/Compositing.h"
 #include "platform/LayerShell.h"
+#include "platform/LockWatch.h"
 #include "platform/NativeWindow.h"
 #include "platform/PressWatch.h"
 
@@ -13,13 +14,16 @@ namespace kelvo {
 namespace {
 
 FakeDesktop *theDesktop = nullptr;
-PressWatch *watching = nullptr;
+PressWatch *presses = nullptr;
+LockWatch *locks = nullptr;
 
 } // namespace
 
 FakeDesktop::FakeDesktop()
 {
     theDesktop = this;
+    presses = nullptr;
+    locks = nullptr;
 }
 
 FakeDesktop::~FakeDesktop()
@@ -34,10 +38,19 @@ FakeDesktop &FakeDesktop::current()
 
 bool FakeDesktop::press()
 {
-    if (!watching) {
+    if (!presses) {
         return false;
     }
-    Q_EMIT watching->pressed();
+    Q_EMIT presses->pressed();
+    return true;
+}
+
+bool FakeDesktop::lock()
+{
+    if (!locks) {
+        return false;
+    }
+    Q_EMIT locks->locked();
     return true;
 }
 
@@ -105,21 +118,37 @@ PressWatch::PressWatch(QObject *parent)
 {
 }
 
-PressWatch::~PressWatch()
-{
-    stop();
-}
+PressWatch::~PressWatch() = default;
 
 void PressWatch::start()
 {
-    watching = this;
+    presses = this;
 }
 
 void PressWatch::stop()
 {
-    if (watching == this) {
-        watching = nullptr;
-    }
+    presses = nullptr;
+}
+
+class LockWatch::Native
+{
+};
+
+LockWatch::LockWatch(QObject *parent)
+    : QObject(parent)
+{
+}
+
+LockWatch::~LockWatch() = default;
+
+void LockWatch::start()
+{
+    locks = this;
+}
+
+void LockWatch::stop()
+{
+    locks = nullptr;
 }
 
 } // namespace kelvo

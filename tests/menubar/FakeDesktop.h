@@ -10,7 +10,7 @@
 namespace kelvo {
 
 /// The desktop of a program that links FakeDesktop.cpp, instead of the one on which the program runs. It stands in for
-/// WindowSystem, NativeWindow, LayerShell, Compositing and PressWatch. One may exist at a time.
+/// WindowSystem, NativeWindow, LayerShell, Compositing, PressWatch and LockWatch. One may exist at a time.
 class FakeDesktop
 {
 public:
@@ -32,6 +32,8 @@ public:
 
     /// Presses a mouse button anywhere. Returns whether the program watches for that.
     bool press();
+    /// Locks the screen. Returns whether the program watches for that.
+    bool lock();
 };
 
 } // namespace kelvo

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void tellsItsShadow();
     void hasNoShadowWithoutACompositor();
     void aPressElsewhereCloses();
+    void aLockedScreenCloses();
     void aPressAtTheRingWaitsForTheClickOfABusyTray();
 };
 
@@ -203,6 +204,16 @@ void PopoverDesktopsTest::aPressElsewhereCloses()
     program.waitForClicks();
     program.popover.toggle(program.ring);
     QVERIFY(program.popover.isOpen());
+}
+
+void PopoverDesktopsTest::aLockedScreenCloses()
+{
+    FakeDesktop desktop;
+    Program program;
+    program.popover.toggle(program.ring);
+    QVERIFY(desktop.lock());
+    QVERIFY(!program.popover.isOpen());
+    QVERIFY(!desktop.lock());
 }
 
 void PopoverDesktopsTest::aPressAtTheRingWaitsForTheClickOfABusyTray()

@@ -381,6 +381,7 @@ void StatusPopoverTest::heroIsOneElementForAScreenReader()
     scene.open();
     auto *hero = accessible(scene.item(u"hero"_s));
     QVERIFY(hero);
+    QCOMPARE(hero->role(), QAccessible::StaticText);
     QCOMPARE(hero->text(QAccessible::Name), u"Claude, Operational, checked 0 seconds ago"_s);
     QCOMPARE(hero->childCount(), 0);
 }

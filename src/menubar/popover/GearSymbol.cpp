@@ -36,8 +36,7 @@ QPainterPath gear()
         const auto middle = pitch * tooth;
         path.lineTo(onCircle(tipRadius, middle - halfToothAtTip));
         path.lineTo(onCircle(tipRadius, middle + halfToothAtTip));
-        path.lineTo(onCircle(rootRadius, middle + halfToothAtRoot));
-        // QPainterPath counts angles anticlockwise from three o'clock.
+        // Begins with a line to the arc. QPainterPath counts angles anticlockwise from three o'clock.
         path.arcTo(root, 90 - middle - halfToothAtRoot, -(pitch - 2 * halfToothAtRoot));
     }
     path.closeSubpath();
