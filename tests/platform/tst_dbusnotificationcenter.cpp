@@ -65,6 +65,7 @@ private Q_SLOTS:
     void startsAServerThatTheBusCanStart();
     void forgetsTheCapabilitiesOfAServerThatLeft();
     void keepsAnAlertForTheNextServer();
+    void keepsTheOrderOfAlertsForTheNextServer();
     void keepsAnAlertThatCouldNotStartAServer();
     void dropsAnAlertForWhichNoServerStartsInTime();
     void isUnavailableWithoutABus();
@@ -385,6 +386,30 @@ void DBusNotificationCenterTest::forgetsTheCapabilitiesOfAServerThatLeft()
     const FakeNotificationServer second(*daemon_, markup);
     QTRY_COMPARE(second.notifications().size(), 1);
     QCOMPARE(second.notifications().first().body, u"a &lt; b &amp; c &gt; \"d\""_s);
+}
+
+// The first alerts were on their way when the server left, and come back after the last one was made.
+void DBusNotificationCenterTest::keepsTheOrderOfAlertsForTheNextServer()
+{
+    daemon_->start();
+    FakeNotificationServer first(*daemon_, plain);
+    first.holdBack();
+    const auto center = this->center();
+    center->add(claude);
+    center->add(odd);
+    QTRY_COMPARE(first.heldBack(), 2);
+    first.leave();
+    QTRY_COMPARE(status(*center), AuthorizationStatus::notDetermined);
+    center->add({u"3"_s, u"last"_s, u"of all"_s});
+    first.refuse();
+    // The program has heard what was sent before this.
+    QCOMPARE(status(*center), AuthorizationStatus::notDetermined);
+
+    const FakeNotificationServer second(*daemon_, plain);
+    QTRY_COMPARE(second.notifications().size(), 3);
+    QCOMPARE(second.notifications().at(0).summary, claude.title);
+    QCOMPARE(second.notifications().at(1).summary, odd.title);
+    QCOMPARE(second.notifications().at(2).summary, u"last"_s);
 }
 
 void DBusNotificationCenterTest::keepsAnAlertForTheNextServer()

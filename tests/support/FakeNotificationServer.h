@@ -3,6 +3,7 @@
 #include "support/PrivateBus.h"
 
 #include <QDBusContext>
+#include <QDBusMessage>
 #include <QList>
 #include <QObject>
 #include <QStringList>
@@ -36,6 +37,14 @@ public:
     int questions() const { return questions_; }
     /// From now on GetCapabilities is not answered, as by a server that hangs.
     void fallSilent() { isSilent_ = true; }
+    /// From now on Notify is not answered and shows nothing.
+    void holdBack() { isHoldingBack_ = true; }
+    /// Gives up the name, but stays on the bus.
+    void leave();
+    /// The number of calls of Notify that are held back.
+    qsizetype heldBack() const { return heldBack_.size(); }
+    /// Answers the calls that were held back as the bus does when nobody has the name.
+    void refuse();
     /// What a server sends when the user clicks a notification.
     void click(uint id, const QString &token, const QString &action = QStringLiteral("default"));
     void close(uint id);
@@ -56,6 +65,8 @@ private:
     QList<Notification> notifications_;
     int questions_ = 0;
     bool isSilent_ = false;
+    bool isHoldingBack_ = false;
+    QList<QDBusMessage> heldBack_;
     BusService service_;
 };
 

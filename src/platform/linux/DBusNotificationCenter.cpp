@@ -11,6 +11,7 @@
 #include <QPromise>
 #include <QVariantMap>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -150,7 +151,7 @@ void DBusNotificationCenter::add(const LocalNotification &notification)
         post(pending);
         return;
     }
-    waiting_.append(pending);
+    wait(pending);
     if (bus_->isConnected() && !question_) {
         askCapabilities();
     }
@@ -215,9 +216,18 @@ void DBusNotificationCenter::post(const Pending &pending)
         if (answer.type() == QDBusMessage::ReplyMessage) {
             shown_.insert(answer.arguments().value(0).toUInt());
         } else if (nobodyReceived(answer)) {
-            waiting_.append(pending);
+            wait(pending);
         }
     });
+}
+
+/// Keeps the notification for the next server, in the order in which they were added.
+void DBusNotificationCenter::wait(const Pending &pending)
+{
+    const auto place = std::upper_bound(
+        waiting_.begin(), waiting_.end(), pending,
+        [](const Pending &left, const Pending &right) { return left.until < right.until; });
+    waiting_.insert(place, pending);
 }
 
 // Servers send their signals to all clients, so the notification may belong to another one.

@@ -58,6 +58,7 @@ private:
     void onConnected();
     void askCapabilities();
     void post(const Pending &pending);
+    void wait(const Pending &pending);
 
     std::shared_ptr<BusConnection> bus_;
     BusNameOwner server_;
