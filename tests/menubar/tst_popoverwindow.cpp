@@ -46,6 +46,22 @@ struct Elsewhere
     QWindow window;
 };
 
+/// Counts the presses that reach it as an event filter. Those of the Ctrl key do not count.
+class Presses : public QObject
+{
+public:
+    int count = 0;
+
+private:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        const bool isKey = event->type() == QEvent::KeyPress
+            && static_cast<const QKeyEvent *>(event)->key() != Qt::Key_Control;
+        count += isKey || event->type() == QEvent::MouseButtonPress ? 1 : 0;
+        return false;
+    }
+};
+
 } // namespace
 
 class PopoverWindowTest : public QObject
@@ -65,6 +81,8 @@ private Q_SLOTS:
     void controlWCloses();
     void controlQQuits();
     void controlCommaRequestsTheSettings();
+    void whatClosesItGoesNoFurther_data();
+    void whatClosesItGoesNoFurther();
     void opensAtThePointOfTheClickOnItsScreen();
     void losingTheFocusCloses();
     void theClickThatTookTheFocusDoesNotReopen();
@@ -211,6 +229,36 @@ void PopoverWindowTest::controlCommaRequestsTheSettings()
     QTest::keyClick(desktop.popover.view(), Qt::Key_Comma, Qt::ControlModifier);
     QVERIFY(!desktop.popover.isOpen());
     QCOMPARE(requested.count(), 1);
+}
+
+void PopoverWindowTest::whatClosesItGoesNoFurther_data()
+{
+    QTest::addColumn<QKeyCombination>("key");
+    QTest::newRow("Escape") << QKeyCombination(Qt::Key_Escape);
+    QTest::newRow("Ctrl+W") << (Qt::CTRL | Qt::Key_W);
+    QTest::newRow("Ctrl+,") << (Qt::CTRL | Qt::Key_Comma);
+    QTest::newRow("a press on the shadow") << QKeyCombination(Qt::Key_unknown);
+}
+
+void PopoverWindowTest::whatClosesItGoesNoFurther()
+{
+    QFETCH(const QKeyCombination, key);
+    Desktop desktop;
+    desktop.popover.toggle(desktop.ring);
+    auto *view = desktop.popover.view();
+    QVERIFY(QTest::qWaitForWindowActive(view));
+    Presses presses;
+    view->installEventFilter(&presses);
+    view->installEventFilter(&desktop.popover); // the last one comes first
+    QTest::keyClick(view, Qt::Key_A);
+    QCOMPARE(presses.count, 1);
+    if (key.key() == Qt::Key_unknown) {
+        QTest::mousePress(view, Qt::LeftButton, {}, {5, 5});
+    } else {
+        QTest::keyPress(view, key.key(), key.keyboardModifiers());
+    }
+    QVERIFY(!desktop.popover.isOpen());
+    QCOMPARE(presses.count, 1);
 }
 
 void PopoverWindowTest::opensAtThePointOfTheClickOnItsScreen()

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <link.h>
 #include <malloc.h>
 #include <sys/mman.h>
@@ -158,10 +159,13 @@ void ProcessMemoryTest::privateMemoryIsInNoCoreFile()
     if (child == 0) {
         limit = {hardLimit, hardLimit};
         ::setrlimit(RLIMIT_CORE, &limit);
+        // A program that is started without a standard input uses its number for the first file that it opens.
+        ::close(STDIN_FILENO);
         keepProcessMemoryPrivate();
+        const bool isClosed = ::fcntl(STDIN_FILENO, F_GETFD) == -1;
         ::getrlimit(RLIMIT_CORE, &limit);
         QFile filter(u"/proc/self/coredump_filter"_s);
-        const bool isPrivate = limit.rlim_cur == softLimit && limit.rlim_max == hardLimit
+        const bool isPrivate = isClosed && limit.rlim_cur == softLimit && limit.rlim_max == hardLimit
             && filter.open(QIODevice::ReadOnly) && filter.readAll().toInt(nullptr, 16) == 0;
         ::_exit(isPrivate ? 0 : 1);
     }

@@ -82,6 +82,7 @@ private Q_SLOTS:
     void aNameServerThatIsKnownLaterIsReported();
     void nameServersWithoutANetworkAreNotReported();
     void leavesNoDescriptorBehind();
+    void leavesNoDescriptorBehindWithoutAStandardInput();
     void aWatchWithoutASocketReportsNothing();
     void aNetworkThatCouldNotBeReadIsReportedLater();
 
@@ -282,6 +283,18 @@ void RtnetlinkNetworkWatchTest::leavesNoDescriptorBehind()
         QCOMPARE(openDescriptors(), before + 2);
     }
     QCOMPARE(openDescriptors(), before);
+}
+
+void RtnetlinkNetworkWatchTest::leavesNoDescriptorBehindWithoutAStandardInput()
+{
+    const int input = ::dup(STDIN_FILENO);
+    ::close(STDIN_FILENO);
+    const auto before = openDescriptors();
+    std::make_unique<RtnetlinkNetworkWatch>().reset();
+    const auto after = openDescriptors();
+    ::dup2(input, STDIN_FILENO);
+    ::close(input);
+    QCOMPARE(after, before);
 }
 
 void RtnetlinkNetworkWatchTest::aWatchWithoutASocketReportsNothing()
