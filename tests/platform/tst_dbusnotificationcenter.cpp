@@ -463,9 +463,11 @@ void DBusNotificationCenterTest::dropsAnAlertForWhichNoServerStartsInTime()
 
     const FakeNotificationServer server(*daemon_, plain);
     QTRY_COMPARE(server.questions(), 1);
-    center->add(odd);
-    QTRY_COMPARE(server.notifications().size(), 1);
-    QCOMPARE(server.notifications().first().summary, odd.title);
+    // One that is added before the answer arrives is dropped, too.
+    QTRY_VERIFY((center->add(odd), !server.notifications().isEmpty()));
+    for (const auto &shown : server.notifications()) {
+        QCOMPARE(shown.summary, odd.title);
+    }
 }
 
 void DBusNotificationCenterTest::isUnavailableWithoutABus()
