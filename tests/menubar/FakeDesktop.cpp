@@ -6,7 +6,6 @@
 #include "platform/NativeWindow.h"
 #include "platform/PressWatch.h"
 
-#include <QCursor>
 #include <QScreen>
 
 namespace kelvo {
@@ -31,11 +30,6 @@ FakeDesktop::~FakeDesktop()
     theDesktop = nullptr;
 }
 
-FakeDesktop &FakeDesktop::current()
-{
-    return *theDesktop;
-}
-
 bool FakeDesktop::press()
 {
     if (!presses) {
@@ -58,7 +52,7 @@ namespace WindowSystem {
 
 PopoverKind popoverKind()
 {
-    return FakeDesktop::current().popoverKind;
+    return theDesktop->popoverKind;
 }
 
 std::optional<QPoint> pointer()
@@ -82,31 +76,31 @@ namespace NativeWindow {
 
 void makePopover(QWindow &window)
 {
-    FakeDesktop::current().popover = &window;
+    theDesktop->popover = &window;
 }
 
 void setDrawnShadow(QWindow &, const QMargins &shadow)
 {
-    FakeDesktop::current().shadow = shadow;
+    theDesktop->shadow = shadow;
 }
 
 void bringToThisWorkspace(QWindow &) { }
 
 void activate(QWindow &window)
 {
-    FakeDesktop::current().activated = &window;
+    theDesktop->activated = &window;
 }
 
 } // namespace NativeWindow
 
 bool isCompositing()
 {
-    return FakeDesktop::current().isCompositing;
+    return theDesktop->isCompositing;
 }
 
 void placeInCorner(QWindow &, Qt::Edges corner)
 {
-    FakeDesktop::current().corner = corner;
+    theDesktop->corner = corner;
 }
 
 class PressWatch::Native

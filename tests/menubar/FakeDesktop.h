@@ -19,8 +19,6 @@ public:
     FakeDesktop(const FakeDesktop &) = delete;
     FakeDesktop &operator=(const FakeDesktop &) = delete;
 
-    static FakeDesktop &current();
-
     WindowSystem::PopoverKind popoverKind = WindowSystem::PopoverKind::managed;
     bool isCompositing = true;
 

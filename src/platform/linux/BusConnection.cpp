@@ -166,7 +166,6 @@ bool BusConnection::open()
 
 void BusConnection::close()
 {
-    isConnected_ = false;
     // Qt closes the connection later, in another thread, and uses the receivers there that it still has.
     for (const auto &subscription : subscriptions_) {
         disconnectSlot(subscription);

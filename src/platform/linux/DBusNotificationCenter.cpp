@@ -221,7 +221,8 @@ void DBusNotificationCenter::post(const Pending &pending)
     });
 }
 
-/// Keeps the notification for the next server, in the order in which they were added.
+/// Keeps the notification for the next server. All have the same patience, so that in the order of their deadlines they are
+/// in the order in which they were added.
 void DBusNotificationCenter::wait(const Pending &pending)
 {
     const auto place = std::upper_bound(
