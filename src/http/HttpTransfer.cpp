@@ -19,7 +19,7 @@ constexpr qint64 chunkSize = 64 * 1024;
 /// compressed bytes at a time. Beyond `decompressionThreshold` it refuses data that decompresses to more than 40 times its
 /// size.
 constexpr qint64 compressedReadAhead = 16 * 1024;
-constexpr qint64 plainReadAhead = 64 * 1024;
+constexpr qint64 plainReadAhead = 256 * 1024;
 constexpr qint64 decompressionThreshold = 2 * 1024 * 1024;
 
 /// Whether the network layer reports `error` only for a status code of 400 or above. Every other error means that the
@@ -170,7 +170,8 @@ void HttpTransfer::follow(int status)
 void HttpTransfer::readBody()
 {
     const qint64 maximumSize = body_ == HttpBody::Keep ? limits_.maximumKeptSize : limits_.maximumDiscardedSize;
-    while (true) {
+    // Each read wakes the network thread, so none is made in vain.
+    while (reply_->bytesAvailable() > 0) {
         // resize() extends large memory in place, which append() does not.
         const qsizetype keptSize = body_ == HttpBody::Keep ? bodySize_ : 0;
         kept_.resize(keptSize + chunkSize);
@@ -197,7 +198,7 @@ void HttpTransfer::finish()
         follow(*response.status);
         return;
     }
-    if (response.status) {
+    if (response.status && body_ == HttpBody::Keep) {
         response.body = std::move(kept_);
     }
     settle(std::move(response));

@@ -1013,7 +1013,7 @@ void HttpSessionTest::theNetworkLayerBuffersLittle()
         QTRY_VERIFY(reply->hasRawHeader("Content-Type"_ba));
     }
     QCOMPARE(replies.first()->readBufferSize(), 16 * 1024);
-    QCOMPARE(replies.last()->readBufferSize(), 64 * 1024);
+    QCOMPARE(replies.last()->readBufferSize(), 256 * 1024);
 }
 
 void HttpSessionTest::theUserAgentIsSentAsGiven()
