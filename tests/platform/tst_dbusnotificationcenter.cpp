@@ -49,8 +49,8 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void postsASilentNotificationUnderItsOwnName();
-    void namesItsIconWhenTheIconThemeHasIt();
-    void sendsItsIconAsImageDataWhenTheIconThemeLacksIt();
+    void namesItsIconWhenItIsInstalled();
+    void sendsItsIconAsImageDataWhenItIsNotInstalled();
     void namesNoIconWhenNoneIsAvailable();
     void escapesTheBodyForAServerThatReadsMarkup();
     void sendsThePlainBodyToAServerThatReadsNoMarkup();
@@ -85,12 +85,16 @@ private:
     void addStartableServer(const QString &started) const;
     static AuthorizationStatus status(DBusNotificationCenter &center);
 
+    std::unique_ptr<QTemporaryDir> data_;
     std::unique_ptr<PrivateBus> daemon_;
 };
 
 void DBusNotificationCenterTest::init()
 {
-    QIcon::setThemeSearchPaths({});
+    // Kelvo may be installed on this machine.
+    data_ = std::make_unique<QTemporaryDir>();
+    qputenv("XDG_DATA_HOME", data_->path().toUtf8());
+    qputenv("XDG_DATA_DIRS", data_->path().toUtf8());
     QGuiApplication::setWindowIcon({});
     daemon_ = std::make_unique<PrivateBus>();
 }
@@ -135,18 +139,12 @@ void DBusNotificationCenterTest::postsASilentNotificationUnderItsOwnName()
     QCOMPARE(shown.hints.value(u"urgency"_s), QVariant::fromValue<uchar>(1));
 }
 
-void DBusNotificationCenterTest::namesItsIconWhenTheIconThemeHasIt()
+void DBusNotificationCenterTest::namesItsIconWhenItIsInstalled()
 {
-    const QTemporaryDir theme;
-    const QDir icons(theme.filePath(u"hicolor/64x64/apps"_s));
+    const QDir icons(data_->filePath(u"icons/hicolor/scalable/apps"_s));
     QVERIFY(icons.mkpath(u"."_s));
-    QFile index(theme.filePath(u"hicolor/index.theme"_s));
-    QVERIFY(index.open(QIODevice::WriteOnly));
-    index.write("[Icon Theme]\nName=hicolor\nDirectories=64x64/apps\n\n[64x64/apps]\nSize=64\nType=Fixed\n");
-    index.close();
-    QVERIFY(twoColoured().save(icons.filePath(u"app.kelvo.Kelvo.png"_s)));
-    QIcon::setThemeSearchPaths({theme.path()});
-    QIcon::setThemeName(u"hicolor"_s);
+    QFile icon(icons.filePath(u"app.kelvo.Kelvo.svg"_s));
+    QVERIFY(icon.open(QIODevice::WriteOnly));
     QGuiApplication::setWindowIcon(QIcon(QPixmap::fromImage(twoColoured())));
 
     daemon_->start();
@@ -158,7 +156,7 @@ void DBusNotificationCenterTest::namesItsIconWhenTheIconThemeHasIt()
     QVERIFY(!server.notifications().first().hints.contains(u"image-data"_s));
 }
 
-void DBusNotificationCenterTest::sendsItsIconAsImageDataWhenTheIconThemeLacksIt()
+void DBusNotificationCenterTest::sendsItsIconAsImageDataWhenItIsNotInstalled()
 {
     // Larger than what is sent.
     QGuiApplication::setWindowIcon(QIcon(QPixmap::fromImage(twoColoured().scaled(128, 128))));

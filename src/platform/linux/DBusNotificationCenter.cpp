@@ -9,6 +9,7 @@
 #include <QIcon>
 #include <QImage>
 #include <QPromise>
+#include <QStandardPaths>
 #include <QVariantMap>
 
 #include <algorithm>
@@ -66,6 +67,15 @@ bool nobodyReceived(const QDBusMessage &error)
     return error.errorName() == "org.freedesktop.DBus.Error.Disconnected"_L1
         || error.errorName() == "org.freedesktop.DBus.Error.ServiceUnknown"_L1
         || error.errorName().startsWith("org.freedesktop.DBus.Error.Spawn."_L1);
+}
+
+/// Whether a notification server can find the application icon by its name. QIcon::hasThemeIcon() answers this too, but
+/// reads all directories of the icon themes first, and keeps them in memory.
+bool isIconInstalled()
+{
+    return !QStandardPaths::locate(QStandardPaths::GenericDataLocation,
+                                   u"icons/hicolor/scalable/apps/%1.svg"_s.arg(applicationId))
+                .isEmpty();
 }
 
 /// The application icon as an "image-data" hint; invalid when no icon is set.
@@ -204,12 +214,12 @@ void DBusNotificationCenter::post(const Pending &pending)
         {u"urgency"_s, QVariant::fromValue<uchar>(1)},
     };
     // A server shows a broken image for an icon name that it cannot find.
-    const bool isInstalled = QIcon::hasThemeIcon(applicationId);
-    if (const auto picture = iconPicture(); !isInstalled && picture.isValid()) {
+    const bool hasIconName = isIconInstalled();
+    if (const auto picture = hasIconName ? QVariant() : iconPicture(); picture.isValid()) {
         hints.insert(u"image-data"_s, picture);
     }
     auto call = serverCall(u"Notify"_s);
-    call << u"Kelvo"_s << 0U << (isInstalled ? applicationId : QString()) << notification.title
+    call << u"Kelvo"_s << 0U << (hasIconName ? applicationId : QString()) << notification.title
          << (readsMarkup ? escaped(notification.body) : notification.body)
          << (hasActions ? QStringList{defaultAction, u"Open Kelvo"_s} : QStringList()) << hints << -1;
     bus_->call(call, this, [this, pending](const QDBusMessage &answer) {
