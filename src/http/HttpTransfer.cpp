@@ -71,12 +71,6 @@ constexpr bool isRedirect(int status)
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
-/// Whether a redirected POST must be repeated as a POST. Other redirects are followed with a GET.
-constexpr bool repeatsThePost(int redirectStatus)
-{
-    return redirectStatus == 307 || redirectStatus == 308;
-}
-
 QNetworkReply *postOnce(QNetworkAccessManager &manager, const QNetworkRequest &request, const QByteArray &content)
 {
     auto *body = new OneTimeBody(content);
@@ -147,14 +141,14 @@ void HttpTransfer::send()
 }
 
 /// Follows a redirect. The network layer could do this itself, but it would look up the proxy for the target on this
-/// thread.
-void HttpTransfer::follow(int status)
+/// thread. A redirected POST becomes a GET; a status that asks for the body again, 307 or 308, has failed the transfer
+/// before, because a OneTimeBody cannot be sent twice.
+void HttpTransfer::follow()
 {
     const auto location = QUrl::fromEncoded(reply_->rawHeader("Location"_ba));
     const QUrl target = request_.url().resolved(location);
     const bool isLessSafe = request_.url().scheme() == "https"_L1 && target.scheme() == "http"_L1;
-    if (!location.isValid() || !isWebAddress(target) || isLessSafe || ++redirects_ > maximumRedirects
-        || (post_ && repeatsThePost(status))) {
+    if (!location.isValid() || !isWebAddress(target) || isLessSafe || ++redirects_ > maximumRedirects) {
         fail();
         return;
     }
@@ -195,7 +189,7 @@ void HttpTransfer::finish()
     }
     HttpResponse response{.status = answeredStatus(*reply_), .body = {}};
     if (response.status && isRedirect(*response.status) && reply_->hasRawHeader("Location"_ba)) {
-        follow(*response.status);
+        follow();
         return;
     }
     if (response.status && body_ == HttpBody::Keep) {

@@ -38,7 +38,7 @@ public:
 private:
     void start();
     void send();
-    void follow(int status);
+    void follow();
     void readBody();
     void finish();
     void giveUpOrSendAgain();

@@ -1,4 +1,5 @@
 #include "http/HttpAddress.h"
+#include "http/HttpRound.h"
 #include "http/HttpSession.h"
 #include "simulator/CertificateAuthority.h"
 #include "simulator/ReroutedNetwork.h"
@@ -154,6 +155,27 @@ protected:
 
 private:
     Replies &replies_;
+};
+
+/// A network that remembers the body of the last request.
+class BodyRememberingNetwork : public ReroutedNetwork
+{
+public:
+    BodyRememberingNetwork(const SimulatedInternet &internet, QPointer<QIODevice> &body)
+        : ReroutedNetwork(internet)
+        , body_(body)
+    {
+    }
+
+protected:
+    QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request, QIODevice *outgoing) override
+    {
+        body_ = outgoing;
+        return ReroutedNetwork::createRequest(operation, request, outgoing);
+    }
+
+private:
+    QPointer<QIODevice> &body_;
 };
 
 /// A reply that is given up before its request is sent, as when the connection breaks that the request waits for.
@@ -394,6 +416,7 @@ private Q_SLOTS:
     void nothingIsWrittenToDisk();
     void aPostSendsItsJson();
     void aLongPostIsSentWhole();
+    void aPostFreesItsBody();
     void aPostWithoutJsonHasNoBody();
     void aPostWhoseConnectionBreaksIsNotSentAgain();
     void aPostWhoseResponseIsTruncatedIsNotSentAgain();
@@ -433,6 +456,7 @@ private Q_SLOTS:
     void aHangingLookupEndsAtTheIdleTimeout();
     void hangingLookupsDoNotAccumulate();
     void aWithdrawnRequestForARouteStartsNoLookup();
+    void aRoundThatEndsStartsNoLookup();
     void anAbortedRequestStartsNoLookup();
     void requestsAfterAnAbortLookTheirRouteUpAgain();
     void theSessionMayBeDestroyedDuringALookup();
@@ -939,13 +963,16 @@ void HttpSessionTest::aByteBeyondTheCapIsAFailure()
 
 void HttpSessionTest::aSmallBodyMayHaveAnyCompressionRatio()
 {
-    const QByteArray body(1'900'000, ' ');
+    const QByteArray body(2 * 1024 * 1024, ' ');
     const auto response = SimulatedResponse::json(body).gzipped();
     QVERIFY(response.body.size() * 100 < body.size());
     internet_->respond(host, {}, response);
     const HttpResponse answer = fetch(page(), {.idleTimeout = 20s});
     QCOMPARE(answer.status, 200);
     QCOMPARE(answer.body.size(), body.size());
+
+    internet_->respond(host, {}, SimulatedResponse::json(body + ' ').gzipped());
+    QCOMPARE(fetch(page(), {.idleTimeout = 20s}).status, std::nullopt);
 }
 
 void HttpSessionTest::aLargeCompressedBodyIsComplete_data()
@@ -1140,6 +1167,16 @@ void HttpSessionTest::aLongPostIsSentWhole()
     QCOMPARE(internet_->requests().constFirst().body, json + '"');
 }
 
+void HttpSessionTest::aPostFreesItsBody()
+{
+    QPointer<QIODevice> body;
+    HttpSession session({[&] { return std::make_unique<BodyRememberingNetwork>(*internet_, body); }}, roomy);
+    const auto future = session.postJson(page(), "{}"_ba);
+    QVERIFY(body);
+    QVERIFY(settles(future));
+    QTRY_VERIFY(!body);
+}
+
 void HttpSessionTest::aPostWithoutJsonHasNoBody()
 {
     const auto session = makeSession();
@@ -1190,26 +1227,30 @@ void HttpSessionTest::aPostLeavesNoConnectionOpen()
 void HttpSessionTest::aRedirectedPostIsFollowedWithAGetOrFails_data()
 {
     QTest::addColumn<int>("redirect");
+    QTest::addColumn<QByteArray>("body");
     QTest::addColumn<QList<QByteArray>>("methods");
     QTest::addColumn<std::optional<int>>("status");
     for (const int redirect : {301, 302, 303}) {
         QTest::addRow("%d is followed with a GET", redirect)
-            << redirect << QList{"POST"_ba, "GET"_ba} << std::optional(200);
+            << redirect << "{}"_ba << QList{"POST"_ba, "GET"_ba} << std::optional(200);
     }
     for (const int redirect : {307, 308}) {
         QTest::addRow("%d asks for the body again and fails", redirect)
-            << redirect << QList{"POST"_ba} << std::optional<int>();
+            << redirect << "{}"_ba << QList{"POST"_ba} << std::optional<int>();
+        QTest::addRow("%d asks for the empty body again and fails", redirect)
+            << redirect << QByteArray() << QList{"POST"_ba} << std::optional<int>();
     }
 }
 
 void HttpSessionTest::aRedirectedPostIsFollowedWithAGetOrFails()
 {
     QFETCH(const int, redirect);
+    QFETCH(const QByteArray, body);
     QFETCH(const QList<QByteArray>, methods);
     QFETCH(const std::optional<int>, status);
     internet_->respond(host, "/"_ba, SimulatedResponse::redirect("/next"_ba, redirect));
     const auto session = makeSession();
-    const auto future = session->postJson(page(), "{}"_ba);
+    const auto future = session->postJson(page(), body);
     QVERIFY(settles(future));
     QCOMPARE(future.result().status, status);
     QList<QByteArray> heard;
@@ -1662,6 +1703,23 @@ void HttpSessionTest::aWithdrawnRequestForARouteStartsNoLookup()
     auto withdrawn = finder.find(page());
     withdrawn.cancel();
     QTRY_COMPARE(lookups.get(&Lookups::hanging), 1);
+    lookups.release();
+    QVERIFY(settles(first));
+    const auto next = finder.find(page());
+    QVERIFY(settles(next));
+    QCOMPARE(lookups.get(&Lookups::asked).size(), 2);
+}
+
+void HttpSessionTest::aRoundThatEndsStartsNoLookup()
+{
+    Lookups lookups;
+    lookups.hangs.append(host);
+    RouteFinder finder([&](const QUrl &origin) { return lookups.lookUp(origin); });
+    const auto first = finder.find(page());
+    auto round = std::make_unique<HttpRound>(std::make_unique<QNetworkAccessManager>(), finder);
+    const auto waiting = round->prepare(page());
+    round.reset();
+    QVERIFY(waiting.isCanceled());
     lookups.release();
     QVERIFY(settles(first));
     const auto next = finder.find(page());
