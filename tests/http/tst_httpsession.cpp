@@ -352,6 +352,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void noThreadIsLeftBehindBeforeTheFirstRequest();
     void everyStatusCodeIsAResponse_data();
     void everyStatusCodeIsAResponse();
     void aProvisionalResponseIsSkipped();
@@ -476,6 +477,14 @@ void HttpSessionTest::initTestCase()
     }
     authority_ = CertificateAuthority::make(SimulatedInternet::hosts() << host);
     QVERIFY(authority_);
+}
+
+/// Runs first, because the answer is one for the process.
+void HttpSessionTest::noThreadIsLeftBehindBeforeTheFirstRequest()
+{
+    Lookups lookups;
+    const HttpSession session(lookups.network(), roomy);
+    QVERIFY(!RouteFinder::mayHaveLeftThreadsBehind());
 }
 
 void HttpSessionTest::init()
@@ -1638,6 +1647,11 @@ void HttpSessionTest::aLookupThatCannotBeginIsAFailure()
     QCOMPARE(internet_->connectionsAccepted(), 0);
     QCoreApplication::processEvents(); // a new round begins
     QCOMPARE(fetch(session, url).status, 200);
+
+    const StacksLargerThanMemory noThreads;
+    auto ended = std::make_unique<HttpSession>(lookups.network(), roomy);
+    QVERIFY(settles(ended->get(url)));
+    ended.reset();
 #else
     QSKIP("Only glibc can be told the size of the stacks of new threads");
 #endif
