@@ -132,6 +132,7 @@ private Q_SLOTS:
     void touchesNoReceiverWhenTheBusEnds();
     void followsTheOwnerOfAName();
     void followsTheOwnerOfANameAcrossARestartOfTheBus();
+    void startsAServiceOnDemandOnly();
     void survivesABusThatDiesWhenANameAppears();
     void hearsTheSignalsOfTheOwnerOnly();
 };
@@ -148,13 +149,16 @@ void BusConnectionTest::connectsAtOnceToARunningBus()
 void BusConnectionTest::connectsToABusThatStartsLater()
 {
     PrivateBus daemon;
+    const auto before = watches();
     BusConnection bus(daemon.address());
     const QSignalSpy connected(&bus, &BusConnection::connected);
     QVERIFY(!bus.isConnected());
+    QCOMPARE(watches(), before + 1);
 
     daemon.start();
     QTRY_COMPARE(connected.count(), 1);
     QVERIFY(bus.isConnected());
+    QCOMPARE(watches(), before);
 }
 
 void BusConnectionTest::connectsAgainAfterTheBusRestarts()
@@ -408,6 +412,21 @@ void BusConnectionTest::followsTheOwnerOfANameAcrossARestartOfTheBus()
     service = std::make_unique<BusService>(daemon, u"org.example.Service"_s, u"/"_s, this,
                                            QDBusConnection::ExportScriptableSlots);
     QTRY_VERIFY(name.isOwned());
+}
+
+void BusConnectionTest::startsAServiceOnDemandOnly()
+{
+    PrivateBus daemon;
+    daemon.start();
+    const QTemporaryDir started;
+    for (const auto &name : {u"org.example.Passive"_s, u"org.example.OnDemand"_s}) {
+        daemon.addActivatable(name, u"/bin/sh -c 'touch %1; sleep 10'"_s.arg(started.filePath(name)));
+    }
+    const auto bus = std::make_shared<BusConnection>(daemon.address());
+    const BusNameOwner passive(bus, u"org.example.Passive"_s);
+    const BusNameOwner onDemand(bus, u"org.example.OnDemand"_s, BusNameOwner::Start::onDemand);
+    QTRY_VERIFY(QFile::exists(started.filePath(u"org.example.OnDemand"_s)));
+    QVERIFY(!QFile::exists(started.filePath(u"org.example.Passive"_s)));
 }
 
 // The bus dies after it has announced the owner of the name, and before the program has heard of either.
