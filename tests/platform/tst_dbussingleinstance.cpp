@@ -53,6 +53,8 @@ private Q_SLOTS:
     void releasesTheNameWhenItsConnectionGoesOn();
     void passesTheActivationTokenOn_data();
     void passesTheActivationTokenOn();
+    void takesTheActivationTokenOfTheDesktop_data();
+    void takesTheActivationTokenOfTheDesktop();
     void reportsAnInstanceThatDoesNotAnswer();
     void reportsAnOwnerThatAnswersWithAnError();
     void runsWhenTheBusRefusesTheName();
@@ -180,6 +182,34 @@ void DBusSingleInstanceTest::passesTheActivationTokenOn()
     QCOMPARE(first->acquire(), Outcome::acquired);
     QCOMPARE(startAnother(variables), int(Outcome::handedOver));
     QCOMPARE(token, expected);
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
+void DBusSingleInstanceTest::takesTheActivationTokenOfTheDesktop_data()
+{
+    QTest::addColumn<QVariantMap>("platformData");
+    QTest::addColumn<QByteArray>("expected");
+    const auto token = std::pair(u"activation-token"_s, QVariant(u"a token"_s));
+    const auto id = std::pair(u"desktop-startup-id"_s, QVariant(u"an id"_s));
+    QTest::newRow("Wayland") << QVariantMap{token} << "a token"_ba;
+    QTest::newRow("X11") << QVariantMap{id} << "an id"_ba;
+    QTest::newRow("both") << QVariantMap{token, id} << "a token"_ba;
+}
+
+void DBusSingleInstanceTest::takesTheActivationTokenOfTheDesktop()
+{
+    QFETCH(QVariantMap, platformData);
+    QFETCH(QByteArray, expected);
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+    daemon_->start();
+    const auto first = instance();
+    const QSignalSpy activated(first.get(), &SingleInstance::activationRequested);
+    QCOMPARE(first->acquire(), Outcome::acquired);
+    auto activate = applicationCall(u"Activate"_s);
+    activate << platformData;
+    daemon_->connect().send(activate);
+    QTRY_COMPARE(activated.count(), 1);
+    QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), expected);
     qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 

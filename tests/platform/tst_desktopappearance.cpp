@@ -32,7 +32,7 @@ PortalSettings withScheme(uint scheme)
     return {{appearanceGroup, {{colorScheme, scheme}}}};
 }
 
-QPalette paletteOf(Qt::GlobalColor window)
+QPalette paletteOf(const QColor &window)
 {
     auto palette = QGuiApplication::palette();
     palette.setColor(QPalette::Window, window);
@@ -282,6 +282,10 @@ void DesktopAppearanceTest::followsThePaletteWithoutDesktopSettings()
     QTRY_VERIFY(appearance->isDark());
     QVERIFY(appearance->panelIsDark());
     QCOMPARE(changed.count(), 1);
+    QGuiApplication::setPalette(paletteOf(QColor(128, 128, 128)));
+    QTRY_VERIFY(!appearance->isDark());
+    QGuiApplication::setPalette(paletteOf(QColor(127, 127, 127)));
+    QTRY_VERIFY(appearance->isDark());
 }
 
 void DesktopAppearanceTest::knowsTheDefaultPanelsOfTheDesktops_data()

@@ -63,12 +63,12 @@ DBusSingleInstance::~DBusSingleInstance()
 
 SingleInstance::Outcome DBusSingleInstance::acquire()
 {
-    if (bus_->isConnected() && claim() == Claim::taken) {
+    if (bus_->isConnected() && !claim()) {
         if (handOver()) {
             return Outcome::handedOver;
         }
         // The owner may exit between the two calls. Then the name is free.
-        if (claim() == Claim::taken) {
+        if (!claim()) {
             return Outcome::noAnswer;
         }
     }
@@ -102,16 +102,13 @@ void DBusSingleInstance::activate(const QVariantMap &platformData)
     Q_EMIT activationRequested();
 }
 
-DBusSingleInstance::Claim DBusSingleInstance::claim()
+bool DBusSingleInstance::claim()
 {
     auto connection = bus_->connection();
     // Register the object before the name: a caller that sees the name may call at once.
     connection.registerObject(path, this, QDBusConnection::ExportScriptableSlots);
     const auto answer = connection.interface()->registerService(name);
-    if (!answer.isValid()) {
-        return Claim::refused;
-    }
-    return answer.value() == QDBusConnectionInterface::ServiceRegistered ? Claim::granted : Claim::taken;
+    return !answer.isValid() || answer.value() == QDBusConnectionInterface::ServiceRegistered;
 }
 
 void DBusSingleInstance::withdraw()

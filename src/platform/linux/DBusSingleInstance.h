@@ -36,9 +36,9 @@ public Q_SLOTS:
                                      const QVariantMap &platformData);
 
 private:
-    enum class Claim { granted, taken, refused };
-
-    Claim claim();
+    /// Asks the bus for the name. Returns false when another instance has it. A bus that refuses the name gives it to
+    /// nobody.
+    bool claim();
     void withdraw();
     bool handOver() const;
     void activate(const QVariantMap &platformData);
