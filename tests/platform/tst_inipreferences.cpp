@@ -530,6 +530,15 @@ private Q_SLOTS:
         QCOMPARE(contents(path_), "[General]\ncheckInterval=300\nslackChannelLabel=by hand\n\n[Notes]\nmine=yes\n"_ba);
     }
 
+    void aKeyThatWasWrittenAndThenEditedByHandIsKept()
+    {
+        IniPreferences preferences(path_);
+        preferences.setInteger(u"checkInterval"_s, 60);
+        QVERIFY(place(path_, "[General]\ncheckInterval=300\n"));
+        preferences.setBoolean(u"notifyOnOutage"_s, true);
+        QCOMPARE(contents(path_), "[General]\ncheckInterval=300\nnotifyOnOutage=true\n"_ba);
+    }
+
     void aWriteChangesOnlyItsOwnLine_data()
     {
         QTest::addColumn<QByteArray>("before");

@@ -139,12 +139,11 @@ QString wordFor(const QString &text)
     return plain.match(text).hasMatch() ? text : quoted(text);
 }
 
-/// Returns the key of a line as it stands there, and an empty array for a section, a comment and a line without a key.
+/// Returns what stands before the equals sign of a line, and an empty array if there is none. It is a key unless the line is
+/// a section or a comment.
 QByteArray keyOf(const QByteArray &line)
 {
-    const QByteArray trimmed = line.trimmed();
-    const bool isSetting = !trimmed.isEmpty() && !QByteArrayView("[;#").contains(trimmed.front());
-    return isSetting ? trimmed.left(std::max<qsizetype>(trimmed.indexOf('='), 0)).trimmed() : QByteArray();
+    return line.left(std::max<qsizetype>(line.indexOf('='), 0)).trimmed();
 }
 
 bool isKey(const QByteArray &key)
