@@ -218,6 +218,22 @@ private:
     Replies &replies_;
 };
 
+/// Gives up the second request, and sends the others.
+class SecondGivenUpNetwork : public ReroutedNetwork
+{
+public:
+    using ReroutedNetwork::ReroutedNetwork;
+
+protected:
+    QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request, QIODevice *outgoing) override
+    {
+        return ++requests_ == 2 ? new GivenUpReply(this) : ReroutedNetwork::createRequest(operation, request, outgoing);
+    }
+
+private:
+    int requests_ = 0;
+};
+
 /// Replaces the route lookup of the system.
 struct Lookups
 {
@@ -443,6 +459,7 @@ private Q_SLOTS:
     void abortedRequestsFailAtOnce();
     void requestsAfterAnAbortUseNewConnections();
     void aRequestThatWasGivenUpIsSentOnceMore();
+    void aRequestThatWasGivenUpAfterARedirectIsSentOnceMore();
     void anAbortedRequestIsNotSentAgain();
     void aContinuationMayDestroyTheSessionWhileItAborts();
 
@@ -1518,6 +1535,14 @@ void HttpSessionTest::requestsAfterAnAbortUseNewConnections()
     QVERIFY(settles(after));
     QCOMPARE(after.result().status, 200);
     QTRY_COMPARE(internet_->connectionsOpen(), 0);
+}
+
+void HttpSessionTest::aRequestThatWasGivenUpAfterARedirectIsSentOnceMore()
+{
+    internet_->respond(host, "/"_ba, SimulatedResponse::redirect("/next"_ba));
+    HttpSession session({[&] { return std::make_unique<SecondGivenUpNetwork>(*internet_); }}, roomy);
+    QCOMPARE(fetch(session, page()).status, 200);
+    QCOMPARE(internet_->requests().size(), 2);
 }
 
 void HttpSessionTest::aRequestThatWasGivenUpIsSentOnceMore()
