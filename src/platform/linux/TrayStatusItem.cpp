@@ -52,12 +52,8 @@ TrayStatusItem::TrayStatusItem(std::shared_ptr<BusConnection> sessionBus, std::c
         askForHost();
     });
     connect(&xembed_, &XEmbedTray::appeared, this, &TrayStatusItem::choosePlace);
-    // The item on the bus is lost with the bus.
-    connect(bus_.get(), &BusConnection::disconnected, this, [this] {
-        busItem_.reset();
-        registeredWith_.clear();
-        setHost({});
-    });
+    // The item on the bus is lost with the bus. The watcher is lost before, because it was connected before.
+    connect(bus_.get(), &BusConnection::disconnected, this, [this] { busItem_.reset(); });
     busTrayGrace_.setSingleShot(true);
     busTrayGrace_.setInterval(busTrayGrace);
     connect(&busTrayGrace_, &QTimer::timeout, this, [this] {
@@ -150,7 +146,6 @@ void TrayStatusItem::choosePlace()
         return;
     }
     if (!hostOf_.isEmpty()) {
-        busTrayGrace_.stop();
         embedded_.reset();
         placeOnBus(hostOf_);
     } else if (embedded_ || !bus_->isConnected()) {
@@ -181,7 +176,6 @@ void TrayStatusItem::placeOnBus(const QString &watcher)
 /// Shows the item in the XEmbed tray, if there is one.
 void TrayStatusItem::embed()
 {
-    busTrayGrace_.stop();
     const auto tray = xembed_.window();
     if (tray == 0) {
         return;
