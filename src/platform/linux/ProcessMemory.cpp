@@ -21,11 +21,15 @@ bool isOneOf(std::string_view path, std::span<const std::string_view> libraries)
                        [name](std::string_view prefix) { return name.starts_with(prefix); });
 }
 
+std::span<const ElfW(Phdr)> segments(const dl_phdr_info &library)
+{
+    return {library.dlpi_phdr, library.dlpi_phnum};
+}
+
 /// Whether the dynamic linker has written into the code of the library. Its pages are then not those of the file.
 bool hasRelocatedCode(const dl_phdr_info &library)
 {
-    for (int i = 0; i < library.dlpi_phnum; ++i) {
-        const auto &header = library.dlpi_phdr[i];
+    for (const auto &header : segments(library)) {
         if (header.p_type != PT_DYNAMIC) {
             continue;
         }
@@ -43,8 +47,7 @@ bool hasRelocatedCode(const dl_phdr_info &library)
 void giveUpCode(const dl_phdr_info &library)
 {
     const auto pageSize = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    for (int i = 0; i < library.dlpi_phnum; ++i) {
-        const auto &header = library.dlpi_phdr[i];
+    for (const auto &header : segments(library)) {
         if (header.p_type != PT_LOAD || (header.p_flags & PF_W) != 0) {
             continue;
         }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -186,6 +185,7 @@ std::set<std::string> currentWaysOut()
     if (routes.empty() || ::getifaddrs(&first) != 0) {
         return {};
     }
+    const std::unique_ptr<ifaddrs, decltype(&::freeifaddrs)> owner(first, &::freeifaddrs);
     std::set<std::string> ways;
     for (const auto *entry = first; entry; entry = entry->ifa_next) {
         if (!entry->ifa_addr || (entry->ifa_flags & IFF_RUNNING) == 0 || isLinkLocal(*entry->ifa_addr)) {
@@ -199,7 +199,6 @@ std::set<std::string> currentWaysOut()
             }
         }
     }
-    ::freeifaddrs(first);
     return ways;
 }
 
@@ -250,10 +249,8 @@ RtnetlinkNetworkWatch::~RtnetlinkNetworkWatch()
 void RtnetlinkNetworkWatch::readNotifications()
 {
     std::array<std::byte, 4096> buffer;
-    ssize_t size = 0;
-    do {
-        size = ::recv(socket_, buffer.data(), buffer.size(), MSG_DONTWAIT | MSG_TRUNC);
-    } while (size > 0 || (size < 0 && (errno == ENOBUFS || errno == EINTR)));
+    // An overflow ends the loop. What is left then makes the notifier call again.
+    while (::recv(socket_, buffer.data(), buffer.size(), MSG_DONTWAIT | MSG_TRUNC) > 0) { }
 
     auto now = currentWaysOut();
     const bool appeared = containsNew(now, waysOut_);
