@@ -174,6 +174,7 @@ void BusConnectionTest::connectsAgainAfterTheBusRestarts()
         daemon.kill();
         QTRY_COMPARE(disconnected.count(), round);
         QVERIFY(!bus.isConnected());
+        QVERIFY(bus.connection().name().isEmpty()); // the one that was lost is released
 
         daemon.start();
         QTRY_COMPARE(connected.count(), round);
