@@ -22,9 +22,7 @@ void GappedRingItem::setInset(qreal inset)
 
 void GappedRingItem::paint(QPainter *painter)
 {
-    QPen pen(color(), lineWidth_, Qt::SolidLine, Qt::RoundCap, Qt::MiterJoin);
-    pen.setMiterLimit(10);
-    painter->setPen(pen);
+    painter->setPen(QPen(color(), lineWidth_, Qt::SolidLine, Qt::RoundCap));
     painter->drawPath(gappedRing(boundingRect().adjusted(inset_, inset_, -inset_, -inset_)));
 }
 

@@ -84,6 +84,8 @@ private Q_SLOTS:
     void aButtonWithoutHoverIsNotHoveredWhenTheMouseReturnsToIt();
     void aButtonIsNeitherDownNorHoveredWhenItCannotBeClicked_data();
     void aButtonIsNeitherDownNorHoveredWhenItCannotBeClicked();
+    void aButtonStaysHoveredWhenItLosesTheFocus();
+    void aButtonTellsThatItsWindowHasChanged();
     void aButtonTellsTheImplicitSizesOfItsParts();
     void aButtonTellsItsPlaceAndSize();
     void aPartThatIsSetAgainChangesNothing();
@@ -276,6 +278,25 @@ void ControlsTest::aButtonIsNeitherDownNorHoveredWhenItCannotBeClicked()
     stage.control()->setProperty(property, true);
     QTest::mouseRelease(&stage.view, Qt::LeftButton, {}, onTheButton);
     QCOMPARE(clicked.count(), 0);
+}
+
+void ControlsTest::aButtonStaysHoveredWhenItLosesTheFocus()
+{
+    Stage stage(leftHalf);
+    QTest::mouseMove(&stage.view, onTheButton);
+    stage.control()->forceActiveFocus();
+    QVERIFY(isHovered(stage));
+    stage.control()->setFocus(false);
+    QVERIFY(!stage.control()->hasActiveFocus());
+    QVERIFY(isHovered(stage));
+}
+
+void ControlsTest::aButtonTellsThatItsWindowHasChanged()
+{
+    const Stage stage(leftHalf);
+    const QSignalSpy changed(stage.control(), &QQuickItem::windowChanged);
+    stage.control()->setParentItem(nullptr);
+    QCOMPARE(changed.count(), 1);
 }
 
 void ControlsTest::aButtonTellsTheImplicitSizesOfItsParts()

@@ -1,4 +1,5 @@
 #include "style/DevicePixels.h"
+#include "style/LineSymbol.h"
 #include "support/Golden.h"
 #include "support/QmlStage.h"
 
@@ -49,6 +50,7 @@ private Q_SLOTS:
     void aShadowCanBeThin();
     void aThinBorderIsOnePixelWide();
     void theSymbolsMatchTheGoldenPicture();
+    void aSymbolIsPaintedAgainWhenItsLookChanges();
     void theBellIsSymmetric();
     void endsOfANarrowRectangleAreHalfCircles();
     void rectanglesCoverWholeDevicePixels_data();
@@ -185,6 +187,19 @@ void ShapesTest::theSymbolsMatchTheGoldenPicture()
     QVERIFY(QTest::qWaitForWindowExposed(&stage.view));
     const Golden golden(QStringLiteral(KELVO_GOLDEN_PICTURES), QStringLiteral(KELVO_GOLDEN_FAILURES));
     QCOMPARE(golden.difference(stage.view.grabWindow(), u"symbols"_s), QString());
+}
+
+void ShapesTest::aSymbolIsPaintedAgainWhenItsLookChanges()
+{
+    QmlStage stage("LineSymbol { shape: LineSymbol.Bell; lineWidth: 2; width: 48; height: 48 }", {48, 48});
+    stage.view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&stage.view));
+    const auto bell = stage.view.grabWindow();
+    stage.item()->setProperty("shape", LineSymbol::Check);
+    const auto check = stage.view.grabWindow();
+    QVERIFY(check != bell);
+    stage.item()->setProperty("lineWidth", 4);
+    QVERIFY(stage.view.grabWindow() != check);
 }
 
 void ShapesTest::theBellIsSymmetric()
