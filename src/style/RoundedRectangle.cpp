@@ -31,15 +31,12 @@ void RoundedRectangle::paint(QPainter *painter)
     const auto radius = std::min({radius_ * factor, outer.width() / 2.0, outer.height() / 2.0});
     const auto inner = outer.adjusted(border, border, -border, -border);
 
-    painter->setPen(Qt::NoPen);
     QPainterPath inside;
     if (!inner.isEmpty()) {
         inside.addRoundedRect(inner, std::max(0.0, radius - border), std::max(0.0, radius - border));
     }
-    if (color_.alpha() > 0) {
-        painter->fillPath(inside, color_);
-    }
-    if (border > 0 && border_.color.alpha() > 0) {
+    painter->fillPath(inside, color_);
+    if (border > 0) {
         QPainterPath edge;
         edge.addRoundedRect(outer, radius, radius);
         edge.addPath(inside);

@@ -4,10 +4,12 @@
 #include "support/QmlStage.h"
 
 #include <QAccessible>
+#include <QSGRenderNode>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <algorithm>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -51,6 +53,7 @@ private Q_SLOTS:
     void aThinBorderIsOnePixelWide();
     void theSymbolsMatchTheGoldenPicture();
     void aSymbolIsPaintedAgainWhenItsLookChanges();
+    void nothingButItsOwnRectangleIsShownAgain();
     void theBellIsSymmetric();
     void endsOfANarrowRectangleAreHalfCircles();
     void rectanglesCoverWholeDevicePixels_data();
@@ -200,6 +203,22 @@ void ShapesTest::aSymbolIsPaintedAgainWhenItsLookChanges()
     QVERIFY(check != bell);
     stage.item()->setProperty("lineWidth", 4);
     QVERIFY(stage.view.grabWindow() != check);
+}
+
+void ShapesTest::nothingButItsOwnRectangleIsShownAgain()
+{
+    // Without the flag, the renderer hands the whole window to the desktop when one symbol has changed.
+    class Symbol : public LineSymbol
+    {
+    public:
+        using LineSymbol::updatePaintNode;
+    } symbol;
+    symbol.setSize({24, 12});
+    const std::unique_ptr<QSGNode> node(symbol.updatePaintNode(nullptr, nullptr));
+    const auto *painting = dynamic_cast<const QSGRenderNode *>(node.get());
+    QVERIFY(painting);
+    QVERIFY(painting->flags().testFlag(QSGRenderNode::BoundedRectRendering));
+    QCOMPARE(painting->rect(), QRectF(0, 0, 24, 12));
 }
 
 void ShapesTest::theBellIsSymmetric()
