@@ -40,8 +40,7 @@ World::World()
 {
     systemBus.start();
     logind = std::make_unique<FakeLogind>(systemBus);
-    // As large as the real feed, which dominates the cost of a round.
-    internet.setEndedIncidents(600);
+    internet.setEndedIncidents(endedIncidents);
 }
 
 void World::wake()

@@ -37,24 +37,29 @@ QFuture<StatusReading> StatusProvider::read(const Service &service)
 QFuture<StatusReading> StatusProvider::checkStatuspage(const QString &base, const QStringList &componentNames)
 {
     const QUrl url(base + "/api/v2/summary.json"_L1, QUrl::StrictMode);
-    return readDocument(url, [componentNames](const QByteArray &document) -> std::optional<StatusReading> {
+    const auto decode = [componentNames](const QByteArray &document) -> std::optional<StatusReading> {
         const auto summary = StatuspageSummary::decode(document);
         return summary ? std::optional(summary->reading(componentNames)) : std::nullopt;
-    });
+    };
+    return readDocument(url, componentNames, decode);
 }
 
 QFuture<StatusReading> StatusProvider::checkGoogleDashboard(const QString &product)
 {
     const QUrl url(u"https://www.google.com/appsstatus/dashboard/incidents.json"_s);
-    return readDocument(
-        url, [product](const QByteArray &document) { return GoogleIncidentFeed::reading(document, product); });
+    const auto decode = [product](const QByteArray &document) {
+        return GoogleIncidentFeed::reading(document, product);
+    };
+    return readDocument(url, {product}, decode);
 }
 
 // The HTTP status is ignored: a status page may answer 503 with a valid document, and an error page cannot be decoded.
-QFuture<StatusReading> StatusProvider::readDocument(const QUrl &url, DocumentDecoder::Decode decode)
+QFuture<StatusReading> StatusProvider::readDocument(const QUrl &url, const QStringList &subject,
+                                                    DocumentDecoder::Decode decode)
 {
-    const auto decodeBody = [this, decode = std::move(decode)](const HttpResponse &response) {
-        return decoder_.run(response.body, decode);
+    const auto what = QStringList{url.toString()} + subject;
+    const auto decodeBody = [this, what, decode = std::move(decode)](const HttpResponse &response) {
+        return decoder_.run(what, response.body, decode);
     };
     const auto judge = [](const std::optional<StatusReading> &reading) { return reading.value_or(unreachable()); };
     return session_.get(url).then(whileAlive(&context_, decodeBody)).unwrap().then(judge);

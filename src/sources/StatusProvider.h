@@ -27,7 +27,8 @@ public:
     QFuture<StatusReading> checkGoogleDashboard(const QString &product);
 
 private:
-    QFuture<StatusReading> readDocument(const QUrl &url, DocumentDecoder::Decode decode);
+    /// `subject` is what `decode` reads from the document.
+    QFuture<StatusReading> readDocument(const QUrl &url, const QStringList &subject, DocumentDecoder::Decode decode);
 
     HttpSession &session_;
     DocumentDecoder decoder_;

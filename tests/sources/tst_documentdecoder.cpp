@@ -15,6 +15,7 @@ namespace {
 const StatusReading fine{ServiceHealth::operational, u"Operational"_s};
 const QByteArray small(DocumentDecoder::largeSize - 1, ' ');
 const QByteArray large(DocumentDecoder::largeSize, ' ');
+const QStringList what{u"a document"_s};
 
 } // namespace
 
@@ -27,7 +28,7 @@ private Q_SLOTS:
     {
         DocumentDecoder decoder;
         const QThread *thread = nullptr;
-        const auto reading = decoder.run(small, [&](QByteArrayView document) {
+        const auto reading = decoder.run(what, small, [&](QByteArrayView document) {
             thread = QThread::currentThread();
             return document.size() == small.size() ? std::optional(fine) : std::nullopt;
         });
@@ -42,7 +43,7 @@ private Q_SLOTS:
         const QThread *decodedOn = nullptr;
         const QThread *handedOverOn = nullptr;
         decoder
-            .run(large,
+            .run(what, large,
                  [&](QByteArrayView) {
                      decodedOn = QThread::currentThread();
                      return std::optional(fine);
@@ -60,10 +61,79 @@ private Q_SLOTS:
     {
         DocumentDecoder decoder;
         for (const auto &document : {small, large}) {
-            const auto reading = decoder.run(document, [](QByteArrayView) { return std::nullopt; });
+            const auto reading = decoder.run(what, document, [](QByteArrayView) { return std::nullopt; });
             QTRY_VERIFY(reading.isFinished());
             QCOMPARE(reading.result(), std::nullopt);
         }
+    }
+
+    void aDocumentThatHasNotChangedIsDecodedOnce_data()
+    {
+        QTest::addColumn<QByteArray>("document");
+        QTest::addColumn<std::optional<StatusReading>>("reading");
+        QTest::newRow("small") << small << std::optional(fine);
+        QTest::newRow("large") << large << std::optional(fine);
+        QTest::newRow("unreadable") << small << std::optional<StatusReading>();
+    }
+
+    void aDocumentThatHasNotChangedIsDecodedOnce()
+    {
+        QFETCH(const QByteArray, document);
+        QFETCH(const std::optional<StatusReading>, reading);
+        DocumentDecoder decoder;
+        int decodings = 0;
+        const auto decode = [&](QByteArrayView) {
+            ++decodings;
+            return reading;
+        };
+        for (int round = 0; round < 3; ++round) {
+            const auto future = decoder.run(what, QByteArray(document.constData(), document.size()), decode);
+            QTRY_VERIFY(future.isFinished());
+            QCOMPARE(future.result(), reading);
+        }
+        QCOMPARE(decodings, 1);
+    }
+
+    void aDocumentThatHasChangedIsDecoded_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("now");
+        for (const auto &document : {small, large}) {
+            const auto row = [&](const char *change, const QByteArray &now) {
+                QTest::addRow("%s of %lld bytes", change, static_cast<long long>(document.size())) << document << now;
+            };
+            row("first byte", 'x' + document.sliced(1));
+            row("last byte", document.chopped(1) + 'x');
+            row("shorter", document.chopped(1));
+            row("longer", document + ' ');
+        }
+    }
+
+    void aDocumentThatHasChangedIsDecoded()
+    {
+        QFETCH(const QByteArray, before);
+        QFETCH(const QByteArray, now);
+        DocumentDecoder decoder;
+        QList<QByteArray> decoded;
+        const auto decode = [&](const QByteArray &document) {
+            decoded.append(document);
+            return std::optional(fine);
+        };
+        for (const auto &document : {before, now, before}) {
+            const auto future = decoder.run(what, document, decode);
+            QTRY_VERIFY(future.isFinished());
+        }
+        QCOMPARE(decoded, QList({before, now, before}));
+    }
+
+    void anEqualDocumentIsDecodedForEachWhat()
+    {
+        DocumentDecoder decoder;
+        const StatusReading broken{ServiceHealth::outage, u"Service outage"_s};
+        const auto first = decoder.run({u"a"_s}, small, [](QByteArrayView) { return fine; });
+        const auto second = decoder.run({u"b"_s}, small, [&](QByteArrayView) { return broken; });
+        QCOMPARE(first.result(), fine);
+        QCOMPARE(second.result(), broken);
     }
 
     void largeDocumentsAreDecodedInSequence()
@@ -73,7 +143,7 @@ private Q_SLOTS:
         std::atomic_int most = 0;
         QList<QFuture<std::optional<StatusReading>>> readings;
         for (int i = 0; i < 8; ++i) {
-            readings.append(decoder.run(large, [&](QByteArrayView) {
+            readings.append(decoder.run(what, large, [&](QByteArrayView) {
                 most = std::max(most.load(), ++running);
                 QThread::yieldCurrentThread();
                 --running;
@@ -93,7 +163,7 @@ private Q_SLOTS:
             begun.release();
             return std::optional(fine);
         };
-        const QList readings{decoder->run(large, decode), decoder->run(large, decode)};
+        const QList readings{decoder->run(what, large, decode), decoder->run(what, large, decode)};
         auto first = readings.constFirst();
         first.then([&](const std::optional<StatusReading> &) { handedOver = true; });
         begun.acquire();
@@ -112,7 +182,7 @@ private Q_SLOTS:
         bool wasSecondDecoded = false;
         auto token = std::make_shared<int>();
         // The first document is decoded until the second one is dropped.
-        decoder->run(large, [&, second = std::weak_ptr(token)](QByteArrayView) {
+        decoder->run(what, large, [&, second = std::weak_ptr(token)](QByteArrayView) {
             begun.release();
             const QDeadlineTimer limit(5s);
             while (!second.expired() && !limit.hasExpired()) {
@@ -120,7 +190,7 @@ private Q_SLOTS:
             }
             return std::optional(fine);
         });
-        decoder->run(large, [&wasSecondDecoded, token = std::move(token)](QByteArrayView) {
+        decoder->run(what, large, [&wasSecondDecoded, token = std::move(token)](QByteArrayView) {
             wasSecondDecoded = true;
             return std::optional(fine);
         });
@@ -141,7 +211,7 @@ private Q_SLOTS:
         };
         const auto before = count();
         DocumentDecoder decoder;
-        const auto reading = decoder.run(large, [](QByteArrayView) { return std::optional(fine); });
+        const auto reading = decoder.run(what, large, [](QByteArrayView) { return std::optional(fine); });
         QTRY_VERIFY(reading.isFinished());
         QTRY_VERIFY(count() <= before);
     }

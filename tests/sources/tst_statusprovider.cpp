@@ -124,6 +124,7 @@ private Q_SLOTS:
     void geminiIncidentsAreRead_data();
     void geminiIncidentsAreRead();
     void aReadingReflectsTheCurrentDocument();
+    void theSameDocumentIsReadForEachSubject();
     void anyAnswerBelow500IsUsable_data();
     void anyAnswerBelow500IsUsable();
     void aRedirectedProbeIsJudgedByItsFinalStatus_data();
@@ -439,6 +440,21 @@ void StatusProviderTest::aReadingReflectsTheCurrentDocument()
     QCOMPARE(world.page(), majorOutage);
     world.internet.setAllOperational(StatusPage::Claude);
     QCOMPARE(world.page(), operational);
+}
+
+void StatusProviderTest::theSameDocumentIsReadForEachSubject()
+{
+    World world;
+    world.internet.setComponent(StatusPage::Claude, u"claude.ai"_s, u"major_outage"_s);
+    for (int round = 0; round < 2; ++round) {
+        QCOMPARE(world.page({u"claude.ai"_s}), majorOutage);
+        QCOMPARE(world.page({u"Claude Code"_s}), operational);
+    }
+    world.internet.setGeminiIncident(SimulatedIncident{u"Gemini"_s, u"high"_s, false});
+    for (int round = 0; round < 2; ++round) {
+        QCOMPARE(world.gemini().health, ServiceHealth::outage);
+        QCOMPARE(world.wait(world.provider.checkGoogleDashboard(u"Gmail"_s), unreachable), operational);
+    }
 }
 
 void StatusProviderTest::anyAnswerBelow500IsUsable_data()
