@@ -4,7 +4,6 @@
 
 #include <QImage>
 #include <QPainter>
-#include <QPointer>
 #include <QQuickWindow>
 #include <QSGRenderNode>
 #include <QSGRendererInterface>
@@ -20,13 +19,6 @@ public:
     explicit Node(WholeFrame *item)
         : item_(item)
     {
-    }
-
-    ~Node() override
-    {
-        if (item_) {
-            item_->node_ = nullptr;
-        }
     }
 
     RenderingFlags flags() const override { return BoundedRectRendering; }
@@ -74,7 +66,7 @@ private:
         }
     }
 
-    QPointer<WholeFrame> item_;
+    WholeFrame *item_;
 };
 
 WholeFrame::WholeFrame(QQuickWindow &window)
@@ -83,7 +75,8 @@ WholeFrame::WholeFrame(QQuickWindow &window)
     setFlag(ItemHasContents);
     constexpr int aboveEverything = 2'000'000;
     setZ(aboveEverything);
-    // Marked now and not with update(), which would request another frame.
+    // Marked now and not with update(), which would request another frame. The node is there from the first synchronization
+    // on: when the window drops its nodes, it asks for new ones before the next.
     const auto repaint = [this] {
         if (node_ && node_->isNeeded()) {
             node_->markDirty(QSGNode::DirtyGeometry);
