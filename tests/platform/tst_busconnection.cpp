@@ -130,6 +130,7 @@ private Q_SLOTS:
     void forgetsAReceiverThatIsDestroyed();
     void touchesNoReceiverWhenItEnds();
     void touchesNoReceiverWhenTheBusEnds();
+    void keepsNothingOfACallThatWasAnswered();
     void followsTheOwnerOfAName();
     void followsTheOwnerOfANameAcrossARestartOfTheBus();
     void startsAServiceOnDemandOnly();
@@ -374,6 +375,18 @@ void BusConnectionTest::touchesNoReceiverWhenTheBusEnds()
     QTRY_COMPARE(connected.count(), 1);
     QDBusConnection::disconnectFromBus(daemon.connect().name());
     QCOMPARE(listener.touched(), 0);
+}
+
+void BusConnectionTest::keepsNothingOfACallThatWasAnswered()
+{
+    PrivateBus daemon;
+    daemon.start();
+    const BusConnection bus(daemon.address());
+    QObject context;
+    int answers = 0;
+    bus.call(ownerQuestion(u"org.freedesktop.DBus"_s), &context, [&](const QDBusMessage &) { ++answers; });
+    QTRY_COMPARE(answers, 1);
+    QTRY_VERIFY(context.children().isEmpty());
 }
 
 void BusConnectionTest::followsTheOwnerOfAName()
