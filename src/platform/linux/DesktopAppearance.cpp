@@ -29,6 +29,10 @@ const auto panelDarkMode = u"/panels/dark-mode"_s;
 const auto themeChannel = u"xsettings"_s;
 const auto themeName = u"/Net/ThemeName"_s;
 
+// The names in XSettings.
+const auto sharedTheme = "Net/ThemeName"_ba;
+const auto sharedAnimations = "Gtk/EnableAnimations"_ba;
+
 /// The values of org.freedesktop.appearance color-scheme; 0 means no preference.
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
@@ -122,7 +126,8 @@ bool isZero(const QVariant &value)
 
 bool isDarkTheme(const QString &name)
 {
-    return name.contains("dark"_L1, Qt::CaseInsensitive) || name.contains("inverse"_L1, Qt::CaseInsensitive);
+    const auto contains = [&name](QLatin1StringView word) { return name.contains(word, Qt::CaseInsensitive); };
+    return contains("dark"_L1) || contains("black"_L1) || contains("inverse"_L1);
 }
 
 /// HighContrast and HighContrastInverse are GNOME's and Xfce's themes, ContrastHigh and ContrastHighInverse are MATE's.
@@ -148,6 +153,7 @@ DesktopAppearance::DesktopAppearance(std::shared_ptr<BusConnection> sessionBus, 
     portal_.listen(portalPath, portalInterface, u"SettingChanged"_s, this, SLOT(onPortalChanged(QDBusMessage)));
     connect(&portal_, &BusNameOwner::changed, this, &DesktopAppearance::askPortal);
     connect(&xfcePanel_, &BusNameOwner::changed, this, &DesktopAppearance::followXfce);
+    connect(&xSettings_, &XSettings::changed, this, &DesktopAppearance::update);
     if (desktops.contains("XFCE"_L1, Qt::CaseInsensitive)) {
         followXfce();
     }
@@ -249,7 +255,7 @@ DesktopAppearance::Answers DesktopAppearance::answers() const
         .panelIsDark = panelIsDarkBeside(isDark),
         .highContrast = contrastIsHigh(),
         .reduceMotion = settings_.value(reducedMotion).toUInt() == 1 || !settings_.value(animations, true).toBool()
-            || isZero(settings_.value(plasmaAnimations)),
+            || isZero(settings_.value(plasmaAnimations)) || isZero(xSettings_.value(sharedAnimations)),
     };
 }
 
@@ -283,11 +289,16 @@ bool DesktopAppearance::contrastIsHigh() const
         || isHighContrastTheme(theme());
 }
 
-/// The name of the theme of the windows; empty if the desktop does not say.
+/// The name of the theme of the windows; empty if the desktop does not say. The portal knows GNOME's setting only, which has
+/// a value on other desktops, too.
 QString DesktopAppearance::theme() const
 {
-    const auto xfce = settings_.value(xfceTheme).toString();
-    return xfce.isEmpty() ? settings_.value(gtkTheme).toString() : xfce;
+    for (const auto &name : {settings_.value(xfceTheme), xSettings_.value(sharedTheme), settings_.value(gtkTheme)}) {
+        if (const auto text = name.toString(); !text.isEmpty()) {
+            return text;
+        }
+    }
+    return {};
 }
 
 void DesktopAppearance::update()

@@ -3,6 +3,7 @@
 #include "platform/Appearance.h"
 #include "platform/linux/BusNameOwner.h"
 #include "platform/linux/PlasmaTheme.h"
+#include "platform/linux/XSettings.h"
 
 #include <QDBusMessage>
 #include <QHash>
@@ -16,7 +17,8 @@ namespace kelvo {
 /// How a desktop decides whether its panel is dark, unless a setting tells more.
 enum class PanelRule { dark, light, asWindows };
 
-/// Reads the appearance from the desktop portal, else from the desktop's own settings, else from the palette.
+/// Reads the appearance from the desktop portal, else from the desktop's own settings (those of Xfce, and those that a desktop
+/// shares on X11), else from the palette.
 class DesktopAppearance : public Appearance
 {
     Q_OBJECT
@@ -63,6 +65,7 @@ private:
     BusNameOwner portal_;
     BusNameOwner xfcePanel_;
     std::unique_ptr<BusNameOwner> xfconf_;
+    XSettings xSettings_;
     std::unique_ptr<PlasmaTheme> plasmaTheme_; ///< null on other desktops than Plasma
     /// The last known values, by group and name of the setting.
     QHash<QString, QVariant> settings_;
