@@ -17,6 +17,7 @@ private Q_SLOTS:
     void reportsALock();
     void ignoresTheSessionsOfOthers();
     void reportsNothingBeforeStartAndAfterStop();
+    void listensAgainAfterAStop();
     void mayBeStoppedByItsSignal();
     void usesTheNextBus();
 
@@ -69,6 +70,15 @@ void LockWatchTest::reportsNothingBeforeStartAndAfterStop()
     other.start();
     QTRY_VERIFY((logind_->lock(), !heard.isEmpty()));
     QVERIFY(locked.isEmpty());
+}
+
+void LockWatchTest::listensAgainAfterAStop()
+{
+    QSignalSpy locked(watch_.get(), &LockWatch::locked);
+    watch_->start();
+    watch_->stop();
+    watch_->start();
+    QTRY_VERIFY((logind_->lock(), !locked.isEmpty()));
 }
 
 void LockWatchTest::mayBeStoppedByItsSignal()

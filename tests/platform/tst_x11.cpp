@@ -228,12 +228,22 @@ private Q_SLOTS:
         QCOMPARE(requests(window), {numbers("_NET_WM_DESKTOP", {2, 1})});
     }
 
+    void aWindowIsActivatedWithTheToken_data()
+    {
+        QTest::addColumn<QByteArray>("token");
+        QTest::addColumn<int>("parts");
+        QTest::newRow("usual") << "panel-7-host_TIME4711"_ba << 2;
+        QTest::newRow("the end fits") << "a-panel-7-my-host_TIME4711"_ba << 2;
+        QTest::newRow("the end needs another part") << "a-panel-7-the-host_TIME4711"_ba << 3;
+    }
+
     void aWindowIsActivatedWithTheToken()
     {
+        QFETCH(const QByteArray, token);
+        QFETCH(const int, parts);
         QWindow window;
         window.create();
         requests(window);
-        const QByteArray token = "panel-7-host_TIME4711";
         ActivationToken::keep(QString::fromLatin1(token));
         NativeWindow::activate(window);
         QVERIFY(qEnvironmentVariableIsEmpty(ActivationToken::variable));
@@ -241,12 +251,31 @@ private Q_SLOTS:
         auto sent = requests(window);
         QVERIFY(sent.contains(numbers("_NET_ACTIVE_WINDOW", {1, 4711})));
         sent.removeIf([](const Request &request) { return !request.type.startsWith("_NET_STARTUP_INFO"); });
-        QCOMPARE(sent.size(), 2);
-        QCOMPARE(sent.at(0).type, "_NET_STARTUP_INFO_BEGIN"_ba);
-        QCOMPARE(sent.at(1).type, "_NET_STARTUP_INFO"_ba);
-        QByteArray text = "remove: ID=\"" + token + '"';
-        text.append(40 - text.size(), '\0');
-        QCOMPARE(sent.at(0).content + sent.at(1).content, text);
+        QCOMPARE(sent.size(), parts);
+        QByteArray text;
+        for (int i = 0; i < parts; ++i) {
+            QCOMPARE(sent.at(i).type, i == 0 ? "_NET_STARTUP_INFO_BEGIN"_ba : "_NET_STARTUP_INFO"_ba);
+            text += sent.at(i).content;
+        }
+        QCOMPARE(text, QByteArray("remove: ID=\"" + token + '"').leftJustified(20 * parts, '\0'));
+    }
+
+    void anActivatedWindowIsAboveTheOthers()
+    {
+        QWindow lower;
+        QWindow upper;
+        lower.show();
+        upper.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&upper));
+        const auto top = [this] {
+            flush();
+            const Xcb::Reply<xcb_query_tree_reply_t> tree(
+                xcb_query_tree_reply(desktop_, xcb_query_tree(desktop_, Xcb::root(desktop_)), nullptr));
+            return xcb_query_tree_children(tree.get())[xcb_query_tree_children_length(tree.get()) - 1];
+        };
+        QCOMPARE(top(), idOf(upper));
+        NativeWindow::activate(lower);
+        QCOMPARE(top(), idOf(lower));
     }
 
     void theTimeOfTheTokenIsThatOfTheRequest_data()

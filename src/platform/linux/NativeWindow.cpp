@@ -43,9 +43,9 @@ void completeStart(xcb_connection_t *connection, const QWindow &window, const QB
     event.type = Xcb::atom(connection, "_NET_STARTUP_INFO_BEGIN");
     constexpr auto partSize = static_cast<qsizetype>(sizeof event.data.data8);
     for (qsizetype sent = 0; sent <= text.size(); sent += partSize) {
-        const auto size = std::min(partSize, text.size() + 1 - sent);
+        const auto part = text.mid(sent, partSize);
         std::memset(event.data.data8, 0, partSize);
-        std::memcpy(event.data.data8, text.constData() + sent, static_cast<std::size_t>(size));
+        std::memcpy(event.data.data8, part.constData(), static_cast<std::size_t>(part.size()));
         xcb_send_event(connection, false, Xcb::root(connection), XCB_EVENT_MASK_PROPERTY_CHANGE,
                        reinterpret_cast<const char *>(&event));
         event.type = Xcb::atom(connection, "_NET_STARTUP_INFO");
