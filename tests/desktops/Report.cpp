@@ -22,8 +22,9 @@ struct Limit
     QLatin1StringView step;
 };
 constexpr Limit limits[] = {
-    {"gnome"_L1, "click elsewhere"_L1}, {"gnome-plain"_L1, "ring"_L1},        {"sway"_L1, "click elsewhere"_L1},
-    {"mate"_L1, "dark and light"_L1},   {"cinnamon"_L1, "dark and light"_L1},
+    {"gnome"_L1, "click elsewhere"_L1},
+    {"gnome-plain"_L1, "ring"_L1},
+    {"sway"_L1, "click elsewhere"_L1},
 };
 
 constexpr QLatin1StringView words[] = {"yes"_L1, "**no**"_L1, "not seen"_L1};
