@@ -6,7 +6,7 @@
 #include "platform/WindowSystem.h"
 #include "platform/linux/ActivationToken.h"
 #include "platform/linux/Xcb.h"
-#include "support/VirtualDisplay.h"
+#include "support/RunOnVirtualDisplay.h"
 
 #include <QGuiApplication>
 #include <QMargins>
@@ -319,11 +319,6 @@ private Q_SLOTS:
 
 int main(int argc, char **argv)
 {
-    const kelvo::VirtualDisplay display;
-    qputenv("DISPLAY", display.name().toLatin1());
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    const QGuiApplication application(argc, argv);
-    kelvo::X11Test test;
-    return QTest::qExec(&test, argc, argv);
+    return kelvo::runOnVirtualDisplay<kelvo::X11Test>(argc, argv);
 }
 #include "tst_x11.moc"

@@ -4,8 +4,7 @@
 #include "platform/linux/XSettings.h"
 #include "support/FakePortal.h"
 #include "support/FakeXSettings.h"
-#include "support/FakeXfconf.h"
-#include "support/VirtualDisplay.h"
+#include "support/RunOnVirtualDisplay.h"
 
 #include <QGuiApplication>
 #include <QSignalSpy>
@@ -213,11 +212,6 @@ private:
 
 int main(int argc, char **argv)
 {
-    const kelvo::VirtualDisplay display;
-    qputenv("DISPLAY", display.name().toLatin1());
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    const QGuiApplication application(argc, argv);
-    kelvo::XSettingsTest test;
-    return QTest::qExec(&test, argc, argv);
+    return kelvo::runOnVirtualDisplay<kelvo::XSettingsTest>(argc, argv);
 }
 #include "tst_xsettings.moc"

@@ -1,8 +1,9 @@
 #include "support/FakeXEmbedTray.h"
 
+#include "platform/linux/Xcb.h"
+
 #include <xcb/xcb.h>
 
-#include <cstdlib>
 #include <cstring>
 
 namespace kelvo {
@@ -10,11 +11,6 @@ namespace kelvo {
 namespace {
 
 constexpr std::uint32_t requestDock = 0;
-
-struct Free
-{
-    void operator()(void *reply) const { std::free(reply); }
-};
 
 /// The first visual with an alpha channel.
 xcb_visualid_t transparentVisual(const xcb_screen_t *screen)
@@ -65,10 +61,10 @@ FakeXEmbedTray::FakeXEmbedTray(const QString &display, Visual visual)
     xcb_map_window(connection_, window_);
     if (visual == Visual::transparent) {
         const auto id = transparentVisual(screen);
-        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, atom("_NET_SYSTEM_TRAY_VISUAL"),
-                            XCB_ATOM_VISUALID, 32, 1, &id);
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_,
+                            Xcb::atom(connection_, "_NET_SYSTEM_TRAY_VISUAL"), XCB_ATOM_VISUALID, 32, 1, &id);
     }
-    xcb_set_selection_owner(connection_, window_, atom("_NET_SYSTEM_TRAY_S0"), XCB_CURRENT_TIME);
+    xcb_set_selection_owner(connection_, window_, Xcb::atom(connection_, "_NET_SYSTEM_TRAY_S0"), XCB_CURRENT_TIME);
     announce();
 
     readable_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_), QSocketNotifier::Read);
@@ -81,21 +77,14 @@ FakeXEmbedTray::~FakeXEmbedTray()
     xcb_disconnect(connection_);
 }
 
-std::uint32_t FakeXEmbedTray::atom(const char *name) const
-{
-    const std::unique_ptr<xcb_intern_atom_reply_t, Free> reply(xcb_intern_atom_reply(
-        connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name), nullptr));
-    return reply->atom;
-}
-
 void FakeXEmbedTray::announce() const
 {
     xcb_client_message_event_t event{};
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 32;
     event.window = root_;
-    event.type = atom("MANAGER");
-    event.data.data32[1] = atom("_NET_SYSTEM_TRAY_S0");
+    event.type = Xcb::atom(connection_, "MANAGER");
+    event.data.data32[1] = Xcb::atom(connection_, "_NET_SYSTEM_TRAY_S0");
     event.data.data32[2] = window_;
     xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_STRUCTURE_NOTIFY, reinterpret_cast<const char *>(&event));
     xcb_flush(connection_);
@@ -106,9 +95,9 @@ void FakeXEmbedTray::dock(std::uint32_t window)
     const std::uint32_t events[] = {XCB_EVENT_MASK_STRUCTURE_NOTIFY};
     const auto listening = xcb_change_window_attributes_checked(connection_, window, XCB_CW_EVENT_MASK, events);
     // The window may have been destroyed since it asked.
-    if (const std::unique_ptr<xcb_generic_error_t, Free> error{xcb_request_check(connection_, listening)}; !error) {
+    if (const Xcb::Reply<xcb_generic_error_t> error{xcb_request_check(connection_, listening)}; !error) {
         docked_.insert(window);
-        const std::unique_ptr<xcb_get_geometry_reply_t, Free> geometry(
+        const Xcb::Reply<xcb_get_geometry_reply_t> geometry(
             xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
         if (geometry) {
             formerSize_ = {geometry->width, geometry->height};
@@ -132,7 +121,7 @@ QImage FakeXEmbedTray::picture() const
     }
     const auto cookie = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, *docked_.begin(), 0, 0, place.width(),
                                       place.height(), ~0U);
-    const std::unique_ptr<xcb_get_image_reply_t, Free> reply(xcb_get_image_reply(connection_, cookie, nullptr));
+    const Xcb::Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(connection_, cookie, nullptr));
     if (!reply) {
         return {};
     }
@@ -143,9 +132,9 @@ QImage FakeXEmbedTray::picture() const
 QByteArray FakeXEmbedTray::property(const char *name) const
 {
     constexpr std::uint32_t atMost = 64; // in units of four bytes
-    const auto cookie = xcb_get_property(connection_, 0, *docked_.begin(), atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0,
-                                         atMost);
-    const std::unique_ptr<xcb_get_property_reply_t, Free> reply(xcb_get_property_reply(connection_, cookie, nullptr));
+    const auto cookie = xcb_get_property(connection_, 0, *docked_.begin(), Xcb::atom(connection_, name),
+                                         XCB_GET_PROPERTY_TYPE_ANY, 0, atMost);
+    const Xcb::Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, cookie, nullptr));
     return {static_cast<const char *>(xcb_get_property_value(reply.get())), xcb_get_property_value_length(reply.get())};
 }
 
@@ -154,7 +143,7 @@ void FakeXEmbedTray::moveTo(int x, int y) const
     const std::uint32_t point[] = {static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y)};
     const auto request = xcb_configure_window_checked(connection_, window_, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
                                                       point);
-    const std::unique_ptr<xcb_generic_error_t, Free> error(xcb_request_check(connection_, request));
+    const Xcb::Reply<xcb_generic_error_t> error(xcb_request_check(connection_, request));
 }
 
 void FakeXEmbedTray::click(int button) const
@@ -179,13 +168,13 @@ void FakeXEmbedTray::setVisible(bool visible) const
     const auto request = visible ? xcb_map_window_checked(connection_, window_)
                                  : xcb_unmap_window_checked(connection_, window_);
     // Returns when the server has done it.
-    const std::unique_ptr<xcb_generic_error_t, Free> error(xcb_request_check(connection_, request));
+    const Xcb::Reply<xcb_generic_error_t> error(xcb_request_check(connection_, request));
 }
 
 void FakeXEmbedTray::readEvents()
 {
-    const auto opcode = atom("_NET_SYSTEM_TRAY_OPCODE");
-    while (const std::unique_ptr<xcb_generic_event_t, Free> event{xcb_poll_for_event(connection_)}) {
+    const auto opcode = Xcb::atom(connection_, "_NET_SYSTEM_TRAY_OPCODE");
+    while (const Xcb::Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
         switch (event->response_type & 0x7f) {
         case XCB_CLIENT_MESSAGE: {
             const auto *request = reinterpret_cast<const xcb_client_message_event_t *>(event.get());

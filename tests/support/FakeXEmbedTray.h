@@ -51,7 +51,6 @@ public:
     void announce() const;
 
 private:
-    std::uint32_t atom(const char *name) const;
     void dock(std::uint32_t window);
     void readEvents();
 

@@ -1,13 +1,9 @@
 #include "support/FakeXSettings.h"
 
+#include "platform/linux/Xcb.h"
+
 #include <QDataStream>
 #include <QIODevice>
-
-#include <xcb/xcb.h>
-
-#include <cstdlib>
-#include <cstring>
-#include <memory>
 
 namespace kelvo {
 
@@ -17,18 +13,18 @@ FakeXSettings::FakeXSettings(const QString &display, const Settings &settings)
     if (xcb_connection_has_error(connection_)) {
         qFatal("cannot connect to the display");
     }
-    const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
+    const auto root = Xcb::root(connection_);
     window_ = xcb_generate_id(connection_);
     xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                       XCB_COPY_FROM_PARENT, 0, nullptr);
     set(settings);
-    const auto selection = atom("_XSETTINGS_S0");
+    const auto selection = Xcb::atom(connection_, "_XSETTINGS_S0");
     xcb_set_selection_owner(connection_, window_, selection, XCB_CURRENT_TIME);
     xcb_client_message_event_t announcement{};
     announcement.response_type = XCB_CLIENT_MESSAGE;
     announcement.format = 32;
     announcement.window = root;
-    announcement.type = atom("MANAGER");
+    announcement.type = Xcb::atom(connection_, "MANAGER");
     announcement.data.data32[1] = selection;
     announcement.data.data32[2] = window_;
     xcb_send_event(connection_, 0, root, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
@@ -43,7 +39,7 @@ FakeXSettings::~FakeXSettings()
 
 void FakeXSettings::setProperty(const QByteArray &bytes, std::uint8_t format) const
 {
-    const auto property = atom("_XSETTINGS_SETTINGS");
+    const auto property = Xcb::atom(connection_, "_XSETTINGS_SETTINGS");
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, property, property, format,
                         static_cast<std::uint32_t>(bytes.size() / (format / 8)), bytes.constData());
     xcb_flush(connection_);
@@ -85,15 +81,6 @@ QByteArray FakeXSettings::encoded(const Settings &settings, ByteOrder order)
         }
     }
     return bytes;
-}
-
-std::uint32_t FakeXSettings::atom(const char *name) const
-{
-    const std::unique_ptr<xcb_intern_atom_reply_t, void (*)(void *)> reply(
-        xcb_intern_atom_reply(
-            connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name), nullptr),
-        std::free);
-    return reply->atom;
 }
 
 } // namespace kelvo

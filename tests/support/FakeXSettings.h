@@ -35,8 +35,6 @@ public:
     static QByteArray encoded(const Settings &settings, ByteOrder order = ByteOrder::littleEndian);
 
 private:
-    std::uint32_t atom(const char *name) const;
-
     xcb_connection_t *connection_;
     std::uint32_t window_;
 };
